@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+
+class CRecipeDataShowView;
+class CRecipeFormatEditView;
+class CRecipeFrame;
+class QWidget;
+
+/// New, Open, Save, Save As and the question at closing: which file and which type are current, and when the work
+/// counts as unsaved. The state itself lies in the frame.
+///
+/// Each command first ends a cell's edit that is open; a text that is refused then stops the command. A write that
+/// fails leaves the work unsaved, and stops the command that wanted it saved.
+class CFileCommands {
+public:
+    /// All four outlive the object; `window` stands under the dialogs.
+    CFileCommands(CRecipeFrame& frame, CRecipeFormatEditView& formatPane, CRecipeDataShowView& dataPane,
+                  QWidget& window);
+
+    void OnFileNew();
+    void OnFileOpen();
+    void OnFileSave();
+    void OnFileSaveAs();
+
+    /// Opens the file at `path` as OnFileOpen opens a chosen one, without the dialog.
+    void OpenPath(const QString& path);
+
+    /// What closing does before the frame goes: the closing title, and the question about unsaved work. Nothing cancels
+    /// it.
+    void OnClose();
+
+private:
+    enum class Outcome { Done, Cancelled, Failed };
+
+    bool IsUnsaved() const;
+    bool LeaveCurrentWork();
+    Outcome Save();
+    Outcome SaveAs();
+    Outcome SaveTo(const QString& path);
+    void MarkSaved();
+    void OpenChosen(const QString& path);
+    QString DialogFolder() const;
+
+    CRecipeFrame& m_frame;
+    CRecipeFormatEditView& m_formatPane;
+    CRecipeDataShowView& m_dataPane;
+    QWidget& m_window;
+};

@@ -1,0 +1,68 @@
+#include "app/FileDialogs.h"
+
+#include <QFileDialog>
+
+namespace {
+
+const QString kProposedName = QStringLiteral("new");
+const QString kDefaultPattern = QStringLiteral("*.rcp");
+
+/// "rcp" of "*.rcp" and of "(*.rcp)".
+QString SuffixIn(const QString& filter)
+{
+    QString suffix = filter.mid(filter.lastIndexOf(QLatin1Char('.')) + 1);
+    return suffix.remove(QLatin1Char(')'));
+}
+
+QString RunDialog(QFileDialog& dialog, const QStringList& filters, const QString& pattern)
+{
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program, in its own words
+    if (!filters.isEmpty())
+        dialog.setNameFilters(filters);
+    dialog.setDefaultSuffix(SuffixIn(pattern));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                     [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixIn(filter)); });
+    dialog.selectFile(kProposedName);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+QStringList SaveFilters()
+{
+    return OpenFilters(kDefaultPattern);
+}
+
+QStringList OpenFilters(const QString& pattern)
+{
+    const auto filters = [](std::initializer_list<const char*> endings) {
+        QStringList list;
+        for (const char* ending : endings)
+            list.append(QStringLiteral("(*.%1)").arg(QLatin1String(ending)));
+        return list;
+    };
+    if (pattern == QLatin1String("*.rcp"))
+        return filters({"rcp", "csv", "erp", "frp"});
+    if (pattern == QLatin1String("*.csv"))
+        return filters({"csv", "rcp", "erp", "frp"});
+    if (pattern == QLatin1String("*.erp"))
+        return filters({"erp", "csv", "rcp", "frp"});
+    if (pattern == QLatin1String("*.frp"))
+        return filters({"frp", "erp", "csv", "rcp"});
+    return {};
+}
+
+QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& folder)
+{
+    QFileDialog dialog(&parent, QObject::tr("Open file"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    return RunDialog(dialog, OpenFilters(pattern), pattern);
+}
+
+QString AskSavePath(QWidget& parent, const QString& folder)
+{
+    QFileDialog dialog(&parent, QObject::tr("Save as"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    return RunDialog(dialog, SaveFilters(), kDefaultPattern);
+}

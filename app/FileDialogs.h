@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+/// The types of the save dialogs, the selected one first.
+QStringList SaveFilters();
+
+/// The types of the open dialog when `pattern` ("*.rcp" for example) was opened last, the selected one first; none for
+/// a pattern of no known type.
+QStringList OpenFilters(const QString& pattern);
+
+/// Asks which file to open, `pattern`'s type first; `folder` is where the dialog starts. The chosen full path, or empty
+/// when the user cancelled. A name that does not exist is returned too: the caller reports it.
+QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& folder);
+
+/// Asks where to save; asks again before an existing file would be replaced. The chosen full path, or empty when the
+/// user cancelled.
+QString AskSavePath(QWidget& parent, const QString& folder);

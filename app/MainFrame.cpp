@@ -1,0 +1,255 @@
+#include "app/MainFrame.h"
+
+#include "app/AboutDlg.h"
+#include "app/FrameGeometry.h"
+#include "app/MySplitter.h"
+#include "merge/MergeParamDlg.h"
+#include "ui_MainFrame.h"
+#include "views/RecipeDataShowView.h"
+#include "views/RecipeFormatEditView.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QScreen>
+#include <QStyle>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr QSize kFormatPaneSize{355, 852}; // pixels, at creation
+constexpr int kLeastDataPaneWidth = 10;    // pixels, at creation
+
+/// The local file that is being dragged, empty unless it is exactly one.
+QString DraggedFile(const QMimeData& data)
+{
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+}
+
+std::int32_t ClampTo32(std::int64_t value)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
+
+} // namespace
+
+CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
+    : QMainWindow(parent),
+      m_executable(executable),
+      m_pUi(std::make_unique<Ui::CMainFrame>()),
+      m_reporter(*this)
+{
+    m_pUi->setupUi(this);
+    const QRect geometry = RestoredFrameGeometry(screen()->size());
+    setGeometry(geometry.translated(screen()->geometry().topLeft()));
+    CreatePanes();
+    CreateStatusPanes();
+    ConnectCommands();
+    AddAccelerators();
+    UpdateCommands();
+}
+
+CMainFrame::~CMainFrame()
+{
+    delete m_pSplitter; // the panes speak to this frame while they go
+}
+
+void CMainFrame::CreatePanes()
+{
+    m_pSplitter = new CMySplitter(this);
+    m_pSplitter->setObjectName(QStringLiteral("splitter"));
+    m_pFormatPane = new CRecipeFormatEditView(*this, m_executable);
+    m_pFormatPane->resize(kFormatPaneSize);
+    m_pDataPane = new CRecipeDataShowView(*this);
+    m_pSplitter->addWidget(m_pFormatPane);
+    m_pSplitter->addWidget(m_pDataPane);
+    m_pSplitter->setStretchFactor(0, 0);
+    m_pSplitter->setStretchFactor(1, 1);
+    PlaceSplitter();
+    m_nLeftPaneWidth = kFormatPaneSize.width() + 5;
+    m_pSplitter->SetLeftPaneWidth(m_nLeftPaneWidth);
+    setCentralWidget(m_pSplitter);
+    m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
+}
+
+/// The left pane at its width, the rest for the right one, which is never left without any: a pane of no width stays
+/// collapsed however large the window becomes.
+void CMainFrame::PlaceSplitter()
+{
+    const int rest = width() - kFormatPaneSize.width() - m_pSplitter->handleWidth();
+    m_pSplitter->setSizes({kFormatPaneSize.width(), std::max(rest, kLeastDataPaneWidth)});
+}
+
+void CMainFrame::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous() && m_pSplitter->IsExpanded())
+        PlaceSplitter(); // the window may have been given another size since it was made
+}
+
+void CMainFrame::CreateStatusPanes()
+{
+    auto* message = new QLabel(tr("Ready"));
+    message->setObjectName(QStringLiteral("labelMessage"));
+    message->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
+    m_pUi->statusBar->addWidget(message, 1);
+    m_pUi->statusBar->setContentsMargins(0, 0, message->indent(), 0);
+    const std::array<QString, CLockKeys::KeyCount> texts{tr("Capital"), tr("Number"), tr("Scroll")};
+    for (std::size_t key = 0; key < texts.size(); ++key) {
+        auto* label = new QLabel(texts[key]);
+        label->setObjectName(QStringLiteral("label") + texts[key]);
+        m_pUi->statusBar->addPermanentWidget(label);
+        m_lockLabels[key] = label;
+    }
+    connect(&m_lockKeys, &CLockKeys::Changed, this, &CMainFrame::ShowLockKeys);
+    ShowLockKeys();
+}
+
+void CMainFrame::ShowLockKeys()
+{
+    for (std::size_t key = 0; key < m_lockLabels.size(); ++key) {
+        const bool on = m_lockKeys.IsOn(static_cast<CLockKeys::Key>(key));
+        m_lockLabels[key]->setEnabled(on);
+        m_lockLabels[key]->setAccessibleName(m_lockLabels[key]->text() + (on ? tr(" on") : tr(" off")));
+    }
+}
+
+void CMainFrame::ConnectCommands()
+{
+    connect(m_pUi->actionNew, &QAction::triggered, this, [this] { m_pFileCommands->OnFileNew(); });
+    connect(m_pUi->actionOpen, &QAction::triggered, this, [this] { m_pFileCommands->OnFileOpen(); });
+    connect(m_pUi->actionSave, &QAction::triggered, this, [this] { m_pFileCommands->OnFileSave(); });
+    connect(m_pUi->actionSaveAs, &QAction::triggered, this, [this] { m_pFileCommands->OnFileSaveAs(); });
+    connect(m_pUi->actionExit, &QAction::triggered, this, &CMainFrame::close);
+    connect(m_pUi->actionFileMerge, &QAction::triggered, this, &CMainFrame::MergeFiles);
+    connect(m_pUi->actionAbout, &QAction::triggered, this, &CMainFrame::ShowAbout);
+
+    connect(m_pUi->actionToolBar, &QAction::toggled, m_pUi->toolBar, &QToolBar::setVisible);
+    connect(m_pUi->toolBar, &QToolBar::visibilityChanged, this,
+            [this] { m_pUi->actionToolBar->setChecked(!m_pUi->toolBar->isHidden()); });
+    connect(m_pUi->actionStatusBar, &QAction::toggled, m_pUi->statusBar, &QStatusBar::setVisible);
+    connect(m_pUi->actionBitBrowse, &QAction::triggered, this, [this] { m_pDataPane->OnBitBrowse(); });
+    connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::UpdateCommands);
+}
+
+void CMainFrame::AddAccelerators()
+{
+    const auto add = [](QWidget* owner, const char* name, int id, const QList<QKeySequence>& keys, auto run) {
+        auto* action = new QAction(owner);
+        action->setObjectName(QLatin1String(name));
+        action->setProperty("controlId", id);
+        action->setShortcuts(keys);
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        connect(action, &QAction::triggered, owner, run);
+        owner->addAction(action);
+        return action;
+    };
+    // The key works before anything is open too, when the menu's own entry is disabled.
+    m_pUnopenedSave = add(this, "accelSave", 57603, {Qt::CTRL | Qt::Key_S}, [this] { m_pFileCommands->OnFileSave(); });
+    add(this, "accelUndo", 57643, {Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Backspace}, [this] {
+        if (auto* field = qobject_cast<QLineEdit*>(focusWidget()))
+            field->undo();
+    });
+    add(this, "accelNextPane", 57680, {Qt::Key_F6}, [this] { SwitchPane(); });
+    add(this, "accelPreviousPane", 57681, {Qt::SHIFT | Qt::Key_F6}, [this] { SwitchPane(); });
+
+    CGridCtrl& grid = m_pDataPane->Grid();
+    add(m_pDataPane, "accelCut", 57635, {Qt::CTRL | Qt::Key_X, Qt::SHIFT | Qt::Key_Delete}, [&grid] { grid.Cut(); });
+    add(m_pDataPane, "accelCopy", 57634, {Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_Insert}, [&grid] { grid.Copy(); });
+    add(m_pDataPane, "accelPaste", 57637, {Qt::CTRL | Qt::Key_V, Qt::SHIFT | Qt::Key_Insert},
+        [&grid] { grid.Paste(); });
+}
+
+void CMainFrame::UpdateCommands()
+{
+    m_pUi->actionSave->setEnabled(m_bFileOpen);
+    m_pUi->actionSaveAs->setEnabled(m_bFileOpen);
+    m_pUnopenedSave->setEnabled(!m_bFileOpen);
+    m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
+}
+
+void CMainFrame::ShowRecipeData(FileType type)
+{
+    UpdateFormatMetrics();
+    m_pDataPane->ShowData(type);
+}
+
+bool CMainFrame::RefreshRecipeData(FileType type)
+{
+    return m_pDataPane->WriteData(type);
+}
+
+void CMainFrame::ClearRecipeData()
+{
+    m_pDataPane->ClearGrid();
+}
+
+bool CMainFrame::ValidateCellValue(int gridColumn, const QString& text) const
+{
+    return m_pDataPane && m_pDataPane->ValidateCellValue(gridColumn, text);
+}
+
+void CMainFrame::SetTitle(const QString& title)
+{
+    QString literal = title;
+    setWindowTitle(literal.replace(QLatin1String("[*]"), QLatin1String("[*][*]"))); // else it marks a changed window
+}
+
+void CMainFrame::UpdateFormatMetrics()
+{
+    m_nFormatWords = ClampTo32(m_pDataFormat->totalLength());
+    m_nGridCols = ClampTo32(m_pDataFormat->elementCount() + CRecipeDataShowView::kFixedColumns);
+    m_nGridRows = ClampTo32(std::int64_t{m_nReadCount} + CRecipeDataShowView::kFixedRows);
+}
+
+void CMainFrame::OpenPath(const QString& path)
+{
+    m_pFileCommands->OpenPath(path);
+}
+
+/// There are two panes, so the next and the previous one are the same; a collapsed left pane is none.
+void CMainFrame::SwitchPane()
+{
+    const bool toFormatPane = m_pSplitter->IsExpanded() && !m_pFormatPane->isAncestorOf(focusWidget());
+    QWidget* pane = toFormatPane ? static_cast<QWidget*>(m_pFormatPane) : m_pDataPane;
+    pane->setFocus(Qt::ShortcutFocusReason);
+}
+
+void CMainFrame::MergeFiles()
+{
+    CMergeParamDlg(m_executable, m_reporter, this).exec();
+}
+
+void CMainFrame::ShowAbout()
+{
+    CAboutDlg(this).exec();
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event)
+{
+    m_pFileCommands->OnClose();
+    event->accept();
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!DraggedFile(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void CMainFrame::dropEvent(QDropEvent* event)
+{
+    const QString path = DraggedFile(*event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // After the drop is over: a message box inside it would leave the other program waiting.
+    QMetaObject::invokeMethod(
+        this, [this, path] { OpenPath(path); }, Qt::QueuedConnection);
+}

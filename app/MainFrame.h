@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/FileCommands.h"
+#include "app/LockKeys.h"
+#include "views/MessageBoxReporter.h"
+#include "views/RecipeFrame.h"
+
+#include <QMainWindow>
+
+#include <array>
+#include <filesystem>
+#include <memory>
+
+class CMySplitter;
+class CRecipeDataShowView;
+class CRecipeFormatEditView;
+class QLabel;
+
+namespace Ui {
+class CMainFrame;
+}
+
+/// The main window: menus, tool bar, status bar, and the two panes with a splitter between them. Keeps the state that
+/// the panes share and routes the commands.
+class CMainFrame final : public QMainWindow, public CRecipeFrame {
+    Q_OBJECT
+
+public:
+    /// `executable` is the program's full name: the format library lies beside it.
+    explicit CMainFrame(const std::filesystem::path& executable, QWidget* parent = nullptr);
+    ~CMainFrame() override;
+
+    void ShowRecipeData(FileType type) override;
+    bool RefreshRecipeData(FileType type) override;
+    void ClearRecipeData() override;
+    bool ValidateCellValue(int gridColumn, const QString& text) const override;
+    void SetTitle(const QString& title) override;
+    void UpdateCommands() override;
+    CReporter& Reporter() override { return m_reporter; }
+
+    /// Opens the file at `path` as the Open command opens a chosen one.
+    void OpenPath(const QString& path);
+
+    /// Takes the row length and the grid's size from the format in use and the read count.
+    void UpdateFormatMetrics();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void CreatePanes();
+    void PlaceSplitter();
+    void CreateStatusPanes();
+    void ConnectCommands();
+    void AddAccelerators();
+    void ShowLockKeys();
+    void SwitchPane();
+    void MergeFiles();
+    void ShowAbout();
+
+    std::filesystem::path m_executable;
+    std::unique_ptr<Ui::CMainFrame> m_pUi;
+    CMessageBoxReporter m_reporter;
+    CLockKeys m_lockKeys;
+    CMySplitter* m_pSplitter = nullptr;
+    CRecipeFormatEditView* m_pFormatPane = nullptr;
+    CRecipeDataShowView* m_pDataPane = nullptr;
+    int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
+    std::unique_ptr<CFileCommands> m_pFileCommands;
+    std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
+    QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled
+};

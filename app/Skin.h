@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QProxyStyle>
+
+/// The blue look of the program: bars, splitter and headers shaded in blue, dialogs and controls in the toolkit's own
+/// even style. Where the user's desktop is dark or of high contrast, its own colours are kept.
+class CSkin final : public QProxyStyle {
+    Q_OBJECT
+
+public:
+    CSkin();
+
+    QPalette standardPalette() const override;
+    void polish(QPalette& palette) override;
+    using QProxyStyle::polish;
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};

@@ -1,0 +1,82 @@
+#include "cli/Arguments.h"
+
+#include <charconv>
+#include <system_error>
+
+namespace {
+
+constexpr int kCellArguments = 3;
+
+/// False unless all of `text` is a decimal integer that fits.
+template <typename Number, typename Target>
+bool ReadNumber(const std::string& text, Target& target)
+{
+    Number number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, fault] = std::from_chars(text.data(), end, number);
+    if (fault != std::errc() || stop != end)
+        return false;
+    target = number;
+    return true;
+}
+
+template <typename Target>
+CLI::Option* AddInt32(CLI::App& command, const std::string& name, Target& number, const std::string& description)
+{
+    const auto take = [&number](const CLI::results_t& texts) {
+        return ReadNumber<std::int32_t>(texts.front(), number);
+    };
+    return command.add_option(name, take, description)->type_name("N");
+}
+
+} // namespace
+
+CLI::Option* AddText(CLI::App& command, const std::string& name, std::optional<std::string>& text,
+                     const std::string& description)
+{
+    const auto take = [&text](const CLI::results_t& texts) {
+        text = texts.front();
+        return true;
+    };
+    return command.add_option(name, take, description);
+}
+
+CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::optional<std::int32_t>& number,
+                       const std::string& description)
+{
+    return AddInt32(command, name, number, description);
+}
+
+CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::int32_t& number, const std::string& description)
+{
+    return AddInt32(command, name, number, description);
+}
+
+CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSize& size, const std::string& description)
+{
+    const auto take = [&size](const CLI::results_t& texts) {
+        size = texts.front() == "256K" ? MergedSize::Words256K : MergedSize::Words128K;
+        return texts.front() == "128K" || texts.front() == "256K";
+    };
+    return command.add_option(name, take, description)->type_name("128K|256K");
+}
+
+CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<CellText>& cells,
+                      const std::string& description)
+{
+    const auto take = [&cells](const CLI::results_t& texts) {
+        for (std::size_t i = 0; i + kCellArguments <= texts.size(); i += kCellArguments) {
+            CellText cell;
+            if (!ReadNumber<std::int64_t>(texts[i], cell.row) || !ReadNumber<std::int64_t>(texts[i + 1], cell.column))
+                return false;
+            cell.text = texts[i + 2];
+            cells.push_back(cell);
+        }
+        return true;
+    };
+    return command.add_option(name, take, description)
+        ->type_name("ROW COLUMN TEXT")
+        ->type_size(kCellArguments)
+        ->expected(1, CLI::detail::expected_max_vector_size)
+        ->allow_extra_args(false);
+}

@@ -1,0 +1,44 @@
+#include "cli/FormatsExportCommand.h"
+
+#include "cli/LibraryFile.h"
+#include "cli/LibraryToJson.h"
+#include "files/File.h"
+#include "files/FileMessages.h"
+
+#include <span>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool WriteFile(const fs::path& path, const std::string& text)
+{
+    CFile file(path, CFile::Mode::Truncate);
+    return file.IsOpen() && file.WriteAt(0, std::as_bytes(std::span(text))) && file.Close();
+}
+
+/// Never over the library itself, whatever name it goes by.
+bool SaveJson(const fs::path& path, const std::string& json, const fs::path& library, CReporter& reporter)
+{
+    std::error_code missing;
+    if (!fs::equivalent(path, library, missing) && WriteFile(path, json))
+        return true;
+    ShowFileError(reporter, kSaveFileError, path);
+    return false;
+}
+
+} // namespace
+
+bool ExportFormats(const FormatsExportOptions& options, CStandardOutput& output, CReporter& reporter)
+{
+    FormatLibrary library;
+    const fs::path libraryPath = LibraryPath(options.library, reporter);
+    if (!LoadLibrary(libraryPath, library, reporter))
+        return false;
+    const std::string json = LibraryToJson(library);
+    if (options.file)
+        return SaveJson(*options.file, json, libraryPath, reporter);
+    output.Write(json);
+    return output.Finish(reporter);
+}

@@ -1,0 +1,59 @@
+#include "cli/FormatsImportCommand.h"
+
+#include "cli/InputFile.h"
+#include "cli/LibraryFile.h"
+#include "cli/LibraryFromJson.h"
+#include "files/File.h"
+#include "files/FileMessages.h"
+#include "model/MessageText.h"
+
+#include <span>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::optional<std::string> ContentOf(const fs::path& path)
+{
+    const CFile file(path, CFile::Mode::Read);
+    const auto size = file.Size();
+    if (!size)
+        return std::nullopt;
+    std::string text(static_cast<std::size_t>(*size), '\0');
+    const auto length = file.ReadAt(0, std::as_writable_bytes(std::span(text)));
+    if (!length)
+        return std::nullopt;
+    text.resize(*length);
+    return text;
+}
+
+std::optional<std::string> ReadJson(const fs::path& path, CReporter& reporter)
+{
+    if (!IsThere(path, reporter))
+        return std::nullopt;
+    auto json = ContentOf(path);
+    if (!json)
+        ShowFileError(reporter, kOpenFileError, path);
+    return json;
+}
+
+} // namespace
+
+bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
+{
+    const fs::path path(options.file);
+    const auto json = ReadJson(path, reporter);
+    if (!json)
+        return false;
+    FormatLibrary library;
+    if (const auto fault = LibraryFromJson(*json, library)) {
+        reporter.ShowError(
+            FillMessage(u"Import error! File %s, at %s: %s!", {PathText(path), fault->place, fault->text}));
+        return false;
+    }
+    const fs::path libraryPath = LibraryPath(options.library, reporter);
+    if (library.save(libraryPath) == 0)
+        return true;
+    ShowFileError(reporter, kSaveFileError, libraryPath);
+    return false;
+}

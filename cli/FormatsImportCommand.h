@@ -1,0 +1,15 @@
+#pragma once
+
+#include "model/Reporter.h"
+
+#include <optional>
+#include <string>
+
+struct FormatsImportOptions {
+    std::string file;                   ///< JSON, as ExportFormats writes it
+    std::optional<std::string> library; ///< path; else the one beside the program
+};
+
+/// Replaces the format library by what a JSON file says. False after a failure, then reported; the library file is then
+/// as it was.
+bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter);

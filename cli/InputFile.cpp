@@ -1,0 +1,14 @@
+#include "cli/InputFile.h"
+
+#include "files/FileMessages.h"
+
+#include <system_error>
+
+bool IsThere(const std::filesystem::path& path, CReporter& reporter)
+{
+    std::error_code error;
+    if (std::filesystem::exists(path, error))
+        return true;
+    ShowFileError(reporter, u"Open error! %s doesn't exit!", path);
+    return false;
+}

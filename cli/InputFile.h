@@ -1,0 +1,8 @@
+#pragma once
+
+#include "model/Reporter.h"
+
+#include <filesystem>
+
+/// Whether there is anything at `path`; reported when not.
+bool IsThere(const std::filesystem::path& path, CReporter& reporter);

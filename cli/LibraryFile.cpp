@@ -1,0 +1,27 @@
+#include "cli/LibraryFile.h"
+
+#include "files/File.h"
+#include "files/FileMessages.h"
+
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+fs::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter)
+{
+    return given ? fs::path(*given) : LibraryPathBeside(ExecutablePath(), reporter);
+}
+
+bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)
+{
+    std::error_code fault;
+    const bool isMissing = fs::status(path, fault).type() == fs::file_type::not_found;
+    if (isMissing || library.loadReadOnly(path) >= 0)
+        return true;
+    if (!library.versionsKnown) {
+        ShowFileError(reporter, kOpenFileError, path);
+        return false;
+    }
+    ShowFileError(reporter, u"The format library %s is damaged! What stands behind the damage is left out!", path);
+    return true;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "model/FormatLibrary.h"
+#include "model/Reporter.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/// The library file that the command line names, else the one beside the program.
+std::filesystem::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter);
+
+/// Loads the library file at `path`, which is never created or changed; a missing one gives no formats. False, and then
+/// reported, when it cannot be opened. A damaged one gives the formats before the damage, as in the window; that is
+/// reported, too.
+bool LoadLibrary(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);

@@ -1,0 +1,313 @@
+#include "cli/LibraryFromJson.h"
+
+#include "cli/ItemFields.h"
+#include "files/Utf8Text.h"
+#include "model/MessageText.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace {
+
+using Json = nlohmann::json;
+using Int32Limits = std::numeric_limits<std::int32_t>;
+
+/// "line 2, column 7" for the last of the `end` bytes that the parser has taken; the end of the text counts as one.
+std::u16string LineAndColumn(std::string_view json, std::size_t end)
+{
+    const std::string_view before = json.substr(0, end == 0 ? 0 : end - 1);
+    const auto lines = std::count(before.begin(), before.end(), '\n');
+    const std::size_t column = before.size() - (before.rfind('\n') + 1); // npos + 1 is 0
+    return FillMessage(u"line %d, column %d", {std::int64_t{lines} + 1, static_cast<std::int64_t>(column) + 1});
+}
+
+/// `key` as a part of a place, in which "~" and "/" have a meaning of their own.
+std::string EscapedKey(std::string_view key)
+{
+    std::string escaped;
+    for (const char c : key) {
+        if (c == '~')
+            escaped += "~0";
+        else if (c == '/')
+            escaped += "~1";
+        else
+            escaped += c;
+    }
+    return escaped;
+}
+
+bool IsInteger(std::string_view number)
+{
+    return number.find_first_not_of("-0123456789") == std::string_view::npos;
+}
+
+/// Takes the parser's events in the order of the text and fills a library from them. An event's answer is false to end
+/// the parsing.
+class CLibraryReader final : public nlohmann::json_sax<Json> {
+public:
+    CLibraryReader(std::string_view json, FormatLibrary& library) : m_json(json), m_library(library) {}
+
+    std::optional<JsonFault> Fault() const { return m_fault; }
+
+    bool null() override { return Refuse(WrongKind()); }
+    bool boolean(bool) override { return Refuse(WrongKind()); }
+    bool binary(binary_t&) override { return Refuse(WrongKind()); }
+    bool number_integer(number_integer_t value) override;
+    bool number_unsigned(number_unsigned_t value) override;
+    bool number_float(number_float_t value, const string_t& number) override;
+    bool string(string_t& text) override;
+    bool start_object(std::size_t) override;
+    bool key(string_t& name) override;
+    bool end_object() override;
+    bool start_array(std::size_t) override;
+    bool end_array() override;
+    bool parse_error(std::size_t position, const std::string&, const Json::exception& fault) override;
+
+private:
+    enum class Level { Document, Library, Formats, Format, Items, Item };
+    enum class Kind { Object, Array, Integer, Text };
+
+    /// An object or array that has begun and not ended yet.
+    struct Open {
+        Level level;
+        std::vector<std::string> keys = {}; ///< of an object: those so far
+        std::size_t index = 0;              ///< of an array: the element it is at
+    };
+
+    Level At() const { return m_open.empty() ? Level::Document : m_open.back().level; }
+    const std::string& Key() const { return m_open.back().keys.back(); }
+    DataFormat& Format() { return *m_library.formats.back(); }
+    DataItem& Item() { return *Format().items.back(); }
+
+    Kind Wanted() const;
+    bool IsKnown(std::string_view key) const;
+    bool Begin(Level level);
+    bool End();
+    void EndItem();
+    bool TakeInteger(std::int64_t value);
+    template <std::size_t N>
+    bool TakeText(FixedText<N>& field, std::string_view text);
+
+    std::u16string Place() const;
+    std::u16string WrongKind() const;
+    std::u16string OutOfRange() const;
+    bool Refuse(std::u16string_view text);
+
+    std::string_view m_json;
+    FormatLibrary& m_library;
+    std::vector<Open> m_open;
+    std::optional<JsonFault> m_fault;
+};
+
+bool CLibraryReader::number_integer(number_integer_t value)
+{
+    return Wanted() == Kind::Integer ? TakeInteger(value) : Refuse(WrongKind());
+}
+
+bool CLibraryReader::number_unsigned(number_unsigned_t value)
+{
+    if (Wanted() != Kind::Integer)
+        return Refuse(WrongKind());
+    if (value > static_cast<number_unsigned_t>(std::numeric_limits<std::int64_t>::max()))
+        return Refuse(OutOfRange());
+    return TakeInteger(static_cast<std::int64_t>(value));
+}
+
+/// An integer of too many digits comes as a real number, too.
+bool CLibraryReader::number_float(number_float_t, const string_t& number)
+{
+    return Refuse(Wanted() == Kind::Integer && IsInteger(number) ? OutOfRange() : WrongKind());
+}
+
+bool CLibraryReader::string(string_t& text)
+{
+    if (Wanted() != Kind::Text)
+        return Refuse(WrongKind());
+    if (At() == Level::Library)
+        return TakeText(m_library.filePattern, text);
+    return At() == Level::Format ? TakeText(Format().name, text) : TakeText(Item().description, text);
+}
+
+bool CLibraryReader::start_object(std::size_t)
+{
+    if (Wanted() != Kind::Object)
+        return Refuse(WrongKind());
+    switch (At()) {
+    case Level::Formats:
+        m_library.formats.push_back(std::make_unique<DataFormat>());
+        return Begin(Level::Format);
+    case Level::Items:
+        Format().insertItem(Format().items.size(), std::make_unique<DataItem>(DefaultItem()));
+        ++Format().itemCount;
+        return Begin(Level::Item);
+    default:
+        return Begin(Level::Library);
+    }
+}
+
+bool CLibraryReader::key(string_t& name)
+{
+    std::vector<std::string>& keys = m_open.back().keys;
+    const bool isTwice = std::find(keys.begin(), keys.end(), name) != keys.end();
+    keys.push_back(name);
+    if (!IsKnown(name))
+        return Refuse(u"there is no field of this name");
+    return !isTwice || Refuse(u"the field stands twice");
+}
+
+bool CLibraryReader::end_object()
+{
+    if (At() == Level::Item)
+        EndItem();
+    return End();
+}
+
+bool CLibraryReader::start_array(std::size_t)
+{
+    if (Wanted() != Kind::Array)
+        return Refuse(WrongKind());
+    return Begin(At() == Level::Library ? Level::Formats : Level::Items);
+}
+
+bool CLibraryReader::end_array()
+{
+    return End();
+}
+
+bool CLibraryReader::parse_error(std::size_t position, const std::string&, const Json::exception& fault)
+{
+    constexpr int kNumberOverflow = 406;
+    if (fault.id == kNumberOverflow)
+        return Refuse(Wanted() == Kind::Integer ? OutOfRange() : WrongKind());
+    return Refuse(FillMessage(u"%s is no valid JSON", {LineAndColumn(m_json, position)}));
+}
+
+CLibraryReader::Kind CLibraryReader::Wanted() const
+{
+    switch (At()) {
+    case Level::Library:
+        return Key() == "formats" ? Kind::Array : Key() == "filePattern" ? Kind::Text : Kind::Integer;
+    case Level::Format:
+        return Key() == "items" ? Kind::Array : Kind::Text;
+    case Level::Item:
+        return Key() == "description" ? Kind::Text : Kind::Integer;
+    default:
+        return Kind::Object;
+    }
+}
+
+bool CLibraryReader::IsKnown(std::string_view key) const
+{
+    switch (At()) {
+    case Level::Library:
+        return key == "startAddress" || key == "rowCount" || key == "filePattern" || key == "formats";
+    case Level::Format:
+        return key == "name" || key == "items";
+    default:
+        return FindItemField(key) != nullptr;
+    }
+}
+
+bool CLibraryReader::Begin(Level level)
+{
+    m_open.push_back({level});
+    return true;
+}
+
+bool CLibraryReader::End()
+{
+    m_open.pop_back();
+    if (!m_open.empty())
+        ++m_open.back().index;
+    return true;
+}
+
+void CLibraryReader::EndItem()
+{
+    const std::vector<std::string>& keys = m_open.back().keys;
+    const bool hasBounds =
+        std::any_of(keys.begin(), keys.end(), [](const auto& key) { return key == "minValue" || key == "maxValue"; });
+    if (!hasBounds)
+        deriveBounds(Item());
+}
+
+bool CLibraryReader::TakeInteger(std::int64_t value)
+{
+    if (At() == Level::Item) {
+        const ItemField& field = *FindItemField(Key());
+        if (value < field.least || value > field.most)
+            return Refuse(OutOfRange());
+        field.set(Item(), value);
+        return true;
+    }
+    if (value < Int32Limits::min() || value > Int32Limits::max())
+        return Refuse(OutOfRange());
+    (Key() == "rowCount" ? m_library.rowCount : m_library.startAddress) = static_cast<std::int32_t>(value);
+    return true;
+}
+
+template <std::size_t N>
+bool CLibraryReader::TakeText(FixedText<N>& field, std::string_view text)
+{
+    const std::u16string units = FromUtf8(text);
+    if (units.find(u'\0') != std::u16string::npos)
+        return Refuse(u"the text holds a zero character");
+    if (units.size() >= N)
+        return Refuse(FillMessage(u"the text is longer than %d characters", {std::int64_t{N - 1}}));
+    SetText(field, units);
+    return true;
+}
+
+std::u16string CLibraryReader::Place() const
+{
+    std::string place;
+    for (const Open& open : m_open) {
+        if (open.level == Level::Formats || open.level == Level::Items)
+            place += "/" + std::to_string(open.index);
+        else if (!open.keys.empty())
+            place += "/" + EscapedKey(open.keys.back());
+    }
+    return place.empty() ? u"/" : FromUtf8(place);
+}
+
+std::u16string CLibraryReader::WrongKind() const
+{
+    switch (Wanted()) {
+    case Kind::Object:
+        return u"an object is expected";
+    case Kind::Array:
+        return u"an array is expected";
+    case Kind::Text:
+        return u"a text is expected";
+    case Kind::Integer:
+        break;
+    }
+    return u"an integer is expected";
+}
+
+std::u16string CLibraryReader::OutOfRange() const
+{
+    const bool isItem = At() == Level::Item;
+    const std::int64_t least = isItem ? FindItemField(Key())->least : Int32Limits::min();
+    const std::int64_t most = isItem ? FindItemField(Key())->most : Int32Limits::max();
+    return FillMessage(u"the number is not between %d and %d", {least, most});
+}
+
+bool CLibraryReader::Refuse(std::u16string_view text)
+{
+    m_fault = JsonFault{Place(), std::u16string(text)};
+    return false;
+}
+
+} // namespace
+
+std::optional<JsonFault> LibraryFromJson(std::string_view json, FormatLibrary& library)
+{
+    CLibraryReader reader(json, library);
+    Json::sax_parse(json.begin(), json.end(), &reader);
+    return reader.Fault();
+}

@@ -1,0 +1,91 @@
+#include "cli/MergeCommand.h"
+
+#include "files/File.h"
+#include "merge/MergeFileChoice.h"
+#include "merge/MergeFiles.h"
+#include "merge/SavePathRules.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::u16string_view LastComponent(std::u16string_view path)
+{
+    return path.substr(path.rfind(static_cast<char16_t>(fs::path::preferred_separator)) + 1); // npos + 1 is 0
+}
+
+/// `given` with the ending of the merged file. Its own bytes stay as they are, valid text or not.
+fs::path WithEnding(fs::path given, std::u16string_view text)
+{
+    if (WithRcpEnding(text) != text)
+        given += ".rcp";
+    return given;
+}
+
+bool MayReplace(const fs::path& path, CReporter& reporter)
+{
+    std::error_code error;
+    return !fs::exists(path, error) || reporter.AskYesNo(OverwriteQuestion(PathText(path)));
+}
+
+/// The path of the merged file; nothing, and then reported, when its name will not do or there is such a file already.
+std::optional<fs::path> ChooseTarget(const MergeOptions& options, CReporter& reporter)
+{
+    const std::u16string text = PathText(options.target);
+    if (const auto fault = MergeNameFault(LastComponent(text))) {
+        reporter.ShowError(*fault);
+        return std::nullopt;
+    }
+    fs::path target = WithEnding(options.target, text);
+    if (!options.force && !MayReplace(target, reporter))
+        return std::nullopt;
+    return target;
+}
+
+/// The whole words of a file, as far as they can be asked for.
+std::int32_t WordsIn(std::int64_t bytes)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::min(WholeWords(bytes), kMost));
+}
+
+} // namespace
+
+bool MergeRecipes(const MergeOptions& options, CReporter& reporter)
+{
+    const auto target = ChooseTarget(options, reporter);
+    if (!target)
+        return false;
+    const auto firstBytes = MeasureMergeFile(options.first.file, MergeSource::First, reporter);
+    if (!firstBytes)
+        return false;
+    const auto secondBytes = MeasureMergeFile(options.second.file, MergeSource::Second, reporter);
+    if (!secondBytes)
+        return false;
+
+    const MergeParams params = {
+        .mergedSize = options.size,
+        .firstPath = options.first.file,
+        .firstFileBytes = *firstBytes,
+        .firstReadStart = options.first.readStart,
+        .firstLength = options.first.length.value_or(WordsIn(*firstBytes)),
+        .firstPlace = options.first.place,
+        .secondPath = options.second.file,
+        .secondFileBytes = *secondBytes,
+        .secondReadStart = options.second.readStart,
+        .secondLength = options.second.length.value_or(WordsIn(*secondBytes)),
+        .secondPlace = options.second.place,
+        .mergedPath = *target,
+    };
+    if (const auto fault = ValidateMergeParams(params)) {
+        reporter.ShowError(*fault);
+        return false;
+    }
+    return MergeFiles(params, reporter);
+}

@@ -1,0 +1,55 @@
+#include "cli/ReadSettings.h"
+
+#include "cli/LibraryFile.h"
+#include "files/ShowLimits.h"
+#include "files/Utf8Text.h"
+#include "model/FormatLibrary.h"
+#include "model/MessageText.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+/// The first format without a wish; null when the wanted one is not there.
+const DataFormat* ChooseFormat(const FormatLibrary& library, const std::optional<std::string>& wanted)
+{
+    if (!wanted)
+        return library.formats.front().get();
+    const std::u16string name = FromUtf8(*wanted);
+    const auto found = std::find_if(library.formats.begin(), library.formats.end(),
+                                    [&](const auto& format) { return TextOf(format->name) == name; });
+    return found == library.formats.end() ? nullptr : found->get();
+}
+
+std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
+{
+    if (settings.startAddress < 0)
+        return u"The Address for reading data is error , it can' be less than 0!";
+    if (settings.rowCount < 1)
+        return u"The array number is error ,it must be Integer and larger than 0!";
+    return ShowFault(settings.format, settings.rowCount);
+}
+
+} // namespace
+
+std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter)
+{
+    FormatLibrary library;
+    library.loadReadOnly(LibraryPath(options.library, reporter));
+    if (library.formats.empty())
+        library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+
+    const DataFormat* format = ChooseFormat(library, options.formatName);
+    if (!format) {
+        reporter.ShowError(FillMessage(u"The format %s doesn't exist!", {FromUtf8(*options.formatName)}));
+        return std::nullopt;
+    }
+    ReadSettings settings{*format, options.startAddress.value_or(library.startAddress),
+                          options.rowCount.value_or(library.rowCount)};
+    if (const auto fault = SettingsFault(settings)) {
+        reporter.ShowError(*fault);
+        return std::nullopt;
+    }
+    return settings;
+}

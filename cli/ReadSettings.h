@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/DataFormat.h"
+#include "model/Reporter.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// How the words of a file become rows, as far as the command line says so.
+struct ReadOptions {
+    std::optional<std::string> library;       ///< path of the format library; else the one beside the program
+    std::optional<std::string> formatName;    ///< UTF-8; else the library's first format
+    std::optional<std::int32_t> startAddress; ///< in words; else the library's
+    std::optional<std::int32_t> rowCount;     ///< else the library's
+};
+
+/// The same, settled.
+struct ReadSettings {
+    DataFormat format;
+    std::int32_t startAddress = 0;
+    std::int32_t rowCount = 0;
+};
+
+/// Completes `options` from the format library, which is never created or changed; one that is missing or holds no
+/// format stands for the default format. Nothing, and then reported, when a setting is not possible.
+std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/ReadSettings.h"
+#include "cli/StandardStreams.h"
+
+#include <string>
+
+struct ShowOptions {
+    std::string file;
+    ReadOptions read;
+    bool json = false;
+};
+
+/// Prints the rows of a recipe file: as a table, "ID", "RW_Addr" and the columns' titles, then a line a row; or as one
+/// JSON object. False after a failure, then reported.
+bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& reporter);

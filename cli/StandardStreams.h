@@ -1,0 +1,34 @@
+#pragma once
+
+#include "model/Reporter.h"
+
+#include <string>
+#include <string_view>
+
+/// From now on a write that fails, because a reader has gone or a file may not grow, says so and does not end the
+/// program.
+void SurviveFailedWrites();
+
+/// Says on standard error what people must hear, a line a message. Nobody is there to answer a question: it counts as
+/// answered with No.
+class CStandardError final : public CReporter {
+public:
+    void ShowError(std::u16string_view text) override;
+    bool AskYesNo(std::u16string_view text) override;
+};
+
+/// Standard output in large pieces.
+class CStandardOutput {
+public:
+    void Write(std::string_view text);
+
+    /// Hands out what is left. False, and then reported, when any of the text could not be written: a full disk, a
+    /// reader that has gone.
+    bool Finish(CReporter& reporter);
+
+private:
+    void WritePiece();
+
+    std::string m_piece;
+    bool m_failed = false;
+};

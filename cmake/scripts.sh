@@ -1,0 +1,67 @@
+# Sourced by run and test, which stand in the project's folder then: the Debian packages they need, how to get them, and
+# how to build a preset.
+
+# shellcheck disable=SC2034  # the lists are for the scripts that source this file
+build_packages=(cmake ninja-build g++ qt6-base-dev qt6-svg-dev libcli11-dev nlohmann-json3-dev libx11-dev
+                fonts-dejavu-core)
+# shellcheck disable=SC2034
+test_packages=(libgtest-dev python3 clang-format)
+
+# Prints those of the packages named that are not installed. Asks dpkg only, so it takes a few milliseconds.
+missing_packages() {
+    local installed package
+    # dpkg-query answers with an error when it has never heard of one of them: that one is missing, too.
+    installed=$(dpkg-query --show --showformat '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null || true)
+    for package in "$@"; do
+        grep --quiet --line-regexp --fixed-strings "installed $package" <<<"$installed" || echo "$package"
+    done
+}
+
+# Installs those of the packages named that are missing. Without apt it names what is needed, and goes on when the tools
+# seem to be there all the same.
+ensure_packages() {
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        echo "No apt-get here. Vantor needs what Debian calls: $*" >&2
+        if command -v cmake >/dev/null && command -v ninja >/dev/null && has_qt6; then
+            echo "CMake, Ninja and Qt 6 are there: going on." >&2
+            return 0
+        fi
+        echo "Install them with your system's package manager, then try again." >&2
+        return 1
+    fi
+
+    local missing root=()
+    mapfile -t missing < <(missing_packages "$@")
+    ((${#missing[@]})) || return 0
+
+    echo "Installing: ${missing[*]}" >&2
+    if ((EUID != 0)); then
+        if ! command -v sudo >/dev/null; then
+            echo "That needs root, and there is no sudo. As root: apt-get install ${missing[*]}" >&2
+            return 1
+        fi
+        root=(sudo)
+    fi
+    root+=(env DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes)
+    # A list that cannot be brought up to date may still do; the install tells.
+    "${root[@]}" update >&2 || echo "apt-get update failed; trying with the package lists as they are." >&2
+    if ! "${root[@]}" install --no-install-recommends "${missing[@]}" >&2; then
+        echo "apt-get could not install: ${missing[*]}" >&2
+        echo "Its own messages are above. Is the network there, and are Debian's packages among apt's sources?" >&2
+        return 1
+    fi
+}
+
+has_qt6() {
+    command -v qmake6 >/dev/null || command -v qtpaths6 >/dev/null || pkg-config --exists Qt6Widgets 2>/dev/null
+}
+
+# Configures the preset named when that was not done yet, and builds what changed. Prints to standard error only.
+build_preset() {
+    local preset=$1
+    # --fresh, because what is there without this file was left by a configuration that failed or by other tools.
+    if [[ ! -f build/$preset/build.ninja ]]; then
+        cmake --fresh --preset "$preset" >&2
+    fi
+    cmake --build --preset "$preset" >&2
+}

@@ -1,0 +1,8 @@
+#include "controls/GridCell.h"
+
+#include "controls/GridCellPaint.h"
+
+void CGridCell::Draw(QPainter& painter, const QRect& rect, const GridCellLook& look) const
+{
+    DrawCellText(painter, rect, look, Text());
+}

@@ -1,0 +1,484 @@
+#include "controls/GridCtrl.h"
+
+#include "controls/GridClipboard.h"
+#include "controls/GridCorner.h"
+#include "controls/GridDelegate.h"
+#include "controls/GridHeader.h"
+#include "controls/GridModel.h"
+#include "controls/GridSelectionModel.h"
+#include "controls/TitleTip.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace {
+
+constexpr int kTextMargin = 3;    // pixels left and right of a text
+constexpr int kDefaultChars = 14; // a column is this many digits wide until its width is set
+
+} // namespace
+
+CGridCtrl::CGridCtrl(int controlId, QWidget* parent) : QTableView(parent), m_nControlId(controlId)
+{
+    setProperty("controlId", controlId);
+    setAccessibleName(QStringLiteral("Grid"));
+    setShowGrid(false); // the delegate draws the lines
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectItems);
+    setHorizontalScrollMode(ScrollPerPixel); // a column may be wider than the window
+    setVerticalScrollMode(ScrollPerItem);    // so that the wheel scrolls by lines
+    setDragDropMode(NoDragDrop);
+    MakeParts();
+    ConnectParts();
+    TakeLook();
+}
+
+CGridCtrl::~CGridCtrl()
+{
+    // The base class ends what is open with this object half gone.
+    if (m_pEditor)
+        CloseEditor();
+}
+
+void CGridCtrl::MakeParts()
+{
+    m_pModel = new CGridModel(this);
+    m_pModel->SetTextChange([this](int row, int column, const QString& text) {
+        const Change change = ChangeText(row, column, text);
+        // Later: who asks is another program, and it would wait for the user to answer the box.
+        if (change == Change::Refused)
+            QMetaObject::invokeMethod(
+                this, [this, row, column] { ReportRefusal(row, column); }, Qt::QueuedConnection);
+        return change == Change::Done || change == Change::Same;
+    });
+    setModel(m_pModel);
+    const QItemSelectionModel* plain = selectionModel();
+    setSelectionModel(new CGridSelectionModel(m_pModel, this));
+    delete plain;
+    setItemDelegate(new CGridDelegate(*m_pModel, this));
+    setHorizontalHeader(new CGridHeader(Qt::Horizontal, *m_pModel, m_titleSizes, this));
+    setVerticalHeader(new CGridHeader(Qt::Vertical, *m_pModel, m_titleSizes, this));
+    horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance(u'0') * kDefaultChars);
+    m_pCorner = new CGridCorner(*m_pModel, m_titleSizes, this);
+    m_pTitleTip = new CTitleTip(this);
+}
+
+void CGridCtrl::ConnectParts()
+{
+    auto* selection = static_cast<CGridSelectionModel*>(selectionModel());
+    connect(selection, &CGridSelectionModel::FocusMoving, this, [this](const QModelIndex& index) {
+        SendNotification(m_nControlId, GridNotification::SelectionChanging, index);
+    });
+    // No selection by dragging, over the titles neither.
+    disconnect(horizontalHeader(), &QHeaderView::sectionEntered, this, nullptr);
+    disconnect(verticalHeader(), &QHeaderView::sectionEntered, this, nullptr);
+    connect(m_pCorner, &CGridCorner::Clicked, this, &CGridCtrl::SelectAll);
+    connect(m_pCorner, &CGridCorner::ColumnResized, this, &CGridCtrl::SetColumnWidth);
+}
+
+void CGridCtrl::TakeLook()
+{
+    for (const bool row : {false, true})
+        for (const bool column : {false, true})
+            m_pModel->DefaultCell(row, column).TakeLook(palette(), font(), kTextMargin);
+}
+
+void CGridCtrl::SetCellCheck(CellCheck check)
+{
+    m_check = std::move(check);
+}
+
+void CGridCtrl::SetReporter(MessageReporter reporter)
+{
+    m_reporter = std::move(reporter);
+}
+
+void CGridCtrl::SetTextSource(CGridTextSource* source)
+{
+    CloseEditor();
+    m_pModel->SetSource(source);
+    verticalHeader()->viewport()->update();
+}
+
+void CGridCtrl::SetEditable(bool editable)
+{
+    CloseEditor();
+    m_pModel->SetEditable(editable);
+}
+
+void CGridCtrl::DeleteAllItems()
+{
+    CloseEditor();
+    m_pTitleTip->Hide();
+    m_titleSizes = {};
+    m_pModel->Clear();
+    FixedCountsChanged();
+}
+
+bool CGridCtrl::SetRowCount(int count)
+{
+    if (count < 0)
+        return false;
+    CloseEditor();
+    const std::vector<int> widths = BodyColumnWidths();
+    m_pModel->SetRowCount(count);
+    for (std::size_t column = 0; column < widths.size(); ++column)
+        horizontalHeader()->resizeSection(static_cast<int>(column), widths[column]);
+    FixedCountsChanged();
+    return true;
+}
+
+bool CGridCtrl::SetColumnCount(int count)
+{
+    if (count < 0)
+        return false;
+    CloseEditor();
+    m_pModel->SetColumnCount(count);
+    FixedCountsChanged();
+    return true;
+}
+
+bool CGridCtrl::SetFixedRowCount(int count)
+{
+    if (count < 0 || count > RowCount())
+        return false;
+    CloseEditor();
+    // A row keeps its height when it becomes fixed and when it no longer is.
+    const std::vector<int> before = m_titleSizes.rowHeights;
+    for (int row = FixedRowCount(); row < count; ++row)
+        m_titleSizes.rowHeights.push_back(RowHeight(row));
+    m_pModel->SetFixedRowCount(count);
+    FixedCountsChanged();
+    for (auto row = static_cast<std::size_t>(count); row < before.size(); ++row)
+        SetRowHeight(static_cast<int>(row), before[row]);
+    return true;
+}
+
+bool CGridCtrl::SetFixedColumnCount(int count)
+{
+    if (count < 0 || count > ColumnCount())
+        return false;
+    CloseEditor();
+    const std::vector<int> before = m_titleSizes.columnWidths;
+    for (int column = FixedColumnCount(); column < count; ++column)
+        m_titleSizes.columnWidths.push_back(ColumnWidth(column));
+    m_pModel->SetFixedColumnCount(count);
+    FixedCountsChanged();
+    for (auto column = static_cast<std::size_t>(count); column < before.size(); ++column)
+        SetColumnWidth(static_cast<int>(column), before[column]);
+    return true;
+}
+
+int CGridCtrl::RowCount() const
+{
+    return m_pModel->RowCount();
+}
+
+int CGridCtrl::ColumnCount() const
+{
+    return m_pModel->ColumnCount();
+}
+
+int CGridCtrl::FixedRowCount() const
+{
+    return m_pModel->FixedRowCount();
+}
+
+int CGridCtrl::FixedColumnCount() const
+{
+    return m_pModel->FixedColumnCount();
+}
+
+void CGridCtrl::FixedCountsChanged()
+{
+    m_titleSizes.rowHeights.resize(static_cast<std::size_t>(FixedRowCount()));
+    m_titleSizes.columnWidths.resize(static_cast<std::size_t>(FixedColumnCount()));
+    m_pCorner->RefreshName();
+    m_pCorner->update();
+    scheduleDelayedItemsLayout(); // once for all that is changed now
+}
+
+std::vector<int> CGridCtrl::BodyColumnWidths() const
+{
+    std::vector<int> widths;
+    for (int column = 0; column < horizontalHeader()->count(); ++column)
+        widths.push_back(horizontalHeader()->sectionSize(column));
+    return widths;
+}
+
+void CGridCtrl::SetDefaultRowHeight(int pixels)
+{
+    verticalHeader()->setDefaultSectionSize(pixels);
+}
+
+bool CGridCtrl::SetRowHeight(int row, int pixels)
+{
+    if (row < 0 || row >= RowCount() || pixels < 0)
+        return false;
+    if (row >= FixedRowCount()) {
+        verticalHeader()->resizeSection(row - FixedRowCount(), pixels);
+    } else {
+        m_titleSizes.rowHeights[static_cast<std::size_t>(row)] = pixels;
+        FixedCountsChanged();
+    }
+    return true;
+}
+
+bool CGridCtrl::SetColumnWidth(int column, int pixels)
+{
+    if (column < 0 || column >= ColumnCount() || pixels < 0)
+        return false;
+    if (column >= FixedColumnCount()) {
+        horizontalHeader()->resizeSection(column - FixedColumnCount(), pixels);
+    } else {
+        m_titleSizes.columnWidths[static_cast<std::size_t>(column)] = pixels;
+        FixedCountsChanged();
+    }
+    return true;
+}
+
+int CGridCtrl::RowHeight(int row) const
+{
+    if (row < 0 || row >= RowCount())
+        return 0;
+    return row < FixedRowCount() ? m_titleSizes.rowHeights[static_cast<std::size_t>(row)]
+                                 : verticalHeader()->sectionSize(row - FixedRowCount());
+}
+
+int CGridCtrl::ColumnWidth(int column) const
+{
+    if (column < 0 || column >= ColumnCount())
+        return 0;
+    return column < FixedColumnCount() ? m_titleSizes.columnWidths[static_cast<std::size_t>(column)]
+                                       : horizontalHeader()->sectionSize(column - FixedColumnCount());
+}
+
+bool CGridCtrl::SetItem(const GridItem& item)
+{
+    if (!m_pModel->Contains(item.row, item.column))
+        return false;
+    bool done = true;
+    if ((item.mask & GridItem::Text) != 0)
+        done = m_pModel->SetText(item.row, item.column, item.text);
+    if (CGridCellBase* cell = GetCell(item.row, item.column)) {
+        if ((item.mask & GridItem::Image) != 0)
+            cell->SetImage(item.image);
+        if ((item.mask & GridItem::Data) != 0)
+            cell->SetData(item.data);
+        if ((item.mask & GridItem::State) != 0)
+            cell->SetState(item.state & CGridCellBase::ReadOnly);
+        if ((item.mask & GridItem::Format) != 0)
+            cell->SetFormat(item.format);
+    }
+    RedrawCell(item.row, item.column);
+    return done;
+}
+
+bool CGridCtrl::SetItemText(int row, int column, const QString& text)
+{
+    if (!m_pModel->SetText(row, column, text))
+        return false;
+    RedrawCell(row, column);
+    return true;
+}
+
+QString CGridCtrl::GetItemText(int row, int column) const
+{
+    return m_pModel->Text(row, column);
+}
+
+bool CGridCtrl::SetCellData(int row, int column, std::uintptr_t value)
+{
+    CGridCellBase* cell = m_pModel->IsVirtual() ? nullptr : m_pModel->MakeCell(row, column);
+    if (cell == nullptr)
+        return false;
+    cell->SetData(value);
+    RedrawCell(row, column);
+    return true;
+}
+
+std::uintptr_t CGridCtrl::GetCellData(int row, int column) const
+{
+    const CGridCellBase* cell = m_pModel->FindCell(row, column);
+    return cell != nullptr ? cell->Data() : 0;
+}
+
+std::uint32_t CGridCtrl::GetItemState(int row, int column) const
+{
+    if (!m_pModel->Contains(row, column))
+        return 0;
+    const CGridCellBase* cell = m_pModel->FindCell(row, column);
+    std::uint32_t state =
+        m_pModel->DefaultCellAt(row, column).StateFlags() | (cell != nullptr ? cell->StateFlags() : 0);
+    const QModelIndex index = m_pModel->BodyIndex(row, column);
+    if (index.isValid() && index == currentIndex())
+        state |= CGridCellBase::Focused;
+    if (index.isValid() && selectionModel()->isSelected(index))
+        state |= CGridCellBase::Selected;
+    return state;
+}
+
+void CGridCtrl::RedrawCell(int row, int column)
+{
+    if (!m_pModel->Contains(row, column))
+        return;
+    const QModelIndex index = m_pModel->BodyIndex(row, column);
+    if (index.isValid())
+        emit m_pModel->dataChanged(index, index);
+    else if (column >= FixedColumnCount())
+        emit m_pModel->headerDataChanged(Qt::Horizontal, column - FixedColumnCount(), column - FixedColumnCount());
+    else if (row >= FixedRowCount())
+        emit m_pModel->headerDataChanged(Qt::Vertical, row - FixedRowCount(), row - FixedRowCount());
+    else {
+        m_pCorner->RefreshName();
+        m_pCorner->update();
+    }
+}
+
+CGridCellBase* CGridCtrl::GetCell(int row, int column)
+{
+    return m_pModel->MakeCell(row, column);
+}
+
+bool CGridCtrl::SetCell(int row, int column, std::unique_ptr<CGridCellBase> cell)
+{
+    if (!m_pModel->PutCell(row, column, std::move(cell)))
+        return false;
+    RedrawCell(row, column);
+    return true;
+}
+
+CGridDefaultCell& CGridCtrl::DefaultCell(bool fixedRow, bool fixedColumn)
+{
+    return m_pModel->DefaultCell(fixedRow, fixedColumn);
+}
+
+bool CGridCtrl::FocusCell(int& row, int& column) const
+{
+    const QModelIndex index = currentIndex();
+    if (!index.isValid())
+        return false;
+    row = m_pModel->GridRow(index);
+    column = m_pModel->GridColumn(index);
+    return true;
+}
+
+bool CGridCtrl::SetFocusCell(int row, int column)
+{
+    const QModelIndex index = m_pModel->BodyIndex(row, column);
+    if (!index.isValid())
+        return false;
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    return currentIndex() == index;
+}
+
+CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text)
+{
+    if (!m_pModel->IsEditable(row, column))
+        return Change::ReadOnly;
+    if (m_pModel->Text(row, column) == text)
+        return Change::Same;
+    if (!AcceptsText(column, text))
+        return Change::Refused;
+    MarkEdited(row, column);
+    TakeText(row, column, text);
+    return Change::Done;
+}
+
+void CGridCtrl::ReportRefusal(int row, int column)
+{
+    // kept: the first number is the row, though the text says Col
+    const QString text = QString::asprintf("Col %d,Row %d data error !", row, column);
+    if (m_reporter) {
+        m_reporter(text);
+        return;
+    }
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::Ok, window());
+    box.exec();
+}
+
+bool CGridCtrl::AcceptsText(int column, const QString& text)
+{
+    return !m_check || m_check(column, text);
+}
+
+void CGridCtrl::MarkEdited(int row, int column)
+{
+    emit CellEdited(row, column);
+}
+
+/// A text that the cell has already is not set once more: the source need not keep what never changed.
+void CGridCtrl::TakeText(int row, int column, const QString& text)
+{
+    if (m_pModel->Text(row, column) != text)
+        SetItemText(row, column, text);
+}
+
+bool CGridCtrl::CanCopy() const
+{
+    return m_pEditor ? m_pEditor->hasSelectedText() : selectionModel()->hasSelection();
+}
+
+bool CGridCtrl::CanCut() const
+{
+    return CanCopy() && (m_pEditor || m_pModel->IsEditable());
+}
+
+bool CGridCtrl::CanPaste() const
+{
+    const QMimeData* content = QApplication::clipboard()->mimeData();
+    if (content == nullptr || !content->hasText())
+        return false;
+    return m_pEditor || (m_pModel->IsEditable() && (selectionModel()->hasSelection() || currentIndex().isValid()));
+}
+
+bool CGridCtrl::CanSelectAll() const
+{
+    return m_pEditor ? !m_pEditor->text().isEmpty() : m_pModel->rowCount() > 0 && m_pModel->columnCount() > 0;
+}
+
+void CGridCtrl::Copy()
+{
+    if (m_pEditor)
+        m_pEditor->copy();
+    else
+        CGridClipboard(*this).Copy();
+}
+
+void CGridCtrl::Cut()
+{
+    if (m_pEditor)
+        m_pEditor->cut();
+    else if (CanCut() && CGridClipboard(*this).Copy())
+        CGridClipboard(*this).Clear();
+}
+
+void CGridCtrl::Paste()
+{
+    if (m_pEditor)
+        m_pEditor->paste();
+    else if (CanPaste())
+        CGridClipboard(*this).Paste(QApplication::clipboard()->text());
+}
+
+void CGridCtrl::SelectAll()
+{
+    if (m_pEditor)
+        m_pEditor->selectAll();
+    else
+        selectAll();
+}
+
+int CGridCtrl::PrintPageCount(const QPagedPaintDevice& device) const
+{
+    return CGridPrinter(*m_pModel, m_titleSizes, *verticalHeader(), *horizontalHeader()).PageCount(device);
+}
+
+bool CGridCtrl::Print(QPagedPaintDevice& device, const CGridPrinter::Progress& progress) const
+{
+    return CGridPrinter(*m_pModel, m_titleSizes, *verticalHeader(), *horizontalHeader()).Print(device, progress);
+}

@@ -1,0 +1,190 @@
+#pragma once
+
+#include "controls/GridNotification.h"
+#include "controls/GridPrinter.h"
+#include "controls/GridTextSource.h"
+#include "controls/GridTitles.h"
+#include "controls/InPlaceEdit.h"
+
+#include <QPointer>
+#include <QString>
+#include <QTableView>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+class CGridCellBase;
+class CGridCorner;
+class CGridDefaultCell;
+class CGridModel;
+class CTitleTip;
+
+/// The fields of one cell that SetItem sets, named by `mask`.
+struct GridItem {
+    enum Mask : std::uint32_t { Text = 1, Image = 2, Data = 4, State = 8, Format = 64 };
+
+    int row = 0;
+    int column = 0;
+    std::uint32_t mask = 0;
+    std::uint32_t state = 0;  ///< CGridCellBase::State; only ReadOnly can be set, the others follow from the grid
+    std::uint32_t format = 0; ///< text format: 0 left, 1 centred, 2 right, 16 wraps
+    QString text = {};        ///< initialised, so that designated initialisers may leave it out
+    int image = -1;
+    std::uintptr_t data = 0;
+};
+
+/// A grid with fixed title rows and columns, editable cells, an in-place editor, the clipboard and printing.
+///
+/// It knows nothing of what its cells mean: whether a typed text is acceptable it asks the check, how to report a
+/// refused one it leaves to the reporter. Rows and columns are counted with the fixed ones everywhere.
+///
+/// A click, Shift+click, Ctrl+click, the titles and the keys choose cells; dragging the mouse does not. A character,
+/// F2, Enter or a double click opens the editor on the focus cell.
+class CGridCtrl : public QTableView, private CInPlaceEditOwner {
+    Q_OBJECT
+
+public:
+    /// Whether `text` may become the text of a cell in grid column `column`.
+    using CellCheck = std::function<bool(int column, const QString& text)>;
+    /// Shows one message to the user and returns when it was answered.
+    using MessageReporter = std::function<void(const QString& text)>;
+    /// What became of a change that goes the user's way.
+    enum class Change { Same, Done, Refused, ReadOnly };
+
+    /// A grid without rows and columns. `controlId` goes with every notification.
+    explicit CGridCtrl(int controlId, QWidget* parent = nullptr);
+    ~CGridCtrl() override;
+
+    void SetCellCheck(CellCheck check);          ///< none: every text is accepted
+    void SetReporter(MessageReporter reporter);  ///< none: a message box
+    void SetTextSource(CGridTextSource* source); ///< virtual mode while not null; the fixed rows stay kept cells
+    void SetEditable(bool editable);
+
+    void DeleteAllItems(); ///< removes every row, column and cell; ends virtual mode; an open edit is dropped
+    bool SetRowCount(int count);
+    bool SetColumnCount(int count);
+    bool SetFixedRowCount(int count);    ///< false for more than there are rows
+    bool SetFixedColumnCount(int count); ///< false for more than there are columns
+    int RowCount() const;
+    int ColumnCount() const;
+    int FixedRowCount() const;
+    int FixedColumnCount() const;
+
+    /// The height of every body row in pixels that has none of its own. Cheap for any number of rows.
+    void SetDefaultRowHeight(int pixels);
+    bool SetRowHeight(int row, int pixels);      ///< false for a row outside the grid
+    bool SetColumnWidth(int column, int pixels); ///< false for a column outside the grid
+    int RowHeight(int row) const;                ///< in pixels; 0 outside the grid
+    int ColumnWidth(int column) const;           ///< in pixels; 0 outside the grid
+
+    /// False for a cell outside the grid. A data cell in virtual mode takes the text only.
+    bool SetItem(const GridItem& item);
+    bool SetItemText(int row, int column, const QString& text);
+    QString GetItemText(int row, int column) const;              ///< empty for a cell outside the grid
+    bool SetCellData(int row, int column, std::uintptr_t value); ///< false outside the grid, or in virtual mode
+    std::uintptr_t GetCellData(int row, int column) const;
+    std::uint32_t GetItemState(int row, int column) const; ///< CGridCellBase::State; 0 outside the grid
+    void RedrawCell(int row, int column);
+
+    CGridCellBase* GetCell(int row, int column); ///< a kept cell, to set its look; null outside, or when it is not kept
+    bool SetCell(int row, int column,
+                 std::unique_ptr<CGridCellBase> cell); ///< replaces a kept cell by one of any class
+    /// The look of cells that set none: of data cells, of the fixed rows, the fixed columns, or the corner where both
+    /// meet. The data cells' starts centred. Colours, font and margin come from the palette and the font of the grid.
+    CGridDefaultCell& DefaultCell(bool fixedRow, bool fixedColumn);
+
+    bool FocusCell(int& row, int& column) const; ///< false when no cell has the focus
+    bool SetFocusCell(int row, int column);      ///< false for a fixed cell or one outside the grid
+    bool StartEdit();                            ///< opens the editor on the focus cell; false when it cannot be edited
+    bool IsEditing() const;
+    /// Ends an edit that is open, as a click elsewhere would. False when the text was refused (and reported).
+    bool EndEdit();
+
+    /// Changes a text as if the user had typed it: asks the check and tells CellEdited. Reports nothing.
+    Change ChangeText(int row, int column, const QString& text);
+    void ReportRefusal(int row, int column) override; ///< "Col %d,Row %d data error !"
+
+    // While a cell is edited these act on its editor, otherwise on the selected cells.
+    bool CanCopy() const;
+    bool CanCut() const;
+    bool CanPaste() const;
+    bool CanSelectAll() const;
+
+    /// Where a context menu belongs after a right-click notification: at the mouse, or in the middle of the focus cell
+    /// when the keyboard asked for it. A point of the screen.
+    QPoint ContextMenuPosition() const { return m_ptContextMenu; }
+
+    int PrintPageCount(const QPagedPaintDevice& device) const;
+    /// Prints all cells. False when the device fails or `progress` cancels.
+    bool Print(QPagedPaintDevice& device, const CGridPrinter::Progress& progress = {}) const;
+
+    CTitleTip& TitleTip() { return *m_pTitleTip; }
+    CGridModel& Model() { return *m_pModel; }
+    const CGridModel& Model() const { return *m_pModel; }
+
+    void keyboardSearch(const QString& search) override; ///< does nothing: typing starts an edit
+
+public slots:
+    void Copy();
+    void Cut();
+    void Paste();
+    void SelectAll();
+
+signals:
+    /// Right click, selection changing, end of an edit: in this order of their happening. At the end of an edit the
+    /// cell shows the text already.
+    void Notify(const GridNotification& notification);
+    /// A text was accepted that differs from the one before; sent before the cell takes it.
+    void CellEdited(int row, int column);
+
+protected:
+    void updateGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+    bool focusNextPrevChild(bool next) override;
+    void changeEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    bool AcceptsText(int column, const QString& text) override;
+    void MarkEdited(int row, int column) override;
+    void TakeEdit(const EditEnd& end) override;
+
+    void MakeParts();
+    void ConnectParts();
+    void TakeLook();
+    void FixedCountsChanged();
+    std::vector<int> BodyColumnWidths() const;
+    void TakeText(int row, int column, const QString& text);
+    void SendNotification(int controlId, int code, const QModelIndex& index);
+    void AskForContextMenu();
+    void AskForContextMenu(const QModelIndex& index, QPoint position);
+
+    bool OpenEditor(const QModelIndex& index);
+    bool OpenEditorWith(const QString& text);
+    void PlaceEditor();
+    void CloseEditor();
+    bool MoveFocus(int key);
+    bool HandleCommandKey(QKeyEvent& event);
+    void TellSelection(const QItemSelection& selected);
+
+    int m_nControlId;
+    CGridModel* m_pModel = nullptr;
+    CGridCorner* m_pCorner = nullptr;
+    CTitleTip* m_pTitleTip = nullptr;
+    QPointer<CInPlaceEdit> m_pEditor;
+    GridTitleSizes m_titleSizes;
+    CellCheck m_check;
+    MessageReporter m_reporter;
+    QPoint m_ptContextMenu;
+};

@@ -1,0 +1,341 @@
+// The grid's keys, mouse and in-place editing.
+
+#include "controls/GridCellPaint.h"
+#include "controls/GridClipboard.h"
+#include "controls/GridCorner.h"
+#include "controls/GridCtrl.h"
+#include "controls/GridModel.h"
+#include "controls/TitleTip.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include <optional>
+
+namespace {
+
+/// A character that starts an edit. Ctrl and Alt together are the AltGr of some keyboards.
+bool IsTypedText(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers commands =
+        event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const bool plain = commands == Qt::NoModifier || commands == (Qt::ControlModifier | Qt::AltModifier);
+    return plain && !event.text().isEmpty() && event.text().at(0).isPrint();
+}
+
+} // namespace
+
+void CGridCtrl::SendNotification(int controlId, int code, const QModelIndex& index)
+{
+    emit Notify({controlId, code, m_pModel->GridRow(index), m_pModel->GridColumn(index)});
+}
+
+void CGridCtrl::AskForContextMenu(const QModelIndex& index, QPoint position)
+{
+    m_ptContextMenu = position;
+    SendNotification(m_nControlId, GridNotification::RightClick, index);
+}
+
+/// The keyboard asks: the menu belongs to the focus cell, wherever the grid was scrolled to.
+void CGridCtrl::AskForContextMenu()
+{
+    const QModelIndex index = currentIndex();
+    if (!index.isValid())
+        return;
+    scrollTo(index);
+    AskForContextMenu(index, viewport()->mapToGlobal(visualRect(index).center()));
+}
+
+bool CGridCtrl::StartEdit()
+{
+    return OpenEditor(currentIndex());
+}
+
+bool CGridCtrl::IsEditing() const
+{
+    return !m_pEditor.isNull();
+}
+
+bool CGridCtrl::EndEdit()
+{
+    return !m_pEditor || m_pEditor->End(0);
+}
+
+bool CGridCtrl::OpenEditor(const QModelIndex& index)
+{
+    if (!index.isValid() || !index.flags().testFlag(Qt::ItemIsEditable) || !EndEdit() || !index.isValid())
+        return false;
+    const int row = m_pModel->GridRow(index);
+    const int column = m_pModel->GridColumn(index);
+    const GridCellLook look = LookOf(*m_pModel, row, column);
+    m_pTitleTip->Hide();
+    scrollTo(index);
+    m_pEditor = new CInPlaceEdit(*this, viewport(), row, column, m_pModel->Text(row, column));
+    m_pEditor->setAlignment(AlignmentOf(look.format));
+    m_pEditor->setFont(look.font);
+    m_pEditor->setAccessibleName(m_pModel->headerData(index.column(), Qt::Horizontal).toString() +
+                                 QStringLiteral(", ") + m_pModel->headerData(index.row(), Qt::Vertical).toString());
+    connect(m_pEditor, &QLineEdit::textEdited, this, [this] {
+        scrollTo(m_pModel->BodyIndex(m_pEditor->Row(), m_pEditor->Column())); // when the wheel has moved it away
+    });
+    PlaceEditor();
+    m_pEditor->selectAll();
+    m_pEditor->show();
+    m_pEditor->setFocus();
+    return true;
+}
+
+/// Opens the editor on the focus cell with a text in place of the cell's.
+bool CGridCtrl::OpenEditorWith(const QString& text)
+{
+    if (!StartEdit())
+        return false;
+    m_pEditor->setText(text);
+    return true;
+}
+
+void CGridCtrl::PlaceEditor()
+{
+    if (!m_pEditor)
+        return;
+    const QRect cell = visualRect(m_pModel->BodyIndex(m_pEditor->Row(), m_pEditor->Column()));
+    m_pEditor->setGeometry(cell.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1));
+}
+
+void CGridCtrl::CloseEditor()
+{
+    if (!m_pEditor)
+        return;
+    CInPlaceEdit* editor = m_pEditor;
+    m_pEditor = nullptr;
+    editor->Close(this);
+}
+
+void CGridCtrl::TakeEdit(const EditEnd& end)
+{
+    TakeText(end.row, end.column, end.text);
+    CloseEditor();
+    emit Notify({CInPlaceEdit::kControlId, GridNotification::EndInPlaceEdit, end.row, end.column});
+    if (MoveFocus(end.key))
+        StartEdit();
+}
+
+/// Moves the focus as `key` would outside an edit. False when it stays where it is.
+bool CGridCtrl::MoveFocus(int key)
+{
+    std::optional<CursorAction> action;
+    switch (key) {
+    case Qt::Key_Tab:
+        action = MoveNext;
+        break;
+    case Qt::Key_Backtab:
+        action = MovePrevious;
+        break;
+    case Qt::Key_PageUp:
+        action = MovePageUp;
+        break;
+    case Qt::Key_PageDown:
+        action = MovePageDown;
+        break;
+    case Qt::Key_Home:
+        action = MoveHome;
+        break;
+    case Qt::Key_End:
+        action = MoveEnd;
+        break;
+    case Qt::Key_Left:
+        action = MoveLeft;
+        break;
+    case Qt::Key_Up:
+        action = MoveUp;
+        break;
+    case Qt::Key_Right:
+        action = MoveRight;
+        break;
+    case Qt::Key_Down:
+        action = MoveDown;
+        break;
+    default:
+        return false;
+    }
+    const QPersistentModelIndex before(currentIndex());
+    const QModelIndex next = moveCursor(*action, Qt::NoModifier);
+    if (!next.isValid() || next == before)
+        return false;
+    selectionModel()->setCurrentIndex(next, QItemSelectionModel::ClearAndSelect);
+    return currentIndex().isValid() && currentIndex() != before;
+}
+
+void CGridCtrl::keyboardSearch(const QString&) {}
+
+/// Next and previous stop at the last and the first cell, where the toolkit would go round.
+QModelIndex CGridCtrl::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const QModelIndex current = currentIndex();
+    const bool atEnd = current.row() == m_pModel->rowCount() - 1 && current.column() == m_pModel->columnCount() - 1;
+    const bool atStart = current.row() == 0 && current.column() == 0;
+    if (current.isValid() && ((action == MoveNext && atEnd) || (action == MovePrevious && atStart)))
+        return current;
+    return QTableView::moveCursor(action, modifiers);
+}
+
+/// Ctrl+Home and Ctrl+End choose the cell they go to, where the toolkit would leave the selection behind: a text pasted
+/// then would not go where the focus is.
+QItemSelectionModel::SelectionFlags CGridCtrl::selectionCommand(const QModelIndex& index, const QEvent* event) const
+{
+    if (event != nullptr && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<const QKeyEvent*>(event);
+        const bool toAnEnd = key->key() == Qt::Key_Home || key->key() == Qt::Key_End;
+        if (toAnEnd && (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier)
+            return QItemSelectionModel::ClearAndSelect;
+    }
+    return QTableView::selectionCommand(index, event);
+}
+
+/// Tab leaves the grid from its last cell and from a grid without cells, Shift+Tab from its first one.
+bool CGridCtrl::focusNextPrevChild(bool next)
+{
+    const QModelIndex current = currentIndex();
+    const QModelIndex target = moveCursor(next ? MoveNext : MovePrevious, Qt::NoModifier);
+    if (!target.isValid() || target == current)
+        return QAbstractScrollArea::focusNextPrevChild(next);
+    return QTableView::focusNextPrevChild(next);
+}
+
+bool CGridCtrl::HandleCommandKey(QKeyEvent& event)
+{
+    if (event.matches(QKeySequence::Copy))
+        Copy();
+    else if (event.matches(QKeySequence::Cut))
+        Cut();
+    else if (event.matches(QKeySequence::Paste))
+        Paste();
+    else if (event.matches(QKeySequence::SelectAll))
+        SelectAll();
+    else if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::NoModifier)
+        CGridClipboard(*this).Clear();
+    else if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier)
+        AskForContextMenu();
+    else if ((event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
+             event.modifiers().testFlag(Qt::ControlModifier))
+        QAbstractScrollArea::focusNextPrevChild(event.key() == Qt::Key_Tab);
+    else
+        return false;
+    return true;
+}
+
+void CGridCtrl::keyPressEvent(QKeyEvent* event)
+{
+    const bool editKey = event->key() == Qt::Key_F2 || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (HandleCommandKey(*event) || (editKey && plain && StartEdit()) ||
+        (IsTypedText(*event) && OpenEditorWith(event->text())))
+        event->accept();
+    else
+        QTableView::keyPressEvent(event);
+}
+
+void CGridCtrl::inputMethodEvent(QInputMethodEvent* event)
+{
+    const bool typed = !event->commitString().isEmpty() || !event->preeditString().isEmpty();
+    if (typed && OpenEditorWith(QString()))
+        QCoreApplication::sendEvent(m_pEditor, event);
+    else
+        event->ignore();
+}
+
+/// The toolkit would give the focus to the first cell, which nobody chose.
+void CGridCtrl::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
+void CGridCtrl::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        QTableView::mousePressEvent(event);
+    else
+        event->accept(); // the other buttons choose nothing
+}
+
+/// Nothing on purpose: no hover tracking and no selection by dragging.
+void CGridCtrl::mouseMoveEvent(QMouseEvent* event)
+{
+    event->accept();
+}
+
+void CGridCtrl::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        QTableView::mouseReleaseEvent(event);
+        return;
+    }
+    const QModelIndex index = indexAt(event->pos());
+    if (event->button() == Qt::RightButton && index.isValid())
+        AskForContextMenu(index, event->globalPosition().toPoint());
+    event->accept();
+}
+
+void CGridCtrl::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    event->accept();
+    if (event->button() != Qt::LeftButton || event->modifiers() != Qt::NoModifier)
+        return;
+    const QModelIndex index = indexAt(event->pos());
+    if (index.isValid() && index == currentIndex())
+        OpenEditor(index);
+}
+
+/// The mouse asks with its button's release; here is the keyboard.
+void CGridCtrl::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        AskForContextMenu();
+    event->accept();
+}
+
+void CGridCtrl::updateGeometries()
+{
+    QTableView::updateGeometries();
+    if (m_pCorner == nullptr) // called by the base class before the parts are made
+        return;
+    const QHeaderView* above = horizontalHeader();
+    const QHeaderView* left = verticalHeader();
+    m_pCorner->setGeometry(left->x(), above->y(), left->width(), above->height());
+    m_pCorner->raise(); // over the toolkit's own corner button
+    PlaceEditor();
+}
+
+void CGridCtrl::scrollContentsBy(int dx, int dy)
+{
+    m_pTitleTip->Hide();
+    QTableView::scrollContentsBy(dx, dy);
+    PlaceEditor();
+}
+
+/// Not the table view's own: with a screen reader running it makes an index for every selected cell.
+void CGridCtrl::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QAbstractItemView::selectionChanged(selected, deselected);
+    if (QAccessible::isActive() && !selected.isEmpty())
+        TellSelection(selected);
+}
+
+void CGridCtrl::TellSelection(const QItemSelection& selected)
+{
+    QAccessibleEvent event(this, QAccessible::SelectionAdd);
+    event.setChild(m_pModel->AccessibleChild(selected.first().topLeft()));
+    QAccessible::updateAccessibility(&event);
+}
+
+void CGridCtrl::changeEvent(QEvent* event)
+{
+    QTableView::changeEvent(event);
+    const bool look = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
+                      event->type() == QEvent::StyleChange;
+    if (look && m_pModel != nullptr)
+        TakeLook();
+}

@@ -1,0 +1,105 @@
+#include "files/BinaryRecipeFile.h"
+
+#include "files/File.h"
+#include "files/FileMessages.h"
+#include "files/StretchCoding.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kPieceBytes = std::size_t{64} << 20; // of one read or write; the usual stretch is one piece
+
+std::size_t BytesInFile(std::uint64_t fileSize, const CRecipeRows& rows)
+{
+    if (fileSize <= rows.FirstByte())
+        return 0;
+    return static_cast<std::size_t>(std::min(fileSize - rows.FirstByte(), rows.StretchBytes()));
+}
+
+Outcome ReadImage(const fs::path& path, const CRecipeRows& rows, CByteBuffer& image, CProgress& progress)
+try {
+    const CFile file(path, CFile::Mode::Read);
+    const auto fileSize = file.Size();
+    if (!fileSize)
+        return Outcome::Failed;
+
+    const std::size_t total = BytesInFile(*fileSize, rows);
+    image = CByteBuffer(total);
+    std::size_t done = 0;
+    while (done < total) {
+        const auto piece = image.Bytes().subspan(done, std::min(kPieceBytes, total - done));
+        const auto arrived = file.ReadAt(rows.FirstByte() + done, piece);
+        if (!arrived)
+            return Outcome::Failed;
+        done += *arrived;
+        if (!progress.Advance(done, total))
+            return Outcome::GivenUp;
+        if (*arrived < piece.size()) // someone cut the file meanwhile
+            break;
+    }
+    image.Shorten(done);
+    return Outcome::Done;
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+}
+
+Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const std::byte> image, CProgress& progress)
+{
+    CFile file(path, CFile::Mode::OpenOrCreate);
+    if (!file.IsOpen())
+        return Outcome::Failed;
+    for (std::size_t done = 0; done < image.size();) {
+        const auto piece = image.subspan(done, std::min(kPieceBytes, image.size() - done));
+        if (!file.WriteAt(offset + done, piece))
+            return Outcome::Failed;
+        done += piece.size();
+        // Too late to give up: a file that is half old and half new would be worse than a wait.
+        progress.Advance(image.size() + done, 2 * static_cast<std::uint64_t>(image.size()));
+    }
+    return file.Close() ? Outcome::Done : Outcome::Failed;
+}
+
+Outcome SaveImage(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
+try {
+    if (rows.StartAddress() < 0) // no file has such words
+        return Outcome::Failed;
+    CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
+    const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
+    if (coded != Outcome::Done)
+        return coded;
+    return WriteImage(path, rows.FirstByte(), image.Bytes(), progress);
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+}
+
+} // namespace
+
+bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter, CProgress& progress)
+{
+    rows.ShowNothing();
+    if (path.empty() && newFile) {
+        rows.ShowNewDocument();
+        return true;
+    }
+    CByteBuffer image;
+    const Outcome outcome = ReadImage(path, rows, image, progress);
+    if (outcome == Outcome::Failed)
+        ShowFileError(reporter, kOpenFileError, path);
+    if (outcome == Outcome::Done)
+        rows.ShowWords(std::move(image), RecipeKind::Flat);
+    return outcome == Outcome::Done;
+}
+
+bool SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    const Outcome outcome = SaveImage(rows, path, progress);
+    if (outcome == Outcome::Failed)
+        ShowFileError(reporter, kSaveFileError, path);
+    return outcome == Outcome::Done;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "files/Progress.h"
+#include "files/RecipeRows.h"
+#include "model/Reporter.h"
+
+#include <filesystem>
+
+// The flat recipe file, ".rcp": words 0 to N - 1, each little-endian, word address a at byte 2a. No header, trailer or
+// checksum; N is what the file's size gives.
+
+/// Fills `rows` from the file at `path`, in one read of the stretch they show. What lies behind the end of the file
+/// shows as the codec shows missing bytes.
+///
+/// An empty `path` with `newFile` set makes a new document. False, with every cell empty, when the file cannot be
+/// opened or read (then reported: "Open file %s error!") or the work was given up.
+bool ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
+                      CProgress& progress);
+
+/// Writes `rows` into the file at `path`, which is created when missing and never truncated: every cell is coded first,
+/// then the stretch goes out in one positioned write. Words before and behind it stay as they are; a gap before it
+/// reads as zero bytes.
+///
+/// False when the file cannot be opened or written (then reported: "Can't save file %s,please check file or your
+/// disk!") or the work was given up before anything was written.
+bool SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                      CProgress& progress);

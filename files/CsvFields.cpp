@@ -1,0 +1,252 @@
+#include "files/CsvFields.h"
+
+#include "files/ByteBuffer.h"
+#include "files/File.h"
+#include "files/Utf16Bytes.h"
+#include "model/AnsiText.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
+constexpr std::size_t kMostReserved = std::size_t{32} << 20; // units; a longer text grows as it is read
+constexpr std::size_t kMarkBytes = 2;
+constexpr std::size_t kLongestAnsiLine = 2047; // bytes, the line feed included
+
+struct TextForm {
+    char16_t separator;
+    bool stripsQuotes; ///< of fields that a separator ends
+};
+
+constexpr TextForm kUtf16Form{u'\t', true};
+constexpr TextForm kAnsiForm{u',', false};
+
+std::u16string_view WithoutQuotes(std::u16string_view field)
+{
+    while (field.starts_with(u'"'))
+        field.remove_prefix(1);
+    while (field.ends_with(u'"'))
+        field.remove_suffix(1);
+    return field;
+}
+
+/// Finds lines and fields in a text that arrives in pieces.
+class CFieldSplitter {
+public:
+    CFieldSplitter(TextForm form, std::size_t lines, std::size_t columns, CFieldTable& fields)
+        : m_form(form),
+          m_lines(lines),
+          m_columns(columns),
+          m_fields(fields)
+    {
+    }
+
+    /// The text that is not split yet, for the next piece to be appended to.
+    std::u16string& Text() { return m_text; }
+
+    bool HasAllLines() const { return m_fields.LineCount() >= m_lines; }
+
+    /// Takes off the text the fields that have an end.
+    void Split()
+    {
+        const std::u16string_view text = m_text;
+        std::size_t begin = 0;
+        std::size_t end = NextMark(text, m_searched);
+        for (; end < text.size() && !HasAllLines(); end = NextMark(text, begin)) {
+            const auto field = text.substr(begin, end - begin);
+            if (text[end] == m_form.separator)
+                EndField(field);
+            else
+                EndLine(field);
+            begin = end + 1;
+        }
+        m_text.erase(0, begin);
+        m_searched = m_text.size();
+    }
+
+    /// The text is complete: what has no end yet is the last line.
+    void Finish()
+    {
+        if ((!m_text.empty() || m_column > 0) && !HasAllLines())
+            EndLine(m_text);
+    }
+
+private:
+    /// The next separator or line feed; the end of the text when there is none.
+    std::size_t NextMark(std::u16string_view text, std::size_t pos) const
+    {
+        const char16_t separator = m_form.separator;
+        const char16_t highest = std::max(separator, u'\n'); // nearly all characters are above it
+        while (pos < text.size() && (text[pos] > highest || (text[pos] != separator && text[pos] != u'\n')))
+            ++pos;
+        return pos;
+    }
+
+    void EndField(std::u16string_view field)
+    {
+        if (m_column < m_columns)
+            m_fields.AddField(m_form.stripsQuotes ? WithoutQuotes(field) : field);
+        ++m_column;
+    }
+
+    void EndLine(std::u16string_view field)
+    {
+        while (field.ends_with(u'\r'))
+            field.remove_suffix(1);
+        if (m_column < m_columns && !field.empty()) // nothing behind a separator is no field
+            m_fields.AddField(field);               // kept: with its quotes
+        m_fields.EndLine();
+        m_column = 0;
+    }
+
+    const TextForm m_form;
+    const std::size_t m_lines;
+    const std::size_t m_columns;
+    CFieldTable& m_fields;
+    std::u16string m_text;
+    std::size_t m_searched = 0; ///< so much of the text has no mark
+    std::size_t m_column = 0;
+};
+
+/// Cuts ANSI bytes into lines as a text stream with a small buffer does, and appends them to a text with a line feed
+/// behind each.
+class CAnsiLines {
+public:
+    explicit CAnsiLines(std::u16string& text) : m_text(text) {}
+
+    void Append(std::span<const std::byte> bytes)
+    {
+        for (const std::byte byte : bytes)
+            Put(static_cast<char>(byte));
+    }
+
+    void Finish()
+    {
+        if (m_isReturnHeld)
+            PutInLine('\r');
+        if (!m_line.empty())
+            EndLine();
+    }
+
+private:
+    void Put(char c)
+    {
+        if (m_isReturnHeld && c != '\n') // before a line feed it goes without being counted
+            PutInLine('\r');
+        m_isReturnHeld = c == '\r';
+        if (c == '\n')
+            EndLine();
+        else if (c != '\r')
+            PutInLine(c);
+    }
+
+    void PutInLine(char c)
+    {
+        m_line += c;
+        if (m_line.size() == kLongestAnsiLine) // kept: a line feed that comes now ends an empty line
+            EndLine();
+    }
+
+    void EndLine()
+    {
+        AppendFromAnsi(m_line, m_text);
+        m_text += u'\n';
+        m_line.clear();
+    }
+
+    std::u16string& m_text;
+    std::string m_line;
+    bool m_isReturnHeld = false;
+};
+
+/// Appends the units that `bytes` hold, low byte first; half a unit at the end is none.
+void AppendUnits(std::span<const std::byte> bytes, std::u16string& text)
+{
+    const std::size_t before = text.size();
+    text.resize(before + bytes.size() / 2);
+    const auto units = std::span(text).subspan(before);
+    std::copy_n(bytes.begin(), units.size_bytes(), std::as_writable_bytes(units).begin());
+    SwapUnlessLowByteFirst(units);
+}
+
+bool HoldsUtf16(const CFile& file)
+{
+    std::array<std::byte, kMarkBytes> mark{};
+    file.ReadAt(0, mark);                                            // what cannot be read here is met again at once
+    return mark[0] == std::byte{0xFF} || mark[1] == std::byte{0xFE}; // kept: one of them is enough
+}
+
+/// Hands the bytes of `file` from `pos` up to its end to `take`, piece by piece, as long as `isWanted` says so.
+template <class IsWanted, class Take>
+Outcome ReadPieces(const CFile& file, std::uint64_t pos, CProgress& progress, IsWanted isWanted, Take take)
+{
+    const auto size = file.Size();
+    if (!size)
+        return Outcome::Failed;
+    CByteBuffer buffer(kPieceBytes);
+    for (std::size_t last = kPieceBytes; last == kPieceBytes && isWanted();) {
+        const auto arrived = file.ReadAt(pos, buffer.Bytes());
+        if (!arrived)
+            return Outcome::Failed;
+        last = *arrived;
+        pos += last;
+        take(std::span<const std::byte>(buffer.Bytes().first(last)));
+        if (!progress.Advance(std::min(pos, *size), *size))
+            return Outcome::GivenUp;
+    }
+    return Outcome::Done;
+}
+
+Outcome ReadUtf16(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
+{
+    return ReadPieces(
+        file, kMarkBytes, progress, [&] { return !splitter.HasAllLines(); },
+        [&](std::span<const std::byte> bytes) {
+            AppendUnits(bytes, splitter.Text());
+            splitter.Split();
+        });
+}
+
+Outcome ReadAnsi(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
+{
+    CAnsiLines ansiLines(splitter.Text());
+    const Outcome outcome = ReadPieces(
+        file, 0, progress, [&] { return !splitter.HasAllLines(); },
+        [&](std::span<const std::byte> bytes) {
+            ansiLines.Append(bytes);
+            splitter.Split();
+        });
+    ansiLines.Finish();
+    splitter.Split();
+    return outcome;
+}
+
+} // namespace
+
+Outcome ReadCsvFields(const fs::path& path, std::size_t lines, std::size_t columns, CFieldTable& fields,
+                      CProgress& progress)
+try {
+    const CFile file(path, CFile::Mode::Read);
+    const auto size = file.Size();
+    if (!size)
+        return Outcome::Failed;
+    const bool isUtf16 = HoldsUtf16(file);
+    const auto characters = static_cast<std::size_t>(std::min<std::uint64_t>(*size, kMostReserved));
+    fields.Reserve(characters, std::min(lines * columns, characters / 4));
+    CFieldSplitter splitter(isUtf16 ? kUtf16Form : kAnsiForm, lines, columns, fields);
+    const Outcome outcome = isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
+    splitter.Finish();
+    return outcome;
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+} catch (const std::length_error&) {
+    return Outcome::Failed;
+}

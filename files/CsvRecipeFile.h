@@ -1,0 +1,27 @@
+#pragma once
+
+#include "files/Progress.h"
+#include "files/RecipeRows.h"
+#include "model/Reporter.h"
+
+#include <filesystem>
+
+// The text table, ".csv": FF FE, then UTF-16 text, low byte first. A line a row, ended by CR LF; in it the cells' texts
+// as they are shown, each between double quotes, a TAB between two of them. There are no titles and no addresses.
+
+/// Fills `rows` from the table at `path`: a line a row, from the first line on. A field that is missing shows "0".
+///
+/// kept: a field that a TAB ends loses all double quotes at both ends, the last of a line keeps them. A file that is
+/// not UTF-16 (neither is its first byte FF nor its second FE) is read in the ANSI code page: its fields end at commas
+/// and keep their quotes, and a line of more than 2047 bytes counts as several.
+///
+/// False, with every cell empty, when the file cannot be opened or read (then reported: "Can't open file %s!") or the
+/// work was given up.
+bool ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+/// Writes `rows` as the table at `path`, which is created or replaced as a whole.
+///
+/// False when the file cannot be written (then reported: "Save file %s failed!") or the work was given up. The old file
+/// is then as it was; a table that could only be written in place (Replacement.h) is not given up once it was begun,
+/// and is cut where a failure met it.
+bool SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);

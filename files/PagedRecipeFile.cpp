@@ -1,0 +1,120 @@
+#include "files/PagedRecipeFile.h"
+
+#include "files/FileMessages.h"
+#include "files/PagedFile.h"
+#include "files/StretchCoding.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
+
+PagedKind KindOf(FileType type)
+{
+    return type == FileType::Erp ? kErp : kFrp;
+}
+
+/// The word at byte `pos` of the stretch that `rows` show.
+std::int64_t WordAt(const CRecipeRows& rows, std::size_t pos)
+{
+    return rows.StartAddress() + static_cast<std::int64_t>(pos / 2);
+}
+
+/// kept: 0x0030, 0x0000, and zeros for the longest value.
+CByteBuffer WordsOfNoFile(const CRecipeRows& rows)
+{
+    std::size_t words = 2;
+    for (const ColumnCoding& column : rows.Columns())
+        words = std::max(words, static_cast<std::size_t>(std::max(column.dataLength, 0)));
+    CByteBuffer buffer(2 * words);
+    std::fill(buffer.Bytes().begin(), buffer.Bytes().end(), std::byte{0});
+    buffer.Bytes()[0] = std::byte{0x30};
+    return buffer;
+}
+
+Outcome ReadStretch(const CRecipeRows& rows, CPagedFile& file, CByteBuffer& image, CProgress& progress)
+{
+    if (!file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+        return Outcome::Failed;
+    image = CByteBuffer(static_cast<std::size_t>(rows.StretchBytes()));
+    const std::size_t total = image.Bytes().size();
+    for (std::size_t done = 0; done < total;) {
+        const auto piece = image.Bytes().subspan(done, std::min(kPieceBytes, total - done));
+        if (!file.Read(WordAt(rows, done), piece))
+            return Outcome::Failed;
+        done += piece.size();
+        if (!progress.Advance(done, total))
+            return Outcome::GivenUp;
+    }
+    return Outcome::Done;
+}
+
+Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const std::byte> image, CProgress& progress)
+{
+    for (std::size_t done = 0; done < image.size();) {
+        const auto piece = image.subspan(done, std::min(kPieceBytes, image.size() - done));
+        if (!file.Write(WordAt(rows, done), piece))
+            return Outcome::Failed;
+        done += piece.size();
+        // Too late to give up: a file that is half old and half new would be worse than a wait.
+        progress.Advance(image.size() + done, 2 * static_cast<std::uint64_t>(image.size()));
+    }
+    return file.Close() ? Outcome::Done : Outcome::Failed;
+}
+
+Outcome SaveStretch(const CRecipeRows& rows, CPagedFile& file, CProgress& progress)
+try {
+    if (!file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+        return Outcome::Failed;
+    CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
+    const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);
+    return coded == Outcome::Done ? WriteStretch(rows, file, image.Bytes(), progress) : coded;
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+}
+
+/// Fills `rows` when that is done.
+Outcome ReadRows(CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
+try {
+    CPagedFile file;
+    if (!file.Open(path, KindOf(type))) {
+        rows.ShowEverywhere(WordsOfNoFile(rows), RecipeKind::Paged);
+        return Outcome::Done;
+    }
+    CByteBuffer image;
+    const Outcome outcome = ReadStretch(rows, file, image, progress);
+    if (outcome == Outcome::Done)
+        rows.ShowWords(std::move(image), RecipeKind::Paged);
+    return outcome;
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+}
+
+} // namespace
+
+bool ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+{
+    rows.ShowNothing();
+    const Outcome outcome = ReadRows(rows, path, type, progress);
+    if (outcome == Outcome::Failed)
+        ShowFileError(reporter, kOpenFileError, path);
+    return outcome == Outcome::Done;
+}
+
+bool SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+{
+    CPagedFile file;
+    if (!file.Open(path, KindOf(type)))
+        return true;
+    const Outcome outcome = SaveStretch(rows, file, progress);
+    if (outcome == Outcome::Failed)
+        ShowFileError(reporter, kSaveFileError, path);
+    return outcome == Outcome::Done;
+}

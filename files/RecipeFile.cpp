@@ -1,0 +1,113 @@
+#include "files/RecipeFile.h"
+
+#include "files/BinaryRecipeFile.h"
+#include "files/CsvRecipeFile.h"
+#include "files/File.h"
+#include "files/FileMessages.h"
+#include "files/PagedRecipeFile.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The part of the file name behind its last point, its ASCII letters in lower case.
+fs::path::string_type LowerExtension(const fs::path& path)
+{
+    fs::path::string_type name = path.filename().native();
+    const std::size_t point = name.rfind(fs::path::value_type{'.'});
+    if (point == fs::path::string_type::npos)
+        return {};
+    name.erase(0, point + 1);
+    for (auto& letter : name)
+        if (letter >= 'A' && letter <= 'Z')
+            letter = static_cast<fs::path::value_type>(letter - 'A' + 'a');
+    return name;
+}
+
+/// kept: one zero byte a word of the start address, not two.
+bool CreateWithZeros(const fs::path& path, std::int32_t startAddress)
+{
+    CFile file(path, CFile::Mode::Truncate);
+    if (!file.IsOpen())
+        return false;
+    if (startAddress < 0) // as many bytes as that cannot be written
+        return file.Close();
+    const std::array lastZero = {std::byte{0}}; // those before it are the gap, which reads as zeros
+    return file.WriteAt(static_cast<std::uint64_t>(startAddress) - 1, lastZero) && file.Close();
+}
+
+/// A file that can be read only is good enough here: its save will tell.
+bool OpensOrIsCreated(const fs::path& path)
+{
+    return CFile(path, CFile::Mode::Read).IsOpen() || CFile(path, CFile::Mode::OpenOrCreate).IsOpen();
+}
+
+} // namespace
+
+std::optional<FileType> FileTypeOf(const fs::path& path)
+{
+    const fs::path extension = LowerExtension(path);
+    if (extension == "rcp")
+        return FileType::Rcp;
+    if (extension == "csv")
+        return FileType::Csv;
+    if (extension == "erp")
+        return FileType::Erp;
+    if (extension == "frp")
+        return FileType::Frp;
+    return std::nullopt;
+}
+
+bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter,
+                CProgress& progress)
+{
+    rows.ShowNothing();
+    switch (type) {
+    case FileType::Rcp:
+        return ReadBinaryRecipe(rows, path, newFile, reporter, progress);
+    case FileType::Csv:
+        return ReadCsv(rows, path, reporter, progress);
+    case FileType::Erp:
+    case FileType::Frp:
+        return ReadPaged(rows, path, type, reporter, progress);
+    }
+    return true; // any other number reads nothing
+}
+
+bool SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    switch (type) {
+    case FileType::Rcp:
+        return SaveBinaryRecipe(rows, path, reporter, progress);
+    case FileType::Csv:
+        return SaveCsv(rows, path, reporter, progress);
+    case FileType::Erp:
+    case FileType::Frp:
+        return SavePaged(rows, path, type, reporter, progress);
+    }
+    return true; // any other number writes nothing
+}
+
+bool PrepareSaveAs(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)
+{
+    switch (type) {
+    case FileType::Rcp:
+        if (startAddress == 0 || CreateWithZeros(path, startAddress))
+            return true;
+        ShowFileError(reporter, u"Open %s failed ,It can't save!", path);
+        return false;
+    case FileType::Erp:
+    case FileType::Frp:
+        if (OpensOrIsCreated(path))
+            return true;
+        reporter.ShowError(u"Can't open the file that need save!");
+        return false;
+    case FileType::Csv:
+        break;
+    }
+    return true;
+}

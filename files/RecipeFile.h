@@ -1,0 +1,41 @@
+#pragma once
+
+#include "files/Progress.h"
+#include "files/RecipeRows.h"
+#include "model/Reporter.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+/// The four file types, by the numbers that the frame and the panes pass on.
+enum class FileType : std::int32_t {
+    Rcp = 0, ///< flat word image
+    Csv = 1, ///< text table
+    Erp = 2, ///< paged word image, flat part of 1 MiB
+    Frp = 3, ///< paged word image, flat part of 64 KiB
+};
+
+/// The type that goes with the extension of `path`, whatever its case; nothing for any other extension.
+std::optional<FileType> FileTypeOf(const std::filesystem::path& path);
+
+/// Fills `rows` from the file at `path` in the given type. False after a failure, reported exactly once in the type's
+/// own words, or when the work was given up; every cell is empty then. kept: a paged file that cannot be opened is no
+/// failure (PagedRecipeFile.h).
+bool ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
+                CProgress& progress);
+
+/// Writes `rows` to `path` in the given type. False after a failure, reported exactly once in the type's own words, or
+/// when the work was given up. kept: a paged file that is missing or cannot be written counts as saved, though nothing
+/// is (PagedRecipeFile.h); PrepareSaveAs creates one.
+bool SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                CProgress& progress);
+
+/// Makes `path` ready to be saved to under a new name.
+///
+/// ".rcp": with a start address other than 0 the file is created anew and filled with `startAddress` zero bytes; kept:
+/// one byte a word of the address, not two. False, reported ("Open %s failed ,It can't save!"), when it cannot be
+/// created.
+/// ".erp", ".frp": the file is created empty when it is missing. False, reported ("Can't open the file that need
+/// save!"), when it cannot be opened or created. ".csv": nothing to do.
+bool PrepareSaveAs(FileType type, const std::filesystem::path& path, std::int32_t startAddress, CReporter& reporter);

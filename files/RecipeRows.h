@@ -1,0 +1,91 @@
+#pragma once
+
+#include "files/ByteBuffer.h"
+#include "files/FieldTable.h"
+#include "model/ColumnCoding.h"
+#include "model/WordCodec.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The rows that a data pane shows: geometry, column codings and cell texts. Readers fill them, writers take them.
+///
+/// They cost the words (or the text) they were read from, and a text only for each cell that was changed since: an
+/// untouched cell's text is made when it is asked for. Rows and columns are data rows and data columns, counted from 0:
+/// a grid adds its title row and its two fixed columns.
+class CRecipeRows {
+public:
+    /// Takes a new geometry; every cell is empty afterwards. The caller has seen to it that it can be shown
+    /// (ShowLimits.h); a negative `rowCount` counts as 0.
+    void LayOut(std::vector<ColumnCoding> columns, std::int32_t startAddress, std::int32_t rowCount);
+
+    /// No rows and no columns.
+    void Clear();
+
+    const std::vector<ColumnCoding>& Columns() const { return m_columns; }
+    std::int32_t RowCount() const { return m_rowCount; }
+    std::int32_t StartAddress() const { return m_startAddress; } ///< word address of row 0
+    std::int32_t WordsPerRow() const { return m_wordsPerRow; }
+    std::uint64_t StretchBytes() const;               ///< the bytes that all rows take
+    std::uint64_t FirstByte() const;                  ///< where row 0 begins in a flat file
+    std::int64_t WordAddress(std::int32_t row) const; ///< of the row's first word
+    std::int32_t WordOffset(std::size_t column) const { return m_wordOffsets[column]; } ///< within a row
+
+    /// Every cell becomes empty.
+    void ShowNothing();
+
+    /// Every cell becomes that of a new document: empty for a string, "0" for anything else.
+    void ShowNewDocument();
+
+    /// The cells are those of `image`: the bytes from row 0's first word on, as many as there were.
+    void ShowWords(CByteBuffer image, RecipeKind kind);
+
+    /// Every cell is that of the beginning of `words`.
+    void ShowEverywhere(CByteBuffer words, RecipeKind kind);
+
+    /// The cells are the fields of `fields`, "0" where it has none.
+    void ShowFields(CFieldTable fields);
+
+    /// The text of a cell; empty outside the rows.
+    std::u16string Text(std::int32_t row, std::size_t column) const;
+
+    /// As Text, but appends to `text`: no allocation a cell. For all cells in their order, CellTexts.h is faster.
+    void AppendText(std::int32_t row, std::size_t column, std::u16string& text) const;
+
+    /// Sets the text of a cell; false, and nothing changed, outside the rows.
+    bool SetText(std::int32_t row, std::size_t column, std::u16string_view text);
+
+private:
+    enum class Source { Nothing, NewDocument, Words, SameWords, Fields };
+
+    friend class CCellTexts;
+
+    void Show(Source source);
+    bool Holds(std::int32_t row, std::size_t column) const;
+    std::uint64_t CellKey(std::int32_t row, std::size_t column) const
+    {
+        return static_cast<std::uint64_t>(row) * m_columns.size() + column;
+    }
+    std::size_t PositionInImage(std::int32_t row, std::size_t column) const
+    {
+        if (m_source == Source::SameWords)
+            return 0;
+        return 2 * (static_cast<std::size_t>(m_wordsPerRow) * static_cast<std::size_t>(row) +
+                    static_cast<std::size_t>(m_wordOffsets[column]));
+    }
+    void AppendUntouched(std::int32_t row, std::size_t column, std::u16string& text) const;
+
+    std::vector<ColumnCoding> m_columns;
+    std::vector<std::int32_t> m_wordOffsets;
+    std::int32_t m_startAddress = 0;
+    std::int32_t m_rowCount = 0;
+    std::int32_t m_wordsPerRow = 0;
+    Source m_source = Source::Nothing;
+    RecipeKind m_kind = RecipeKind::Flat;
+    CByteBuffer m_image;
+    CFieldTable m_fields;
+    std::map<std::uint64_t, std::u16string> m_changedTexts; ///< by CellKey, which is the order of the cells
+};

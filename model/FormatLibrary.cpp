@@ -1,0 +1,461 @@
+#include "model/FormatLibrary.h"
+
+#include "model/NumberText.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <fstream>
+#include <ios>
+#include <istream>
+#include <span>
+#include <string>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::int32_t kStartMark = 100;
+constexpr std::int32_t kEndMark = 200;
+constexpr std::size_t kMarkerSize = 32;      ///< bytes of the marker with its zeros
+constexpr std::size_t kReadNameLength = 64;  ///< units of a stored name that are read; kept: it has room for 128
+constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
+constexpr std::size_t kMarkSize = 4;
+
+/// Little-endian fields put one behind the other.
+class CFieldWriter {
+public:
+    void Put32(std::int32_t value) { Put(static_cast<std::uint32_t>(value)); }
+    void Put64(std::int64_t value) { Put(static_cast<std::uint64_t>(value)); }
+
+    template <std::size_t N>
+    void PutText(const FixedText<N>& text)
+    {
+        for (const char16_t unit : text)
+            Put(static_cast<std::uint16_t>(unit));
+    }
+
+    const std::string& Bytes() const { return m_bytes; }
+
+private:
+    template <class Value>
+    void Put(Value value)
+    {
+        for (std::size_t i = 0; i < sizeof(Value); ++i)
+            m_bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+    }
+
+    std::string m_bytes;
+};
+
+/// The same fields taken from a buffer that holds them all.
+class CFieldReader {
+public:
+    explicit CFieldReader(std::span<const char> bytes) : m_bytes(bytes) {}
+
+    std::int32_t Take32() { return static_cast<std::int32_t>(Take<std::uint32_t>()); }
+    std::int64_t Take64() { return static_cast<std::int64_t>(Take<std::uint64_t>()); }
+
+    template <std::size_t N>
+    FixedText<N> TakeText()
+    {
+        FixedText<N> text;
+        for (char16_t& unit : text)
+            unit = static_cast<char16_t>(Take<std::uint16_t>());
+        return text;
+    }
+
+private:
+    template <class Value>
+    Value Take()
+    {
+        Value value = 0;
+        for (std::size_t i = 0; i < sizeof(Value); ++i)
+            value = static_cast<Value>(value | static_cast<Value>(static_cast<unsigned char>(m_bytes[i])) << (8 * i));
+        m_bytes = m_bytes.subspan(sizeof(Value));
+        return value;
+    }
+
+    std::span<const char> m_bytes;
+};
+
+void PutItem(CFieldWriter& out, const DataItem& item)
+{
+    out.Put32(item.reserved0);
+    out.Put32(item.dataLength);
+    out.Put32(static_cast<std::int32_t>(item.dataType));
+    out.Put32(item.integerDigits);
+    out.Put32(item.decimalDigits);
+    out.Put32(static_cast<std::int32_t>(item.codeType));
+    out.PutText(item.description);
+    out.Put32(item.isArray);
+    out.Put32(item.reserved1);
+    out.Put32(item.reserved2);
+    out.Put32(item.arrayLength);
+    out.Put64(item.minValue);
+    out.Put64(item.maxValue);
+    out.Put32(item.unicode);
+    out.Put32(0); // padding
+}
+
+/// The fields that the records of all versions hold.
+DataItem TakeCommonFields(CFieldReader& in)
+{
+    DataItem item;
+    item.reserved0 = in.Take32();
+    item.dataLength = in.Take32();
+    item.dataType = static_cast<DataType>(in.Take32());
+    item.integerDigits = in.Take32();
+    item.decimalDigits = in.Take32();
+    item.codeType = static_cast<CodeType>(in.Take32());
+    item.description = in.TakeText<128>();
+    item.isArray = in.Take32();
+    item.reserved1 = in.Take32();
+    item.reserved2 = in.Take32();
+    item.arrayLength = in.Take32();
+    item.minValue = in.Take64();
+    item.maxValue = in.Take64();
+    return item;
+}
+
+DataItem TakeItem(CFieldReader& in)
+{
+    DataItem item = TakeCommonFields(in);
+    item.unicode = in.Take32();
+    return item;
+}
+
+DataItem TakeOldItem(CFieldReader& in)
+{
+    const DataItem old = TakeCommonFields(in);
+    DataItem item = old;
+    SetText(item.description, TextOf(old.description));
+    item.unicode = 0;
+    item.arrayLength = static_cast<std::int32_t>(old.codeType); // kept: not from the old arrayLength
+    return item;
+}
+
+void PutSettings(CFieldWriter& out, const FormatLibrary& library)
+{
+    out.Put32(library.startAddress);
+    out.Put32(library.rowCount);
+    out.PutText(library.filePattern);
+}
+
+void PutFormat(CFieldWriter& out, const DataFormat& format)
+{
+    const auto mostRecords = static_cast<std::int64_t>(format.items.size());
+    const auto count = static_cast<std::int32_t>(std::clamp<std::int64_t>(format.itemCount, 0, mostRecords));
+    out.Put32(kStartMark);
+    out.PutText(format.name);
+    out.Put32(count);
+    for (std::int32_t i = 0; i < count; ++i)
+        PutItem(out, *format.items[static_cast<std::size_t>(i)]);
+    out.Put32(kEndMark);
+}
+
+std::string StoredBytes(const FormatLibrary& library)
+{
+    FixedText<kMarkerSize / sizeof(char16_t)> marker;
+    SetText(marker, FormatLibrary::kMarker);
+    CFieldWriter out;
+    out.PutText(marker);
+    PutSettings(out, library);
+    for (const auto& format : library.formats)
+        PutFormat(out, *format);
+    return out.Bytes();
+}
+
+/// The version that a library file's first 32 bytes tell: 0 without the marker.
+std::int32_t VersionIn(std::u16string_view marker)
+{
+    constexpr std::size_t kVersionTail = 2; // ".0"
+    constexpr auto kName = FormatLibrary::kMarker.substr(0, FormatLibrary::kMarker.size() - kVersionTail);
+    if (marker.size() < kVersionTail || marker.substr(0, marker.size() - kVersionTail) != kName)
+        return 0;
+    return TruncateTo32(ReadDecimal(marker.substr(marker.size() - kVersionTail - 1)) * 10);
+}
+
+/// A library file being read from front to back.
+class CLibraryInput {
+public:
+    explicit CLibraryInput(std::istream& file) : m_file(file)
+    {
+        m_file.seekg(0, std::ios::end);
+        m_length = static_cast<std::int64_t>(m_file.tellg());
+        MoveTo(0);
+    }
+
+    std::int64_t Length() const { return m_length; }
+    std::int64_t Position() const { return m_position; }
+    std::int64_t Left() const { return m_length - m_position; }
+
+    void MoveTo(std::int64_t position)
+    {
+        m_file.clear();
+        m_file.seekg(position);
+        m_position = position;
+    }
+
+    /// Reads as much of `bytes` as there is and leaves the rest of them as it was; the position moves on by all.
+    bool Read(std::span<char> bytes)
+    {
+        m_file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        m_position += static_cast<std::int64_t>(bytes.size());
+        return m_file.gcount() == static_cast<std::streamsize>(bytes.size());
+    }
+
+private:
+    std::istream& m_file;
+    std::int64_t m_length = 0;
+    std::int64_t m_position = 0;
+};
+
+std::int32_t ReadVersion(CLibraryInput& file)
+{
+    std::array<char, kMarkerSize> bytes{};
+    file.Read(bytes);
+    const auto marker = CFieldReader(bytes).TakeText<kMarkerSize / sizeof(char16_t)>();
+    return VersionIn(TextOf(marker));
+}
+
+/// A setting that a short file does not hold stays as it was.
+void ReadSettings(CLibraryInput& file, FormatLibrary& library)
+{
+    CFieldWriter current;
+    PutSettings(current, library);
+    std::string bytes = current.Bytes();
+    file.Read(bytes);
+    CFieldReader in(bytes);
+    library.startAddress = in.Take32();
+    library.rowCount = in.Take32();
+    library.filePattern = in.TakeText<16>();
+}
+
+/// Reads the format records of one file.
+class CFormatInput {
+public:
+    CFormatInput(CLibraryInput& file, const FormatLibrary& library)
+        : m_file(file),
+          m_isOlder(library.programVersion > library.fileVersion),
+          m_isLater(library.programVersion < library.fileVersion),
+          m_itemSize(StoredItemSize(m_isOlder ? 0 : library.programVersion).value_or(0))
+    {
+    }
+
+    /// The next record; nothing for a bad one.
+    std::unique_ptr<DataFormat> ReadFormat()
+    {
+        std::array<char, kRecordHeadSize> head{};
+        if (!m_file.Read(head))
+            return nullptr;
+        CFieldReader in(head);
+        if (in.Take32() != kStartMark)
+            return nullptr;
+        auto format = std::make_unique<DataFormat>(ReadName(in));
+        format->itemCount = in.Take32();
+        return ReadItems(*format) && ReadEndMark() ? std::move(format) : nullptr;
+    }
+
+private:
+    static std::u16string ReadName(CFieldReader& in)
+    {
+        const auto name = in.TakeText<128>();
+        return std::u16string(TextOf(name).substr(0, kReadNameLength));
+    }
+
+    bool ReadItems(DataFormat& format)
+    {
+        const std::int64_t size = static_cast<std::int64_t>(m_itemSize) * std::max(format.itemCount, 0);
+        if (size > m_file.Left() - static_cast<std::int64_t>(kMarkSize))
+            return false; // the end mark would be missing: not worth reading up to there
+        if (m_isLater) {
+            m_file.MoveTo(m_file.Position() + size); // records of an unknown form
+            return true;
+        }
+        for (std::int32_t i = 0; i < format.itemCount; ++i)
+            format.items.push_back(std::make_unique<DataItem>(ReadItem()));
+        return true;
+    }
+
+    DataItem ReadItem()
+    {
+        std::array<char, 320> bytes{};
+        m_file.Read(std::span(bytes).first(m_itemSize));
+        CFieldReader in(bytes);
+        return m_isOlder ? TakeOldItem(in) : TakeItem(in);
+    }
+
+    bool ReadEndMark()
+    {
+        std::array<char, kMarkSize> mark{};
+        return m_file.Read(mark) && CFieldReader(mark).Take32() == kEndMark;
+    }
+
+    CLibraryInput& m_file;
+    bool m_isOlder;
+    bool m_isLater;
+    std::size_t m_itemSize;
+};
+
+bool IsMissing(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::status(path, ignored).type() == fs::file_type::not_found;
+}
+
+bool IsRegularFile(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::is_regular_file(path, ignored);
+}
+
+/// The file that `path` names when all symbolic links are followed; it need not exist.
+fs::path Resolved(fs::path path)
+{
+    constexpr int kMostLinks = 40; // more are a circle
+    std::error_code fault;
+    for (int i = 0; i < kMostLinks && fs::is_symlink(path, fault); ++i) {
+        const fs::path target = fs::read_symlink(path, fault);
+        path = path.parent_path() / target; // an absolute target replaces the folder
+    }
+    return path;
+}
+
+/// A name in the folder of `path` that no file has.
+fs::path UnusedNameBeside(const fs::path& path)
+{
+    fs::path name;
+    std::error_code ignored;
+    do {
+        name = path;
+        name += "." + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".new";
+    } while (fs::exists(name, ignored));
+    return name;
+}
+
+/// Writes `bytes` and closes `file`; false when any of them may be missing.
+bool WriteWhole(std::ofstream& file, const std::string& bytes)
+{
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close(); // writes what is buffered, and may fail as any other write
+    return file.good();
+}
+
+enum class Outcome { Written, Failed, NotPossible };
+
+/// Puts a complete new file in the place of `path`. Not possible where the folder takes no new file or does not let go
+/// of the old one. The old file is untouched unless the new one took its place.
+Outcome ReplaceFile(const fs::path& path, const std::string& bytes)
+{
+    const fs::path fresh = UnusedNameBeside(path);
+    std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
+    if (!file.is_open())
+        return Outcome::NotPossible;
+    const bool isWritten = WriteWhole(file, bytes);
+    std::error_code ignored;
+    if (IsRegularFile(path))
+        fs::permissions(fresh, fs::status(path, ignored).permissions(), ignored);
+    std::error_code fault;
+    if (isWritten)
+        fs::rename(fresh, path, fault);
+    if (isWritten && !fault)
+        return Outcome::Written;
+    fs::remove(fresh, ignored);
+    return isWritten ? Outcome::NotPossible : Outcome::Failed;
+}
+
+/// Writes over the old bytes before the file is cut, so that a full disk is no reason to fail for a library that did
+/// not grow.
+bool RewriteInPlace(const fs::path& path, const std::string& bytes)
+{
+    std::ofstream file(path, std::ios::binary | std::ios::in);
+    if (!file.is_open() || !WriteWhole(file, bytes))
+        return false;
+    std::error_code fault;
+    fs::resize_file(path, bytes.size(), fault);
+    return !fault;
+}
+
+/// Whether the existing file `path` may be written. Changes nothing.
+bool IsWritable(const fs::path& path)
+{
+    return std::ofstream(path, std::ios::binary | std::ios::in).is_open();
+}
+
+} // namespace
+
+std::int32_t FormatLibrary::ProgramVersion()
+{
+    return TruncateTo32(ReadDecimal(kMarker.substr(kMarker.size() - 3)) * 10);
+}
+
+std::int64_t FormatLibrary::load(const fs::path& libraryPath)
+{
+    begin(libraryPath);
+    if (IsMissing(path))
+        std::ofstream(path, std::ios::binary | std::ios::app); // creates it; never cuts one made meanwhile
+    return IsRegularFile(path) ? read(std::ios::in | std::ios::out) : -1;
+}
+
+std::int64_t FormatLibrary::loadReadOnly(const fs::path& libraryPath)
+{
+    begin(libraryPath);
+    return IsRegularFile(path) ? read(std::ios::in) : -1;
+}
+
+void FormatLibrary::begin(const fs::path& libraryPath)
+{
+    formats.clear();
+    path = libraryPath;
+    versionsKnown = false;
+}
+
+std::int64_t FormatLibrary::read(std::ios::openmode mode)
+{
+    std::fstream stream(path, mode | std::ios::binary);
+    if (!stream.is_open())
+        return -1;
+    CLibraryInput file(stream);
+    fileVersion = ReadVersion(file);
+    programVersion = ProgramVersion();
+    versionsKnown = true;
+    if (file.Length() < 1)
+        return 0;
+    file.MoveTo(fileVersion != 0 ? static_cast<std::int64_t>(kMarkerSize) : 0);
+    ReadSettings(file, *this);
+    CFormatInput input(file, *this);
+    while (file.Left() != 0) {
+        auto format = input.ReadFormat();
+        if (!format)
+            return -1;
+        formats.push_back(std::move(format));
+    }
+    return file.Length();
+}
+
+int FormatLibrary::save(const fs::path& libraryPath) const
+{
+    const fs::path target = Resolved(libraryPath);
+    const bool isNew = IsMissing(target);
+    if (!isNew && !(IsRegularFile(target) && IsWritable(target)))
+        return -1;
+    const std::string bytes = StoredBytes(*this);
+    const Outcome outcome = ReplaceFile(target, bytes);
+    if (outcome == Outcome::NotPossible && !isNew)
+        return RewriteInPlace(target, bytes) ? 0 : -1;
+    return outcome == Outcome::Written ? 0 : -1;
+}
+
+fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)
+{
+    const fs::path::string_type& name = executable.native();
+    const std::size_t separator = name.rfind(fs::path::preferred_separator);
+    if (separator == fs::path::string_type::npos) {
+        reporter.ShowError(u"Open Recipe FormatData file Error!");
+        return fs::path::string_type(name.rbegin(), name.rend());
+    }
+    return fs::path(name.substr(0, separator + 1)) / FormatLibrary::kFileName;
+}

@@ -1,0 +1,226 @@
+#include "model/NumberText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+namespace {
+
+constexpr bool IsBlank(char16_t c)
+{
+    return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
+
+constexpr bool IsDigit(char16_t c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+/// Takes leading blanks and one sign off `text`; true for "-".
+bool TakeSign(std::u16string_view& text)
+{
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    if (text.empty() || (text.front() != u'-' && text.front() != u'+'))
+        return false;
+    const bool isNegative = text.front() == u'-';
+    text.remove_prefix(1);
+    return isNegative;
+}
+
+/// Whether `text`, its sign taken off, begins a decimal number. "inf" and "nan" do not, though from_chars reads them.
+bool BeginsWithDigits(std::u16string_view text)
+{
+    const std::size_t first = text.starts_with(u'.') ? 1 : 0;
+    return first < text.size() && IsDigit(text[first]);
+}
+
+/// The values of the hexadecimal digits; 0 for any other character.
+constexpr auto kHexDigits = [] {
+    std::array<std::uint8_t, 128> values{};
+    for (std::uint8_t i = 0; i < 16; ++i) {
+        values[static_cast<std::size_t>("0123456789ABCDEF"[i])] = i;
+        values[static_cast<std::size_t>("0123456789abcdef"[i])] = i;
+    }
+    return values;
+}();
+
+constexpr std::size_t kExactDigits = 15; ///< any integer of so many digits is a double without rounding
+constexpr std::size_t kExactPowers = 23; ///< 10^0 to 10^22 are doubles without rounding
+
+constexpr std::array<double, kExactPowers> kPowersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// A number without a sign, as it was typed: `digits` divided by 10^decimals.
+struct ShortDecimal {
+    std::int64_t digits = 0;
+    std::size_t decimals = 0;
+};
+
+/// Reads a text that is nothing but a few digits with at most one point, the usual one.
+std::optional<ShortDecimal> ReadShortDecimal(std::u16string_view text)
+{
+    if (text.empty() || text.size() > kExactDigits || text == u".")
+        return std::nullopt;
+    std::int64_t digits = 0;
+    std::size_t afterPoint = 0; // the point's position from 1; 0 while there is none
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (IsDigit(text[i]))
+            digits = digits * 10 + (text[i] - u'0');
+        else if (text[i] == u'.' && afterPoint == 0)
+            afterPoint = i + 1;
+        else
+            return std::nullopt;
+    }
+    return ShortDecimal{digits, afterPoint == 0 ? 0 : text.size() - afterPoint};
+}
+
+/// Numerator and denominator are exact, so the one division gives the double that reading all decimals would give.
+double ValueOf(const ShortDecimal& number)
+{
+    const auto value = static_cast<double>(number.digits);
+    return number.decimals == 0 ? value : value / kPowersOfTen[number.decimals];
+}
+
+/// The decimal exponent of the first digit that is not 0 in `number`, which is a decimal number in full. Enough to tell
+/// a number that is too large from one that is too small.
+std::int64_t MagnitudeOf(std::string_view number)
+{
+    constexpr std::int64_t kFarAway = std::numeric_limits<std::int32_t>::max();
+    std::int64_t exponent = 0;
+    const std::size_t exponentAt = std::min(number.find_first_of("eE"), number.size());
+    if (exponentAt < number.size()) {
+        std::string_view digits = number.substr(exponentAt + 1);
+        const bool isNegative = digits.starts_with('-');
+        if (isNegative || digits.starts_with('+'))
+            digits.remove_prefix(1);
+        exponent = kFarAway;
+        std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+        exponent = isNegative ? -std::min(exponent, kFarAway) : std::min(exponent, kFarAway);
+    }
+    const std::string_view digits = number.substr(0, exponentAt);
+    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<std::int64_t>(std::min(digits.find_first_of("123456789"), digits.size()));
+    return exponent + point - first;
+}
+
+/// The value of the number without a sign that `number` begins with.
+double ReadNarrow(std::string_view number)
+{
+    double value = 0;
+    const auto [end, fault] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (fault != std::errc::result_out_of_range)
+        return value;
+    const auto length = static_cast<std::size_t>(end - number.data());
+    return MagnitudeOf(number.substr(0, length)) > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+std::int32_t LowBits(std::int64_t value)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+char Narrow(char16_t c)
+{
+    return c < 0x80 ? static_cast<char>(c) : '\0'; // ends a number just as well
+}
+
+double ReadLongDecimal(std::u16string_view text)
+{
+    std::array<char, 64> few;
+    if (text.size() <= few.size()) {
+        std::transform(text.begin(), text.end(), few.begin(), Narrow);
+        return ReadNarrow({few.data(), text.size()});
+    }
+    std::string many(text.size(), '\0');
+    std::transform(text.begin(), text.end(), many.begin(), Narrow);
+    return ReadNarrow(many);
+}
+
+} // namespace
+
+double ReadDecimal(std::u16string_view text)
+{
+    const bool isNegative = TakeSign(text);
+    const std::optional<ShortDecimal> number = ReadShortDecimal(text);
+    if (!number && !BeginsWithDigits(text))
+        return 0; // not -0
+    const double value = number ? ValueOf(*number) : ReadLongDecimal(text);
+    return isNegative ? -value : value;
+}
+
+std::int64_t ReadInteger64(std::u16string_view text)
+{
+    using Limits = std::numeric_limits<std::int64_t>;
+    const bool isNegative = TakeSign(text);
+    std::int64_t value = 0; // kept at or below 0: the negative range is the larger one
+    for (const char16_t c : text) {
+        if (!IsDigit(c))
+            break;
+        const std::int64_t digit = c - u'0';
+        if (value < (Limits::min() + digit) / 10)
+            return isNegative ? Limits::min() : Limits::max();
+        value = value * 10 - digit;
+    }
+    if (isNegative)
+        return value;
+    return value == Limits::min() ? Limits::max() : -value;
+}
+
+std::int32_t ReadInteger(std::u16string_view text)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(ReadInteger64(text), Limits::min(), Limits::max()));
+}
+
+std::uint32_t ReadHexadecimal(std::u16string_view text)
+{
+    std::uint32_t value = 0;
+    for (const char16_t c : text)
+        value = value << 4 | (c < kHexDigits.size() ? kHexDigits[c] : 0U);
+    return value;
+}
+
+std::int32_t TruncateTo32(double value)
+{
+    if (!(value >= -0x1p63 && value < 0x1p63))
+        return 0;
+    return LowBits(static_cast<std::int64_t>(value));
+}
+
+std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals)
+{
+    if (decimals <= 0) {
+        std::u16string_view digits = text;
+        const bool isNegative = TakeSign(digits);
+        if (const auto number = ReadShortDecimal(digits); number && number->decimals == 0)
+            return LowBits(isNegative ? -number->digits : number->digits);
+    }
+    return TruncateTo32(ReadDecimal(text) * PowerOfTen(decimals));
+}
+
+double PowerOfTen(std::int32_t digits)
+{
+    if (digits <= 0)
+        return 1;
+    if (const auto power = static_cast<std::size_t>(digits); power < kPowersOfTen.size())
+        return kPowersOfTen[power];
+    if (digits > std::numeric_limits<double>::max_exponent10)
+        return std::numeric_limits<double>::infinity();
+    std::array<char, 8> text{'1', 'e'}; // read, because std::pow does not promise the nearest double
+    const auto written = std::to_chars(text.data() + 2, text.data() + text.size(), digits);
+    return ReadNarrow({text.data(), written.ptr});
+}
+
+std::u16string DecimalText(std::int64_t value)
+{
+    std::array<char, 24> digits;
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+    return {digits.data(), written.ptr};
+}

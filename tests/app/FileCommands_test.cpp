@@ -1,0 +1,390 @@
+#include "controls/GridCtrl.h"
+#include "tests/app/FrameFixture.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTest>
+
+namespace {
+
+using Texts = std::vector<QString>;
+
+const QString kQuestion = QStringLiteral("Editing the recipe file,Do you want to save it?");
+const QString kClosingTitle = QStringLiteral("Saving file，Please be patient!");
+
+struct FileCommands : FrameFixture {
+    void SetUp() override { Start(); }
+
+    void TypeSetting(const char* edit, const QString& text)
+    {
+        auto& field = Find<QLineEdit>(edit);
+        field.setFocus();
+        field.selectAll();
+        QTest::keyClicks(&field, text);
+    }
+
+    bool IsUnsaved() const { return frame->m_bFileOpen && (frame->m_bModified || frame->m_bNewFile); }
+};
+
+} // namespace
+
+TEST_F(FileCommands, TheWindowStartsWithNothingOpen)
+{
+    EXPECT_EQ(Title(), "Vantor");
+    EXPECT_FALSE(frame->m_bFileOpen);
+    EXPECT_FALSE(frame->m_bNewFile);
+    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+}
+
+TEST_F(FileCommands, NewRightAfterStartSavesNothing)
+{
+    const CModalAnswer answer(QMessageBox::Ok);
+    Trigger(*frame, "actionNew");
+    EXPECT_EQ(answer.texts, Texts{});
+    EXPECT_EQ(Title(), "Vantor[NoName]");
+    EXPECT_TRUE(frame->m_bFileOpen);
+    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_EQ(Grid().RowCount(), 5);
+    EXPECT_EQ(Grid().GetItemText(1, 2), "0");
+    EXPECT_EQ(Grid().GetItemText(1, 3), "");
+}
+
+TEST_F(FileCommands, NewTwiceAsksWhereToSaveAndGoesOnWhenThatIsCancelled)
+{
+    Trigger(*frame, "actionNew");
+    TypeIntoCell(1, 2, "5");
+    const CModalAnswer answer({CancelDialog()});
+    Trigger(*frame, "actionNew");
+    EXPECT_EQ(answer.titles, Texts{"Save as"});
+    EXPECT_EQ(Title(), "Vantor[NoName]");
+    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_EQ(Grid().GetItemText(1, 2), "0");
+}
+
+TEST_F(FileCommands, OpenReadsTheChosenFile)
+{
+    WriteAll(folder / "a.rcp", WordBytes({5, 0x4241, 0, 6}));
+    OpenThroughDialog("a.rcp");
+    EXPECT_EQ(Title(), TitleWith("a.rcp"));
+    EXPECT_TRUE(frame->m_bFileOpen);
+    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_EQ(Grid().GetItemText(1, 2), "5");
+    EXPECT_EQ(Grid().GetItemText(1, 3), "AB");
+    EXPECT_EQ(Grid().GetItemText(2, 2), "6");
+}
+
+TEST_F(FileCommands, OpenCancelledTakesTheNameFromTheTitleOnly)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    const CModalAnswer answer({CancelDialog()});
+    Trigger(*frame, "actionOpen");
+    EXPECT_EQ(Title(), "Vantor");
+    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(Grid().RowCount(), 5);
+}
+
+TEST_F(FileCommands, OpenOfAMissingFileIsReported)
+{
+    const CModalAnswer answer({ChoosePath(Path("gone.rcp")), CModalAnswer::Press(QMessageBox::Ok)});
+    Trigger(*frame, "actionOpen");
+    EXPECT_EQ(answer.texts, (Texts{"Open file", "Open error! " + Path("gone.rcp") + " doesn't exit!"}));
+    EXPECT_EQ(answer.titles.back(), "Vantor");
+    EXPECT_EQ(Title(), "Vantor");
+    EXPECT_FALSE(frame->m_bFileOpen);
+}
+
+TEST_F(FileCommands, OpenOfAFolderIsReportedByItsReader)
+{
+    std::filesystem::create_directory(folder / "folder.rcp");
+    const CModalAnswer answer(QMessageBox::Ok);
+    frame->OpenPath(Path("folder.rcp"));
+    EXPECT_EQ(answer.texts, Texts{"Open file " + Path("folder.rcp") + " error!"});
+}
+
+TEST_F(FileCommands, OpenRemembersTheTypeForTheNextDialog)
+{
+    MakeFile("a.frp");
+    {
+        const CModalAnswer answer({ChoosePath(Path("a.frp")), CModalAnswer::Press(QMessageBox::Ok)});
+        Trigger(*frame, "actionOpen");
+    }
+    QString firstFilter;
+    QString proposed;
+    const CModalAnswer answer({[&](QWidget& dialog) {
+        firstFilter = dialog.findChild<QComboBox*>("fileTypeCombo")->currentText();
+        proposed = dialog.findChild<QLineEdit*>("fileNameEdit")->text();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }});
+    Trigger(*frame, "actionOpen");
+    EXPECT_EQ(firstFilter, "(*.frp)");
+    EXPECT_EQ(proposed, "new");
+}
+
+TEST_F(FileCommands, ANameWithoutAnExtensionGetsThatOfTheChosenType)
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({ChoosePath(Path("plain"))});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(Title(), TitleWith("plain.rcp"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "plain.rcp"));
+}
+
+TEST_F(FileCommands, OpenOfAnUnknownTypeShowsNothing)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    MakeFile("notes.txt");
+    frame->OpenPath(Path("notes.txt"));
+    EXPECT_EQ(Title(), TitleWith("notes.txt"));
+    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_EQ(Grid().RowCount(), 0); // the rows of a.rcp must not be saved into notes.txt
+}
+
+TEST_F(FileCommands, OpenAfterNewKeepsTheNewFlagWhenSavingIsCancelled)
+{
+    MakeFile("a.rcp");
+    Trigger(*frame, "actionNew");
+    {
+        const CModalAnswer answer({CancelDialog(), ChoosePath(Path("a.rcp"))});
+        Trigger(*frame, "actionOpen");
+        EXPECT_EQ(answer.titles, (Texts{"Save as", "Open file"}));
+    }
+    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_EQ(Title(), TitleWith("a.rcp"));
+    const CModalAnswer answer({CancelDialog()});
+    Trigger(*frame, "actionSave");
+    EXPECT_EQ(answer.titles, Texts{"Save as"});
+}
+
+TEST_F(FileCommands, OpenSavesUnsavedWorkWithoutAQuestion)
+{
+    MakeFile("a.rcp");
+    MakeFile("b.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "9");
+    OpenThroughDialog("b.rcp");
+    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{9});
+    EXPECT_FALSE(frame->m_bModified);
+}
+
+TEST_F(FileCommands, SaveWritesInPlaceAndClearsTheMark)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(2, 2, "258");
+    EXPECT_TRUE(frame->m_bModified);
+    QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_EQ(Title(), TitleWith("a.rcp"));
+    Bytes expected(24);
+    expected[6] = std::byte{2};
+    expected[7] = std::byte{1};
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), expected);
+}
+
+TEST_F(FileCommands, SaveEndsAnOpenEditFirst)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    ClickCell(1, 2);
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    QTest::keyClick(frame->focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(frame->focusWidget(), "7");
+    Trigger(*frame, "actionSave");
+    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{7});
+    EXPECT_FALSE(frame->m_bModified);
+}
+
+TEST_F(FileCommands, ARefusedTextStopsTheSave)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "3");
+    ClickCell(2, 2);
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    QTest::keyClicks(frame->focusWidget(), "bad");
+    const CModalAnswer answer(QMessageBox::Ok);
+    Trigger(*frame, "actionSave");
+    EXPECT_EQ(answer.texts, Texts{"Col 2,Row 2 data error !"});
+    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
+}
+
+TEST_F(FileCommands, AFailedSaveIsReportedAndTheWorkStaysUnsaved)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "3");
+    std::filesystem::remove(folder / "a.rcp");
+    std::filesystem::create_directory(folder / "a.rcp"); // a folder in its place cannot be written
+    MakeFile("b.rcp");
+    const CModalAnswer answer(QMessageBox::Ok);
+    Trigger(*frame, "actionSave");
+    const QString message = "Can't save file " + Path("a.rcp") + ",please check file or your disk!";
+    EXPECT_EQ(answer.texts, Texts{message});
+    EXPECT_TRUE(frame->m_bModified);
+    frame->OpenPath(Path("b.rcp")); // would lose the edit
+    EXPECT_EQ(answer.texts, (Texts{message, message}));
+    EXPECT_EQ(Grid().GetItemText(1, 2), "3");
+    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+}
+
+TEST_F(FileCommands, CtrlSBeforeAnythingIsOpenWritesToAnEmptyPath)
+{
+    EXPECT_FALSE(Action("actionSave").isEnabled());
+    const CModalAnswer answer(QMessageBox::Ok);
+    QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(answer.texts, Texts{"Can't save file ,please check file or your disk!"});
+}
+
+TEST_F(FileCommands, SaveAsWritesTheNewFileAndTakesItsName)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "9");
+    const CModalAnswer answer({ChoosePath(Path("b.RCP"))});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(Title(), TitleWith("b.RCP"));
+    EXPECT_EQ(frame->m_strFilePath, Path("b.RCP"));
+    EXPECT_FALSE(IsUnsaved());
+    EXPECT_EQ(ReadAll(folder / "b.RCP")[0], std::byte{9});
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
+}
+
+TEST_F(FileCommands, SaveAsCancelledChangesNothing)
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({CancelDialog()});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(Title(), "Vantor[NoName]");
+    EXPECT_TRUE(IsUnsaved());
+}
+
+TEST_F(FileCommands, SaveAsAsksBeforeItReplacesAFile)
+{
+    MakeFile("old.rcp", 100);
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({ChoosePath(Path("old.rcp")), CModalAnswer::Press(QMessageBox::No), CancelDialog()});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(ReadAll(folder / "old.rcp").size(), 200u);
+    EXPECT_TRUE(frame->m_bNewFile);
+}
+
+TEST_F(FileCommands, SaveAsUnderAnUnknownExtensionWritesNothingYetCountsAsSaved) // kept
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({ChoosePath(Path("notes.txt"))});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(Title(), TitleWith("notes.txt"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "notes.txt"));
+    EXPECT_FALSE(IsUnsaved());
+    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+}
+
+TEST_F(FileCommands, SaveAsWithAStartAddressPutsOneZeroByteAWordBeforeTheRows) // kept: not two
+{
+    TypeSetting("editStartAddress", "100");
+    Trigger(*frame, "actionNew");
+    TypeIntoCell(4, 2, "1");
+    const CModalAnswer answer({ChoosePath(Path("b.rcp"))});
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_EQ(ReadAll(folder / "b.rcp").size(), 200u + 24u); // the rows begin at byte 200 all the same
+    EXPECT_EQ(ReadAll(folder / "b.rcp")[218], std::byte{1});
+}
+
+TEST_F(FileCommands, SaveAsToAPlaceThatCannotBeWrittenKeepsTheWorkUnsaved)
+{
+    TypeSetting("editStartAddress", "100");
+    Trigger(*frame, "actionNew");
+    const QString path = Path("no such folder/b.rcp");
+    const CModalAnswer answer({ChoosePath(path), CModalAnswer::Press(QMessageBox::Ok)});
+    Trigger(*frame, "actionSaveAs");
+    ASSERT_FALSE(answer.texts.empty());
+    EXPECT_EQ(answer.texts.back(), "Open " + path + " failed ,It can't save!");
+    EXPECT_EQ(frame->m_strFilePath, path); // kept: taken over before the file is created
+    EXPECT_EQ(Title(), "Vantor[NoName]");
+    EXPECT_TRUE(IsUnsaved());
+}
+
+TEST_F(FileCommands, SaveAsOfAPagedFileThatCannotBeCreatedChangesNothing)
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({ChoosePath(Path("no such folder/b.erp")), CModalAnswer::Press(QMessageBox::Ok)});
+    Trigger(*frame, "actionSaveAs");
+    ASSERT_FALSE(answer.texts.empty());
+    EXPECT_EQ(answer.texts.back(), "Can't open the file that need save!");
+    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_TRUE(IsUnsaved());
+}
+
+TEST_F(FileCommands, ClosingWithNothingToSaveAsksNothingButChangesTheTitle)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    const CModalAnswer answer(QMessageBox::Ok);
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(answer.texts, Texts{});
+    EXPECT_EQ(frame->windowTitle(), kClosingTitle);
+}
+
+TEST_F(FileCommands, ClosingWithUnsavedWorkAsksAndSavesOnYes)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "9");
+    const CModalAnswer answer({[this](QWidget& dialog) {
+        EXPECT_EQ(frame->windowTitle(), kClosingTitle);
+        CModalAnswer::Press(QMessageBox::Yes)(dialog);
+    }});
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(answer.texts, Texts{kQuestion});
+    EXPECT_EQ(answer.titles, Texts{"Notify of Vantor"});
+    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{9});
+}
+
+TEST_F(FileCommands, ClosingWithUnsavedWorkSavesNothingOnNo)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    TypeIntoCell(1, 2, "9");
+    const CModalAnswer answer(QMessageBox::No);
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(answer.texts, Texts{kQuestion});
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
+}
+
+TEST_F(FileCommands, ClosingCannotBeCancelledByTheSaveDialog)
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({CModalAnswer::Press(QMessageBox::Yes), CancelDialog()});
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(answer.titles, (Texts{"Notify of Vantor", "Save as"}));
+    EXPECT_FALSE(frame->isVisible());
+}
+
+TEST_F(FileCommands, ClosingEndsAnOpenEditAndAsksAboutIt)
+{
+    MakeFile("a.rcp");
+    OpenThroughDialog("a.rcp");
+    ClickCell(1, 2);
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    QTest::keyClick(frame->focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(frame->focusWidget(), "7");
+    const CModalAnswer answer(QMessageBox::Yes);
+    EXPECT_TRUE(frame->close());
+    EXPECT_EQ(answer.texts, Texts{kQuestion});
+    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{7});
+}
+
+TEST_F(FileCommands, ATitleShowsOddNamesAsTheyStand)
+{
+    MakeFile("a[*]b.rcp");
+    frame->OpenPath(Path("a[*]b.rcp"));
+    EXPECT_EQ(frame->windowHandle()->title(), QString::fromStdString(TitleWith("a[*]b.rcp")));
+}

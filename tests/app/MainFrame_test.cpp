@@ -1,0 +1,268 @@
+#include "app/MainFrame.h"
+#include "app/VantorApp.h"
+#include "controls/GridCtrl.h"
+#include "tests/app/FrameFixture.h"
+
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTest>
+#include <QToolBar>
+#include <QUrl>
+
+namespace {
+
+struct MainFrame : FrameFixture {
+    void SetUp() override { Start(); }
+};
+
+/// Each action's text, "-" for a separator.
+QStringList TextsOf(const QWidget& bar)
+{
+    QStringList texts;
+    for (const QAction* action : bar.actions())
+        texts << (action->isSeparator() ? QStringLiteral("-") : action->text());
+    return texts;
+}
+
+} // namespace
+
+TEST_F(MainFrame, TheMenusHoldTheCommands)
+{
+    const QList<QAction*> menus = Find<QMenuBar>("menuBar").actions();
+    const std::pair<QString, QStringList> expected[] = {
+        {"File(&F)",
+         {"New file", "Open file", "Save file", "Save as...", "-", "-", QString::fromUtf8("最近文件"), "-",
+          "Exit(&X)"}},
+        {"View(&V)", {"ToolBar(&T)", "Status Bar(&S)"}},
+        {"File Merge(&M)", {"File Merge(&F)"}},
+        {"Help(&H)", {"About Vantor(&A)..."}},
+    };
+    ASSERT_EQ(menus.size(), 4);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(menus[i]->text(), expected[i].first);
+        EXPECT_EQ(TextsOf(*menus[i]->menu()), expected[i].second);
+    }
+    EXPECT_FALSE(Action("actionRecentFiles").isEnabled());
+}
+
+TEST_F(MainFrame, TheToolBarHoldsItsButtonsAndDocksOnAllSides)
+{
+    auto& bar = Find<QToolBar>("toolBar");
+    EXPECT_EQ(bar.windowTitle(), "ToolBar");
+    EXPECT_EQ(TextsOf(bar), (QStringList{"New file", "Open file", "Save file", "Save as...", "-", "BitBrowse", "-",
+                                         "About Vantor(&A)..."}));
+    EXPECT_TRUE(bar.isMovable());
+    EXPECT_EQ(bar.allowedAreas(), Qt::AllToolBarAreas);
+    for (const QAction* action : bar.actions())
+        EXPECT_TRUE(action->isSeparator() || !action->icon().isNull()) << action->text().toStdString();
+}
+
+struct PromptCase {
+    const char* action;
+    int id;
+    const char* prompt;
+    const char* tip;
+    friend void PrintTo(const PromptCase& c, std::ostream* out) { *out << c.action; }
+};
+
+struct Prompt : MainFrame, testing::WithParamInterface<PromptCase> {};
+
+TEST_P(Prompt, GoesWithTheCommand)
+{
+    const QAction& action = Action(GetParam().action);
+    EXPECT_EQ(action.property("controlId").toInt(), GetParam().id);
+    EXPECT_EQ(action.statusTip(), GetParam().prompt);
+    EXPECT_EQ(action.toolTip(), GetParam().tip);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Strings, Prompt, testing::Values(
+    PromptCase{"actionSave",      32780, "Save file",            "Save file"},
+    PromptCase{"actionNew",       32781, "New file",             "New file"},
+    PromptCase{"actionOpen",      32782, "Open file",            "Open file"},
+    PromptCase{"actionSaveAs",    32783, "Save as",              "Save as"},
+    PromptCase{"actionBitBrowse", 32784, "BitBrowse",            "BitBrowse"},
+    PromptCase{"actionExit",      57665, "Exit application",     "Exit"},
+    PromptCase{"actionToolBar",   59392, "Show hide toolbar",    "Show hide toolbar"},
+    PromptCase{"actionStatusBar", 59393, "Show hide Status Bar", "Show hide Status Bar"}),
+    [](const auto& c) { return std::string(c.param.action); });
+// clang-format on
+
+TEST_F(MainFrame, TheStatusBarShowsReadyAndTheLockKeys)
+{
+    EXPECT_EQ(Find<QLabel>("labelMessage").text(), "Ready");
+    EXPECT_EQ(Find<QLabel>("labelCapital").text(), "Capital");
+    EXPECT_EQ(Find<QLabel>("labelNumber").text(), "Number");
+    EXPECT_EQ(Find<QLabel>("labelScroll").text(), "Scroll");
+    EXPECT_FALSE(Find<QLabel>("labelCapital").isEnabled());
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_CapsLock, Qt::NoModifier, 66, 0, 0x02);
+    QCoreApplication::sendEvent(frame.get(), &press);
+    EXPECT_TRUE(Find<QLabel>("labelCapital").isEnabled());
+    EXPECT_EQ(Find<QLabel>("labelCapital").accessibleName(), "Capital on");
+}
+
+TEST_F(MainFrame, TheViewMenuShowsAndHidesTheBars)
+{
+    Trigger(*frame, "actionToolBar");
+    EXPECT_FALSE(Find<QToolBar>("toolBar").isVisible());
+    Trigger(*frame, "actionToolBar");
+    EXPECT_TRUE(Find<QToolBar>("toolBar").isVisible());
+    Trigger(*frame, "actionStatusBar");
+    EXPECT_FALSE(Find<QStatusBar>("statusBar").isVisible());
+    EXPECT_FALSE(Action("actionStatusBar").isChecked());
+}
+
+TEST_F(MainFrame, EveryCommandIsEnabledExactlyWhenItsStateAllowsIt)
+{
+    const auto enabled = [&] {
+        QStringList names;
+        for (const QAction* action : frame->findChildren<QAction*>(Qt::FindDirectChildrenOnly)) // not the panes'
+            if (action->objectName().startsWith("action") && action->isEnabled())
+                names << action->objectName();
+        names.sort();
+        return names;
+    };
+    const QStringList always{"actionAbout", "actionExit",      "actionFileMerge", "actionNew",
+                             "actionOpen",  "actionStatusBar", "actionToolBar"};
+    EXPECT_EQ(enabled(), always);
+    {
+        const CModalAnswer answer({ChoosePath(Path("gone.rcp")), CModalAnswer::Press(QMessageBox::Ok)});
+        Trigger(*frame, "actionOpen");
+    }
+    EXPECT_EQ(enabled(), always); // a failed Open opens nothing
+    Trigger(*frame, "actionNew");
+    const QStringList open{"actionAbout", "actionExit",   "actionFileMerge", "actionNew",    "actionOpen",
+                           "actionSave",  "actionSaveAs", "actionStatusBar", "actionToolBar"};
+    EXPECT_EQ(enabled(), open);
+}
+
+struct KeyCase {
+    const char* name;
+    Qt::KeyboardModifiers modifiers;
+    Qt::Key key;
+    const char* dialog;
+    friend void PrintTo(const KeyCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct Accelerator : MainFrame, testing::WithParamInterface<KeyCase> {};
+
+TEST_P(Accelerator, RunsItsCommand)
+{
+    Trigger(*frame, "actionNew");
+    const CModalAnswer answer({CancelDialog()});
+    QTest::keyClick(frame.get(), GetParam().key, GetParam().modifiers);
+    ASSERT_FALSE(answer.titles.empty());
+    EXPECT_EQ(answer.titles[0], GetParam().dialog);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Keys, Accelerator, testing::Values( // each meets unsaved new work, so each asks where to save it
+    KeyCase{"New",  Qt::ControlModifier, Qt::Key_N, "Save as"},
+    KeyCase{"Open", Qt::ControlModifier, Qt::Key_O, "Save as"},
+    KeyCase{"Save", Qt::ControlModifier, Qt::Key_S, "Save as"}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(MainFrame, F6GoesFromPaneToPane)
+{
+    const auto inFormatPane = [&] { return Find<QWidget>("formatPane").isAncestorOf(frame->focusWidget()); };
+    Grid().setFocus();
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    EXPECT_TRUE(inFormatPane());
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    EXPECT_EQ(frame->focusWidget(), &Grid());
+    QTest::keyClick(frame.get(), Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_TRUE(inFormatPane());
+}
+
+TEST_F(MainFrame, AltBackspaceTakesTypingBack)
+{
+    auto& field = Find<QLineEdit>("editReadCount");
+    field.setFocus();
+    QTest::keyClicks(&field, "7");
+    ASSERT_EQ(field.text(), "47");
+    QTest::keyClick(&field, Qt::Key_Backspace, Qt::AltModifier);
+    EXPECT_EQ(field.text(), "4");
+}
+
+TEST_F(MainFrame, AboutShowsTheVersion)
+{
+    QString line;
+    const CModalAnswer answer({[&](QWidget& dialog) {
+        line = dialog.findChild<QLabel*>("labelVersion")->text();
+        CModalAnswer::Press(QMessageBox::Ok)(dialog);
+    }});
+    Trigger(*frame, "actionAbout");
+    EXPECT_EQ(answer.titles, std::vector<QString>{"About Vantor"});
+    EXPECT_EQ(line, "Vantor 1.6   Build 100");
+}
+
+TEST_F(MainFrame, AFormatWithoutItemsHasNoWordsAndTwoColumns)
+{
+    *frame->m_pDataFormat = MakeFormat(u"nothing", {});
+    frame->m_nReadCount = 0;
+    frame->UpdateFormatMetrics();
+    EXPECT_EQ(frame->m_nFormatWords, 0);
+    EXPECT_EQ(frame->m_nGridCols, 2);
+    EXPECT_EQ(frame->m_nGridRows, 1);
+}
+
+TEST_F(MainFrame, AnArrayCountsItsElementsAndTheirWords)
+{
+    *frame->m_pDataFormat = MakeFormat(u"array", {ArrayOf(MakeItem(u"Long", DataType::Signed32, 2, 10), 3)});
+    frame->m_nReadCount = 7;
+    frame->UpdateFormatMetrics();
+    EXPECT_EQ(frame->m_nFormatWords, 6);
+    EXPECT_EQ(frame->m_nGridCols, 5);
+    EXPECT_EQ(frame->m_nGridRows, 8);
+}
+
+TEST_F(MainFrame, AFileDroppedOnTheWindowIsOpened)
+{
+    MakeFile("a.rcp");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(Path("a.rcp"))});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(frame.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(frame.get(), &drop);
+    EXPECT_TRUE(WaitFor([&] { return Title() == TitleWith("a.rcp"); }));
+}
+
+TEST_F(MainFrame, OnlyASingleFileCanBeDropped)
+{
+    QMimeData two;
+    two.setUrls({QUrl::fromLocalFile(Path("a.rcp")), QUrl::fromLocalFile(Path("b.rcp"))});
+    QMimeData text;
+    text.setText("not a file");
+    for (const QMimeData* data : {&two, &text}) {
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(frame.get(), &enter);
+        EXPECT_FALSE(enter.isAccepted());
+    }
+}
+
+TEST_F(MainFrame, TheClipboardKeysWorkOnTheGridAndOnTheFields)
+{
+    WriteAll(folder / "a.rcp", WordBytes({5, 0, 0, 6, 0, 0}));
+    frame->OpenPath(Path("a.rcp"));
+    ClickCell(1, 2);
+    Grid().setFocus();
+    QTest::keyClick(&Grid(), Qt::Key_C, Qt::ControlModifier);
+    ClickCell(3, 2);
+    QTest::keyClick(&Grid(), Qt::Key_Insert, Qt::ShiftModifier);
+    EXPECT_EQ(Grid().GetItemText(3, 2), "5");
+    EXPECT_TRUE(frame->m_bModified);
+    auto& field = Find<QLineEdit>("editReadCount");
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field.text(), "5");
+    EXPECT_EQ(Grid().GetItemText(3, 2), "5");
+}

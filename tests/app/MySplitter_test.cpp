@@ -1,0 +1,113 @@
+#include "app/MySplitter.h"
+#include "tests/app/FrameFixture.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QSplitterHandle>
+#include <QTest>
+
+namespace {
+
+struct Splitter : FrameFixture {
+    void SetUp() override
+    {
+        Start();
+        frame->move(0, 40); // so that the bar begins well below the top of the screen
+        splitter = frame->findChild<CMySplitter*>();
+        ASSERT_NE(splitter, nullptr);
+    }
+
+    int LeftWidth() const { return splitter->sizes().at(0); }
+    QWidget& Bar() { return *splitter->handle(1); }
+    void Click() { QTest::mouseClick(&Bar(), Qt::LeftButton, {}, Bar().rect().center()); }
+
+    CMySplitter* splitter = nullptr;
+};
+
+} // namespace
+
+TEST_F(Splitter, TheLeftPaneStartsAtItsWidth)
+{
+    EXPECT_EQ(LeftWidth(), 355);
+    EXPECT_TRUE(splitter->IsExpanded());
+}
+
+TEST_F(Splitter, TheRightPaneIsThereOnAnyScreen)
+{
+    frame->hide();
+    frame->resize(300, 300); // as on a small screen: narrower than the left pane
+    frame->show();
+    frame->resize(1000, 600);
+    EXPECT_GT(splitter->sizes().at(1), 300);
+    EXPECT_GE(LeftWidth(), 250);
+}
+
+TEST_F(Splitter, TwoClicksCollapseAndRestoreThePaneToItsFirstWidthPlusFive)
+{
+    Click();
+    EXPECT_EQ(LeftWidth(), 0);
+    Click();
+    EXPECT_EQ(LeftWidth(), 360);
+}
+
+TEST_F(Splitter, ADragEndsInTheSameToggle)
+{
+    const QPoint middle = Bar().rect().center();
+    QTest::mousePress(&Bar(), Qt::LeftButton, {}, middle);
+    QTest::mouseMove(&Bar(), middle + QPoint(120, 0));
+    QTest::mouseRelease(&Bar(), Qt::LeftButton, {}, middle + QPoint(120, 0));
+    EXPECT_EQ(LeftWidth(), 0);
+}
+
+TEST_F(Splitter, AReleaseInTheTopBandDoesNothing) // kept: as tall as the splitter lies below the screen's top
+{
+    const int top = splitter->mapToGlobal(QPoint(0, 0)).y();
+    ASSERT_GT(top, 2);
+    QTest::mouseClick(&Bar(), Qt::LeftButton, {}, QPoint(2, top));
+    EXPECT_TRUE(splitter->IsExpanded());
+    EXPECT_EQ(LeftWidth(), 355);
+    QTest::mouseClick(&Bar(), Qt::LeftButton, {}, QPoint(2, top + 1));
+    EXPECT_FALSE(splitter->IsExpanded());
+    EXPECT_EQ(LeftWidth(), 0);
+}
+
+TEST_F(Splitter, AReleaseBesideTheBarTurnsTheStateButMovesNothing) // kept
+{
+    QTest::mouseRelease(splitter, Qt::LeftButton, {}, QPoint(2, splitter->height() / 2));
+    EXPECT_FALSE(splitter->IsExpanded());
+    EXPECT_EQ(LeftWidth(), 355);
+    Click();
+    EXPECT_TRUE(splitter->IsExpanded());
+    EXPECT_EQ(LeftWidth(), 360);
+}
+
+TEST_F(Splitter, OtherButtonsDoNotToggle)
+{
+    QTest::mouseClick(&Bar(), Qt::RightButton, {}, Bar().rect().center());
+    EXPECT_TRUE(splitter->IsExpanded());
+}
+
+TEST_F(Splitter, TheBarTogglesFromTheKeyboard)
+{
+    Bar().setFocus();
+    QTest::keyClick(&Bar(), Qt::Key_Space);
+    EXPECT_EQ(LeftWidth(), 0);
+    QTest::keyClick(&Bar(), Qt::Key_Return);
+    EXPECT_EQ(LeftWidth(), 360);
+}
+
+TEST_F(Splitter, ACollapsedPaneDoesNotKeepTheFocus)
+{
+    Find<QLineEdit>("editStartAddress").setFocus();
+    Click();
+    EXPECT_EQ(LeftWidth(), 0);
+    EXPECT_FALSE(splitter->widget(0)->isAncestorOf(frame->focusWidget()));
+}
+
+TEST_F(Splitter, TheBarHasARoleAndAName)
+{
+    const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&Bar());
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Splitter);
+    EXPECT_EQ(accessible->text(QAccessible::Name), "Show or hide the left pane");
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/FormatLibrary.h"
+#include "tests/cli/RunCli.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// A folder of its own with a library of two formats, "Oven" (a level, two temperatures, a name) and "Wörter" (one
+/// word), that starts at word 1 and has two rows; and a recipe file with these rows, a word 99 on each side of them.
+struct CliTest : testing::Test {
+    CliTest();
+
+    void SaveLibrary() { ASSERT_EQ(library.save(libraryPath), 0); }
+
+    /// Runs the program with the library.
+    ProcessResult Run(std::vector<std::string> arguments) const;
+
+    void ExpectDone(const std::vector<std::string>& arguments) const;
+    void ExpectRefused(const std::vector<std::string>& arguments, const std::string& message) const;
+
+    CTempFolder folder;
+    std::filesystem::path libraryPath = folder / "Any.Dat";
+    std::filesystem::path recipe = folder / "a.rcp";
+    FormatLibrary library;
+};
+
+/// Runs `script` in bash, where "$cli" is the built vantor-cli and "$1", "$2" … are `arguments`.
+ProcessResult RunScript(const std::string& script, std::vector<std::string> arguments);
+
+/// `text` as the bytes of a file.
+Bytes TextBytes(const std::string& text);

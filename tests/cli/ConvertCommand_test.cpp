@@ -1,0 +1,192 @@
+#include "tests/cli/CliTest.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The rows of CliTest as a text table.
+const std::u16string kTable = u"\uFEFF\"5\"\t\"12.3\"\t\"100.0\"\t\"A\"\r\n"
+                              u"\"600\"\t\"4.5\"\t\"0.0\"\t\"\u5B8B\u4F53\"\r\n";
+
+Bytes UnitBytes(const std::u16string& text)
+{
+    Bytes bytes;
+    for (const char16_t unit : text) {
+        bytes.push_back(static_cast<std::byte>(unit & 0xFF));
+        bytes.push_back(static_cast<std::byte>(unit >> 8));
+    }
+    return bytes;
+}
+
+struct ConvertCommand : CliTest {
+    std::vector<std::string> To(const fs::path& target, const std::vector<std::string>& options = {}) const
+    {
+        std::vector<std::string> arguments = {"convert", recipe.string(), target.string()};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return arguments;
+    }
+};
+
+// kept: before the rows there is one zero byte a word of the start address at least, not two.
+TEST_F(ConvertCommand, NewRcpHasZerosBeforeTheRows)
+{
+    const fs::path target = folder / "b.rcp";
+    ExpectDone(To(target));
+    EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
+}
+
+TEST_F(ConvertCommand, ExistingRcpIsEmptiedFirst)
+{
+    const fs::path target = folder / "b.rcp";
+    WriteAll(target, Bytes(100, std::byte{7}));
+    ExpectDone(To(target));
+    EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
+}
+
+TEST_F(ConvertCommand, ExistingRcpIsNotEmptiedForRowsFromWordZero)
+{
+    const fs::path target = folder / "b.rcp";
+    WriteAll(target, WordBytes({7, 7, 7, 7}));
+    ExpectDone(To(target, {"--format", "W\xC3\xB6rter", "--start", "0"}));
+    EXPECT_EQ(ReadAll(target), WordBytes({99, 5, 7, 7}));
+}
+
+TEST_F(ConvertCommand, FileMayBeItsOwnTarget)
+{
+    ExpectDone(To(recipe));
+    EXPECT_EQ(ReadAll(recipe), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
+}
+
+TEST_F(ConvertCommand, PagedSourceThatCannotBeOpenedGivesNoRows) // the window shows 48 in every cell of such a file
+{
+    const fs::path source = folder / "c.erp";
+    fs::create_directory(source);
+    const fs::path target = folder / "b.rcp";
+    ExpectRefused({"convert", source.string(), target.string()}, "Open file " + source.string() + " error!");
+    EXPECT_FALSE(fs::exists(target));
+}
+
+TEST_F(ConvertCommand, TableMayBeItsOwnTarget)
+{
+    recipe = folder / "a.csv";
+    WriteAll(recipe, TextBytes("5,12.3,100.0,A\n600,4.5,0.0,B\n"));
+    ExpectDone(To(recipe));
+    EXPECT_EQ(ReadAll(recipe),
+              UnitBytes(u"\uFEFF\"5\"\t\"12.3\"\t\"100.0\"\t\"A\"\r\n\"600\"\t\"4.5\"\t\"0.0\"\t\"B\"\r\n"));
+}
+
+TEST_F(ConvertCommand, WritesATable)
+{
+    const fs::path target = folder / "b.CSV";
+    ExpectDone(To(target));
+    EXPECT_EQ(ReadAll(target), UnitBytes(kTable));
+}
+
+TEST_F(ConvertCommand, ReadsATable)
+{
+    const fs::path target = folder / "b.rcp";
+    recipe = folder / "a.csv";
+    WriteAll(recipe, TextBytes("5,12.3,100.0,A\n600,4.5,0.0,B\n"));
+    ExpectDone(To(target));
+    EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, u'B', 0}));
+}
+
+TEST_F(ConvertCommand, MakesPagedFilesWhereTheyAreMissing)
+{
+    for (const char* name : {"b.erp", "b.frp"}) {
+        const fs::path target = folder / name;
+        ExpectDone(To(target));
+        EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53})) << name;
+    }
+}
+
+TEST_F(ConvertCommand, ExistingPagedFileKeepsItsOtherWords)
+{
+    const fs::path target = folder / "b.frp";
+    WriteAll(target, WordBytes({8, 8, 8, 8, 8, 8, 8, 8, 8, 8, 8, 8, 8}));
+    ExpectDone(To(target));
+    EXPECT_EQ(ReadAll(target), WordBytes({8, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53, 8, 8}));
+}
+
+TEST_F(ConvertCommand, PagedFileAndBackGivesTheSameRows)
+{
+    const fs::path paged = folder / "b.frp";
+    const fs::path target = folder / "c.rcp";
+    ExpectDone(To(paged, {"--start", "1"}));
+    recipe = paged;
+    ExpectDone(To(target, {"--start", "1"}));
+    EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
+}
+
+TEST_F(ConvertCommand, FormatWithoutItemsWritesNoWords)
+{
+    library.formats[0]->clear();
+    SaveLibrary();
+    const fs::path target = folder / "b.rcp";
+    ExpectDone(To(target, {"--start", "3"}));
+    EXPECT_EQ(ReadAll(target), Bytes(3, std::byte{0})); // kept: one byte a word
+}
+
+TEST_F(ConvertCommand, MissingSourceIsReportedAndNoTargetMade)
+{
+    recipe = folder / "missing.rcp";
+    const fs::path target = folder / "b.rcp";
+    ExpectRefused(To(target), "Open error! " + recipe.string() + " doesn't exit!");
+    EXPECT_FALSE(fs::exists(target));
+}
+
+TEST_F(ConvertCommand, UnknownExtensionsAreReported)
+{
+    const fs::path target = folder / "b.txt";
+    ExpectRefused(To(target),
+                  "The type of file " + target.string() + " is unknown! It must be .rcp, .csv, .erp or .frp!");
+    EXPECT_FALSE(fs::exists(target));
+    recipe = folder / "a";
+    WriteAll(recipe, WordBytes({1}));
+    ExpectRefused(To(folder / "b.rcp"),
+                  "The type of file " + recipe.string() + " is unknown! It must be .rcp, .csv, .erp or .frp!");
+    EXPECT_FALSE(fs::exists(folder / "b.rcp"));
+}
+
+TEST_F(ConvertCommand, SourceThatCannotBeReadLeavesTheTargetAsItIs)
+{
+    const fs::path target = folder / "b.rcp";
+    WriteAll(target, WordBytes({1, 2, 3}));
+    recipe = folder / "folder.rcp";
+    fs::create_directory(recipe);
+    ExpectRefused(To(target), "Open file " + recipe.string() + " error!");
+    EXPECT_EQ(ReadAll(target), WordBytes({1, 2, 3}));
+}
+
+struct RefusedTarget {
+    const char* name;
+    const char* file;
+    const char* start;
+    const char* before; ///< the message before the path
+    const char* after;
+    friend void PrintTo(const RefusedTarget& c, std::ostream* out) { *out << c.name; }
+};
+
+struct ConvertToFolder : ConvertCommand, testing::WithParamInterface<RefusedTarget> {};
+
+TEST_P(ConvertToFolder, IsReported)
+{
+    const RefusedTarget& param = GetParam();
+    const fs::path target = folder / param.file;
+    fs::create_directory(target);
+    const std::string path = *param.after == '\0' ? "" : target.string();
+    ExpectRefused(To(target, {"--start", param.start}), param.before + path + param.after);
+    EXPECT_TRUE(fs::is_empty(target));
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, ConvertToFolder, testing::Values(
+    RefusedTarget{"RcpFromZero",  "b.rcp", "0", "Can't save file ", ",please check file or your disk!"},
+    RefusedTarget{"RcpFromOne",   "b.rcp", "1", "Open ",            " failed ,It can't save!"},
+    RefusedTarget{"Csv",          "b.csv", "1", "Save file ",       " failed!"},
+    RefusedTarget{"Erp",          "b.erp", "1", "Can't open the file that need save!", ""},
+    RefusedTarget{"Frp",          "b.frp", "1", "Can't open the file that need save!", ""}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+} // namespace

@@ -1,0 +1,202 @@
+// The keys on a grid that edits nothing: they move the focus cell, choose cells and leave the grid.
+
+#include "controls/GridModel.h"
+#include "tests/controls/GridTestBed.h"
+#include "tests/support/GuiTest.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QScrollBar>
+#include <QTest>
+
+namespace {
+
+struct GridKeys : CGridTestBed {};
+
+struct MoveCase {
+    const char* name;
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    const char* focus; ///< afterwards, from 3,4 in a grid of 6 rows and 7 columns
+    const char* selected;
+    friend void PrintTo(const MoveCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct GridMoves : CGridTestBed, testing::WithParamInterface<MoveCase> {};
+
+TEST_P(GridMoves, MovesTheFocusCell)
+{
+    Fill(6, 7);
+    Click(3, 4);
+    log.clear();
+    Press(GetParam().key, GetParam().modifiers);
+    EXPECT_EQ(Focus(), GetParam().focus);
+    EXPECT_EQ(Selected(), GetParam().selected);
+    EXPECT_EQ(log, Lines{std::string("-100 of 102800 at ") + GetParam().focus});
+    EXPECT_EQ(Editor(), nullptr);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, GridMoves, testing::Values(
+    //       name         key               modifiers             focus  selected
+    MoveCase{"Left",      Qt::Key_Left,     Qt::NoModifier,       "3,3", "3,3"        },
+    MoveCase{"Right",     Qt::Key_Right,    Qt::NoModifier,       "3,5", "3,5"        },
+    MoveCase{"Up",        Qt::Key_Up,       Qt::NoModifier,       "2,4", "2,4"        },
+    MoveCase{"Down",      Qt::Key_Down,     Qt::NoModifier,       "4,4", "4,4"        },
+    MoveCase{"Home",      Qt::Key_Home,     Qt::NoModifier,       "3,2", "3,2"        },
+    MoveCase{"End",       Qt::Key_End,      Qt::NoModifier,       "3,6", "3,6"        },
+    MoveCase{"PageUp",    Qt::Key_PageUp,   Qt::NoModifier,       "1,4", "1,4"        },
+    MoveCase{"PageDown",  Qt::Key_PageDown, Qt::NoModifier,       "5,4", "5,4"        },
+    MoveCase{"CtrlHome",  Qt::Key_Home,     Qt::ControlModifier,  "1,2", "1,2"        },
+    MoveCase{"CtrlEnd",   Qt::Key_End,      Qt::ControlModifier,  "5,6", "5,6"        },
+    MoveCase{"Tab",       Qt::Key_Tab,      Qt::NoModifier,       "3,5", "3,5"        },
+    MoveCase{"ShiftTab",  Qt::Key_Backtab,  Qt::ShiftModifier,    "3,3", "3,3"        },
+    MoveCase{"ShiftDown", Qt::Key_Down,     Qt::ShiftModifier,    "4,4", "3,4 4,4"    },
+    MoveCase{"ShiftEnd",  Qt::Key_End,      Qt::ShiftModifier,    "3,6", "3,4 3,5 3,6"}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(GridKeys, TheFocusOnTheGridChoosesNoCell)
+{
+    Fill(4, 5);
+    field->setFocus();
+    grid->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(window.focusWidget(), grid);
+    EXPECT_EQ(Focus(), "none");
+    EXPECT_EQ(log, Lines{});
+}
+
+TEST_F(GridKeys, TabLeavesTheGridFromItsLastCell)
+{
+    Fill(4, 5);
+    Click(3, 4);
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), field);
+    EXPECT_EQ(Focus(), "3,4");
+}
+
+TEST_F(GridKeys, ShiftTabLeavesTheGridFromItsFirstCell)
+{
+    Fill(4, 5);
+    Click(1, 2);
+    Press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(window.focusWidget(), button);
+    EXPECT_EQ(Focus(), "1,2");
+}
+
+TEST_F(GridKeys, TabLeavesAGridWithoutCells)
+{
+    grid->setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), field);
+}
+
+TEST_F(GridKeys, CtrlTabLeavesTheGridFromEveryCell)
+{
+    Fill(4, 5);
+    Click(2, 3);
+    Press(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(window.focusWidget(), field);
+    grid->setFocus();
+    Press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(window.focusWidget(), button);
+    EXPECT_EQ(Focus(), "2,3");
+}
+
+TEST_F(GridKeys, TypingEditsAndDoesNotSearch)
+{
+    Fill(6, 6);
+    Click(2, 3);
+    Type("5");
+    EXPECT_EQ(Focus(), "2,3");
+    ASSERT_NE(Editor(), nullptr);
+    Press(Qt::Key_Escape);
+    grid->keyboardSearch("5");
+    EXPECT_EQ(Focus(), "2,3");
+}
+
+TEST_F(GridKeys, KeysWithCtrlOrAltStartNoEdit)
+{
+    Fill(6, 6);
+    Click(2, 3);
+    Press(Qt::Key_B, Qt::ControlModifier);
+    Press(Qt::Key_B, Qt::AltModifier);
+    Press(Qt::Key_F2, Qt::ControlModifier);
+    Press(Qt::Key_Return, Qt::AltModifier);
+    EXPECT_EQ(Editor(), nullptr);
+}
+
+TEST_F(GridKeys, AltGrTypesACharacter)
+{
+    Fill(6, 6);
+    Click(2, 3);
+    QKeyEvent altGr(QEvent::KeyPress, Qt::Key_At, Qt::ControlModifier | Qt::AltModifier, "@");
+    QApplication::sendEvent(grid, &altGr);
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("@"));
+}
+
+TEST_F(GridKeys, ShiftF10AsksForTheMenuOfTheFocusCell)
+{
+    Fill(6, 6);
+    Press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(log, Lines{}); // no focus cell
+    Click(4, 5);
+    log.clear();
+    Press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(log, Lines{"-5 of 102800 at 4,5"});
+    EXPECT_EQ(grid->ContextMenuPosition(), grid->viewport()->mapToGlobal(Center(4, 5)));
+}
+
+TEST_F(GridKeys, TheMenuKeyAsksForTheMenuOfTheFocusCell)
+{
+    Fill(6, 6);
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(1, 1), grid->mapToGlobal(QPoint(1, 1)));
+    QApplication::sendEvent(grid, &key);
+    EXPECT_EQ(log, Lines{});
+    Click(4, 5);
+    log.clear();
+    QApplication::sendEvent(grid, &key);
+    EXPECT_EQ(log, Lines{"-5 of 102800 at 4,5"});
+    EXPECT_EQ(grid->ContextMenuPosition(), grid->viewport()->mapToGlobal(Center(4, 5)));
+}
+
+TEST_F(GridKeys, AFocusCellOutOfSightIsScrolledIntoItForItsMenu)
+{
+    Fill(200, 6);
+    Click(4, 5);
+    grid->verticalScrollBar()->setValue(150);
+    Press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(grid->viewport()->rect().contains(grid->viewport()->mapFromGlobal(grid->ContextMenuPosition())));
+}
+
+TEST_F(GridKeys, ARowsRemovalTakesTheFocusAlong)
+{
+    Fill(6, 6);
+    Click(5, 3);
+    grid->SetRowCount(1);
+    EXPECT_EQ(Focus(), "none");
+    EXPECT_EQ(Selected(), "");
+}
+
+TEST_F(GridKeys, AFocusCellCanBeSetAmongTheDataCellsOnly)
+{
+    Fill(4, 5);
+    EXPECT_TRUE(grid->SetFocusCell(2, 3));
+    EXPECT_EQ(log, Lines{"-100 of 102800 at 2,3"});
+    EXPECT_EQ(Selected(), "2,3");
+    EXPECT_FALSE(grid->SetFocusCell(0, 3));
+    EXPECT_FALSE(grid->SetFocusCell(2, 1));
+    EXPECT_EQ(Focus(), "2,3");
+    EXPECT_EQ(log.size(), 1u);
+}
+
+TEST_F(GridKeys, AGridEmptiedByWhoIsToldHasNoFocusCell)
+{
+    Fill(4, 5);
+    QObject::connect(grid, &CGridCtrl::Notify, [this](const GridNotification&) { grid->DeleteAllItems(); });
+    EXPECT_FALSE(grid->SetFocusCell(2, 3));
+    EXPECT_EQ(Focus(), "none");
+}
+
+} // namespace

@@ -1,0 +1,182 @@
+#include "files/BinaryRecipeFile.h"
+#include "files/File.h"
+#include "tests/files/AllocationLimit.h"
+#include "tests/files/FileSizeLimit.h"
+#include "tests/files/TestColumns.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::u16string>;
+
+/// One row of two words that show "7" and "8", read from good.rcp.
+struct BinaryRecipeFailure : testing::Test {
+    BinaryRecipeFailure()
+    {
+        WriteAll(good, WordBytes({7, 8}));
+        rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
+        EXPECT_TRUE(ReadBinaryRecipe(rows, good, false, reporter, progress));
+    }
+
+    void ExpectReadFails(const fs::path& path)
+    {
+        reporter.shown.clear();
+        EXPECT_FALSE(ReadBinaryRecipe(rows, path, false, reporter, progress));
+        EXPECT_EQ(reporter.shown, Texts{u"Open file " + PathText(path) + u" error!"});
+        EXPECT_EQ(rows.Text(0, 0), u"");
+        EXPECT_EQ(rows.Text(0, 1), u"");
+    }
+
+    void ExpectSaveFails(const fs::path& path)
+    {
+        reporter.shown.clear();
+        EXPECT_FALSE(SaveBinaryRecipe(rows, path, reporter, progress));
+        EXPECT_EQ(reporter.shown, Texts{u"Can't save file " + PathText(path) + u",please check file or your disk!"});
+        EXPECT_EQ(rows.Text(0, 0), u"7") << "the rows stay";
+    }
+
+    CTempFolder folder;
+    fs::path good = folder / "good.rcp";
+    CRecipeRows rows;
+    CRecordingReporter reporter;
+    CNoProgress progress;
+};
+
+TEST_F(BinaryRecipeFailure, MissingFileIsReported)
+{
+    ExpectReadFails(folder / "missing.rcp");
+    EXPECT_FALSE(fs::exists(folder / "missing.rcp"));
+}
+
+TEST_F(BinaryRecipeFailure, FileInAMissingFolderIsReported)
+{
+    ExpectReadFails(folder / "missing" / "a.rcp");
+}
+
+TEST_F(BinaryRecipeFailure, FolderInPlaceOfAFileIsReported)
+{
+    ExpectReadFails(folder.Path());
+}
+
+TEST_F(BinaryRecipeFailure, DanglingLinkIsReported)
+{
+    fs::create_symlink(folder / "missing", folder / "link.rcp");
+    ExpectReadFails(folder / "link.rcp");
+}
+
+TEST_F(BinaryRecipeFailure, PipeIsReportedAndDoesNotHang)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.rcp").c_str(), 0600), 0);
+    ExpectReadFails(folder / "pipe.rcp");
+}
+
+TEST_F(BinaryRecipeFailure, EmptyPathIsReportedWhenTheDocumentIsNotNew)
+{
+    ExpectReadFails({});
+}
+
+TEST_F(BinaryRecipeFailure, ReadWithoutMemoryIsReported)
+{
+    const CAllocationLimit limit(3);
+    ExpectReadFails(good);
+}
+
+TEST_F(BinaryRecipeFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
+{
+    CImpatientProgress impatient(0);
+    EXPECT_FALSE(ReadBinaryRecipe(rows, good, false, reporter, impatient));
+    EXPECT_EQ(impatient.reports.size(), 1u);
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(rows.Text(0, 0), u"");
+    EXPECT_EQ(rows.RowCount(), 1);
+    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
+}
+
+TEST_F(BinaryRecipeFailure, SaveIntoAMissingFolderIsReported)
+{
+    ExpectSaveFails(folder / "missing" / "a.rcp");
+    EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(BinaryRecipeFailure, SaveOverAFolderIsReported)
+{
+    ExpectSaveFails(folder.Path());
+}
+
+TEST_F(BinaryRecipeFailure, SaveToAnEmptyPathIsReported)
+{
+    ExpectSaveFails({});
+}
+
+TEST_F(BinaryRecipeFailure, SaveToAPipeIsReportedAndDoesNotHang)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.rcp").c_str(), 0600), 0);
+    ExpectSaveFails(folder / "pipe.rcp");
+}
+
+TEST_F(BinaryRecipeFailure, SaveToADeviceIsReported)
+{
+    ExpectSaveFails("/dev/full");
+}
+
+TEST_F(BinaryRecipeFailure, SaveOnAFullDiskIsReported)
+{
+    const CFileSizeLimit limit(3);
+    ExpectSaveFails(folder / "new.rcp");
+}
+
+TEST_F(BinaryRecipeFailure, SaveWithoutMemoryIsReportedAndWritesNothing)
+{
+    {
+        const CAllocationLimit limit(3);
+        ExpectSaveFails(folder / "new.rcp");
+    }
+    EXPECT_FALSE(fs::exists(folder / "new.rcp"));
+}
+
+TEST_F(BinaryRecipeFailure, SaveBeforeTheFirstWordIsReportedAndWritesNothing)
+{
+    rows.LayOut({Signed16Column()}, -1, 1);
+    rows.SetText(0, 0, u"7");
+    ExpectSaveFails(folder / "new.rcp");
+    EXPECT_FALSE(fs::exists(folder / "new.rcp"));
+}
+
+TEST_F(BinaryRecipeFailure, SaveGivenUpWritesNothingAndSaysNothing)
+{
+    rows.SetText(0, 0, u"9");
+    CImpatientProgress impatient(0);
+    EXPECT_FALSE(SaveBinaryRecipe(rows, good, reporter, impatient));
+    EXPECT_FALSE(SaveBinaryRecipe(rows, folder / "new.rcp", reporter, impatient));
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
+    EXPECT_FALSE(fs::exists(folder / "new.rcp"));
+    EXPECT_EQ(rows.Text(0, 0), u"9");
+}
+
+TEST_F(BinaryRecipeFailure, SaveGivenUpHalfWayWritesNothing)
+{
+    constexpr std::int32_t kRows = 200000;
+    CImpatientProgress impatient(2);
+    rows.LayOut({Signed16Column()}, 0, kRows);
+    EXPECT_FALSE(SaveBinaryRecipe(rows, good, reporter, impatient));
+    EXPECT_EQ(impatient.reports.size(), 3u);
+    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
+}
+
+TEST_F(BinaryRecipeFailure, SaveIsNotGivenUpOnceItWrites)
+{
+    CImpatientProgress impatient(1);
+    EXPECT_TRUE(SaveBinaryRecipe(rows, folder / "new.rcp", reporter, impatient));
+    EXPECT_EQ(impatient.reports.size(), 2u);
+    EXPECT_EQ(ReadAll(folder / "new.rcp"), WordBytes({7, 8}));
+}
+
+} // namespace

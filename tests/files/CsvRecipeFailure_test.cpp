@@ -1,0 +1,192 @@
+#include "files/CsvRecipeFile.h"
+#include "files/File.h"
+#include "tests/files/AllocationLimit.h"
+#include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
+#include "tests/files/TestColumns.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::u16string>;
+
+/// One row that shows "7" and "8", read from good.csv.
+struct CsvFailure : testing::Test {
+    CsvFailure()
+    {
+        WriteAll(good, BytesOf({'7', ',', '8'}));
+        rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
+        EXPECT_TRUE(ReadCsv(rows, good, reporter, progress));
+    }
+
+    void ExpectReadFails(const fs::path& path)
+    {
+        reporter.shown.clear();
+        EXPECT_FALSE(ReadCsv(rows, path, reporter, progress));
+        EXPECT_EQ(reporter.shown, Texts{u"Can't open file " + PathText(path) + u"!"});
+        EXPECT_EQ(TextsOf(rows), (Texts{u"", u""}));
+    }
+
+    void ExpectSaveFails(const fs::path& path)
+    {
+        reporter.shown.clear();
+        EXPECT_FALSE(SaveCsv(rows, path, reporter, progress));
+        EXPECT_EQ(reporter.shown, Texts{u"Save file " + PathText(path) + u" failed!"});
+        EXPECT_EQ(TextsOf(rows), (Texts{u"7", u"8"})) << "the rows stay";
+    }
+
+    std::size_t FilesInFolder() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()));
+    }
+
+    CTempFolder folder;
+    fs::path good = folder / "good.csv";
+    CRecipeRows rows;
+    CRecordingReporter reporter;
+    CNoProgress progress;
+};
+
+TEST_F(CsvFailure, MissingFileIsReported)
+{
+    ExpectReadFails(folder / "missing.csv");
+    EXPECT_FALSE(fs::exists(folder / "missing.csv"));
+}
+
+TEST_F(CsvFailure, FolderInPlaceOfAFileIsReported)
+{
+    ExpectReadFails(folder.Path());
+}
+
+TEST_F(CsvFailure, PipeIsReportedAndDoesNotHang)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.csv").c_str(), 0600), 0);
+    ExpectReadFails(folder / "pipe.csv");
+}
+
+TEST_F(CsvFailure, EmptyPathIsReported)
+{
+    ExpectReadFails({});
+}
+
+TEST_F(CsvFailure, UnreadableFileIsReported)
+{
+    fs::permissions(good, fs::perms::none);
+    const COrdinaryUser user;
+    ExpectReadFails(good);
+}
+
+TEST_F(CsvFailure, ReadWithoutMemoryIsReported)
+{
+    const CAllocationLimit limit(3);
+    ExpectReadFails(good);
+}
+
+TEST_F(CsvFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
+{
+    CImpatientProgress impatient(0);
+    EXPECT_FALSE(ReadCsv(rows, good, reporter, impatient));
+    EXPECT_EQ(impatient.reports.size(), 1u);
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(TextsOf(rows), (Texts{u"", u""}));
+}
+
+TEST_F(CsvFailure, PathOfAnyLengthIsGoodEnough)
+{
+    fs::path deep = folder.Path();
+    for (int i = 0; i < 10; ++i)
+        deep /= std::string(60, 'd');
+    fs::create_directories(deep);
+    EXPECT_TRUE(SaveCsv(rows, deep / "a.csv", reporter, progress));
+    EXPECT_TRUE(ReadCsv(rows, deep / "a.csv", reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"7");
+}
+
+TEST_F(CsvFailure, SaveIntoAMissingFolderIsReported)
+{
+    ExpectSaveFails(folder / "missing" / "a.csv");
+    EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(CsvFailure, SaveOverAFolderIsReported)
+{
+    fs::create_directory(folder / "sub.csv");
+    ExpectSaveFails(folder / "sub.csv");
+    EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+TEST_F(CsvFailure, SaveToAnEmptyPathIsReported)
+{
+    ExpectSaveFails({});
+}
+
+TEST_F(CsvFailure, SaveToAPipeIsReportedAndDoesNotHang)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.csv").c_str(), 0600), 0);
+    ExpectSaveFails(folder / "pipe.csv");
+}
+
+TEST_F(CsvFailure, SaveToADeviceIsReported)
+{
+    ExpectSaveFails("/dev/full");
+}
+
+TEST_F(CsvFailure, SaveOverAReadOnlyFileIsReported)
+{
+    fs::permissions(folder.Path(), fs::perms::all);
+    fs::permissions(good, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    {
+        const COrdinaryUser user;
+        ExpectSaveFails(good);
+    }
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+}
+
+TEST_F(CsvFailure, FullDiskIsReportedAndTheOldFileStays)
+{
+    {
+        const CFileSizeLimit limit(6);
+        ExpectSaveFails(good);
+        ExpectSaveFails(folder / "new.csv");
+    }
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(CsvFailure, SaveGivenUpLeavesTheOldFileAndSaysNothing)
+{
+    CImpatientProgress impatient(0);
+    EXPECT_FALSE(SaveCsv(rows, good, reporter, impatient));
+    EXPECT_FALSE(SaveCsv(rows, folder / "new.csv", reporter, impatient));
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(CsvFailure, LongSaveIsGivenUpHalfWay)
+{
+    rows.LayOut({Signed16Column()}, 0, 500000);
+    CImpatientProgress impatient(1);
+    EXPECT_FALSE(SaveCsv(rows, good, reporter, impatient));
+    EXPECT_EQ(impatient.reports.size(), 2u);
+    EXPECT_LT(impatient.reports.back().first, 500000u);
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(CsvFailure, SaveInPlaceIsNotGivenUp)
+{
+    const fs::path longest = folder / (std::string(251, 'n') + ".csv"); // no longer name is there to stand beside it
+    CImpatientProgress impatient(0);
+    EXPECT_TRUE(SaveCsv(rows, longest, reporter, impatient));
+    EXPECT_EQ(ReadAll(longest).size(), 20u);
+}
+
+} // namespace

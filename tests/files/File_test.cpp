@@ -1,0 +1,259 @@
+#include "files/File.h"
+#include "tests/files/FileSizeLimit.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <sys/stat.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Mode = CFile::Mode;
+
+struct OpenCase {
+    const char* name;
+    Mode mode;
+    bool opensMissing;
+    bool keepsContent;
+    bool writes;
+    friend void PrintTo(const OpenCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct OpenMode : testing::TestWithParam<OpenCase> {
+    CTempFolder folder;
+};
+
+TEST_P(OpenMode, TreatsAMissingFile)
+{
+    const fs::path path = folder / "missing.rcp";
+    CFile file;
+    EXPECT_EQ(file.Open(path, GetParam().mode), GetParam().opensMissing);
+    EXPECT_EQ(file.IsOpen(), GetParam().opensMissing);
+    EXPECT_EQ(fs::exists(path), GetParam().opensMissing);
+    EXPECT_EQ(file.Size().has_value(), GetParam().opensMissing);
+    EXPECT_EQ(file.Size().value_or(0), 0u);
+}
+
+TEST_P(OpenMode, TreatsAnExistingFile)
+{
+    const fs::path path = folder / "a.rcp";
+    WriteAll(path, BytesOf({1, 2, 3}));
+    CFile file(path, GetParam().mode);
+    ASSERT_TRUE(file.IsOpen());
+    EXPECT_EQ(file.Size(), GetParam().keepsContent ? 3u : 0u);
+    EXPECT_EQ(file.WriteAt(0, BytesOf({9})), GetParam().writes);
+    EXPECT_TRUE(file.Close());
+    const Bytes kept = GetParam().writes ? BytesOf({9, 2, 3}) : BytesOf({1, 2, 3});
+    EXPECT_EQ(ReadAll(path), GetParam().keepsContent ? kept : BytesOf({9}));
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, OpenMode, testing::Values(
+    //        name            mode                opensMissing  keepsContent  writes
+    OpenCase{"Read",          Mode::Read,         false,        true,         false},
+    OpenCase{"ReadWrite",     Mode::ReadWrite,    false,        true,         true},
+    OpenCase{"OpenOrCreate",  Mode::OpenOrCreate, true,         true,         true},
+    OpenCase{"Truncate",      Mode::Truncate,     true,         false,        true}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+/// Every mode refuses what is no regular file, at once and without a trace.
+struct NoRegularFile : testing::TestWithParam<Mode> {
+    void ExpectRefused(const fs::path& path) const
+    {
+        CFile file;
+        EXPECT_FALSE(file.Open(path, GetParam())) << path;
+        EXPECT_FALSE(file.IsOpen());
+        EXPECT_FALSE(file.Size());
+    }
+    CTempFolder folder;
+};
+
+TEST_P(NoRegularFile, FolderIsRefused)
+{
+    ExpectRefused(folder.Path());
+}
+
+TEST_P(NoRegularFile, FileInAMissingFolderIsRefused)
+{
+    ExpectRefused(folder / "missing" / "a.rcp");
+}
+
+TEST_P(NoRegularFile, FileBelowAFileIsRefused)
+{
+    WriteAll(folder / "a.rcp", BytesOf({1}));
+    ExpectRefused(folder / "a.rcp" / "b.rcp");
+}
+
+TEST_P(NoRegularFile, PipeIsRefusedAndDoesNotHang)
+{
+    const fs::path pipe = folder / "pipe.rcp";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    ExpectRefused(pipe);
+}
+
+TEST_P(NoRegularFile, DevicesAreRefused)
+{
+    for (const char* device : {"/dev/null", "/dev/zero", "/dev/full"})
+        ExpectRefused(device);
+}
+
+TEST_P(NoRegularFile, EmptyPathIsRefused)
+{
+    ExpectRefused({});
+}
+
+TEST_P(NoRegularFile, NameWithAZeroIsRefusedWhole)
+{
+    WriteAll(folder / "a.rcp", BytesOf({1, 2}));
+    ExpectRefused(folder / std::string("a.rcp\0.txt", 10));
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), BytesOf({1, 2}));
+}
+
+std::string ModeName(const testing::TestParamInfo<Mode>& mode)
+{
+    constexpr std::array kNames = {"Read", "ReadWrite", "OpenOrCreate", "Truncate"};
+    return kNames[static_cast<std::size_t>(mode.param)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, NoRegularFile,
+                         testing::Values(Mode::Read, Mode::ReadWrite, Mode::OpenOrCreate, Mode::Truncate), ModeName);
+
+TEST(File, DanglingLinkCannotBeRead)
+{
+    const CTempFolder folder;
+    fs::create_symlink(folder / "missing", folder / "link.rcp");
+    EXPECT_FALSE(CFile(folder / "link.rcp", Mode::Read).IsOpen());
+}
+
+TEST(File, LongPathOpens)
+{
+    const CTempFolder folder;
+    fs::path path = folder.Path();
+    for (int i = 0; i < 8; ++i)
+        path /= std::string(200, static_cast<char>('a' + i));
+    fs::create_directories(path);
+    EXPECT_TRUE(CFile(path / "long.rcp", Mode::OpenOrCreate).IsOpen());
+    EXPECT_TRUE(fs::exists(path / "long.rcp"));
+}
+
+TEST(File, ReadsFromAnOffsetUpToTheEnd)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", BytesOf({1, 2, 3, 4}));
+    const CFile file(folder / "a", Mode::Read);
+    Bytes bytes(3, std::byte{0xEE});
+
+    EXPECT_EQ(file.ReadAt(1, bytes), 3u);
+    EXPECT_EQ(bytes, BytesOf({2, 3, 4}));
+    EXPECT_EQ(file.ReadAt(3, bytes), 1u);
+    EXPECT_EQ(bytes, BytesOf({4, 3, 4}));
+    EXPECT_EQ(file.ReadAt(4, bytes), 0u);
+    EXPECT_EQ(file.ReadAt(std::uint64_t{1} << 40, bytes), 0u);
+    EXPECT_EQ(bytes, BytesOf({4, 3, 4}));
+}
+
+TEST(File, OffsetBeyondEveryFileFails)
+{
+    constexpr auto kFarthest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    const CTempFolder folder;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    Bytes bytes(2);
+    EXPECT_FALSE(file.ReadAt(kFarthest + 1, bytes));
+    EXPECT_FALSE(file.ReadAt(kFarthest - 1, bytes));
+    EXPECT_FALSE(file.WriteAt(std::numeric_limits<std::uint64_t>::max(), bytes));
+    EXPECT_FALSE(file.WriteAt(kFarthest - 1, bytes));
+    EXPECT_EQ(file.Size(), 0u);
+}
+
+TEST(File, GapBeforeAWriteReadsAsZeros)
+{
+    const CTempFolder folder;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    EXPECT_TRUE(file.WriteAt(3, BytesOf({7, 8})));
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({0, 0, 0, 7, 8}));
+}
+
+TEST(File, WritesAndReadsBehindFourGigabytes)
+{
+    const CTempFolder folder;
+    constexpr std::uint64_t kFar = (std::uint64_t{5} << 30) + 1;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    ASSERT_TRUE(file.WriteAt(kFar, BytesOf({7, 8})));
+    EXPECT_EQ(file.Size(), kFar + 2);
+    Bytes bytes(3);
+    EXPECT_EQ(file.ReadAt(kFar - 1, bytes), 3u);
+    EXPECT_EQ(bytes, BytesOf({0, 7, 8}));
+}
+
+TEST(File, FullDiskFailsTheWrite)
+{
+    const CTempFolder folder;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    const CFileSizeLimit limit(100);
+    EXPECT_TRUE(file.WriteAt(0, Bytes(100)));
+    EXPECT_FALSE(file.WriteAt(50, Bytes(51))) << "49 bytes went out, the last one not";
+    EXPECT_FALSE(file.WriteAt(100, Bytes(1)));
+    EXPECT_EQ(file.Size(), 100u);
+}
+
+TEST(File, ClosedFileDoesNothing)
+{
+    const CTempFolder folder;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    EXPECT_TRUE(file.Close());
+    EXPECT_TRUE(file.Close());
+    Bytes bytes(1);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_FALSE(file.Size());
+    EXPECT_FALSE(file.ReadAt(0, bytes));
+    EXPECT_FALSE(file.WriteAt(0, bytes));
+}
+
+TEST(File, FailedOpenLeavesNoFileOpen)
+{
+    const CTempFolder folder;
+    CFile file(folder / "a", Mode::OpenOrCreate);
+    EXPECT_FALSE(file.Open(folder / "missing", Mode::Read));
+    EXPECT_FALSE(file.IsOpen());
+}
+
+TEST(File, MoveHandsTheFileOn)
+{
+    const CTempFolder folder;
+    CFile first(folder / "a", Mode::OpenOrCreate);
+    CFile second(std::move(first));
+    EXPECT_TRUE(second.WriteAt(0, BytesOf({5})));
+    CFile third;
+    third = std::move(second);
+    EXPECT_TRUE(third.WriteAt(1, BytesOf({6})));
+    EXPECT_TRUE(third.Close());
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({5, 6}));
+}
+
+TEST(ExecutablePath, NamesThisProgram)
+{
+    const fs::path path = ExecutablePath();
+    EXPECT_TRUE(path.is_absolute());
+    EXPECT_EQ(path.stem(), "vantor_files_tests");
+    EXPECT_TRUE(CFile(path, Mode::Read).IsOpen());
+}
+
+TEST(PathText, ShowsTheNameAsText)
+{
+    EXPECT_EQ(PathText("/data/a b.rcp"), u"/data/a b.rcp");
+    EXPECT_EQ(PathText("\xE5\xAE\x8B.rcp"), u"\u5B8B.rcp");
+    EXPECT_EQ(PathText({}), u"");
+}
+
+TEST(PathText, ShowsInvalidBytesAsReplacementCharacters)
+{
+    EXPECT_EQ(PathText("a\xFF.rcp"), u"a\uFFFD.rcp");
+}
+
+} // namespace

@@ -1,0 +1,173 @@
+#include "files/PagedFile.h"
+#include "files/PagedRecipeFile.h"
+#include "tests/files/TestColumns.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::u16string>;
+
+// The picture that is damaged: one word at address 40000 of an ".frp".
+constexpr std::size_t kDirectory = 65536;
+constexpr std::size_t kTable = 69632;
+constexpr std::size_t kPage = 73728;
+constexpr std::size_t kEnd = 77824;
+
+void StoreEntry(Bytes& bytes, std::size_t pos, std::uint32_t entry)
+{
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes.at(pos + i) = static_cast<std::byte>(entry >> (8 * i));
+}
+
+Bytes SoundFile()
+{
+    Bytes bytes(kEnd);
+    StoreEntry(bytes, kDirectory, kTable);
+    StoreEntry(bytes, kTable + 4 * 19, kPage);
+    bytes[kPage + 2176] = std::byte{7};
+    return bytes;
+}
+
+struct DamageCase {
+    const char* name;
+    std::size_t at; ///< where the bad entry lies
+    std::uint32_t entry;
+    std::size_t length; ///< of the file
+    friend void PrintTo(const DamageCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct PagedDamage : testing::TestWithParam<DamageCase> {
+    PagedDamage()
+    {
+        Bytes bytes = SoundFile();
+        StoreEntry(bytes, GetParam().at, GetParam().entry);
+        bytes.resize(GetParam().length);
+        WriteAll(path, bytes);
+        damaged = bytes;
+    }
+
+    CTempFolder folder;
+    fs::path path = folder / "a.frp";
+    Bytes damaged;
+};
+
+TEST_P(PagedDamage, IsRefusedAndNothingIsWritten)
+{
+    Bytes word = WordBytes({1});
+    EXPECT_FALSE(PagedWrite(path, 40000, 1, word, kFrp));
+    EXPECT_FALSE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_TRUE(ReadAll(path) == damaged);
+}
+
+TEST_P(PagedDamage, DoesNotHarmTheFlatPart)
+{
+    Bytes word = WordBytes({0x1234});
+    EXPECT_TRUE(PagedWrite(path, 100, 1, word, kFrp));
+    EXPECT_TRUE(PagedRead(path, 100, 1, word, kFrp));
+    EXPECT_EQ(word, WordBytes({0x1234}));
+}
+
+TEST_P(PagedDamage, IsReportedOnceByAReadAndByASave)
+{
+    CRecordingReporter reporter;
+    CNoProgress progress;
+    CRecipeRows rows;
+    rows.LayOut({Signed16Column()}, 32767, 10000); // the first row is in the flat part
+    EXPECT_FALSE(ReadPaged(rows, path, FileType::Frp, reporter, progress));
+    EXPECT_EQ(reporter.shown, Texts{u"Open file " + PathText(path) + u" error!"});
+    EXPECT_EQ(rows.Text(0, 0), u"");
+
+    reporter.shown.clear();
+    rows.SetText(0, 0, u"7");
+    EXPECT_FALSE(SavePaged(rows, path, FileType::Frp, reporter, progress));
+    EXPECT_EQ(reporter.shown, Texts{u"Can't save file " + PathText(path) + u",please check file or your disk!"});
+    EXPECT_TRUE(ReadAll(path) == damaged);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, PagedDamage, testing::Values(
+    //         name                            entry at            leads to     file ends at
+    DamageCase{"TableBehindTheEnd",            kDirectory,         kEnd,        kEnd},
+    DamageCase{"TableFarAway",                 kDirectory,         0xFFFFFFFF,  kEnd},
+    DamageCase{"TableCutByTheEnd",             kDirectory,         kPage + 1,   kEnd},
+    DamageCase{"TableInTheFlatPart",           kDirectory,         0x1000,      kEnd},
+    DamageCase{"TableAtTheFirstByte",          kDirectory,         1,           kEnd},
+    DamageCase{"TableAtTheEndOfTheFlatPart",   kDirectory,         65532,       kEnd},
+    DamageCase{"TableIsTheDirectory",          kDirectory,         kDirectory,  kEnd},
+    DamageCase{"TableOverTheDirectory",        kDirectory,         kTable - 1,  kEnd},
+    DamageCase{"TwoTablesInOnePlace",          kDirectory + 4,     kTable,      kEnd},
+    DamageCase{"TwoTablesThatOverlap",         kDirectory + 4,     kTable + 2,  kEnd},
+    DamageCase{"OtherTableBehindTheEnd",       kDirectory + 4092,  kEnd,        kEnd},
+    DamageCase{"PageBehindTheEnd",             kTable + 4 * 19,    kEnd,        kEnd},
+    DamageCase{"PageFarAway",                  kTable + 4 * 19,    0x80000000,  kEnd},
+    DamageCase{"PageCutByTheEnd",              kTable + 4 * 19,    kPage,       kEnd - 1},
+    DamageCase{"PageInTheFlatPart",            kTable + 4 * 19,    4096,        kEnd},
+    DamageCase{"PageIsTheDirectory",           kTable + 4 * 19,    kDirectory,  kEnd},
+    DamageCase{"PageIsItsTable",               kTable + 4 * 19,    kTable,      kEnd},
+    DamageCase{"PageOverItsTable",             kTable + 4 * 19,    kTable + 5,  kEnd},
+    DamageCase{"TwoPagesInOnePlace",           kTable + 4 * 20,    kPage,       kEnd},
+    DamageCase{"TwoPagesThatOverlap",          kTable + 4 * 20,    kPage - 4,   kEnd},
+    DamageCase{"DirectoryCutByTheEnd",         kDirectory,         kTable,      kTable - 1},
+    DamageCase{"OneByteOfADirectory",          kDirectory,         kTable,      kDirectory + 1}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+struct PagedNeighbours : testing::Test {
+    CTempFolder folder;
+    fs::path path = folder / "a.frp";
+};
+
+TEST_F(PagedNeighbours, SoundFileIsRead)
+{
+    WriteAll(path, SoundFile());
+    Bytes word(2);
+    EXPECT_TRUE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_EQ(word, WordBytes({7}));
+}
+
+TEST_F(PagedNeighbours, PageOfTwoTablesIsRefused)
+{
+    Bytes bytes = SoundFile();
+    bytes.resize(kEnd + 4096);
+    StoreEntry(bytes, kDirectory + 4, kEnd);
+    StoreEntry(bytes, kEnd, kPage);
+    WriteAll(path, bytes);
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    EXPECT_FALSE(file.IsSound(40000, 2 * 2097152));
+    EXPECT_TRUE(ReadAll(path) == bytes);
+}
+
+TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
+{
+    WriteAll(path, SoundFile());
+    CPagedFile file;
+    Bytes word(2);
+    ASSERT_TRUE(file.Open(path, kFrp));
+    ASSERT_TRUE(file.Read(40000, word));
+    fs::resize_file(path, kPage);
+    EXPECT_FALSE(file.Read(40000, word));
+    fs::resize_file(path, 10);
+    EXPECT_TRUE(file.Read(0, word)) << "the flat part may be of any length";
+}
+
+TEST(PagePlaces, NeverShareAByte)
+{
+    CPagePlaces places;
+    EXPECT_TRUE(places.Take(65536));
+    EXPECT_TRUE(places.Take(73728));
+    EXPECT_TRUE(places.Take(77825)) << "any offset will do";
+    for (const std::uint32_t taken : {65536U, 65535U, 69631U, 61441U, 69633U, 73727U, 73729U, 77824U, 77826U, 81920U})
+        EXPECT_FALSE(places.Take(taken)) << taken;
+    EXPECT_TRUE(places.Take(69632)) << "between two";
+    EXPECT_TRUE(places.Take(81921)) << "close behind";
+    EXPECT_TRUE(places.Take(0xFFFFF000)) << "the last";
+    EXPECT_FALSE(places.Take(0xFFFFFFFF));
+}
+
+} // namespace

@@ -1,0 +1,291 @@
+#include "files/File.h"
+#include "files/RecipeFile.h"
+#include "tests/files/FileSizeLimit.h"
+#include "tests/files/TestColumns.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Texts = std::vector<std::u16string>;
+
+struct ExtensionCase {
+    const char* name;
+    const char* path;
+    std::optional<FileType> type;
+    friend void PrintTo(const ExtensionCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct Extension : testing::TestWithParam<ExtensionCase> {};
+
+TEST_P(Extension, TellsTheType)
+{
+    EXPECT_EQ(FileTypeOf(GetParam().path), GetParam().type);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, Extension, testing::Values(
+    ExtensionCase{"Rcp",             "/data/a.rcp",     FileType::Rcp},
+    ExtensionCase{"Csv",             "a.csv",           FileType::Csv},
+    ExtensionCase{"Erp",             "a.erp",           FileType::Erp},
+    ExtensionCase{"Frp",             "a.frp",           FileType::Frp},
+    ExtensionCase{"UpperCase",       "a.RCP",           FileType::Rcp},
+    ExtensionCase{"MixedCase",       "a.fRp",           FileType::Frp},
+    ExtensionCase{"LastPointCounts", "a.csv.erp",       FileType::Erp},
+    ExtensionCase{"NameIsExtension", "/data/.RCP",      FileType::Rcp},
+    ExtensionCase{"PointInFolder",   "/data.rcp/a",     std::nullopt},
+    ExtensionCase{"None",            "rcp",             std::nullopt},
+    ExtensionCase{"Text",            "a.txt",           std::nullopt},
+    ExtensionCase{"Longer",          "a.rcpx",          std::nullopt},
+    ExtensionCase{"PointAtTheEnd",   "a.rcp.",          std::nullopt},
+    ExtensionCase{"NoUtf8",          "a.\xFFrcp",       std::nullopt},
+    ExtensionCase{"Empty",           "",                std::nullopt}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+struct RecipeFile : testing::Test {
+    CTempFolder folder;
+    fs::path path = folder / "a.rcp";
+    CRecipeRows rows;
+    CRecordingReporter reporter;
+    CNoProgress progress;
+};
+
+TEST_F(RecipeFile, FlatFileIsReadAndSaved)
+{
+    WriteAll(path, WordBytes({7}));
+    rows.LayOut({Signed16Column()}, 0, 1);
+    EXPECT_TRUE(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"7");
+    rows.SetText(0, 0, u"8");
+    EXPECT_TRUE(SaveRecipe(FileType::Rcp, rows, path, reporter, progress));
+    EXPECT_EQ(ReadAll(path), WordBytes({8}));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+TEST_F(RecipeFile, TableIsReadAndSaved)
+{
+    WriteAll(path, BytesOf({'7', ',', '8'}));
+    rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
+    EXPECT_TRUE(ReadRecipe(FileType::Csv, rows, path, false, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 1), u"8");
+    EXPECT_TRUE(SaveRecipe(FileType::Csv, rows, path, reporter, progress));
+    EXPECT_EQ(ReadAll(path),
+              BytesOf({0xFF, 0xFE, '"', 0, '7', 0, '"', 0, '\t', 0, '"', 0, '8', 0, '"', 0, '\r', 0, '\n', 0}));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+/// Saves `rows` under a new name, as the user does, and reads them from there.
+void MoveTo(const fs::path& path, CRecipeRows& rows, CReporter& reporter)
+{
+    CNoProgress progress;
+    const FileType type = FileTypeOf(path).value();
+    ASSERT_TRUE(PrepareSaveAs(type, path, rows.StartAddress(), reporter));
+    ASSERT_TRUE(SaveRecipe(type, rows, path, reporter, progress));
+    ASSERT_TRUE(ReadRecipe(type, rows, path, false, reporter, progress));
+}
+
+TEST_F(RecipeFile, WordsGoThroughEveryTypeAndBack)
+{
+    constexpr std::int32_t kRows = 40000; // of 3 words: beyond the flat part of the smaller paged file
+    Bytes bytes(6 * kRows);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::byte>(i * 7 + i / 256);
+    WriteAll(path, bytes);
+    const std::vector<ColumnCoding> columns = {Signed16Column(), Hex16Column(), Signed16Column()};
+    rows.LayOut(columns, 0, kRows);
+    ASSERT_TRUE(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress));
+    for (const char* name : {"a.erp", "b.rcp", "c.frp", "d.erp", "e.rcp"})
+        MoveTo(folder / name, rows, reporter);
+    EXPECT_TRUE(ReadAll(folder / "b.rcp") == bytes);
+    EXPECT_TRUE(ReadAll(folder / "e.rcp") == bytes);
+
+    MoveTo(folder / "f.csv", rows, reporter);
+    MoveTo(folder / "g.rcp", rows, reporter);
+    Bytes expected = bytes; // kept: a quoted number is none, so the last column is lost
+    for (std::size_t i = 0; i < expected.size(); i += 6)
+        expected[i + 4] = expected[i + 5] = std::byte{0};
+    EXPECT_TRUE(ReadAll(folder / "g.rcp") == expected);
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+TEST_F(RecipeFile, NewDocumentNeedsNoFile)
+{
+    rows.LayOut({Signed16Column()}, 0, 1);
+    EXPECT_TRUE(ReadRecipe(FileType::Rcp, rows, {}, true, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"0");
+}
+
+TEST_F(RecipeFile, UnknownTypeReadsAndWritesNothing)
+{
+    WriteAll(path, WordBytes({7}));
+    rows.LayOut({Signed16Column()}, 0, 1);
+    const auto unknown = static_cast<FileType>(4);
+    EXPECT_TRUE(ReadRecipe(unknown, rows, path, false, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"");
+    EXPECT_TRUE(SaveRecipe(unknown, rows, path, reporter, progress));
+    EXPECT_TRUE(PrepareSaveAs(unknown, path, 100, reporter));
+    EXPECT_EQ(ReadAll(path), WordBytes({7}));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+struct FailureCase {
+    const char* name;
+    FileType type;
+    const char16_t* beforePath;
+    const char16_t* afterPath;
+    friend void PrintTo(const FailureCase& c, std::ostream* out) { *out << c.name; }
+    Texts Message(const fs::path& path) const { return {beforePath + PathText(path) + afterPath}; }
+};
+
+struct ReadFailure : testing::TestWithParam<FailureCase> {
+    CTempFolder folder;
+};
+
+TEST_P(ReadFailure, IsReportedInTheWordsOfTheType)
+{
+    const fs::path path = folder / "missing" / "a";
+    CRecordingReporter reporter;
+    CNoProgress progress;
+    CRecipeRows rows;
+    rows.LayOut({Signed16Column()}, 0, 1);
+    rows.SetText(0, 0, u"7");
+    EXPECT_FALSE(ReadRecipe(GetParam().type, rows, path, false, reporter, progress));
+    EXPECT_EQ(reporter.shown, GetParam().Message(path));
+    EXPECT_EQ(rows.Text(0, 0), u"");
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, ReadFailure, testing::Values(
+    FailureCase{"Rcp", FileType::Rcp, u"Open file ",       u" error!"},
+    FailureCase{"Csv", FileType::Csv, u"Can't open file ", u"!"}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+struct SaveFailure : testing::TestWithParam<FailureCase> {
+    CTempFolder folder;
+};
+
+TEST_P(SaveFailure, IsReportedInTheWordsOfTheType)
+{
+    const fs::path path = folder / "missing" / "a";
+    CRecordingReporter reporter;
+    CNoProgress progress;
+    CRecipeRows rows;
+    rows.LayOut({Signed16Column()}, 0, 1);
+    EXPECT_FALSE(SaveRecipe(GetParam().type, rows, path, reporter, progress));
+    EXPECT_EQ(reporter.shown, GetParam().Message(path));
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, SaveFailure, testing::Values(
+    FailureCase{"Rcp", FileType::Rcp, u"Can't save file ", u",please check file or your disk!"},
+    FailureCase{"Csv", FileType::Csv, u"Save file ",       u" failed!"}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(RecipeFile, SaveAsFillsAFlatFileWithOneZeroByteAWord) // kept: not two
+{
+    WriteAll(path, WordBytes({7, 8, 9}));
+    EXPECT_TRUE(PrepareSaveAs(FileType::Rcp, path, 100, reporter));
+    EXPECT_EQ(ReadAll(path), Bytes(100));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+TEST_F(RecipeFile, SaveAsWithStartAddressOneLeavesOneByte)
+{
+    EXPECT_TRUE(PrepareSaveAs(FileType::Rcp, path, 1, reporter));
+    EXPECT_EQ(ReadAll(path), Bytes(1));
+}
+
+TEST_F(RecipeFile, SaveAsFromWordZeroLeavesAFlatFileAlone)
+{
+    WriteAll(path, WordBytes({7}));
+    EXPECT_TRUE(PrepareSaveAs(FileType::Rcp, path, 0, reporter));
+    EXPECT_EQ(ReadAll(path), WordBytes({7}));
+    EXPECT_TRUE(PrepareSaveAs(FileType::Rcp, folder / "new.rcp", 0, reporter));
+    EXPECT_FALSE(fs::exists(folder / "new.rcp"));
+}
+
+TEST_F(RecipeFile, SaveAsBeforeTheFirstWordLeavesAnEmptyFlatFile)
+{
+    WriteAll(path, WordBytes({7}));
+    EXPECT_TRUE(PrepareSaveAs(FileType::Rcp, path, -5, reporter));
+    EXPECT_EQ(ReadAll(path), Bytes());
+}
+
+TEST_F(RecipeFile, SaveAsReportsAFlatFileThatCannotBeCreated)
+{
+    const fs::path bad = folder / "missing" / "a.rcp";
+    EXPECT_FALSE(PrepareSaveAs(FileType::Rcp, bad, 100, reporter));
+    EXPECT_EQ(reporter.shown, Texts{u"Open " + PathText(bad) + u" failed ,It can't save!"});
+}
+
+TEST_F(RecipeFile, SaveAsReportsAFlatFileThatDoesNotFit)
+{
+    const CFileSizeLimit limit(99);
+    EXPECT_FALSE(PrepareSaveAs(FileType::Rcp, path, 100, reporter));
+    EXPECT_EQ(reporter.shown, Texts{u"Open " + PathText(path) + u" failed ,It can't save!"});
+}
+
+TEST_F(RecipeFile, SaveAsOfATableNeedsNothing)
+{
+    EXPECT_TRUE(PrepareSaveAs(FileType::Csv, folder / "missing" / "a.csv", 100, reporter));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+struct PagedWithoutAFile : testing::TestWithParam<FileType> {};
+
+TEST_P(PagedWithoutAFile, SavesAndShowsNothing) // kept
+{
+    CTempFolder folder;
+    CRecordingReporter reporter;
+    CNoProgress progress;
+    CRecipeRows rows;
+    rows.LayOut({Signed16Column()}, 0, 1);
+    EXPECT_TRUE(SaveRecipe(GetParam(), rows, folder / "a", reporter, progress));
+    EXPECT_FALSE(fs::exists(folder / "a"));
+    EXPECT_TRUE(ReadRecipe(GetParam(), rows, folder / "a", false, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"48");
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+struct SaveAsPaged : testing::TestWithParam<FileType> {
+    CTempFolder folder;
+    CRecordingReporter reporter;
+};
+
+TEST_P(SaveAsPaged, CreatesAMissingFileEmpty)
+{
+    EXPECT_TRUE(PrepareSaveAs(GetParam(), folder / "a", 100, reporter));
+    EXPECT_EQ(ReadAll(folder / "a"), Bytes());
+}
+
+TEST_P(SaveAsPaged, LeavesAnExistingFileAsItIs)
+{
+    WriteAll(folder / "a", WordBytes({7}));
+    EXPECT_TRUE(PrepareSaveAs(GetParam(), folder / "a", 100, reporter));
+    EXPECT_EQ(ReadAll(folder / "a"), WordBytes({7}));
+}
+
+TEST_P(SaveAsPaged, ReportsAFileThatCannotBeOpened)
+{
+    EXPECT_FALSE(PrepareSaveAs(GetParam(), folder / "missing" / "a", 100, reporter));
+    EXPECT_FALSE(PrepareSaveAs(GetParam(), folder.Path(), 100, reporter));
+    const std::u16string message = u"Can't open the file that need save!";
+    EXPECT_EQ(reporter.shown, (Texts{message, message}));
+}
+
+std::string NameOfType(const testing::TestParamInfo<FileType>& info)
+{
+    return info.param == FileType::Erp ? "Erp" : "Frp";
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, PagedWithoutAFile, testing::Values(FileType::Erp, FileType::Frp), NameOfType);
+INSTANTIATE_TEST_SUITE_P(Types, SaveAsPaged, testing::Values(FileType::Erp, FileType::Frp), NameOfType);
+
+} // namespace

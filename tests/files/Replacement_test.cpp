@@ -1,0 +1,141 @@
+#include "files/Replacement.h"
+#include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Replacement : testing::Test {
+    Replacement() { WriteAll(path, old); }
+
+    std::size_t FilesInFolder() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()));
+    }
+
+    CTempFolder folder;
+    fs::path path = folder / "a";
+    const Bytes old = BytesOf({1, 2, 3});
+};
+
+TEST_F(Replacement, TakesThePlaceOfTheOldFileWhenItIsFinished)
+{
+    CReplacement file(path);
+    ASSERT_TRUE(file.IsOpen());
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    EXPECT_TRUE(file.Append(BytesOf({5, 6})));
+    EXPECT_TRUE(file.KeepsOldFile());
+    EXPECT_EQ(ReadAll(path), old);
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(path), BytesOf({4, 5, 6}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(Replacement, LeavesTheOldFileWhenItIsNotFinished)
+{
+    {
+        CReplacement file(path);
+        EXPECT_TRUE(file.Append(BytesOf({4})));
+        EXPECT_EQ(FilesInFolder(), 2u);
+    }
+    EXPECT_EQ(ReadAll(path), old);
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(Replacement, LeavesNoFileWhereThereWasNone)
+{
+    CReplacement(folder / "new").Append(BytesOf({4}));
+    EXPECT_FALSE(fs::exists(folder / "new"));
+}
+
+TEST_F(Replacement, MakesAFileWhereThereWasNone)
+{
+    CReplacement file(folder / "new");
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(folder / "new"), BytesOf({4}));
+}
+
+TEST_F(Replacement, KeepsPermissions)
+{
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+    CReplacement file(path);
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Replacement, GoesWhereALinkLeads)
+{
+    fs::create_symlink("a", folder / "link");
+    CReplacement file(folder / "link");
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(ReadAll(path), BytesOf({4}));
+}
+
+TEST_F(Replacement, MakesTheFileThatADanglingLinkNames)
+{
+    fs::create_symlink("b", folder / "link");
+    CReplacement file(folder / "link");
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(ReadAll(folder / "b"), BytesOf({4}));
+}
+
+TEST_F(Replacement, WritesInPlaceWhereTheFolderTakesNoFile)
+{
+    fs::permissions(path, fs::perms::all);
+    fs::permissions(folder.Path(),
+                    fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec);
+    {
+        const COrdinaryUser user;
+        CReplacement file(path);
+        ASSERT_TRUE(file.IsOpen());
+        EXPECT_FALSE(file.KeepsOldFile());
+        EXPECT_TRUE(file.Append(BytesOf({4})));
+        EXPECT_TRUE(file.Finish());
+        EXPECT_FALSE(CReplacement(folder / "new").IsOpen());
+    }
+    fs::permissions(folder.Path(), fs::perms::owner_all);
+    EXPECT_EQ(ReadAll(path), BytesOf({4}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(Replacement, GoesIntoAFileThatTheFolderDoesNotLetGo)
+{
+    // In a folder like /tmp everyone makes files, but takes away only their own.
+    fs::permissions(path, fs::perms::all);
+    fs::permissions(folder.Path(), fs::perms::all | fs::perms::sticky_bit);
+    const COrdinaryUser user;
+    CReplacement file(path);
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(path), BytesOf({4}));
+}
+
+TEST_F(Replacement, FailsOnAFullDisk)
+{
+    const CFileSizeLimit limit(2);
+    CReplacement file(path);
+    EXPECT_FALSE(file.Append(BytesOf({4, 5, 6})));
+    EXPECT_EQ(ReadAll(path), old);
+}
+
+TEST_F(Replacement, RefusesWhatIsNoFile)
+{
+    fs::create_directory(folder / "sub");
+    const std::string withZero("a\0b", 3);
+    for (const fs::path& bad : {fs::path(), folder / "sub", folder / "sub" / "", folder / "missing" / "a",
+                                fs::path("/dev/null"), folder / withZero})
+        EXPECT_FALSE(CReplacement(bad).IsOpen()) << bad;
+    EXPECT_EQ(ReadAll(path), old);
+    EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+} // namespace

@@ -1,0 +1,153 @@
+"""What holds for the checkout as a whole. CTest runs each method as a test of its own."""
+
+import os
+import re
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+
+CORE = {"model", "files", "merge", "cli"}
+MERGE_DIALOGS = {"MergeParamDlg", "ReadOnlyField", "SavePathDlg"}  # the window's part of merge/
+ROOMS = {  # room -> the rooms it may include from
+    "model": {"model"},
+    "files": {"files", "model"},
+    "merge": {"merge", "files", "model"},
+    "cli": {"cli", "merge", "files", "model"},
+    "controls": {"controls"},
+    "views": {"views", "controls", "merge", "files", "model"},
+    "app": {"app", "views", "controls", "merge", "files", "model"},
+}
+PLATFORM_PLACES = {"files/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
+SCRIPTS = ["run", "test", ".ci/run"]
+
+
+def files(*patterns):
+    """The files of the checkout whose name or path matches, without what was built and what git keeps."""
+    found = []
+    for folder, subfolders, names in os.walk(ROOT):
+        subfolders[:] = sorted(set(subfolders) - {".git", ".cache", "build"})
+        paths = [Path(folder) / file for file in sorted(names)]
+        found += [path for path in paths if any(path.match(pattern) for pattern in patterns)]
+    assert found, f"no file matches {patterns}"
+    return found
+
+
+def sources():
+    return files("*.h", "*.cpp")
+
+
+def name(path):
+    return path.relative_to(ROOT).as_posix()
+
+
+def room(path):
+    return path.relative_to(ROOT).parts[0]
+
+
+def in_core(path):
+    return room(path) in CORE and not (room(path) == "merge" and path.stem in MERGE_DIALOGS)
+
+
+def lines(path):
+    return enumerate(path.read_text(encoding="utf-8").splitlines(), start=1)
+
+
+def includes():
+    """(file, line number, what is included, whether in quotes) of every include in the rooms."""
+    for path in sources():
+        if room(path) not in ROOMS:
+            continue
+        for number, line in lines(path):
+            match = re.match(r'\s*#\s*include\s*([<"])([^">]+)[">]', line)
+            if match:
+                yield path, number, match[2], match[1] == '"'
+
+
+class RepositoryTest(unittest.TestCase):
+    def assertNone(self, faults, why):
+        self.assertFalse(faults, "\n" + why + "\n  " + "\n  ".join(faults))
+
+    def testRoomsIncludeOnlyWhatStandsBelow(self):
+        faults = []
+        for path, number, included, quoted in includes():
+            made_by_the_toolkit = not in_core(path) and re.fullmatch(r"ui_\w+\.h|\w+\.moc", included)
+            if quoted and not made_by_the_toolkit and included.split("/")[0] not in ROOMS[room(path)]:
+                faults.append(f"{name(path)}:{number}: {included}")
+        self.assertNone(faults, "A room includes only from itself and from the rooms below it:")
+
+    def testCoreIncludesNoToolkit(self):
+        faults = [f"{name(path)}:{number}: {included}" for path, number, included, _ in includes()
+                  if in_core(path) and re.match(r"Q[A-Z]|Qt", included)]
+        self.assertNone(faults, "The core is plain C++:")
+
+    def testPlatformsAreToldApartInThreePlaces(self):
+        platform = re.compile(r"\s*#\s*(?:el)?if.*\b(?:_?WIN32|_WIN64|_MSC_VER|Q_OS_\w+|__(?:linux|unix|APPLE)__)(?!\w)")
+        faults = [f"{name(path)}:{number}: {line.strip()}" for path in sources() for number, line in lines(path)
+                  if platform.match(line)
+                  and name(path) not in PLATFORM_PLACES and not name(path).startswith("app/LockKeys")]
+        self.assertNone(faults, "What differs by platform belongs into the file class, the ANSI text or the lock keys:")
+
+    def testWindowTestsReportToGoogleTest(self):
+        macro = re.compile(r"\bQ(?:VERIFY|COMPARE|TRY_VERIFY|TRY_COMPARE|FAIL|SKIP)\w*\s*\(")
+        faults = [f"{name(path)}:{number}: {line.strip()}" for path in sources() for number, line in lines(path)
+                  if macro.search(line) or re.search(r"\bGTEST_" + r"SKIP\b", line)]
+        self.assertNone(faults, "The toolkit's own check macros fail unseen in GoogleTest, and no test is left out:")
+
+    def testVersionIsTheNewestInTheChangelog(self):
+        project = re.search(r"project\(Vantor VERSION (\d+\.\d+\.\d+)", (ROOT / "CMakeLists.txt").read_text())
+        newest = re.search(r"^## \[(\d+\.\d+\.\d+)\]", (ROOT / "CHANGELOG.md").read_text(encoding="utf-8"), re.M)
+        self.assertIsNotNone(project)
+        self.assertIsNotNone(newest)
+        self.assertEqual(project[1], newest[1])
+
+    def testShellScriptsParse(self):
+        for script in SCRIPTS + ["cmake/scripts.sh"]:
+            result = subprocess.run(["bash", "-n", str(ROOT / script)], capture_output=True, text=True)
+            self.assertEqual(result.returncode, 0, result.stderr)
+
+    def testScriptsAreExecutable(self):
+        for script in SCRIPTS:
+            self.assertTrue((ROOT / script).stat().st_mode & stat.S_IXUSR, f"{script} is not executable")
+
+    def testFilesSpeakOfTheProductOnly(self):
+        # Put together from halves, so that this file does not match itself.
+        phrases = ["specific" + "ation", r"\bspec" + r"\.md\b", r"\bPart" + r" \d+\.\d+", r"\bissue" + r" #\d+",
+                   r"(?<![\w.])/wo" + r"rk/", r"\.\./sha" + "red"]
+        forbidden = re.compile("|".join(phrases), re.IGNORECASE)
+        text_files = files("*.h", "*.cpp", "*.md", "*.py", "*.txt", "*.cmake", "*.sh", "*.ui", "*.qrc", "*.svg", "*.json",
+                           *SCRIPTS)
+        faults = [f"{name(path)}:{number}: {line.strip()}" for path in text_files for number, line in lines(path)
+                  if forbidden.search(line)]
+        self.assertNone(faults, "The product's files speak of the product, not of how it came to be:")
+
+    def testDocumentLinksLeadSomewhere(self):
+        faults = []
+        for path in files("*.md"):
+            for number, line in lines(path):
+                for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", line):
+                    if not (path.parent / target).exists():
+                        faults.append(f"{name(path)}:{number}: {target}")
+        self.assertNone(faults, "A link in a document leads nowhere:")
+
+    def testSampleFilesAreMadeByTheirScript(self):
+        examples = ROOT / "examples"
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run([sys.executable, "-B", str(examples / "make_sample.py"), folder], check=True)
+            made = sorted(os.listdir(folder))
+            self.assertEqual(made, ["RecipeFile.Dat", "bakery-oven.rcp"])
+            for file in made:
+                self.assertEqual((Path(folder) / file).read_bytes(), (examples / file).read_bytes(), file)
+
+    def testSourcesAreFormatted(self):
+        command = [os.environ.get("CLANG_FORMAT", "clang-format"), "--dry-run", "-Werror"]
+        result = subprocess.run(command + [str(path) for path in sources()], capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, result.stderr[-4000:])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,67 @@
+#include "tests/support/DialogSteps.h"
+
+#include <QAbstractButton>
+#include <QFileDialog>
+#include <QInputMethodEvent>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+bool IsOnTheKeyboard(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+}
+
+void TypeInto(QLineEdit& field, const QString& text)
+{
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&field, Qt::Key_Delete);
+    if (IsOnTheKeyboard(text)) {
+        QTest::keyClicks(&field, text);
+        return;
+    }
+    QInputMethodEvent commit;
+    commit.setCommitString(text);
+    QCoreApplication::sendEvent(&field, &commit);
+}
+
+} // namespace
+
+std::string TextIn(const QWidget& root, const QString& name)
+{
+    return FindIn<QLineEdit>(root, name).text().toStdString();
+}
+
+void TypeInto(const QWidget& root, const QString& name, const QString& text)
+{
+    TypeInto(FindIn<QLineEdit>(root, name), text);
+}
+
+void ClickOn(const QWidget& root, const QString& name)
+{
+    auto& button = FindIn<QAbstractButton>(root, name);
+    EXPECT_TRUE(button.isVisible() && button.isEnabled()) << name.toStdString();
+    QTest::mouseClick(&button, Qt::LeftButton, {}, button.rect().center());
+}
+
+CModalAnswer::Action ChoosePath(const QString& path)
+{
+    return [path](QWidget& dialog) {
+        auto* edit = dialog.findChild<QLineEdit*>("fileNameEdit");
+        ASSERT_NE(edit, nullptr) << "no file dialog but " << dialog.windowTitle().toStdString();
+        TypeInto(*edit, path);
+        QTest::keyClick(edit, Qt::Key_Return);
+    };
+}
+
+CModalAnswer::Action CancelDialog()
+{
+    return [](QWidget& dialog) {
+        ASSERT_NE(qobject_cast<QFileDialog*>(&dialog), nullptr);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    };
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tests/support/RecordingReporter.h"
+#include "views/RecipeFrame.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// A frame without a window: it keeps what the panes ask of it, in order.
+class CRecordingFrame final : public CRecipeFrame {
+public:
+    void ShowRecipeData(FileType type) override { calls.push_back("show " + std::to_string(static_cast<int>(type))); }
+    bool RefreshRecipeData(FileType type) override
+    {
+        calls.push_back("refresh " + std::to_string(static_cast<int>(type)));
+        return true;
+    }
+    void ClearRecipeData() override { calls.emplace_back("clear"); }
+    bool ValidateCellValue(int gridColumn, const QString& text) const override
+    {
+        return acceptsValue(gridColumn, text);
+    }
+    void SetTitle(const QString& title) override { calls.push_back("title " + title.toStdString()); }
+    void UpdateCommands() override {}
+    CReporter& Reporter() override { return reporter; }
+
+    std::vector<std::string> calls;
+    CRecordingReporter reporter;
+    std::function<bool(int gridColumn, const QString& text)> acceptsValue = [](int, const QString&) { return true; };
+};

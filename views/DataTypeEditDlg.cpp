@@ -1,0 +1,221 @@
+#include "views/DataTypeEditDlg.h"
+
+#include "model/NumberText.h"
+#include "ui_DataTypeEditDlg.h"
+#include "views/TextCrossing.h"
+
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kMostListedDigits = 11;
+constexpr int kTypeCount = static_cast<int>(DataType::String) + 1;
+
+/// Selects an entry as the program's own doing: only a choice of the user has further effects.
+void Select(QComboBox& list, int index)
+{
+    const QSignalBlocker quiet(list);
+    list.setCurrentIndex(index); // none when the list has no such entry
+}
+
+void EnableAndShow(QWidget& control, bool on)
+{
+    control.setEnabled(on);
+    control.setVisible(on);
+}
+
+void KeepPlaceWhenHidden(QWidget& control)
+{
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+}
+
+std::int32_t IntegerIn(const QLineEdit& edit)
+{
+    const QString text = edit.text().trimmed();
+    return ReadInteger(ViewOf(text));
+}
+
+} // namespace
+
+CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem& item, Mode mode, CReporter& reporter, QWidget* parent)
+    : QDialog(parent),
+      m_pUi(std::make_unique<Ui::CDataTypeEditDlg>()),
+      m_pItem(&item),
+      m_reporter(reporter)
+{
+    m_pUi->setupUi(this);
+    KeepPlaceWhenHidden(*m_pUi->groupArrayLength);
+    KeepPlaceWhenHidden(*m_pUi->editArrayLength);
+    KeepPlaceWhenHidden(*m_pUi->checkUnicode);
+    FillLists();
+    if (mode == Mode::Add)
+        ProposeItem(index);
+    else
+        ShowItem();
+    m_pUi->editDescription->setFocus();
+    m_pUi->editDescription->selectAll();
+    ConnectControls();
+}
+
+CDataTypeEditDlg::~CDataTypeEditDlg() = default;
+
+void CDataTypeEditDlg::FillLists()
+{
+    for (int digits = 1; digits <= kMostListedDigits; ++digits)
+        m_pUi->comboInteger->addItem(QString::number(digits));
+    for (int digits = 0; digits <= kMostListedDigits; ++digits)
+        m_pUi->comboDecimal->addItem(QString::number(digits));
+    for (int code = 0; code < kTypeCount; ++code)
+        m_pUi->comboType->addItem(ToQString(TypeName(static_cast<DataType>(code))));
+}
+
+void CDataTypeEditDlg::ConnectControls()
+{
+    connect(m_pUi->radioSingle, &QRadioButton::clicked, this, [this] { ShowArrayLength(false); });
+    connect(m_pUi->radioArray, &QRadioButton::clicked, this, &CDataTypeEditDlg::OnArrayClicked);
+    connect(m_pUi->comboType, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnTypeChanged);
+    connect(m_pUi->comboDecimal, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnDecimalChanged);
+    connect(m_pUi->comboInteger, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnIntegerChanged);
+    connect(m_pUi->buttonOk, &QPushButton::clicked, this, &CDataTypeEditDlg::OnOK);
+}
+
+void CDataTypeEditDlg::ProposeItem(int index)
+{
+    m_pUi->radioSingle->setChecked(true);
+    m_pUi->radioBin->setChecked(true);
+    ShowArrayLength(false);
+    Select(*m_pUi->comboInteger, 0);
+    Select(*m_pUi->comboDecimal, 0);
+    Select(*m_pUi->comboType, 0);
+    m_pUi->editLength->setText(QStringLiteral("1"));
+    m_pUi->editLength->setEnabled(false);
+    m_pUi->editDescription->setText(QStringLiteral("Desc%1").arg(index));
+    EnableAndShow(*m_pUi->checkUnicode, false);
+}
+
+void CDataTypeEditDlg::ShowItem()
+{
+    const bool isArray = m_pItem->isArray != 0;
+    (isArray ? m_pUi->radioArray : m_pUi->radioSingle)->setChecked(true);
+    Select(*m_pUi->comboType, static_cast<int>(m_pItem->dataType));
+    Select(*m_pUi->comboInteger, std::max(m_pItem->integerDigits, 0) - 1);
+    Select(*m_pUi->comboDecimal, m_pItem->decimalDigits);
+    m_pUi->radioBin->setChecked(m_pItem->codeType == CodeType::Bin);
+    m_pUi->radioBcd->setChecked(m_pItem->codeType == CodeType::Bcd);
+    if (isArray)
+        m_pUi->editArrayLength->setText(QString::number(m_pItem->arrayLength));
+    ShowArrayLength(isArray);
+    m_pUi->editLength->setText(QString::number(m_pItem->dataLength));
+    m_pUi->editDescription->setText(ToQString(TextOf(m_pItem->description)));
+    ShowStringControls();
+}
+
+/// kept: only a string disables anything here. Choosing a hexadecimal or a real type disables "Decimal" or "BCD", an
+/// item that has one does not; and choosing a string leaves "BIN" enabled.
+void CDataTypeEditDlg::ShowStringControls()
+{
+    const bool isString = SelectedType() == DataType::String;
+    m_pUi->editLength->setEnabled(isString);
+    EnableAndShow(*m_pUi->checkUnicode, isString);
+    if (!isString)
+        return;
+    m_pUi->checkUnicode->setChecked(m_pItem->unicode != 0);
+    m_pUi->comboDecimal->setEnabled(false);
+    m_pUi->comboInteger->setEnabled(false);
+    m_pUi->radioBin->setEnabled(false);
+    m_pUi->radioBcd->setEnabled(false);
+}
+
+void CDataTypeEditDlg::ShowArrayLength(bool shown)
+{
+    EnableAndShow(*m_pUi->editArrayLength, shown);
+    m_pUi->groupArrayLength->setVisible(shown);
+}
+
+void CDataTypeEditDlg::OnArrayClicked()
+{
+    m_pUi->editArrayLength->setText(QStringLiteral("2")); // kept: also when it was an array before
+    ShowArrayLength(true);
+}
+
+void CDataTypeEditDlg::OnTypeChanged()
+{
+    const DataType type = SelectedType();
+    const bool isString = type == DataType::String;
+    if (const auto words = ProposedLength(type))
+        m_pUi->editLength->setText(QString::number(*words));
+    m_pUi->editLength->setEnabled(isString);
+    m_pUi->radioBin->setEnabled(true);
+    m_pUi->radioBcd->setEnabled(!IsReal(type) && !isString); // checked or not: a disabled choice still counts
+    m_pUi->comboInteger->setEnabled(!isString);
+    m_pUi->comboDecimal->setEnabled(!IsHexadecimal(type) && !isString);
+    if (IsHexadecimal(type))
+        Select(*m_pUi->comboDecimal, 0);
+    EnableAndShow(*m_pUi->checkUnicode, isString);
+    if (isString)
+        m_pItem->unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0; // kept: before OK, and in spite of Cancel
+}
+
+void CDataTypeEditDlg::OnDecimalChanged()
+{
+    Select(*m_pUi->comboDecimal, FitDecimalDigits(SelectedType(), SelectedDigits()).decimalDigits);
+}
+
+void CDataTypeEditDlg::OnIntegerChanged()
+{
+    Select(*m_pUi->comboInteger, FitIntegerDigits(SelectedType(), SelectedDigits()).integerDigits - 1);
+}
+
+DataType CDataTypeEditDlg::SelectedType() const
+{
+    return static_cast<DataType>(m_pUi->comboType->currentIndex());
+}
+
+/// A number of digits that the lists do not offer stays the item's own until another one is chosen.
+DigitCounts CDataTypeEditDlg::SelectedDigits() const
+{
+    const int integer = m_pUi->comboInteger->currentIndex();
+    const int decimal = m_pUi->comboDecimal->currentIndex();
+    return {.integerDigits = integer < 0 ? m_pItem->integerDigits : integer + 1,
+            .decimalDigits = decimal < 0 ? m_pItem->decimalDigits : decimal};
+}
+
+ItemLengths CDataTypeEditDlg::EnteredLengths() const
+{
+    return {.isArray = m_pUi->radioArray->isChecked(),
+            .arrayLength = IntegerIn(*m_pUi->editArrayLength),
+            .dataType = SelectedType(),
+            .dataLength = IntegerIn(*m_pUi->editLength)};
+}
+
+void CDataTypeEditDlg::OnOK()
+{
+    if (const auto fault = ItemLengthFault(EnteredLengths())) {
+        m_reporter.ShowError(*fault);
+        return;
+    }
+    StoreIntoItem();
+    accept();
+}
+
+void CDataTypeEditDlg::StoreIntoItem()
+{
+    const ItemLengths lengths = EnteredLengths();
+    const DigitCounts digits = SelectedDigits();
+    m_pItem->isArray = lengths.isArray ? 1 : 0;
+    m_pItem->decimalDigits = digits.decimalDigits;
+    m_pItem->dataType = lengths.dataType;
+    m_pItem->integerDigits = digits.integerDigits;
+    m_pItem->dataLength = lengths.dataLength;
+    m_pItem->codeType = m_pUi->radioBin->isChecked() ? CodeType::Bin : CodeType::Bcd;
+    m_pItem->arrayLength = lengths.isArray ? lengths.arrayLength : -1;
+    const QString description = m_pUi->editDescription->text();
+    SetText(m_pItem->description, ViewOf(description));
+    if (lengths.dataType == DataType::String)
+        m_pItem->unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0;
+    deriveBounds(*m_pItem);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "model/Reporter.h"
+
+#include <QDialog>
+#include <QString>
+
+#include <memory>
+
+namespace Ui {
+class CNewFormatNameDlg;
+}
+
+/// Asks for the name of a new data format. Ends with OK only when the name may stand; a refused one stays as typed.
+class CNewFormatNameDlg final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// `reporter` outlives the dialog.
+    explicit CNewFormatNameDlg(CReporter& reporter, QWidget* parent = nullptr);
+    ~CNewFormatNameDlg() override;
+
+    /// The accepted name, without the blanks around it; empty until OK.
+    const QString& Name() const { return m_strName; }
+
+private:
+    void OnOK();
+
+    std::unique_ptr<Ui::CNewFormatNameDlg> m_pUi;
+    CReporter& m_reporter;
+    QString m_strName;
+};

@@ -1,0 +1,220 @@
+#include "views/RecipeDataShowView.h"
+
+#include "files/FileMessages.h"
+#include "files/ShowLimits.h"
+#include "model/CellCheck.h"
+#include "views/BitBrowserDlg.h"
+#include "views/ProgressDialog.h"
+#include "views/TextCrossing.h"
+
+#include <QMenu>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kTitleRowHeight = 24;
+constexpr int kDataRowHeight = 26;
+constexpr int kIdColumnWidth = 64;
+constexpr std::uint32_t kCentred = 1;
+constexpr std::uint32_t kWraps = 16;
+
+} // namespace
+
+CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
+    : QWidget(parent),
+      m_frame(frame),
+      m_pGrid(new CGridCtrl(kGridControlId, this))
+{
+    setObjectName(QStringLiteral("dataPane"));
+    setAccessibleName(tr("Recipe data"));
+    setFocusProxy(m_pGrid);
+    m_pGrid->setObjectName(QStringLiteral("gridRecipe"));
+    m_pGrid->setAccessibleName(tr("Recipe data"));
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pGrid);
+
+    m_pGrid->SetCellCheck([this](int column, const QString& text) { return m_frame.ValidateCellValue(column, text); });
+    m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
+    CreatePopupMenu();
+    connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
+    connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
+}
+
+CRecipeDataShowView::~CRecipeDataShowView()
+{
+    m_pGrid->DeleteAllItems(); // the grid must not ask for texts any more
+}
+
+void CRecipeDataShowView::CreatePopupMenu()
+{
+    m_pPopupMenu = new QMenu(this);
+    m_pPopupMenu->setObjectName(QStringLiteral("menuBitBrowse"));
+    m_pPopupMenu->setProperty("controlId", 137);
+    m_pActionBitBrowse = m_pPopupMenu->addAction(QStringLiteral("BitBrowse"), this, &CRecipeDataShowView::OnBitBrowse);
+    m_pActionBitBrowse->setObjectName(QStringLiteral("popupBitBrowse"));
+    m_pActionBitBrowse->setProperty("controlId", 32784);
+}
+
+int CRecipeDataShowView::ShowData(FileType type)
+{
+    ClearGrid();
+    const DataFormat& format = *m_frame.m_pDataFormat;
+    if (m_frame.m_nGridCols == kFixedColumns || m_frame.m_nFormatWords == 0)
+        return 2;
+    if (const auto fault = ShowFault(format, m_frame.m_nReadCount)) {
+        m_frame.Reporter().ShowError(*fault);
+        return 2;
+    }
+    m_dataFormat = format;
+    m_rows.LayOut(LayOutColumns(format), m_frame.m_nStartAddress, m_frame.m_nReadCount);
+
+    CProgressDialog progress(*this, tr("Reading the recipe file"));
+    m_bRowsUnread =
+        !ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
+    if (progress.Cancelled())
+        m_rows.Clear();
+    else
+        LayOutGrid();
+    return 1;
+}
+
+void CRecipeDataShowView::LayOutGrid()
+{
+    m_pGrid->SetEditable(true);
+    m_pGrid->SetTextSource(this);
+    m_pGrid->SetDefaultRowHeight(kDataRowHeight);
+    m_pGrid->SetRowCount(kFixedRows + m_rows.RowCount());
+    m_pGrid->SetColumnCount(kFixedColumns + static_cast<int>(m_rows.Columns().size()));
+    m_pGrid->SetFixedRowCount(kFixedRows);
+    m_pGrid->SetFixedColumnCount(kFixedColumns);
+    m_pGrid->SetRowHeight(0, kTitleRowHeight);
+    m_pGrid->SetColumnWidth(0, kIdColumnWidth);
+    WriteTitles();
+}
+
+void CRecipeDataShowView::WriteTitles()
+{
+    GridItem title;
+    title.mask = GridItem::Text | GridItem::Format;
+    title.format = kCentred;
+    const auto write = [&](int column, const QString& text) {
+        title.column = column;
+        title.text = text;
+        m_pGrid->SetItem(title);
+    };
+    write(0, QStringLiteral("ID"));
+    write(1, QStringLiteral("RW_Addr"));
+    title.format = kCentred | kWraps;
+    int column = kFixedColumns;
+    for (const ColumnCoding& coding : m_rows.Columns())
+        write(column++, ToQString(coding.title));
+}
+
+bool CRecipeDataShowView::WriteData(FileType type)
+{
+    if (m_bRowsUnread) {
+        ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(m_frame.m_strFilePath));
+        return false;
+    }
+    CProgressDialog progress(*this, tr("Saving the recipe file"));
+    return SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
+}
+
+void CRecipeDataShowView::ClearGrid()
+{
+    m_pGrid->DeleteAllItems();
+    m_rows.Clear();
+    m_bRowsUnread = false;
+    ForgetChosenCell();
+}
+
+bool CRecipeDataShowView::EndCellEdit()
+{
+    return m_pGrid->EndEdit();
+}
+
+bool CRecipeDataShowView::ValidateCellValue(int gridColumn, const QString& text) const
+{
+    const auto& columns = m_rows.Columns();
+    const int column = gridColumn - kFixedColumns;
+    if (column < 0 || static_cast<std::size_t>(column) >= columns.size())
+        return false;
+    return ::ValidateCellValue(columns[static_cast<std::size_t>(column)], ViewOf(text));
+}
+
+bool CRecipeDataShowView::CanBitBrowse() const
+{
+    if (m_nCurrentColumn < kFixedColumns)
+        return false;
+    const DataType type = m_rows.Columns()[static_cast<std::size_t>(m_nCurrentColumn - kFixedColumns)].dataType;
+    return !IsReal(type) && type != DataType::String;
+}
+
+void CRecipeDataShowView::OnBitBrowse()
+{
+    if (!EndCellEdit() || !CanBitBrowse())
+        return;
+    const DataItem* item = m_dataFormat.itemOfElement(m_nCurrentColumn - kFixedColumns);
+    const QString text =
+        m_pGrid->GetItemText(m_nCurrentRow, m_nCurrentColumn); // it may have changed since it was chosen
+    CBitBrowserDlg dialog(m_frame, *item, m_nCurrentColumn, m_nCurrentRow, text, this);
+    connect(&dialog, &CBitBrowserDlg::CellValueAccepted, this, &CRecipeDataShowView::SetCellValue);
+    dialog.exec();
+}
+
+void CRecipeDataShowView::SetCellValue(int column, int row, const QString& text)
+{
+    m_pGrid->SetItemText(row, column, text);
+    m_pGrid->RedrawCell(row, column);
+}
+
+QString CRecipeDataShowView::CellText(int row, int column) const
+{
+    const int dataRow = row - kFixedRows;
+    switch (column) {
+    case 0:
+        return QString::number(row);
+    case 1:
+        return QStringLiteral("RW%1").arg(m_rows.WordAddress(dataRow));
+    default:
+        return ToQString(m_rows.Text(dataRow, static_cast<std::size_t>(column - kFixedColumns)));
+    }
+}
+
+bool CRecipeDataShowView::SetCellText(int row, int column, const QString& text)
+{
+    return column >= kFixedColumns &&
+           m_rows.SetText(row - kFixedRows, static_cast<std::size_t>(column - kFixedColumns), ViewOf(text));
+}
+
+void CRecipeDataShowView::OnGridNotify(const GridNotification& notification)
+{
+    switch (notification.code) {
+    case GridNotification::SelectionChanging:
+        ChooseCell(notification.row, notification.column);
+        break;
+    case GridNotification::RightClick:
+        ChooseCell(notification.row, notification.column);
+        m_pActionBitBrowse->setEnabled(CanBitBrowse());
+        m_pPopupMenu->popup(m_pGrid->ContextMenuPosition());
+        break;
+    default:
+        break;
+    }
+}
+
+void CRecipeDataShowView::ChooseCell(int row, int column)
+{
+    m_nCurrentRow = row;
+    m_nCurrentColumn = column;
+    emit CellChosen();
+}
+
+void CRecipeDataShowView::ForgetChosenCell()
+{
+    m_nCurrentRow = -1;
+    m_nCurrentColumn = -1;
+    emit CellChosen();
+}

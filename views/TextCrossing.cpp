@@ -1,0 +1,22 @@
+#include "views/TextCrossing.h"
+
+#include <system_error>
+
+QString ToQString(std::u16string_view text)
+{
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::u16string_view ViewOf(const QString& text)
+{
+    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
+}
+
+std::filesystem::path NativePath(const QString& path)
+{
+    try {
+        return std::filesystem::path(path.toStdU16String());
+    } catch (const std::system_error&) { // a lone surrogate has no native form
+        return {};
+    }
+}

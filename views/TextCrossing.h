@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+#include <string_view>
+
+// Texts and paths on their way between the toolkit and the core. Both hold UTF-16 units, so a text crosses as it
+// stands.
+
+/// A copy of `text` for the toolkit.
+QString ToQString(std::u16string_view text);
+
+/// The units of `text` for the core; the view lives as long as `text` and is not changed.
+std::u16string_view ViewOf(const QString& text);
+
+/// `path` for the core's file calls. A text that names no file on this platform gives an empty path, which no file call
+/// accepts.
+std::filesystem::path NativePath(const QString& path);
