@@ -2,6 +2,7 @@
 #include "files/File.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
@@ -65,6 +66,25 @@ TEST_F(BinaryRecipeFailure, FolderInPlaceOfAFileIsReported)
     ExpectReadFails(folder.Path());
 }
 
+TEST_F(BinaryRecipeFailure, UnreadableFileIsReported)
+{
+    fs::permissions(good, fs::perms::none);
+    const COrdinaryUser user;
+    ExpectReadFails(good);
+}
+
+TEST_F(BinaryRecipeFailure, FileCutWhileItIsReadShowsWhatArrived)
+{
+    constexpr std::int32_t kRows = 40'000'000; // more bytes than one read takes
+    fs::resize_file(good, 2 * std::uintmax_t{kRows});
+    rows.LayOut({Signed16Column()}, 0, kRows);
+    CCuttingProgress cutting(good, 4);
+    EXPECT_TRUE(ReadBinaryRecipe(rows, good, false, reporter, cutting));
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(rows.Text(1, 0), u"8");
+    EXPECT_EQ(rows.Text(kRows - 1, 0), u"0") << "as if the file had ended there";
+}
+
 TEST_F(BinaryRecipeFailure, DanglingLinkIsReported)
 {
     fs::create_symlink(folder / "missing", folder / "link.rcp");
@@ -108,6 +128,17 @@ TEST_F(BinaryRecipeFailure, SaveIntoAMissingFolderIsReported)
 TEST_F(BinaryRecipeFailure, SaveOverAFolderIsReported)
 {
     ExpectSaveFails(folder.Path());
+}
+
+TEST_F(BinaryRecipeFailure, SaveIntoAReadOnlyFileIsReported)
+{
+    fs::permissions(good, fs::perms::owner_read | fs::perms::others_read);
+    rows.SetText(0, 1, u"9");
+    {
+        const COrdinaryUser user;
+        ExpectSaveFails(good);
+    }
+    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
 }
 
 TEST_F(BinaryRecipeFailure, SaveToAnEmptyPathIsReported)

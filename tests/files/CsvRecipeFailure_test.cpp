@@ -83,6 +83,22 @@ TEST_F(CsvFailure, UnreadableFileIsReported)
     ExpectReadFails(good);
 }
 
+TEST_F(CsvFailure, FileCutWhileItIsReadShowsWhatArrived)
+{
+    constexpr std::int32_t kRows = 200'000; // more bytes than one read takes
+    Bytes lines;
+    for (std::int32_t row = 0; row < kRows; ++row)
+        for (const char c : {'7', ',', '8', '\n'})
+            lines.push_back(static_cast<std::byte>(c));
+    WriteAll(good, lines);
+    rows.LayOut({Signed16Column(), Signed16Column()}, 0, kRows);
+    CCuttingProgress cutting(good, 4);
+    EXPECT_TRUE(ReadCsv(rows, good, reporter, cutting));
+    EXPECT_TRUE(reporter.shown.empty());
+    EXPECT_EQ(rows.Text(0, 1), u"8");
+    EXPECT_EQ(rows.Text(kRows - 1, 0), u"0") << "as if the file had ended there";
+}
+
 TEST_F(CsvFailure, ReadWithoutMemoryIsReported)
 {
     const CAllocationLimit limit(3);

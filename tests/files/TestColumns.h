@@ -5,6 +5,7 @@
 #include "model/ColumnCoding.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -84,4 +85,20 @@ public:
 
 private:
     std::size_t m_patience;
+};
+
+/// Cuts a file to a length as soon as the first piece of work is through, as another program might.
+class CCuttingProgress final : public CProgress {
+public:
+    CCuttingProgress(std::filesystem::path path, std::uintmax_t length) : m_path(std::move(path)), m_length(length) {}
+
+    bool Advance(std::uint64_t, std::uint64_t) override
+    {
+        std::filesystem::resize_file(m_path, m_length);
+        return true;
+    }
+
+private:
+    std::filesystem::path m_path;
+    std::uintmax_t m_length;
 };
