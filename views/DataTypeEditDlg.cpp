@@ -2,6 +2,7 @@
 
 #include "model/NumberText.h"
 #include "ui_DataTypeEditDlg.h"
+#include "views/OneLineEdit.h"
 #include "views/TextCrossing.h"
 
 #include <QSignalBlocker>
@@ -48,6 +49,7 @@ CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem& item, Mode mode, CReport
       m_reporter(reporter)
 {
     m_pUi->setupUi(this);
+    KeepOnOneLine(*m_pUi->editDescription);
     KeepPlaceWhenHidden(*m_pUi->groupArrayLength);
     KeepPlaceWhenHidden(*m_pUi->editArrayLength);
     KeepPlaceWhenHidden(*m_pUi->checkUnicode);

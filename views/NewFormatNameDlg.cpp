@@ -2,6 +2,7 @@
 
 #include "model/FormatNameCheck.h"
 #include "ui_NewFormatNameDlg.h"
+#include "views/OneLineEdit.h"
 #include "views/TextCrossing.h"
 
 namespace {
@@ -17,6 +18,7 @@ CNewFormatNameDlg::CNewFormatNameDlg(CReporter& reporter, QWidget* parent)
 {
     m_pUi->setupUi(this);
     resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height());
+    KeepOnOneLine(*m_pUi->editName);
     connect(m_pUi->buttonOk, &QPushButton::clicked, this, &CNewFormatNameDlg::OnOK);
 }
 

@@ -292,10 +292,21 @@ void CRecipeFormatEditView::contextMenuEvent(QContextMenuEvent* event)
 
 bool CRecipeFormatEditView::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_pUi->listItems && event->type() == QEvent::KeyPress)
-        if (HandleListKey(*static_cast<QKeyEvent*>(event)))
+    if (watched == m_pUi->listItems) {
+        if (event->type() == QEvent::FocusIn)
+            SelectRowForKeys(static_cast<QFocusEvent*>(event)->reason());
+        else if (event->type() == QEvent::KeyPress && HandleListKey(*static_cast<QKeyEvent*>(event)))
             return true;
+    }
     return QScrollArea::eventFilter(watched, event);
+}
+
+/// Where no row was current the toolkit makes the first one so, but does not show it as selected: one would not see
+/// which row Delete takes.
+void CRecipeFormatEditView::SelectRowForKeys(Qt::FocusReason reason)
+{
+    if (reason != Qt::MouseFocusReason && CurrentRow() < 0)
+        SelectRow(0);
 }
 
 /// The commands of the mouse, for the current row. The menu key needs nothing here: it is a context menu event.
@@ -374,7 +385,7 @@ void CRecipeFormatEditView::EditItem(int row)
 
 void CRecipeFormatEditView::OnDeleteItem()
 {
-    DeleteItem(m_nContextItem);
+    DeleteItem(std::exchange(m_nContextItem, -1));
 }
 
 /// kept: the numbers of the rows behind it stay as they are, until the list is filled again

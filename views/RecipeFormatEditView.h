@@ -67,6 +67,7 @@ private:
     void SelectRow(int row);
     int CurrentRow() const;
 
+    void SelectRowForKeys(Qt::FocusReason reason);
     bool HandleListKey(const QKeyEvent& event);
     void OpenItemMenu(int row, const QPoint& globalPosition);
     void OpenItemMenuAtCurrentRow();

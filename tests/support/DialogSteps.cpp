@@ -1,7 +1,9 @@
 #include "tests/support/DialogSteps.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -39,6 +41,15 @@ std::string TextIn(const QWidget& root, const QString& name)
 void TypeInto(const QWidget& root, const QString& name, const QString& text)
 {
     TypeInto(FindIn<QLineEdit>(root, name), text);
+}
+
+void PasteInto(const QWidget& root, const QString& name, const QString& text)
+{
+    auto& field = FindIn<QLineEdit>(root, name);
+    field.setFocus();
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier);
 }
 
 void ClickOn(const QWidget& root, const QString& name)

@@ -26,6 +26,9 @@ std::string TextIn(const QWidget& root, const QString& name);
 /// Types `text` in place of what the field `name` below `root` holds.
 void TypeInto(const QWidget& root, const QString& name, const QString& text);
 
+/// Pastes `text` in place of what the field `name` below `root` holds.
+void PasteInto(const QWidget& root, const QString& name, const QString& text);
+
 /// Clicks the button `name` below `root`.
 void ClickOn(const QWidget& root, const QString& name);
 

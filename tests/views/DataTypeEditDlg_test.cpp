@@ -334,6 +334,35 @@ TEST_F(ItemDialog, ADescriptionTakes127Characters)
     EXPECT_EQ(TextOf(item.description), std::u16string(127, u'd'));
 }
 
+TEST_F(ItemDialog, APastedDescriptionIsOneLine)
+{
+    Add();
+    PasteInto(*dialog, "editDescription", "Zone\n1\t\x1B end");
+    PressOk();
+    EXPECT_EQ(TextOf(item.description), u"Zone 1   end");
+}
+
+TEST_F(ItemDialog, ACutDescriptionEndsWithAWholeCharacter)
+{
+    Add();
+    PasteInto(*dialog, "editDescription", QString(126, 'd') + QStringLiteral(u"\U0001F525"));
+    PressOk();
+    EXPECT_EQ(TextOf(item.description), std::u16string(126, u'd'));
+    Add();
+    PasteInto(*dialog, "editDescription", QString(125, 'd') + QStringLiteral(u"\U0001F525"));
+    PressOk();
+    EXPECT_EQ(TextOf(item.description), std::u16string(125, u'd') + u"\U0001F525");
+}
+
+TEST_F(ItemDialog, ADescriptionFromTheLibraryStaysAsItIs)
+{
+    DataItem before = MakeItem(u"Zone\n1\xD83D", DataType::Signed16, 1, 5);
+    before.arrayLength = -1;
+    Modify(before);
+    PressOk();
+    EXPECT_EQ(item, before);
+}
+
 TEST_F(ItemDialog, TypingStartsInTheDescriptionAndReplacesIt)
 {
     Add();

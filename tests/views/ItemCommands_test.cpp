@@ -291,6 +291,17 @@ TEST_F(FormatCommands, TheDeleteKeyDeletesTheCurrentRowAndNothingWithoutOne)
     ExpectStored({MakeFormat(u"Line", {})});
 }
 
+TEST_F(FormatCommands, TheRowThatTheKeyboardComesToIsSelected)
+{
+    Start();
+    Find<QWidget>("buttonDeleteFormat").setFocus();
+    QTest::keyClick(&Find<QWidget>("buttonDeleteFormat"), Qt::Key_Tab);
+    ASSERT_TRUE(List().hasFocus());
+    EXPECT_TRUE(List().topLevelItem(0)->isSelected()); // so one sees what Delete takes
+    QTest::keyClick(&List(), Qt::Key_Delete);
+    ExpectStored({Without(kLine, 0)});
+}
+
 TEST_F(FormatCommands, DeletingAllItemsAsksNothing)
 {
     Start();

@@ -56,7 +56,16 @@ INSTANTIATE_TEST_SUITE_P(Table, RefusedFormatName, testing::Values(
     RefusedNameCase{"BlanksOnly",    "   ",             u"The File name is Empty!"},
     RefusedNameCase{"TooLong",       QString(129, 'n'), u" File name's length Error!"},
     RefusedNameCase{"FarTooLong",    QString(500, 'n'), u" File name's length Error!"},
+    RefusedNameCase{"LengthFirst",   QString(129, '.'), u" File name's length Error!"},
     RefusedNameCase{"FullStop",      "a.b",             u"The File name Error!"},
+    RefusedNameCase{"VerticalBar",   "a|b",             u"The File name Error!"},
+    RefusedNameCase{"Backslash",     "a\\b",            u"The File name Error!"},
+    RefusedNameCase{"DoubleQuote",   "a\"b",            u"The File name Error!"},
+    RefusedNameCase{"Asterisk",      "a*b",             u"The File name Error!"},
+    RefusedNameCase{"Slash",         "a/b",             u"The File name Error!"},
+    RefusedNameCase{"LessThan",      "a<b",             u"The File name Error!"},
+    RefusedNameCase{"GreaterThan",   "a>b",             u"The File name Error!"},
+    RefusedNameCase{"QuestionMark",  "a?b",             u"The File name Error!"},
     RefusedNameCase{"Colon",         "x:y",             u"The File name Error!"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
@@ -90,6 +99,31 @@ TEST_F(NameDialog, ARefusedNameCanBePutRight)
     ClickOn(dialog, "buttonOk");
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
     EXPECT_EQ(dialog.Name(), "ab");
+}
+
+TEST_F(NameDialog, APastedNameIsOneLine)
+{
+    PasteInto(dialog, "editName", u"two\r\nlines\tand\u2028a null\0 "_qs);
+    EXPECT_EQ(TextIn(dialog, "editName"), "two  lines and a null  ");
+    PressReturn();
+    EXPECT_EQ(dialog.Name(), "two  lines and a null");
+}
+
+TEST_F(NameDialog, APastedNameThatIsTooLongReachesTheMessage)
+{
+    const QString tooLong(100'000, 'n');
+    PasteInto(dialog, "editName", tooLong);
+    PressReturn();
+    EXPECT_EQ(reporter.shown, Shown{u" File name's length Error!"});
+    EXPECT_TRUE(dialog.isVisible());
+}
+
+TEST_F(NameDialog, TheTabKeyGoesThroughTheControlsInOrder)
+{
+    for (const char* next : {"buttonOk", "buttonCancel", "editName"}) {
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(dialog.focusWidget()->objectName(), next);
+    }
 }
 
 TEST_F(NameDialog, CancelAndEscapeTakeNothing)
