@@ -5,6 +5,7 @@
 #include "cli/LibraryFromJson.h"
 #include "files/File.h"
 #include "files/FileMessages.h"
+#include "model/LibraryOriginal.h"
 #include "model/MessageText.h"
 
 #include <span>
@@ -37,6 +38,16 @@ std::optional<std::string> ReadJson(const fs::path& path, CReporter& reporter)
     return json;
 }
 
+/// Saves `library` at `path`. A file there that this version does not understand in full is copied first.
+bool Replace(const fs::path& path, const FormatLibrary& library)
+{
+    FormatLibrary replaced;
+    const std::int64_t loaded = replaced.loadReadOnly(path);
+    if (IsOriginalAtRisk(replaced, loaded) && !KeepOriginal(path))
+        return false;
+    return library.save(path) == 0;
+}
+
 } // namespace
 
 bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
@@ -52,7 +63,7 @@ bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
         return false;
     }
     const fs::path libraryPath = LibraryPath(options.library, reporter);
-    if (library.save(libraryPath) == 0)
+    if (Replace(libraryPath, library))
         return true;
     ShowFileError(reporter, kSaveFileError, libraryPath);
     return false;

@@ -10,6 +10,6 @@ struct FormatsImportOptions {
     std::optional<std::string> library; ///< path; else the one beside the program
 };
 
-/// Replaces the format library by what a JSON file says. False after a failure, then reported; the library file is then
-/// as it was.
+/// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a
+/// copy beside it (model/LibraryOriginal.h). False after a failure, then reported; the library file is then as it was.
 bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter);

@@ -21,6 +21,8 @@ struct FormatsImport : CliTest {
         return *imported.formats.at(0)->items.at(0);
     }
 
+    fs::path Copy() const { return fs::path(libraryPath) += ".bak"; }
+
     fs::path file = folder / "formats.json";
 };
 
@@ -87,6 +89,44 @@ TEST_F(FormatsImport, MakesAMissingLibrary)
 {
     fs::remove(libraryPath);
     EXPECT_EQ(Imported("{\"rowCount\": 3}").rowCount, 3);
+}
+
+TEST_F(FormatsImport, KeepsACopyOfADamagedLibrary)
+{
+    Bytes damaged = ReadAll(libraryPath);
+    damaged.resize(damaged.size() - 10);
+    WriteAll(libraryPath, damaged);
+    EXPECT_EQ(Imported("{\"rowCount\": 3}").rowCount, 3);
+    EXPECT_EQ(ReadAll(Copy()), damaged);
+}
+
+TEST_F(FormatsImport, KeepsACopyOfALaterLibrary)
+{
+    Bytes later = ReadAll(libraryPath);
+    later[24] = std::byte{'5'}; // "RecipeFile2.5"
+    WriteAll(libraryPath, later);
+    Imported("{}");
+    EXPECT_EQ(ReadAll(Copy()), later);
+}
+
+TEST_F(FormatsImport, KeepsNoCopyOfALibraryThatIsUnderstood)
+{
+    Imported("{}");
+    EXPECT_FALSE(fs::exists(Copy()));
+}
+
+TEST_F(FormatsImport, LibraryThatCannotBeCopiedStaysAsItIs)
+{
+    Bytes damaged = ReadAll(libraryPath);
+    damaged.resize(damaged.size() + 10'000); // the copy is what does not fit on the disk
+    WriteAll(libraryPath, damaged);
+    WriteAll(file, TextBytes("{}"));
+    const ProcessResult result = RunScript("ulimit -f 4; \"$cli\" formats import \"$1\" --library \"$2\" 2>&1",
+                                           {file.string(), libraryPath.string()});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "Can't save file " + libraryPath.string() + ",please check file or your disk!\n");
+    EXPECT_EQ(ReadAll(libraryPath), damaged);
+    EXPECT_FALSE(fs::exists(Copy()));
 }
 
 TEST_F(FormatsImport, ByteOrderMarkIsNoFault)
