@@ -67,6 +67,25 @@ INSTANTIATE_TEST_SUITE_P(Commands, WithoutAutoUse, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
+TEST_F(FormatCommands, LookingChangesNotAByteOfTheLibrary)
+{
+    Start({kLine, kMixer});
+    frame.m_bFileOpen = false;
+    const Bytes before = ReadAll(LibraryPath());
+    const auto written = std::filesystem::last_write_time(LibraryPath());
+    SelectFormat(1);
+    SetAutoUse(false);
+    SetAutoUse(true);
+    RightClickRow(0);
+    ItemMenu().close();
+    const CModalAnswer answer({kCancel});
+    DoubleClickRow(0);
+    EXPECT_EQ(answer.titles.size(), 1U);
+    EXPECT_EQ(ReadAll(LibraryPath()), before);
+    EXPECT_EQ(std::filesystem::last_write_time(LibraryPath()), written);
+    EXPECT_FALSE(SavesAtTheEnd());
+}
+
 TEST_F(FormatCommands, UsingAndChoosingFormatsChangesNothing)
 {
     Start({kLine, kMixer});

@@ -257,6 +257,12 @@ INSTANTIATE_TEST_SUITE_P(Table, EnteredLength, testing::Values(
     AcceptCase{"StringArray363",       true, "9",    DataType::String,   "363",    nullptr},
     AcceptCase{"StringArray513",       true, "2",    DataType::String,   "513",    kLargeArray},
     AcceptCase{"LongStringArray513",   true, "5000", DataType::String,   "513",    kLargeArray},
+    AcceptCase{"StringArray512",       true, "2",    DataType::String,   "512",    nullptr},
+    AcceptCase{"StringArray65536",     true, "2",    DataType::String,   "65536",  nullptr}, // kept: squared in 32 bits
+    AcceptCase{"ArrayComesFirst",      true, "1",    DataType::String,   "0",      kShortArray},
+    AcceptCase{"BlanksAroundLength",   false, "",    DataType::String,   " 24 ",   nullptr},
+    AcceptCase{"NegativeLength",       false, "",    DataType::String,   "-1",     kShortString},
+    AcceptCase{"HugeLength",           false, "",    DataType::String,   "99999999999", kLongString},
     AcceptCase{"StringArrayOfNothing", true, "2",    DataType::String,   "0",      kShortString},
     AcceptCase{"String",               false, "",    DataType::String,   "1",      nullptr},
     AcceptCase{"StringOfNothing",      false, "",    DataType::String,   "0",      kShortString},

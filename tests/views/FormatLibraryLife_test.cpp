@@ -1,4 +1,5 @@
 #include "tests/files/FileSizeLimit.h"
+#include "tests/support/ModalAnswer.h"
 #include "tests/views/FormatPaneFixture.h"
 
 #include <QStatusTipEvent>
@@ -159,4 +160,54 @@ TEST_F(LibraryLife, ANegativeStartAddressIsStoredAndTheDataIsShownAsBefore)
     EXPECT_EQ(Stored().startAddress, -1);
     EXPECT_EQ(frame.m_nStartAddress, 3);
     EXPECT_EQ(frame.calls, (Calls{"show 0", "show 0"}));
+}
+
+// The places in the file are those of a 72-byte header, a format's 264 bytes before its items, and 320 bytes an item.
+TEST_F(LibraryLife, AnAddedItemIsOnDiskFieldByField)
+{
+    Store({kMixer}, 7, 9);
+    Start();
+    RightClickRow(0);
+    const CModalAnswer answer({[](QWidget& dialog) {
+        TypeInto(dialog, "editDescription", "Zone");
+        auto& array = FindIn<QAbstractButton>(dialog, "radioArray");
+        QTest::mouseClick(&array, Qt::LeftButton, {}, QPoint(8, array.height() / 2));
+        TypeInto(dialog, "editArrayLength", "6");
+        auto& bcd = FindIn<QAbstractButton>(dialog, "radioBcd");
+        QTest::mouseClick(&bcd, Qt::LeftButton, {}, QPoint(8, bcd.height() / 2));
+        QTest::keyClick(&FindIn<QComboBox>(dialog, "comboType"), Qt::Key_Down);    // 32 bit signed number
+        QTest::keyClick(&FindIn<QComboBox>(dialog, "comboDecimal"), Qt::Key_Down); // 1
+        QTest::keyClick(&FindIn<QComboBox>(dialog, "comboInteger"), Qt::Key_Down); // 2
+        ClickOn(dialog, "buttonOk");
+    }});
+    ChooseInMenu("actionAddItem");
+    const Bytes stored = ReadAll(LibraryPath());
+    ASSERT_EQ(stored.size(), 72u + 264u + 2 * 320u + 4u);
+    EXPECT_EQ(LoadLE32(stored, 32), 7);       // start address
+    EXPECT_EQ(LoadLE32(stored, 36), 9);       // rows
+    EXPECT_EQ(LoadLE32(stored, 72), 100);     // start mark
+    EXPECT_EQ(LoadLE32(stored, 72 + 260), 2); // items
+    const std::size_t item = 72 + 264 + 320;
+    const std::pair<std::size_t, std::int32_t> fields[] = {{0, 0},           // reserved
+                                                           {4, 2},           // words
+                                                           {8, 1},           // type
+                                                           {12, 2},          // integer digits
+                                                           {16, 1},          // decimal digits
+                                                           {20, 1},          // BCD
+                                                           {24, 0x006F005A}, // "Zo"
+                                                           {28, 0x0065006E}, // "ne"
+                                                           {32, 0},          // the end of the text
+                                                           {280, 1},         // an array
+                                                           {284, -1},        // reserved
+                                                           {288, 0},         // reserved
+                                                           {292, 6},         // array length
+                                                           {296, -99},       // lower bound
+                                                           {300, -1},        // its high half
+                                                           {304, 999},       // upper bound
+                                                           {308, 0},         // its high half
+                                                           {312, 0},         // unicode
+                                                           {316, 0},         // padding
+                                                           {320, 200}};      // end mark
+    for (const auto& [offset, value] : fields)
+        EXPECT_EQ(LoadLE32(stored, item + offset), value) << offset;
 }
