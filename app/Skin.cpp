@@ -13,6 +13,16 @@ bool IsDark(const QPalette& palette)
     return palette.color(QPalette::Window).lightness() < 128;
 }
 
+/// For a field to read, not to change: less than the text in the others, yet easily read. Some dark desktops have
+/// hardly anything left of it.
+QColor DimmedText(const QPalette& palette)
+{
+    const QColor text = palette.color(QPalette::Text);
+    const QColor base = palette.color(QPalette::Base);
+    const auto mixed = [](int textPart, int basePart) { return (2 * textPart + basePart) / 3; };
+    return {mixed(text.red(), base.red()), mixed(text.green(), base.green()), mixed(text.blue(), base.blue())};
+}
+
 /// The lit and the shaded end of a bar's gradient.
 struct BarShades {
     QColor lit;
@@ -71,8 +81,10 @@ QPalette CSkin::standardPalette() const
 
 void CSkin::polish(QPalette& palette)
 {
-    if (IsDark(palette))
+    if (IsDark(palette)) {
+        palette.setColor(QPalette::Disabled, QPalette::Text, DimmedText(palette));
         return;
+    }
     palette.setColor(QPalette::Window, QColor(227, 239, 255));
     palette.setColor(QPalette::Button, QColor(206, 226, 250));
     palette.setColor(QPalette::Disabled, QPalette::Text, QColor(84, 96, 112)); // a field to read, not to change

@@ -3,7 +3,8 @@
 #include <QProxyStyle>
 
 /// The blue look of the program: bars, splitter and headers shaded in blue, dialogs and controls in the toolkit's own
-/// even style. Where the user's desktop is dark or of high contrast, its own colours are kept.
+/// even style. Where the user's desktop is dark or of high contrast, its own colours are kept but for the text of
+/// disabled fields, which is made readable.
 class CSkin final : public QProxyStyle {
     Q_OBJECT
 
