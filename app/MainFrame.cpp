@@ -7,6 +7,7 @@
 #include "ui_MainFrame.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFormatEditView.h"
+#include "views/TextCrossing.h"
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -197,8 +198,7 @@ bool CMainFrame::ValidateCellValue(int gridColumn, const QString& text) const
 
 void CMainFrame::SetTitle(const QString& title)
 {
-    QString literal = title;
-    setWindowTitle(literal.replace(QLatin1String("[*]"), QLatin1String("[*][*]"))); // else it marks a changed window
+    setWindowTitle(LiteralTitle(title));
 }
 
 void CMainFrame::UpdateFormatMetrics()

@@ -31,7 +31,8 @@ CBitBrowserDlg::CBitBrowserDlg(CRecipeFrame& frame, const DataItem& item, int co
       m_pUi(std::make_unique<Ui::CBitBrowserDlg>())
 {
     m_pUi->setupUi(this);
-    setWindowTitle(windowTitle() + QLatin1Char('[') + ToQString(TextOf(m_item.description)) + QLatin1Char(']'));
+    setWindowTitle(
+        LiteralTitle(windowTitle() + QLatin1Char('[') + ToQString(TextOf(m_item.description)) + QLatin1Char(']')));
     StyleMatrix();
     AddColumns();
     FillBoxes();

@@ -7,6 +7,11 @@ QString ToQString(std::u16string_view text)
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+QString LiteralTitle(QString title)
+{
+    return title.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
 std::u16string_view ViewOf(const QString& text)
 {
     return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};

@@ -11,6 +11,9 @@
 /// A copy of `text` for the toolkit.
 QString ToQString(std::u16string_view text);
 
+/// `title` for a window that shows it as it stands: "[*]" in one would be the toolkit's mark of a changed window.
+QString LiteralTitle(QString title);
+
 /// The units of `text` for the core; the view lives as long as `text` and is not changed.
 std::u16string_view ViewOf(const QString& text);
 
