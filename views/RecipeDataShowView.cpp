@@ -1,5 +1,6 @@
 #include "views/RecipeDataShowView.h"
 
+#include "controls/GridModel.h"
 #include "files/FileMessages.h"
 #include "files/ShowLimits.h"
 #include "model/CellCheck.h"
@@ -39,6 +40,7 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
     CreatePopupMenu();
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
+    connect(m_pGrid, &CGridCtrl::pressed, this, &CRecipeDataShowView::OnGridPressed);
     connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
 }
 
@@ -203,6 +205,13 @@ void CRecipeDataShowView::OnGridNotify(const GridNotification& notification)
     default:
         break;
     }
+}
+
+/// A right click may have chosen another cell than the one with the focus, which does not move when it is pressed.
+void CRecipeDataShowView::OnGridPressed(const QModelIndex& index)
+{
+    if (index == m_pGrid->currentIndex())
+        ChooseCell(m_pGrid->Model().GridRow(index), m_pGrid->Model().GridColumn(index));
 }
 
 void CRecipeDataShowView::ChooseCell(int row, int column)

@@ -65,6 +65,7 @@ private:
     void LayOutGrid();
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
+    void OnGridPressed(const QModelIndex& index);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
     void CreatePopupMenu();
