@@ -198,6 +198,8 @@ void CListCtrlCl::SetItemText(int row, int column, const QString& text)
 void CListCtrlCl::SetItemName(int row, int column, const QString& name)
 {
     EnsureItem(row, column).setData(Qt::AccessibleTextRole, name);
+    QAccessibleEvent event(this, QAccessible::NameChanged);
+    Tell(event, row, column);
 }
 
 QTableWidgetItem& CListCtrlCl::EnsureItem(int row, int column)
@@ -229,7 +231,7 @@ void CListCtrlCl::ToggleBit(int row, int column)
 {
     if (const auto set = BitState(row, column)) {
         SetBitState(row, column, *set ? 0 : 1);
-        TellState(row, column);
+        TellCheckState(row, column);
     }
     update(model()->index(row, column));
     emit BitToggled(row, column);
@@ -244,13 +246,19 @@ void CListCtrlCl::ShowState(int row, int column)
         cell->setCheckState(*set ? Qt::Checked : Qt::Unchecked);
 }
 
-void CListCtrlCl::TellState(int row, int column)
+void CListCtrlCl::TellCheckState(int row, int column)
 {
-    if (!QAccessible::isActive())
-        return;
     QAccessible::State changed;
     changed.checked = true;
     QAccessibleStateChangeEvent event(this, changed);
+    Tell(event, row, column);
+}
+
+/// Screen readers keep what they were told of a cell until they hear `event` of it.
+void CListCtrlCl::Tell(QAccessibleEvent& event, int row, int column)
+{
+    if (!QAccessible::isActive() || !isVisible())
+        return;
     const int columns = columnCount() + 1; // both headers are part of the accessible table, hidden or not
     event.setChild((row + 1) * columns + column + 1);
     QAccessible::updateAccessibility(&event);

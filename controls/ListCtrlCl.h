@@ -11,6 +11,7 @@
 #include <vector>
 
 class CHeaderCtrlCl;
+class QAccessibleEvent;
 
 /// A list whose cells are bits: coloured squares, cyan for a clear bit and magenta for a set one. A click on a cell
 /// flips its bit, and so does the space bar on the cell with the focus.
@@ -86,7 +87,8 @@ private:
                              int column, QColor otherwise);
     QTableWidgetItem& EnsureItem(int row, int column);
     void ShowState(int row, int column);
-    void TellState(int row, int column);
+    void TellCheckState(int row, int column);
+    void Tell(QAccessibleEvent& event, int row, int column);
 
     CHeaderCtrlCl* m_pHeader;
     std::vector<ColumnColor> m_columnBackColors;
