@@ -157,6 +157,26 @@ INSTANTIATE_TEST_SUITE_P(Types, BitBrowseOfType, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
+TEST_F(BitBrowseCommand, HexadecimalDigitsReachTheCellInLowerCase)
+{
+    ClickCell(1, Hex16);
+    const CModalAnswer answer({Flip(15), Flip(13), Flip(3), Flip(1), Flip(0), OK()});
+    Trigger(*frame, "actionBitBrowse");
+    EXPECT_EQ(Grid().GetItemText(1, Hex16), "a00b"); // kept
+    Trigger(*frame, "actionSave");
+    words[6] = BytesOf({0x0B, 0xA0});
+    EXPECT_EQ(ReadAll(folder / "a.rcp"), Image());
+}
+
+TEST_F(BitBrowseCommand, DecimalsAreLostWithTheFirstFlip)
+{
+    Grid().SetItemText(1, Array0, "12.3");
+    ClickCell(1, Array0);
+    const CModalAnswer answer({Flip(0), OK()});
+    Trigger(*frame, "actionBitBrowse");
+    EXPECT_EQ(Grid().GetItemText(1, Array0), "121"); // kept: 12 * 10 + 1
+}
+
 TEST_P(BitBrowseDisabled, InToolBarAndMenu)
 {
     ClickCell(1, BitBrowseCommand::Signed16);
@@ -195,6 +215,19 @@ TEST_F(BitBrowseCommand, TheToolBarButtonOpensItOnTheChosenCell)
     QTest::mouseClick(bar.widgetForAction(&Action("actionBitBrowse")), Qt::LeftButton);
     EXPECT_EQ(answer.titles, (std::vector<QString>{"Bit Browser[S16]", "Bit Browser[S16]"}));
     EXPECT_EQ(Grid().GetItemText(1, Signed16), "96");
+}
+
+TEST_F(BitBrowseCommand, AClickOnTheFocusCellChoosesItAgain)
+{
+    ClickCell(1, Signed16);
+    RightClick(2, String).close(); // chooses that one without moving the focus
+    EXPECT_FALSE(Action("actionBitBrowse").isEnabled());
+    ClickCell(1, Signed16);
+    ASSERT_TRUE(Action("actionBitBrowse").isEnabled());
+    const CModalAnswer answer({Flip(0), OK()});
+    Trigger(*frame, "actionBitBrowse");
+    EXPECT_EQ(answer.titles.front(), "Bit Browser[S16]");
+    EXPECT_EQ(Grid().GetItemText(1, Signed16), "101");
 }
 
 TEST_F(BitBrowseCommand, TheKeyboardDoesTheWholeRoad)

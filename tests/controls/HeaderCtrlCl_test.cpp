@@ -35,6 +35,15 @@ struct Header : testing::Test {
     CListCtrlCl list;
 };
 
+/// Whether a heading in red on black has ink in line `y`, beyond the first column's free pixel.
+bool IsInked(const CPictureOf& picture, int y)
+{
+    for (int x = 1; x < 60; ++x)
+        if (picture.At(x, y).red() > 100)
+            return true;
+    return false;
+}
+
 struct LineCase {
     const char* name;
     int red, green, blue, step;
@@ -132,6 +141,24 @@ INSTANTIATE_TEST_SUITE_P(Headings, HeadingAlignment, testing::Values(
     AlignmentCase{"NegativeIsCentre", -1,               "1",   22, 38}), // kept
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
+
+TEST_F(Header, AHeadingStandsInTheMiddleOfItsHeight)
+{
+    list.SetHeaderBackColor(0, 0, 0, 0);
+    list.SetHeaderTextColor(Qt::red);
+    list.SetHeaderFont(12, 0);
+    list.SetHeaderHeight(4.0F);
+    AddColumns();
+    const CPictureOf picture = Picture();
+    int above = 0; // free lines
+    while (above < picture.Height() && !IsInked(picture, above))
+        ++above;
+    int below = 0;
+    while (below < picture.Height() && !IsInked(picture, picture.Height() - 1 - below))
+        ++below;
+    EXPECT_GT(above, picture.Height() / 4);
+    EXPECT_NEAR(above, below, 4); // the letter itself is not in the middle of its line
+}
 
 TEST_F(Header, HeadingsGoFromLeftToRightAsTheyWereAdded)
 {

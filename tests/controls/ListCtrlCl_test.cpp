@@ -158,6 +158,21 @@ TEST_F(List, AClickFlipsTheBitOfItsCell)
     EXPECT_TRUE(toggled.isEmpty());
 }
 
+TEST_F(List, AClickInAnyCornerOfACellFlipsItsBit)
+{
+    for (const int column : {0, 15}) {
+        const QRect cell(18 * column, 18, 18, 18);
+        bool set = false;
+        for (const QPoint corner : {cell.topLeft(), cell.topRight(), cell.bottomLeft(), cell.bottomRight()}) {
+            set = !set;
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, corner);
+            EXPECT_EQ(list.BitState(1, column), set);
+            EXPECT_EQ(toggled.takeFirst(), (QVariantList{1, column}));
+        }
+    }
+    EXPECT_TRUE(toggled.isEmpty());
+}
+
 TEST_F(List, AnyStateButZeroIsSetAndFlipsToClear)
 {
     list.SetBitState(0, 3, -7);
@@ -208,7 +223,8 @@ TEST_P(StrayClick, FlipsNothing)
 INSTANTIATE_TEST_SUITE_P(Places, StrayClick, testing::Values(
     //             name             button            pressed           released
     StrayClickCase{"BelowTheRows",  Qt::LeftButton,   {9, 60},          {9, 60}},
-    StrayClickCase{"RightOfThem",   Qt::LeftButton,   {16 * 18 + 5, 9}, {16 * 18 + 5, 9}},
+    StrayClickCase{"JustBelow",     Qt::LeftButton,   {9, 36},          {9, 36}},
+    StrayClickCase{"RightOfThem",   Qt::LeftButton,   {16 * 18, 9},     {16 * 18, 9}},
     StrayClickCase{"OtherCell",     Qt::LeftButton,   {9, 9},           {27, 9}},
     StrayClickCase{"RightButton",   Qt::RightButton,  {9, 9},           {9, 9}},
     StrayClickCase{"MiddleButton",  Qt::MiddleButton, {9, 9},           {9, 9}}),

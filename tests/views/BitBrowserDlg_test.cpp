@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -129,6 +130,12 @@ TEST_F(BitBrowserDlg, TheCaptionNamesTheItem)
 {
     Open(Signed16(), "1");
     EXPECT_EQ(dialog->windowTitle(), "Bit Browser[Speed]");
+}
+
+TEST_F(BitBrowserDlg, TheCaptionTakesTheDescriptionAsItStands)
+{
+    Open(MakeItem(u"*", DataType::Signed16, 1, 5), "1"); // "[*]" is a mark of the toolkit's
+    EXPECT_EQ(dialog->windowHandle()->title(), "Bit Browser[*]");
 }
 
 TEST_P(EachType, IsNamedAndFillsItsRows)
