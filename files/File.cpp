@@ -13,6 +13,7 @@
 #define NOMINMAX // else std::min is a macro here
 #endif
 #define WIN32_LEAN_AND_MEAN
+#include <array>
 #include <windows.h>
 #else
 #include <cerrno>
@@ -31,6 +32,12 @@ constexpr std::size_t kMostPerCall = std::size_t{1} << 30; // below what any sys
 // The platform's calls, each once and in the same shape for both. A count is negative after an error.
 
 #ifdef _WIN32
+
+/// Of the call just made.
+std::error_code SystemError()
+{
+    return {static_cast<int>(GetLastError()), std::system_category()};
+}
 
 HANDLE HandleOf(std::intptr_t file)
 {
@@ -112,6 +119,12 @@ bool Release(std::intptr_t file)
 #else
 
 static_assert(sizeof(off_t) == sizeof(std::int64_t), "a 32-bit system needs _FILE_OFFSET_BITS=64");
+
+/// Of the call just made.
+std::error_code SystemError()
+{
+    return {errno, std::generic_category()};
+}
 
 template <typename Call>
 auto Restarted(Call call)
@@ -195,7 +208,8 @@ CFile::~CFile()
 
 CFile::CFile(CFile&& other) noexcept
     : m_handle(std::exchange(other.m_handle, kNoFile)),
-      m_changed(std::exchange(other.m_changed, false))
+      m_changed(std::exchange(other.m_changed, false)),
+      m_lastError(std::exchange(other.m_lastError, {}))
 {
 }
 
@@ -203,6 +217,7 @@ CFile& CFile::operator=(CFile&& other) noexcept
 {
     std::swap(m_handle, other.m_handle);
     std::swap(m_changed, other.m_changed);
+    std::swap(m_lastError, other.m_lastError);
     return *this;
 }
 
@@ -233,19 +248,28 @@ bool CFile::IsOpen() const
 
 std::optional<std::uint64_t> CFile::Size() const
 {
-    return IsOpen() ? LengthOf(m_handle) : std::nullopt;
+    if (!IsOpen())
+        return std::nullopt;
+    const std::optional<std::uint64_t> length = LengthOf(m_handle);
+    if (!length)
+        m_lastError = SystemError();
+    return length;
 }
 
 std::optional<std::size_t> CFile::ReadAt(std::uint64_t offset, std::span<std::byte> bytes) const
 {
-    if (!IsOpen() || !IsReachable(offset, bytes.size()))
+    if (!IsOpen() || !IsReachable(offset, bytes.size())) {
+        m_lastError = std::make_error_code(std::errc::invalid_argument);
         return std::nullopt;
+    }
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::size_t piece = std::min(bytes.size() - done, kMostPerCall);
         const std::int64_t count = ReadSome(m_handle, offset + done, bytes.subspan(done, piece));
-        if (count < 0)
+        if (count < 0) {
+            m_lastError = SystemError();
             return std::nullopt;
+        }
         if (count == 0)
             break;
         done += static_cast<std::size_t>(count);
@@ -255,15 +279,19 @@ std::optional<std::size_t> CFile::ReadAt(std::uint64_t offset, std::span<std::by
 
 bool CFile::WriteAt(std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    if (!IsOpen() || !IsReachable(offset, bytes.size()))
+    if (!IsOpen() || !IsReachable(offset, bytes.size())) {
+        m_lastError = std::make_error_code(std::errc::invalid_argument);
         return false;
+    }
     m_changed = true;
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::size_t piece = std::min(bytes.size() - done, kMostPerCall);
         const std::int64_t count = WriteSome(m_handle, offset + done, bytes.subspan(done, piece));
-        if (count <= 0)
+        if (count <= 0) {
+            m_lastError = count < 0 ? SystemError() : std::make_error_code(std::errc::no_space_on_device);
             return false;
+        }
         done += static_cast<std::size_t>(count);
     }
     return true;
@@ -274,8 +302,28 @@ bool CFile::Close()
     if (!IsOpen())
         return true;
     const bool flushed = !std::exchange(m_changed, false) || FlushToDisk(m_handle);
+    if (!flushed)
+        m_lastError = SystemError();
     const bool released = Release(std::exchange(m_handle, kNoFile));
+    if (flushed && !released)
+        m_lastError = SystemError();
     return flushed && released;
+}
+
+std::u16string ReasonText(std::error_code error)
+{
+#ifdef _WIN32
+    if (error.category() == std::system_category()) {
+        std::array<wchar_t, 512> text{}; // longer than any of them
+        const DWORD length =
+            FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                           static_cast<DWORD>(error.value()), 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+        const std::u16string units(text.begin(), text.begin() + length);
+        if (length > 0)
+            return units.substr(0, units.find_last_not_of(u" .\r\n") + 1); // as other systems word it
+    }
+#endif
+    return FromUtf8(error.message());
 }
 
 fs::path ExecutablePath()

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 
 /// A regular file, opened once and closed with the object: the only place that makes the platform's file calls. A
 /// folder, a pipe or a device is refused as if it could not be opened. Paths are in the platform's native encoding and
@@ -46,10 +47,17 @@ public:
     /// Without this call the object closes the file too, but nobody hears of a refusal.
     bool Close();
 
+    /// Why the latest call on the open file that failed did so; zero before one. A call that succeeds leaves it.
+    std::error_code LastError() const { return m_lastError; }
+
 private:
     std::intptr_t m_handle = -1;
     bool m_changed = false; ///< something waits to be handed to the disk
+    mutable std::error_code m_lastError;
 };
+
+/// The system's own words for `error`, in the user's language where the system has them in it.
+std::u16string ReasonText(std::error_code error);
 
 /// The full name of the running program; empty when the platform does not tell it.
 std::filesystem::path ExecutablePath();

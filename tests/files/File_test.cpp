@@ -256,4 +256,54 @@ TEST(PathText, ShowsInvalidBytesAsReplacementCharacters)
     EXPECT_EQ(PathText("a\xFF.rcp"), u"a\uFFFD.rcp");
 }
 
+struct FileReason : testing::Test {
+    CTempFolder folder;
+};
+
+TEST_F(FileReason, IsNoneWhileNothingFailed)
+{
+    CFile file(folder / "a.rcp", Mode::Truncate);
+    EXPECT_TRUE(file.WriteAt(0, BytesOf({1})));
+    EXPECT_TRUE(file.Close());
+    EXPECT_FALSE(file.LastError());
+}
+
+TEST_F(FileReason, OfAWriteIsTheFullDisk)
+{
+    CFile file(folder / "a.rcp", Mode::Truncate);
+    {
+        const CFileSizeLimit limit(10);
+        EXPECT_FALSE(file.WriteAt(0, Bytes(100)));
+    }
+    EXPECT_EQ(file.LastError(), std::errc::file_too_large);
+    EXPECT_EQ(ReasonText(file.LastError()), u"File too large");
+    EXPECT_TRUE(file.WriteAt(0, Bytes(5)));
+    EXPECT_EQ(file.LastError(), std::errc::file_too_large); // the latest there was
+}
+
+TEST_F(FileReason, OfAReadIsTheSystems)
+{
+    CFile memory("/proc/self/mem", Mode::Read); // its first address cannot be read
+    std::array<std::byte, 2> bytes{};
+    EXPECT_EQ(memory.ReadAt(0, bytes), std::nullopt);
+    EXPECT_EQ(memory.LastError(), std::errc::io_error);
+    const CFile moved = std::move(memory);
+    EXPECT_EQ(moved.LastError(), std::errc::io_error);
+}
+
+TEST_F(FileReason, OfWritingAFileOpenForReadingIsThat)
+{
+    WriteAll(folder / "a.rcp", BytesOf({1}));
+    CFile file(folder / "a.rcp", Mode::Read);
+    EXPECT_FALSE(file.WriteAt(0, BytesOf({2})));
+    EXPECT_EQ(file.LastError(), std::errc::bad_file_descriptor);
+}
+
+TEST_F(FileReason, OfAPlaceBeyondAnyFileIsTheArgument)
+{
+    CFile file(folder / "a.rcp", Mode::Truncate);
+    EXPECT_FALSE(file.WriteAt(std::numeric_limits<std::uint64_t>::max(), BytesOf({1})));
+    EXPECT_EQ(file.LastError(), std::errc::invalid_argument);
+}
+
 } // namespace
