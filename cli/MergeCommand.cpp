@@ -15,11 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::u16string_view LastComponent(std::u16string_view path)
-{
-    return path.substr(path.rfind(static_cast<char16_t>(fs::path::preferred_separator)) + 1); // npos + 1 is 0
-}
-
 /// `given` with the ending of the merged file. Its own bytes stay as they are, valid text or not.
 fs::path WithEnding(fs::path given, std::u16string_view text)
 {
@@ -31,14 +26,14 @@ fs::path WithEnding(fs::path given, std::u16string_view text)
 bool MayReplace(const fs::path& path, CReporter& reporter)
 {
     std::error_code error;
-    return !fs::exists(path, error) || reporter.AskYesNo(OverwriteQuestion(PathText(path)));
+    return !fs::is_regular_file(path, error) || reporter.AskYesNo(OverwriteQuestion(PathText(path)));
 }
 
 /// The path of the merged file; nothing, and then reported, when its name will not do or there is such a file already.
 std::optional<fs::path> ChooseTarget(const MergeOptions& options, CReporter& reporter)
 {
     const std::u16string text = PathText(options.target);
-    if (const auto fault = MergeNameFault(LastComponent(text))) {
+    if (const auto fault = MergeNameFault(PathText(fs::path(options.target).filename()))) {
         reporter.ShowError(*fault);
         return std::nullopt;
     }

@@ -2,16 +2,20 @@
 
 #include "files/File.h"
 #include "files/FileMessages.h"
+#include "model/MessageText.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::u16string_view kMergeFailed = u"Merge file %s failed!";
 
 /// What goes from one source to the merged file, in words.
 struct Stretch {
@@ -49,17 +53,60 @@ bool IsSameFile(const fs::path& one, const fs::path& other)
     return fs::equivalent(one, other, missing);
 }
 
-/// Copies by way of `buffer`, which holds at least the stretch.
-bool CopyStretch(const Stretch& stretch, const CFile& source, CFile& merged, std::span<std::byte> buffer)
+/// One run, which tells of its first failure.
+class CMergeRun {
+public:
+    CMergeRun(const MergeParams& params, CReporter& reporter)
+        : m_mergedPath(params.mergedPath),
+          m_buffer(ByteCount(MergedWords(params.mergedSize))),
+          m_reporter(reporter)
+    {
+    }
+
+    bool Create();
+    bool Add(const Stretch& stretch);
+    bool Finish() { return m_merged.Close() || FailWriting(); }
+
+private:
+    bool FailReading(const fs::path& path, const CFile& source) { return Fail(u"Reading", path, source); }
+    bool FailWriting() { return Fail(u"Writing", m_mergedPath, m_merged); }
+    bool Fail(std::u16string_view operation, const fs::path& path, const CFile& file);
+
+    const fs::path& m_mergedPath;
+    std::vector<std::byte> m_buffer; ///< as long as the merged file
+    CReporter& m_reporter;
+    CFile m_merged;
+};
+
+bool CMergeRun::Create()
 {
-    const std::span<std::byte> bytes = buffer.first(ByteCount(stretch.length));
-    std::fill(bytes.begin(), bytes.end(), std::byte{0}); // what the source no longer holds
-    return source.ReadAt(ByteAddress(stretch.readStart), bytes) && merged.WriteAt(ByteAddress(stretch.place), bytes);
+    if (!m_merged.Open(m_mergedPath, CFile::Mode::Truncate)) {
+        ShowFileError(m_reporter, kMergeFailed, m_mergedPath);
+        return false;
+    }
+    return m_merged.WriteAt(0, m_buffer) || FailWriting();
 }
 
-bool MergeFailed(const fs::path& mergedPath, CReporter& reporter)
+bool CMergeRun::Add(const Stretch& stretch)
 {
-    ShowFileError(reporter, u"Merge file %s failed!", mergedPath);
+    const CFile source(stretch.source, CFile::Mode::Read);
+    if (!source.IsOpen()) {
+        ShowFileError(m_reporter, u"Open file %s failed!", stretch.source);
+        return false;
+    }
+    const std::span<std::byte> bytes = std::span(m_buffer).first(ByteCount(stretch.length));
+    std::fill(bytes.begin(), bytes.end(), std::byte{0}); // what the source no longer holds
+    if (!source.ReadAt(ByteAddress(stretch.readStart), bytes))
+        return FailReading(stretch.source, source);
+    return m_merged.WriteAt(ByteAddress(stretch.place), bytes) || FailWriting();
+}
+
+/// Tells what could not be done to the open `file` at `path`, and why.
+bool CMergeRun::Fail(std::u16string_view operation, const fs::path& path, const CFile& file)
+{
+    const std::u16string message = std::u16string(kMergeFailed) + u"\n%s %s: %s";
+    m_reporter.ShowError(
+        FillMessage(message, {PathText(m_mergedPath), operation, PathText(path), ReasonText(file.LastError())}));
     return false;
 }
 
@@ -72,22 +119,10 @@ bool MergeFiles(const MergeParams& params, CReporter& reporter)
     const bool isHarmless = std::all_of(stretches.begin(), stretches.end(), [&](const Stretch& stretch) {
         return FitsInto(words, stretch) && !IsSameFile(stretch.source, params.mergedPath);
     });
-    if (!isHarmless)
-        return MergeFailed(params.mergedPath, reporter);
-
-    std::vector<std::byte> buffer(ByteCount(words));
-    CFile merged(params.mergedPath, CFile::Mode::Truncate);
-    if (!merged.IsOpen() || !merged.WriteAt(0, buffer))
-        return MergeFailed(params.mergedPath, reporter);
-
-    for (const Stretch& stretch : stretches) {
-        const CFile source(stretch.source, CFile::Mode::Read);
-        if (!source.IsOpen()) {
-            ShowFileError(reporter, u"Open file %s failed!", stretch.source);
-            return false;
-        }
-        if (!CopyStretch(stretch, source, merged, buffer))
-            return MergeFailed(params.mergedPath, reporter);
+    if (!isHarmless) {
+        ShowFileError(reporter, kMergeFailed, params.mergedPath);
+        return false;
     }
-    return merged.Close() || MergeFailed(params.mergedPath, reporter);
+    CMergeRun run(params, reporter);
+    return run.Create() && run.Add(stretches[0]) && run.Add(stretches[1]) && run.Finish();
 }

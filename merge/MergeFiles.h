@@ -8,8 +8,9 @@
 /// The merged path's own file, if there is one, is replaced.
 ///
 /// False after a failure, then reported exactly once. What was written until then stays on disk:
-/// - "Merge file %s failed!" with the merged path when it cannot be created (nothing new on disk), or when reading or
-///   writing fails later on (the merged file as far as it was written);
+/// - "Merge file %s failed!" with the merged path when it cannot be created (nothing new on disk); the same with a
+///   second line of operation, path and the system's reason when reading or writing fails later on (the merged file as
+///   far as it was written);
 /// - "Open file %s failed!" with the path of the source that cannot be opened (the merged file at its full size, with
 ///   the stretches before that one).
 ///

@@ -1,4 +1,5 @@
 #include "tests/cli/RunCli.h"
+#include "tests/files/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -223,6 +224,28 @@ TEST_F(MergeCommand, TargetThatCannotBeMadeIsReported)
 {
     target = folder / "missing/merged.rcp";
     ExpectRefused({"--second-place", "10"}, "Merge file " + target.string() + " failed!");
+}
+
+TEST_F(MergeCommand, FolderOfThatNameIsNoFileToReplace)
+{
+    fs::create_directory(target);
+    ExpectRefused({"--second-place", "10"}, "Merge file " + target.string() + " failed!");
+    EXPECT_TRUE(fs::is_empty(target));
+}
+
+TEST_F(MergeCommand, FullDiskIsReportedWithItsReason)
+{
+    target = folder / "full.rcp";
+    ProcessResult result;
+    {
+        const CFileSizeLimit limit(1000); // the program that is started has it too
+        result = RunCli(Arguments({"--second-place", "10"}));
+    }
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.error,
+              "Merge file " + target.string() + " failed!\nWriting " + target.string() + ": File too large\n");
+    EXPECT_EQ(ReadAll(target), Bytes(1000));
 }
 
 } // namespace

@@ -64,6 +64,11 @@ struct MergedFile : testing::Test {
         ExpectSourcesAreUntouched();
     }
 
+    void ExpectStops(const char16_t* operation, const fs::path& path, const char16_t* reason)
+    {
+        ExpectFails(u"Merge file " + PathText(params.mergedPath) + u" failed!\n" + operation + u" " + PathText(path) +
+                    u": " + reason);
+    }
     void ExpectMergeFails() { ExpectFails(u"Merge file " + PathText(params.mergedPath) + u" failed!"); }
     void ExpectOpenFails(const fs::path& path) { ExpectFails(u"Open file " + PathText(path) + u" failed!"); }
 
@@ -278,7 +283,7 @@ TEST_F(MergeFailure, FullDiskIsReportedAndLeavesWhatWasWritten)
 {
     {
         const CFileSizeLimit limit(1000);
-        ExpectMergeFails();
+        ExpectStops(u"Writing", merged, u"File too large");
     }
     ExpectMerged(1000, {});
 }
@@ -288,14 +293,14 @@ TEST_F(MergeFailure, FirstFileThatCannotBeReadIsReportedAndLeavesZeros)
 {
     params.firstPath = "/proc/self/mem";
     params.firstReadStart = 0;
-    ExpectMergeFails();
+    ExpectStops(u"Reading", "/proc/self/mem", u"Input/output error");
     ExpectMerged(k128KBytes, {});
 }
 
 TEST_F(MergeFailure, SecondFileThatCannotBeReadIsReportedAndLeavesTheFirstStretch)
 {
     params.secondPath = "/proc/self/mem";
-    ExpectMergeFails();
+    ExpectStops(u"Reading", "/proc/self/mem", u"Input/output error");
     ExpectMerged(k128KBytes, {{0, 0x1312}, {1, 0x1413}, {2, 0x1514}});
 }
 
