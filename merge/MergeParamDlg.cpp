@@ -12,7 +12,8 @@
 
 namespace {
 
-constexpr int kWidth = 110; // average characters: most paths fit
+constexpr int kWidth = 110;      // average characters: most paths fit
+constexpr int kNumberWidth = 12; // average characters: all numbers that make sense fit, however small the dialog
 
 /// Asks for a recipe file, first in the folder of `neighbour`; empty when the user cancelled. A name that does not
 /// exist is returned too: measuring it tells.
@@ -64,6 +65,9 @@ CMergeParamDlg::CMergeParamDlg(std::filesystem::path executable, CReporter& repo
       m_reporter(reporter)
 {
     m_pUi->setupUi(this);
+    for (QLineEdit* number : {m_pUi->editFirstPlace, m_pUi->editFirstReadStart, m_pUi->editFirstLength,
+                              m_pUi->editSecondPlace, m_pUi->editSecondReadStart, m_pUi->editSecondLength})
+        number->setMinimumWidth(kNumberWidth * fontMetrics().averageCharWidth());
     resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height());
     connect(m_pUi->buttonFirstPath, &QPushButton::clicked, this, [this] { OnChooseFile(MergeSource::First); });
     connect(m_pUi->buttonSecondPath, &QPushButton::clicked, this, [this] { OnChooseFile(MergeSource::Second); });

@@ -1,12 +1,37 @@
 #include "files/File.h"
 #include "tests/merge/MergeParamFixture.h"
+#include "tests/support/GuiTest.h"
 
+#include <QApplication>
 #include <QFileDialog>
+#include <QHelpEvent>
+#include <QScreen>
 #include <QTest>
+#include <QTextDocument>
 
 namespace fs = std::filesystem;
 
 namespace {
+
+/// The tip that comes up where the pointer rests on `field`.
+const QWidget* ShowTip(QWidget& field)
+{
+    const QPoint point = field.rect().center();
+    QHelpEvent help(QEvent::ToolTip, point, field.mapToGlobal(point));
+    QApplication::sendEvent(&field, &help);
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        if (window->inherits("QTipLabel") && window->isVisible())
+            return window;
+    return nullptr;
+}
+
+/// What the user reads in a tip.
+QString TextOf(const QString& tip)
+{
+    QTextDocument document;
+    document.setHtml(tip);
+    return document.toPlainText().remove(QChar(0x200B)); // where it may break
+}
 
 struct SourceCase {
     const char* name;
@@ -91,15 +116,25 @@ TEST_P(ChosenSource, IsLookedForAmongTheRecipeFilesBesideTheOneBefore)
     EXPECT_EQ(start, Path("sub"));
 }
 
-TEST_P(ChosenSource, WithALongPathShowsItsEndAndTheWholeInATip)
+TEST_P(ChosenSource, WithALongPathShowsItsEndAtEverySizeAndTheWholeInATip)
 {
-    const fs::path deep = folder / std::string(120, 'd') / std::string(120, 'e');
+    const fs::path deep = folder / std::string(240, 'd') / std::string(240, 'e');
     fs::create_directories(deep);
     WriteAll(deep / "a.rcp", Bytes(2));
     Choose(fs::relative(deep / "a.rcp", folder.Path()).string());
-    const auto& field = FindIn<QLineEdit>(*dialog, GetParam().path);
-    EXPECT_EQ(field.cursorPosition(), field.text().size());
-    EXPECT_TRUE(field.toolTip().contains(QString::fromStdString((deep / "a.rcp").string())));
+    auto& field = FindIn<QLineEdit>(*dialog, GetParam().path);
+    const auto isEndInSight = [&field] {
+        const int end = field.inputMethodQuery(Qt::ImCursorRectangle).toRect().left();
+        return field.cursorPosition() == field.text().size() && end > 0 && end < field.width();
+    };
+    for (const int width : {0, 700, 1500}) { // the first is the smallest that there is
+        dialog->resize(width, dialog->height());
+        EXPECT_TRUE(WaitFor(isEndInSight)) << width;
+    }
+    const QWidget* tip = ShowTip(field);
+    ASSERT_NE(tip, nullptr);
+    EXPECT_LE(tip->width(), tip->screen()->geometry().width());
+    EXPECT_EQ(TextOf(field.toolTip()), field.text());
 }
 
 // clang-format off

@@ -141,6 +141,23 @@ TEST_F(MergeParam, TabGoesFromControlToControl)
     EXPECT_EQ(order, expected);
 }
 
+TEST_F(MergeParam, NumbersCanBeReadHoweverSmallItIs)
+{
+    dialog->resize(dialog->minimumSizeHint());
+    for (const char* name : {"editFirstPlace", "editFirstReadStart", "editFirstLength", "editSecondPlace",
+                             "editSecondReadStart", "editSecondLength"}) {
+        Type(name, "261632");
+        auto& field = FindIn<QLineEdit>(*dialog, name);
+        EXPECT_GT(field.width(), field.fontMetrics().horizontalAdvance("261632")) << name;
+        QTest::keyClick(&field, Qt::Key_Home);
+        const int start = field.inputMethodQuery(Qt::ImCursorRectangle).toRect().left();
+        QTest::keyClick(&field, Qt::Key_End);
+        EXPECT_GE(field.inputMethodQuery(Qt::ImCursorRectangle).toRect().left() - start,
+                  field.fontMetrics().horizontalAdvance("261632") - 2)
+            << name; // else its start is out of sight
+    }
+}
+
 TEST_F(MergeParam, EachSizeTakesTheOthersPlace)
 {
     auto& small = FindIn<QRadioButton>(*dialog, "radio128K");

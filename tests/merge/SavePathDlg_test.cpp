@@ -122,9 +122,10 @@ TEST_F(SavePath, ALongPathShowsItsEndAndTheWholeInItsTip)
     TypeName(name);
     auto& field = FindIn<QLineEdit>(*dialog, "editPath");
     EXPECT_EQ(field.cursorPosition(), field.text().size());
-    EXPECT_TRUE(field.toolTip().contains(QString::fromStdString(InFolder("")) + name));
+    EXPECT_TRUE(field.toolTip().remove(QChar(0x200B)).contains(QString::fromStdString(InFolder("")) + name));
     TypeName("a<b>&");
-    EXPECT_TRUE(field.toolTip().contains("a&lt;b&gt;&amp;")); // the tip is no markup of the user's
+    EXPECT_TRUE(
+        field.toolTip().remove(QChar(0x200B)).contains("a&lt;b&gt;&amp;")); // the tip is no markup of the user's
 }
 
 struct AcceptedCase {
