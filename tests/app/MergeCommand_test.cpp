@@ -4,6 +4,8 @@
 #include <QMessageBox>
 #include <QTest>
 
+#include <algorithm>
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -65,8 +67,11 @@ TEST_F(MergeCommand, GoesFromTheMenuToTheMergedFile)
 TEST_F(MergeCommand, MakesTheFileThatTheCommandLineMakes)
 {
     const QString sample = VANTOR_EXAMPLES "/bakery-oven.rcp";
+    Bytes other = ReadAll(sample.toStdString());
+    std::reverse(other.begin(), other.end());
+    WriteAll(folder / "other.rcp", other);
     const CModalAnswer answer({CModalAnswer::PressNamed("buttonFirstPath"), ChoosePath(sample),
-                               CModalAnswer::PressNamed("buttonSecondPath"), ChoosePath(sample),
+                               CModalAnswer::PressNamed("buttonSecondPath"), ChoosePath(Path("other.rcp")),
                                [](QWidget& dialog) {
                                    TypeInto(dialog, "editFirstReadStart", "100");
                                    TypeInto(dialog, "editFirstLength", "40");
@@ -83,13 +88,13 @@ TEST_F(MergeCommand, MakesTheFileThatTheCommandLineMakes)
     Trigger(*frame, "actionFileMerge");
 
     const ProcessResult cli =
-        RunProcess(VANTOR_CLI_PROGRAM,
-                   {"merge", sample.toStdString(), sample.toStdString(), (folder / "cli").string(), "--size", "256K",
-                    "--first-read", "100", "--first-length", "40", "--first-place", "7", "--second-place", "60000"});
+        RunProcess(VANTOR_CLI_PROGRAM, {"merge", sample.toStdString(), (folder / "other.rcp").string(),
+                                        (folder / "cli").string(), "--size", "256K", "--first-read", "100",
+                                        "--first-length", "40", "--first-place", "7", "--second-place", "60000"});
     EXPECT_EQ(cli.exitCode, 0) << cli.error;
     const Bytes merged = ReadAll(folder / "window.rcp");
     EXPECT_EQ(merged.size(), 523'264u);
-    EXPECT_NE(merged, Bytes(merged.size()));
+    EXPECT_TRUE(std::equal(other.begin(), other.end(), merged.begin() + 120'000));
     EXPECT_TRUE(merged == ReadAll(folder / "cli.rcp"));
 }
 
