@@ -36,7 +36,8 @@ std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
 std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter)
 {
     FormatLibrary library;
-    library.loadReadOnly(LibraryPath(options.library, reporter));
+    if (!LoadLibrary(LibraryPath(options.library, reporter), library, reporter))
+        return std::nullopt;
     if (library.formats.empty())
         library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
 

@@ -23,5 +23,6 @@ struct ReadSettings {
 };
 
 /// Completes `options` from the format library, which is never created or changed; one that is missing or holds no
-/// format stands for the default format. Nothing, and then reported, when a setting is not possible.
+/// format stands for the default format, and a damaged one is reported. Nothing, and then reported, when the library
+/// cannot be opened or a setting is not possible.
 std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter);

@@ -74,6 +74,27 @@ TEST_F(ShowCommand, EmptyLibraryMeansTheDefaultFormat)
     EXPECT_TRUE(ReadAll(libraryPath).empty());
 }
 
+TEST_F(ShowCommand, LibraryThatCannotBeOpenedIsReported) // another format than the user means would mislead
+{
+    fs::remove(libraryPath);
+    fs::create_directory(libraryPath);
+    ExpectRefused({recipe.string()}, "Open file " + libraryPath.string() + " error!");
+    CliTest::ExpectRefused({"set", recipe.string(), "--cell", "1", "2", "5"},
+                           "Open file " + libraryPath.string() + " error!");
+}
+
+TEST_F(ShowCommand, DamagedLibraryGivesTheFormatsBeforeTheDamageAndSaysSo)
+{
+    Bytes bytes = ReadAll(libraryPath);
+    bytes.pop_back();
+    WriteAll(libraryPath, bytes);
+    const ProcessResult result = Show({recipe.string(), "--rows", "1"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("RW1"), std::string::npos);
+    EXPECT_EQ(result.error, "The format library " + libraryPath.string() +
+                                " is damaged! What stands behind the damage is left out!\n");
+}
+
 TEST_F(ShowCommand, LooksForTheLibraryBesideTheProgram)
 {
     const fs::path program = folder / "vantor-cli";
