@@ -26,7 +26,7 @@ class CMainFrame final : public QMainWindow, public CRecipeFrame {
     Q_OBJECT
 
 public:
-    /// `executable` is the program's full name: the format library lies beside it.
+    /// `executable` is the program's full name: it tells where the format library lies.
     explicit CMainFrame(const std::filesystem::path& executable, QWidget* parent = nullptr);
     ~CMainFrame() override;
 

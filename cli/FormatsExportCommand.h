@@ -6,7 +6,7 @@
 #include <string>
 
 struct FormatsExportOptions {
-    std::optional<std::string> library; ///< path; else the one beside the program
+    std::optional<std::string> library; ///< path; else the program's own
     std::optional<std::string> file;    ///< path of the JSON file; else standard output
 };
 

@@ -7,7 +7,7 @@
 
 struct FormatsImportOptions {
     std::string file;                   ///< JSON, as ExportFormats writes it
-    std::optional<std::string> library; ///< path; else the one beside the program
+    std::optional<std::string> library; ///< path; else the program's own
 };
 
 /// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a

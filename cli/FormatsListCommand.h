@@ -6,7 +6,7 @@
 #include <string>
 
 struct FormatsListOptions {
-    std::optional<std::string> library; ///< path; else the one beside the program
+    std::optional<std::string> library; ///< path; else the program's own
 };
 
 /// Prints a line a format: name, item count and words a row, a TAB between them. False after a failure, then reported.

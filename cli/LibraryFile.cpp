@@ -2,6 +2,7 @@
 
 #include "files/File.h"
 #include "files/FileMessages.h"
+#include "files/LibraryPlace.h"
 
 #include <system_error>
 
@@ -9,7 +10,7 @@ namespace fs = std::filesystem;
 
 fs::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter)
 {
-    return given ? fs::path(*given) : LibraryPathBeside(ExecutablePath(), reporter);
+    return given ? fs::path(*given) : ProgramLibraryPath(ExecutablePath(), reporter);
 }
 
 bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)

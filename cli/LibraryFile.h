@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-/// The library file that the command line names, else the one beside the program.
+/// The library file that the command line names, else the program's own.
 std::filesystem::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter);
 
 /// Loads the library file at `path`, which is never created or changed; a missing one gives no formats. False, and then

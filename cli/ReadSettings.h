@@ -9,7 +9,7 @@
 
 /// How the words of a file become rows, as far as the command line says so.
 struct ReadOptions {
-    std::optional<std::string> library;       ///< path of the format library; else the one beside the program
+    std::optional<std::string> library;       ///< path of the format library; else the program's own
     std::optional<std::string> formatName;    ///< UTF-8; else the library's first format
     std::optional<std::int32_t> startAddress; ///< in words; else the library's
     std::optional<std::int32_t> rowCount;     ///< else the library's

@@ -41,7 +41,7 @@ void AddFile(CLI::App& command, const std::string& name, std::string& file, cons
 
 void AddLibrary(CLI::App& command, std::optional<std::string>& library)
 {
-    AddText(command, "--library", library, "Format library (default: RecipeFile.Dat beside this program)")
+    AddText(command, "--library", library, "Format library (default: the RecipeFile.Dat of this program)")
         ->type_name("PATH");
 }
 

@@ -17,6 +17,7 @@
 #include <windows.h>
 #else
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -180,6 +181,12 @@ bool FlushToDisk(std::intptr_t file)
     return errno == EINVAL || errno == ENOSYS; // a file system that knows no flushing has nothing to refuse
 }
 
+fs::path EnvironmentPath(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value != nullptr ? fs::path(value) : fs::path();
+}
+
 bool Release(std::intptr_t file)
 {
     return close(static_cast<int>(file)) == 0 || errno == EINTR; // the number is free again in either case
@@ -341,6 +348,20 @@ fs::path ExecutablePath()
 #else
     std::error_code none;
     return fs::read_symlink("/proc/self/exe", none);
+#endif
+}
+
+fs::path UserDataFolder()
+{
+#ifdef _WIN32
+    const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
+    return local != nullptr ? fs::path(local) : fs::path();
+#else
+    const fs::path named = EnvironmentPath("XDG_DATA_HOME");
+    if (named.is_absolute()) // a relative one counts as none
+        return named;
+    const fs::path home = EnvironmentPath("HOME");
+    return home.is_absolute() ? home / ".local" / "share" : fs::path();
 #endif
 }
 

@@ -62,5 +62,9 @@ std::u16string ReasonText(std::error_code error);
 /// The full name of the running program; empty when the platform does not tell it.
 std::filesystem::path ExecutablePath();
 
+/// The folder for what programs keep for this user: XDG_DATA_HOME, else .local/share in the home folder; on Windows the
+/// local application data. It may not exist yet. Empty when the platform does not tell it.
+std::filesystem::path UserDataFolder();
+
 /// `path` as text for a message; what is no valid text in it shows as U+FFFD. Never throws.
 std::u16string PathText(const std::filesystem::path& path);

@@ -1,5 +1,6 @@
 #include "views/RecipeFormatEditView.h"
 
+#include "files/LibraryPlace.h"
 #include "model/LibraryOriginal.h"
 #include "model/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
@@ -112,7 +113,7 @@ void CRecipeFormatEditView::ConnectControls()
 
 void CRecipeFormatEditView::LoadLibrary(const std::filesystem::path& executable)
 {
-    const std::int64_t loaded = m_library.load(LibraryPathBeside(executable, m_frame.Reporter()));
+    const std::int64_t loaded = m_library.load(ProgramLibraryPath(executable, m_frame.Reporter()));
     m_bOriginalAtRisk = IsOriginalAtRisk(m_library, loaded);
     if (m_library.versionsKnown) {
         m_frame.m_nLibraryFileVersion = m_library.fileVersion;

@@ -29,7 +29,7 @@ class CRecipeFormatEditView final : public QScrollArea {
     Q_OBJECT
 
 public:
-    /// Loads the library beside the program with the full name `executable` and shows its first format; a library that
+    /// Loads the library of the program with the full name `executable` and shows its first format; a library that
     /// holds none gets the built-in default format. `frame` outlives the view.
     CRecipeFormatEditView(CRecipeFrame& frame, const std::filesystem::path& executable, QWidget* parent = nullptr);
     ~CRecipeFormatEditView() override;

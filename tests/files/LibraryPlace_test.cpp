@@ -1,0 +1,66 @@
+#include "files/File.h"
+#include "files/LibraryPlace.h"
+#include "model/FormatLibrary.h"
+#include "tests/support/Formats.h"
+#include "tests/support/RecordingReporter.h"
+#include "tests/support/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A user's data folder that does not exist yet, and a package's sample library of one format.
+struct FirstUse : testing::Test {
+    CTempFolder folder;
+    fs::path dataFolder = folder / "home" / ".local" / "share";
+    fs::path library = dataFolder / "vantor" / "RecipeFile.Dat";
+    fs::path sample = folder / "sample.dat";
+
+    FirstUse()
+    {
+        FormatLibrary formats;
+        formats.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+        formats.rowCount = 12;
+        EXPECT_EQ(formats.save(sample), 0);
+    }
+};
+
+TEST_F(FirstUse, MakesTheUsersLibraryFromTheSample)
+{
+    EXPECT_EQ(UserLibraryPath(dataFolder, sample), library);
+    EXPECT_EQ(ReadAll(library), ReadAll(sample));
+}
+
+TEST_F(FirstUse, LeavesTheUsersLibraryAlone)
+{
+    fs::create_directories(library.parent_path());
+    WriteAll(library, {}); // even an empty one: its formats were deleted
+    EXPECT_EQ(UserLibraryPath(dataFolder, sample), library);
+    EXPECT_EQ(fs::file_size(library), 0u);
+}
+
+TEST_F(FirstUse, GoesOnWithoutASample)
+{
+    EXPECT_EQ(UserLibraryPath(dataFolder, folder / "gone.dat"), library);
+    EXPECT_FALSE(fs::exists(dataFolder));
+}
+
+TEST_F(FirstUse, GoesOnWhereNothingCanBeMade)
+{
+    WriteAll(folder / "home", {}); // a file where the folder should be
+    EXPECT_EQ(UserLibraryPath(dataFolder, sample), library);
+    EXPECT_FALSE(fs::exists(library));
+}
+
+TEST(ProgramLibraryPath, IsBesideTheProgram)
+{
+    CRecordingReporter reporter;
+    const CTempFolder folder;
+    EXPECT_EQ(ProgramLibraryPath(folder / "vantor", reporter), folder / "RecipeFile.Dat");
+    EXPECT_FALSE(fs::exists(folder / "RecipeFile.Dat"));
+    EXPECT_TRUE(reporter.shown.empty());
+}
+
+} // namespace
