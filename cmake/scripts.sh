@@ -6,6 +6,10 @@ build_packages=(cmake ninja-build g++ qt6-base-dev qt6-svg-dev libcli11-dev nloh
                 fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(libgtest-dev python3 clang-format)
+# shellcheck disable=SC2034
+windows_packages=(g++-mingw-w64-x86-64-posix googletest)
+# shellcheck disable=SC2034
+wine_packages=(wine wine64)
 
 # Prints those of the packages named that are not installed. Asks dpkg only, so it takes a few milliseconds.
 missing_packages() {

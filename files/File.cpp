@@ -290,7 +290,6 @@ bool CFile::WriteAt(std::uint64_t offset, std::span<const std::byte> bytes)
         m_lastError = std::make_error_code(std::errc::invalid_argument);
         return false;
     }
-    m_changed = true;
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::size_t piece = std::min(bytes.size() - done, kMostPerCall);
@@ -299,6 +298,7 @@ bool CFile::WriteAt(std::uint64_t offset, std::span<const std::byte> bytes)
             m_lastError = count < 0 ? SystemError() : std::make_error_code(std::errc::no_space_on_device);
             return false;
         }
+        m_changed = true; // only now: what took no byte has nothing to hand on, and may refuse to
         done += static_cast<std::size_t>(count);
     }
     return true;

@@ -6,7 +6,9 @@
 #include <cstddef>
 
 #ifdef _WIN32
-#define NOMINMAX
+#ifndef NOMINMAX
+#define NOMINMAX // else std::min is a macro here
+#endif
 #include <windows.h>
 #else
 #include <iconv.h>

@@ -247,7 +247,7 @@ TEST(ExecutablePath, NamesThisProgram)
 TEST(PathText, ShowsTheNameAsText)
 {
     EXPECT_EQ(PathText("/data/a b.rcp"), u"/data/a b.rcp");
-    EXPECT_EQ(PathText("\xE5\xAE\x8B.rcp"), u"\u5B8B.rcp");
+    EXPECT_EQ(PathText(fs::path(u"\u5B8B.rcp")), u"\u5B8B.rcp");
     EXPECT_EQ(PathText({}), u"");
 }
 

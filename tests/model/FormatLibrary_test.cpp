@@ -413,7 +413,7 @@ TEST(LibraryPath, LiesBesideTheExecutable)
     CRecordingReporter reporter;
     const fs::path folder = fs::temp_directory_path() / "bin.d";
     EXPECT_EQ(LibraryPathBeside(folder / "Vantor", reporter), folder / "RecipeFile.Dat");
-    EXPECT_EQ(LibraryPathBeside(fs::path(u"/Vantor"), reporter).filename(), "RecipeFile.Dat");
+    EXPECT_EQ(LibraryPathBeside(fs::path("/Vantor").make_preferred(), reporter).filename(), "RecipeFile.Dat");
     EXPECT_TRUE(reporter.shown.empty());
 }
 
