@@ -19,7 +19,7 @@ void CVantorApp::SetUp()
     setApplicationName(QStringLiteral("Vantor"));
     setApplicationVersion(QStringLiteral("1.6"));
     setOrganizationName(QStringLiteral("VantorTool")); // the settings key; nothing is kept there so far
-    setDesktopFileName(QStringLiteral("vantor"));
+    setDesktopFileName(QStringLiteral("org.vantor.Vantor"));
     setStyle(new CSkin);
 }
 

@@ -5,7 +5,9 @@
 build_packages=(cmake ninja-build g++ qt6-base-dev qt6-svg-dev libcli11-dev nlohmann-json3-dev libx11-dev
                 fonts-dejavu-core)
 # shellcheck disable=SC2034
-test_packages=(libgtest-dev python3 clang-format)
+test_packages=(libgtest-dev python3 clang-format groff desktop-file-utils appstream shared-mime-info librsvg2-bin)
+# shellcheck disable=SC2034
+package_packages=(dpkg-dev lintian mmdebstrap)
 # shellcheck disable=SC2034
 windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 # shellcheck disable=SC2034

@@ -23,7 +23,7 @@ ROOMS = {  # room -> the rooms it may include from
     "app": {"app", "views", "controls", "merge", "files", "model"},
 }
 PLATFORM_PLACES = {"files/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
-SCRIPTS = ["run", "test", ".ci/run"]
+SCRIPTS = ["run", "test", ".ci/run", "packaging/debian/test-package", "packaging/debian/check-installed"]
 
 
 def files(*patterns):
