@@ -10,7 +10,9 @@
 #include "views/TextCrossing.h"
 
 #include <QCloseEvent>
+#include <QDir>
 #include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -96,11 +98,12 @@ void CMainFrame::showEvent(QShowEvent* event)
 
 void CMainFrame::CreateStatusPanes()
 {
-    auto* message = new QLabel(tr("Ready"));
-    message->setObjectName(QStringLiteral("labelMessage"));
-    message->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
-    m_pUi->statusBar->addWidget(message, 1);
-    m_pUi->statusBar->setContentsMargins(0, 0, message->indent(), 0);
+    m_pMessage = new QLabel(tr("Ready"));
+    m_pMessage->setObjectName(QStringLiteral("labelMessage"));
+    m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
+    m_pMessage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
+    m_pUi->statusBar->addWidget(m_pMessage, 1);
+    m_pUi->statusBar->setContentsMargins(0, 0, m_pMessage->indent(), 0);
     const std::array<QString, CLockKeys::KeyCount> texts{tr("Capital"), tr("Number"), tr("Scroll")};
     for (std::size_t key = 0; key < texts.size(); ++key) {
         auto* label = new QLabel(texts[key]);
@@ -183,7 +186,22 @@ void CMainFrame::ShowRecipeData(FileType type)
 
 bool CMainFrame::RefreshRecipeData(FileType type)
 {
-    return m_pDataPane->WriteData(type);
+    const SaveResult result = m_pDataPane->WriteData(type);
+    TellState(result);
+    return result.isSaved;
+}
+
+/// What a save that failed part-way left behind stays told until a save succeeds.
+void CMainFrame::TellState(const SaveResult& result)
+{
+    if (result.isSaved) {
+        m_pMessage->setText(tr("Ready"));
+        m_pMessage->setToolTip({});
+    } else if (result.mayHoldOldAndNew) {
+        const QString text = tr("%1 may hold old and new words: its save failed part-way. Save again.");
+        m_pMessage->setText(text.arg(QFileInfo(m_strFilePath).fileName()));
+        m_pMessage->setToolTip(text.arg(QDir::toNativeSeparators(m_strFilePath)));
+    }
 }
 
 void CMainFrame::ClearRecipeData()

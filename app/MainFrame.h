@@ -57,6 +57,7 @@ private:
     void ConnectCommands();
     void AddAccelerators();
     void ShowLockKeys();
+    void TellState(const SaveResult& result);
     void SwitchPane();
     void MergeFiles();
     void ShowAbout();
@@ -70,6 +71,7 @@ private:
     CRecipeDataShowView* m_pDataPane = nullptr;
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
+    QLabel* m_pMessage = nullptr;
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled
 };

@@ -2,7 +2,7 @@
 
 #include "app/MainFrame.h"
 #include "app/VantorApp.h"
-#include "files/File.h"
+#include "disk/File.h"
 
 #include <QMessageBox>
 #include <QPixmap>

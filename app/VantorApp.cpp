@@ -2,7 +2,7 @@
 
 #include "app/MainFrame.h"
 #include "app/Skin.h"
-#include "files/File.h"
+#include "disk/File.h"
 
 #include <QTimer>
 

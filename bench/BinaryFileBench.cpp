@@ -1,6 +1,6 @@
 #include "bench/BenchRows.h"
+#include "disk/File.h"
 #include "files/BinaryRecipeFile.h"
-#include "files/File.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
 #include "bench/BenchRows.h"
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/PagedRecipeFile.h"
 
 #include <benchmark/benchmark.h>

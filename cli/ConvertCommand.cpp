@@ -14,5 +14,5 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
         !PrepareSaveAs(*type, target, source->settings.startAddress, reporter))
         return false;
     CNoProgress progress;
-    return SaveRecipe(*type, rows, target, reporter, progress);
+    return SaveRecipe(*type, rows, target, reporter, progress).isSaved;
 }

@@ -2,7 +2,7 @@
 
 #include "cli/LibraryFile.h"
 #include "cli/LibraryToJson.h"
-#include "files/File.h"
+#include "disk/Replacement.h"
 #include "files/FileMessages.h"
 
 #include <span>
@@ -14,8 +14,8 @@ namespace {
 
 bool WriteFile(const fs::path& path, const std::string& text)
 {
-    CFile file(path, CFile::Mode::Truncate);
-    return file.IsOpen() && file.WriteAt(0, std::as_bytes(std::span(text))) && file.Close();
+    CReplacement file(path);
+    return file.IsOpen() && file.Append(std::as_bytes(std::span(text))) && file.Finish();
 }
 
 /// Never over the library itself, whatever name it goes by.

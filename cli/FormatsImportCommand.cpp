@@ -3,8 +3,9 @@
 #include "cli/InputFile.h"
 #include "cli/LibraryFile.h"
 #include "cli/LibraryFromJson.h"
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
+#include "files/PathText.h"
 #include "model/LibraryOriginal.h"
 #include "model/MessageText.h"
 

@@ -1,6 +1,6 @@
 #include "cli/LibraryFile.h"
 
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
 #include "files/LibraryPlace.h"
 

@@ -1,6 +1,6 @@
 #include "cli/MergeCommand.h"
 
-#include "files/File.h"
+#include "files/PathText.h"
 #include "merge/MergeFileChoice.h"
 #include "merge/MergeFiles.h"
 #include "merge/SavePathRules.h"

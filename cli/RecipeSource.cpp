@@ -1,7 +1,7 @@
 #include "cli/RecipeSource.h"
 
 #include "cli/InputFile.h"
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
 
 #include <utility>

@@ -54,5 +54,5 @@ bool SetCells(const SetOptions& options, CReporter& reporter)
         rows.SetText(static_cast<std::int32_t>(cell.row - kFixedRows),
                      static_cast<std::size_t>(cell.column - kFixedColumns), FromUtf8(cell.text));
     CNoProgress progress;
-    return SaveRecipe(source->type, rows, source->path, reporter, progress);
+    return SaveRecipe(source->type, rows, source->path, reporter, progress).isSaved;
 }

@@ -2,7 +2,6 @@
 
 #include "files/Utf8Text.h"
 
-#include <csignal>
 #include <cstddef>
 #include <cstdio>
 
@@ -10,16 +9,6 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
-}
-
-void SurviveFailedWrites()
-{
-#ifdef SIGPIPE
-    std::signal(SIGPIPE, SIG_IGN);
-#endif
-#ifdef SIGXFSZ
-    std::signal(SIGXFSZ, SIG_IGN);
-#endif
 }
 
 void CStandardError::ShowError(std::u16string_view text)

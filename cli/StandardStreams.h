@@ -5,10 +5,6 @@
 #include <string>
 #include <string_view>
 
-/// From now on a write that fails, because a reader has gone or a file may not grow, says so and does not end the
-/// program.
-void SurviveFailedWrites();
-
 /// Says on standard error what people must hear, a line a message. Nobody is there to answer a question: it counts as
 /// answered with No.
 class CStandardError final : public CReporter {

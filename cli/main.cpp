@@ -7,6 +7,7 @@
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
+#include "disk/File.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 #include "files/BinaryRecipeFile.h"
 
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
 #include "files/StretchCoding.h"
 
@@ -49,20 +49,39 @@ try {
     return Outcome::Failed;
 }
 
-Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const std::byte> image, CProgress& progress)
+/// How a save failed that had begun to write at `offset` into a file of `oldSize` bytes.
+Outcome MixedOver(std::uint64_t oldSize, std::uint64_t offset)
 {
-    CFile file(path, CFile::Mode::OpenOrCreate);
-    if (!file.IsOpen())
-        return Outcome::Failed;
+    return offset < oldSize ? Outcome::FailedMixed : Outcome::Failed;
+}
+
+bool WritePieces(CFile& file, std::uint64_t offset, std::span<const std::byte> image, CProgress& progress)
+{
     for (std::size_t done = 0; done < image.size();) {
         const auto piece = image.subspan(done, std::min(kPieceBytes, image.size() - done));
         if (!file.WriteAt(offset + done, piece))
-            return Outcome::Failed;
+            return false;
         done += piece.size();
         // Too late to give up: a file that is half old and half new would be worse than a wait.
         progress.Advance(image.size() + done, 2 * static_cast<std::uint64_t>(image.size()));
     }
-    return file.Close() ? Outcome::Done : Outcome::Failed;
+    return true;
+}
+
+/// The room comes first, so that a full disk is found before an old word is touched.
+Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const std::byte> image, CProgress& progress)
+{
+    CFile file(path, CFile::Mode::OpenOrCreate);
+    const auto oldSize = file.Size();
+    if (!oldSize || !file.Reserve(offset, image.size())) {
+        file.Discard();
+        return Outcome::Failed;
+    }
+    if (WritePieces(file, offset, image, progress))
+        return file.Close() ? Outcome::Done : MixedOver(*oldSize, offset);
+    file.CutTo(*oldSize);
+    file.Discard();
+    return MixedOver(*oldSize, offset);
 }
 
 Outcome SaveImage(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
@@ -96,10 +115,10 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CRe
     return outcome == Outcome::Done;
 }
 
-bool SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     const Outcome outcome = SaveImage(rows, path, progress);
-    if (outcome == Outcome::Failed)
+    if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
-    return outcome == Outcome::Done;
+    return ResultOf(outcome);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
 #include "model/Reporter.h"
@@ -21,7 +22,8 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool
 /// then the stretch goes out in one positioned write. Words before and behind it stay as they are; a gap before it
 /// reads as zero bytes.
 ///
-/// False when the file cannot be opened or written (then reported: "Can't save file %s,please check file or your
-/// disk!") or the work was given up before anything was written.
-bool SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                      CProgress& progress);
+/// Not saved when the file cannot be opened or written (then reported: "Can't save file %s,please check file or your
+/// disk!") or the work was given up before anything was written. Room on the disk is had before the first old word is
+/// touched; a file that then cannot be written is cut back to its old length, a new one is removed.
+SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                            CProgress& progress);

@@ -1,7 +1,7 @@
 #include "files/CsvFields.h"
 
+#include "disk/File.h"
 #include "files/ByteBuffer.h"
-#include "files/File.h"
 #include "files/Utf16Bytes.h"
 #include "model/AnsiText.h"
 

@@ -1,9 +1,9 @@
 #include "files/CsvRecipeFile.h"
 
+#include "disk/Replacement.h"
 #include "files/CellTexts.h"
 #include "files/CsvFields.h"
 #include "files/FileMessages.h"
-#include "files/Replacement.h"
 #include "files/Utf16Bytes.h"
 
 #include <new>
@@ -66,14 +66,14 @@ Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CProgress& progr
                 continue;
             if (!table.Write())
                 return Outcome::Failed;
-            if (!progress.Advance(done, total) && file.KeepsOldFile())
+            if (!progress.Advance(done, total))
                 return Outcome::GivenUp;
         }
         table.Text() += columns == 0 ? kEmptyRow : kRowEnd;
     }
     if (!table.Write())
         return Outcome::Failed;
-    return progress.Advance(done, total) || !file.KeepsOldFile() ? Outcome::Done : Outcome::GivenUp;
+    return progress.Advance(done, total) ? Outcome::Done : Outcome::GivenUp;
 }
 
 Outcome SaveTable(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
@@ -84,7 +84,9 @@ try {
     const Outcome outcome = WriteTable(rows, file, progress);
     if (outcome != Outcome::Done)
         return outcome;
-    return file.Finish() ? Outcome::Done : Outcome::Failed;
+    if (file.Finish())
+        return Outcome::Done;
+    return file.MayHoldOldAndNew() ? Outcome::FailedMixed : Outcome::Failed;
 } catch (const std::bad_alloc&) {
     return Outcome::Failed;
 }
@@ -104,10 +106,10 @@ bool ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProg
     return outcome == Outcome::Done;
 }
 
-bool SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     const Outcome outcome = SaveTable(rows, path, progress);
-    if (outcome == Outcome::Failed)
+    if (HasFailed(outcome))
         ShowFileError(reporter, kSaveTableError, path);
-    return outcome == Outcome::Done;
+    return ResultOf(outcome);
 }

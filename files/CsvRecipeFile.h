@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
 #include "model/Reporter.h"
@@ -21,7 +22,7 @@ bool ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter& re
 
 /// Writes `rows` as the table at `path`, which is created or replaced as a whole.
 ///
-/// False when the file cannot be written (then reported: "Save file %s failed!") or the work was given up. The old file
-/// is then as it was; a table that could only be written in place (Replacement.h) is not given up once it was begun,
-/// and is cut where a failure met it.
-bool SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+/// Not saved when the file cannot be written (then reported: "Save file %s failed!") or the work was given up. The old
+/// file is then as it was, unless it could not be replaced (Replacement.h) and failed while it was written over.
+SaveResult SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                   CProgress& progress);

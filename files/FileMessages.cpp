@@ -1,6 +1,6 @@
 #include "files/FileMessages.h"
 
-#include "files/File.h"
+#include "files/PathText.h"
 #include "model/MessageText.h"
 
 void ShowFileError(CReporter& reporter, std::u16string_view message, const std::filesystem::path& path)

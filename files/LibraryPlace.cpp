@@ -1,6 +1,6 @@
 #include "files/LibraryPlace.h"
 
-#include "files/File.h"
+#include "disk/File.h"
 #include "model/FormatLibrary.h"
 
 #include <string_view>

@@ -3,6 +3,27 @@
 /// How a piece of work on a file ended.
 enum class Outcome {
     Done,
-    Failed,  ///< still to be reported, in the words of the file's type
-    GivenUp, ///< by the user's wish: nothing to report
+    Failed,      ///< still to be reported, in the words of the file's type
+    FailedMixed, ///< the same, and the file may hold old and new words now
+    GivenUp,     ///< by the user's wish: nothing to report
 };
+
+/// How a save ended, once its failure was reported. Reads as whether everything is in the file, and on the disk.
+struct SaveResult {
+    bool isSaved = false;
+    bool mayHoldOldAndNew = false; ///< it failed part-way
+
+    explicit operator bool() const { return isSaved; }
+};
+
+/// The result of a save that ended so.
+constexpr SaveResult ResultOf(Outcome outcome)
+{
+    return {outcome == Outcome::Done, outcome == Outcome::FailedMixed};
+}
+
+/// Whether a failure is still to be reported.
+constexpr bool HasFailed(Outcome outcome)
+{
+    return outcome == Outcome::Failed || outcome == Outcome::FailedMixed;
+}

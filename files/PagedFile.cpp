@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::size_t kBlockBytes = 4096; // of the directory, of a table and of a page
 constexpr std::uint64_t kAddressEnd = std::uint64_t{1} << 32;
-constexpr std::array<std::byte, 16384> kZeros{};
 constexpr int kMostTries = 8;
 constexpr std::chrono::milliseconds kPauseBetweenTries{10};
 
@@ -51,11 +50,11 @@ std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
     return entry;
 }
 
-std::array<std::byte, 4> EntryBytes(std::uint32_t entry)
+std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> entries)
 {
-    std::array<std::byte, 4> bytes{};
+    std::array<std::byte, kBlockBytes> bytes;
     for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::byte>(entry >> (8 * i));
+        bytes[i] = static_cast<std::byte>(entries[i / 4] >> (8 * (i % 4)));
     return bytes;
 }
 
@@ -102,19 +101,36 @@ bool CPagedFile::IsSound(std::int64_t wordAddress, std::uint64_t byteCount)
     return true;
 }
 
+bool CPagedFile::MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount)
+{
+    const auto oldEnd = m_file.Size();
+    if (!oldEnd || !IsSound(wordAddress, byteCount))
+        return false;
+    if (byteCount == 0)
+        return true;
+    const std::uint64_t first = ByteAddress(wordAddress);
+    const auto newEnd = EnterBlocks(first, first + byteCount, *oldEnd);
+    return newEnd && (*newEnd == *oldEnd || GrowTo(*oldEnd, *newEnd));
+}
+
+bool CPagedFile::MakeRoomToRead(std::int64_t wordAddress, std::uint64_t byteCount)
+{
+    const auto size = m_file.Size();
+    return size && (*size > m_flatBytes ? MakeRoom(wordAddress, byteCount) : IsSound(wordAddress, byteCount));
+}
+
 bool CPagedFile::Write(std::int64_t wordAddress, std::span<const std::byte> bytes)
 {
-    if (!IsSound(wordAddress, bytes.size()))
+    if (!MakeRoom(wordAddress, bytes.size()))
         return false;
     const std::uint64_t first = ByteAddress(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (done > 0 && !(ExtendTo(first) && m_file.WriteAt(first, bytes.first(done))))
+    if (done > 0 && !m_file.WriteAt(first, bytes.first(done)))
         return false;
     while (done < bytes.size()) {
         const std::uint64_t address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
-        const auto page = PageOf(address);
-        if (!page || !m_file.WriteAt(*page + address % kBlockBytes, piece))
+        if (!m_file.WriteAt(PageOf(address) + address % kBlockBytes, piece))
             return false;
         done += piece.size();
     }
@@ -125,7 +141,7 @@ bool CPagedFile::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
 {
     std::fill(bytes.begin(), bytes.end(), std::byte{0});
     const auto size = m_file.Size();
-    if (!size || !IsSound(wordAddress, bytes.size()))
+    if (!size || !MakeRoomToRead(wordAddress, bytes.size()))
         return false;
     const std::uint64_t first = ByteAddress(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
@@ -134,8 +150,7 @@ bool CPagedFile::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
     while (done < bytes.size() && *size > m_flatBytes) {
         const std::uint64_t address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
-        const auto page = PageOf(address);
-        if (!page || m_file.ReadAt(*page + address % kBlockBytes, piece) != piece.size())
+        if (m_file.ReadAt(PageOf(address) + address % kBlockBytes, piece) != piece.size())
             return false;
         done += piece.size();
     }
@@ -147,64 +162,131 @@ std::size_t CPagedFile::BytesInFlatPart(std::uint64_t first, std::size_t count) 
     return first < m_flatBytes ? std::min<std::size_t>(count, m_flatBytes - first) : 0;
 }
 
-/// Makes the file at least `length` bytes long. A disk that is busy gets several tries.
-bool CPagedFile::ExtendTo(std::uint64_t length)
+/// The offset of the page that holds the byte at `address`, for which there is room.
+std::uint32_t CPagedFile::PageOf(std::uint64_t address) const
 {
-    const auto isLongEnough = [&] {
-        const auto size = m_file.Size();
-        return size && *size >= length;
-    };
-    for (int tries = 0; !isLongEnough(); ++tries) {
+    return m_tables[DirectoryIndex(address)]->entries[TableIndex(address)];
+}
+
+/// Enters all that the bytes from `first` to `end` lack in the directory and the tables at hand, in the order of the
+/// bytes and behind `fileEnd`: the length that the file is to have, nothing when an entry cannot lead so far.
+std::optional<std::uint64_t> CPagedFile::EnterBlocks(std::uint64_t first, std::uint64_t end, std::uint64_t fileEnd)
+{
+    fileEnd = std::max(fileEnd, std::min<std::uint64_t>(end, m_flatBytes));
+    if (end <= m_flatBytes)
+        return fileEnd;
+    if (fileEnd == m_flatBytes) {
+        m_directory = MakeTable(m_flatBytes);
+        m_places.Take(m_flatBytes);
+        fileEnd += kBlockBytes;
+    }
+    for (std::uint64_t address = std::max<std::uint64_t>(first, m_flatBytes); address < end;
+         address += kBlockBytes - address % kBlockBytes) {
+        const std::size_t directoryIndex = DirectoryIndex(address);
+        if (!EnterTable(directoryIndex, fileEnd))
+            return std::nullopt;
+        Table& table = *m_tables[directoryIndex];
+        if (table.entries[TableIndex(address)] == 0 && !EnterBlock(table, TableIndex(address), fileEnd))
+            return std::nullopt;
+    }
+    return fileEnd;
+}
+
+bool CPagedFile::EnterTable(std::size_t directoryIndex, std::uint64_t& fileEnd)
+{
+    const std::uint32_t& entry = m_directory->entries[directoryIndex];
+    if (entry != 0)
+        return LoadTable(directoryIndex);
+    if (!EnterBlock(*m_directory, directoryIndex, fileEnd))
+        return false;
+    m_tables[directoryIndex] = MakeTable(entry);
+    return true;
+}
+
+/// Enters a block at `fileEnd`, which moves on behind it.
+bool CPagedFile::EnterBlock(Table& owner, std::size_t index, std::uint64_t& fileEnd)
+{
+    if (fileEnd > std::numeric_limits<std::uint32_t>::max()) // an entry could not lead there
+        return false;
+    const auto offset = static_cast<std::uint32_t>(fileEnd);
+    if (!m_places.Take(offset))
+        return false;
+    owner.entries[index] = offset;
+    owner.isChanged = true;
+    fileEnd += kBlockBytes;
+    return true;
+}
+
+/// Makes the file longer and puts the changed tables into it. Until the new blocks are on the disk, nothing that the
+/// file had leads to them.
+bool CPagedFile::GrowTo(std::uint64_t oldEnd, std::uint64_t newEnd)
+{
+    if (!ReserveRoom(oldEnd, newEnd))
+        return false;
+    std::vector<Table*> changed = ChangedTables();
+    const auto firstOld = std::partition(changed.begin(), changed.end(),
+                                         [oldEnd](const Table* table) { return table->offset >= oldEnd; });
+    const std::span<Table* const> newTables(changed.begin(), firstOld);
+    const std::span<Table* const> oldTables(firstOld, changed.end());
+    if (!WriteTables(newTables) || (!oldTables.empty() && !m_file.Flush())) {
+        m_file.CutTo(oldEnd);
+        return false;
+    }
+    if (!WriteTables(oldTables)) {
+        TakeBack(oldTables, oldEnd);
+        return false;
+    }
+    for (Table* table : changed)
+        table->isChanged = false;
+    return true;
+}
+
+/// A disk that is busy gets several tries.
+bool CPagedFile::ReserveRoom(std::uint64_t oldEnd, std::uint64_t newEnd)
+{
+    for (int tries = 1; !m_file.Reserve(oldEnd, newEnd - oldEnd); ++tries) {
         if (tries == kMostTries)
             return false;
-        if (tries > 0)
-            std::this_thread::sleep_for(kPauseBetweenTries);
-        AppendZeros(length);
+        std::this_thread::sleep_for(kPauseBetweenTries);
     }
     return true;
 }
 
-void CPagedFile::AppendZeros(std::uint64_t length)
+std::vector<CPagedFile::Table*> CPagedFile::ChangedTables()
 {
-    for (std::uint64_t end = m_file.Size().value_or(length); end < length;) {
-        const auto block = std::span(kZeros).first(std::min<std::size_t>(kZeros.size(), length - end));
-        if (!m_file.WriteAt(end, block))
-            return;
-        end += block.size();
-    }
+    std::vector<Table*> changed;
+    if (m_directory && m_directory->isChanged)
+        changed.push_back(m_directory.get());
+    for (const auto& table : m_tables)
+        if (table && table->isChanged)
+            changed.push_back(table.get());
+    return changed;
 }
 
-/// The offset of the page that holds the byte at `address`; nothing after a failure.
-std::optional<std::uint32_t> CPagedFile::PageOf(std::uint64_t address)
+bool CPagedFile::WriteTables(std::span<Table* const> tables)
 {
-    const std::size_t index = TableIndex(address);
-    Table* const table = TableOf(DirectoryIndex(address));
-    if (table == nullptr || (table->entries[index] == 0 && !AppendBlock(*table, index)))
-        return std::nullopt;
-    return table->entries[index];
+    return std::all_of(tables.begin(), tables.end(), [this](const Table* table) {
+        return m_file.WriteAt(table->offset, TableBytes(table->entries));
+    });
 }
 
-/// The directory, made when the file has none; null after a failure.
-CPagedFile::Table* CPagedFile::Directory()
+/// Has nothing lead behind `oldEnd` any more and cuts the file there; leaves it long when an entry cannot be taken
+/// back.
+void CPagedFile::TakeBack(std::span<Table* const> tables, std::uint64_t oldEnd)
 {
-    if (m_directory)
-        return m_directory.get();
-    if (!ExtendTo(m_flatBytes))
-        return nullptr;
-    if (m_file.Size() == m_flatBytes && !m_file.WriteAt(m_flatBytes, std::span(kZeros).first(kBlockBytes)))
-        return nullptr;
-    return LoadDirectory() ? m_directory.get() : nullptr;
+    for (Table* table : tables)
+        for (std::uint32_t& entry : table->entries)
+            entry = entry < oldEnd ? entry : 0;
+    if (WriteTables(tables))
+        m_file.CutTo(oldEnd);
 }
 
-/// A page table, made when there is none; null after a failure.
-CPagedFile::Table* CPagedFile::TableOf(std::size_t directoryIndex)
+std::unique_ptr<CPagedFile::Table> CPagedFile::MakeTable(std::uint32_t offset)
 {
-    Table* const directory = Directory();
-    if (directory == nullptr)
-        return nullptr;
-    if (directory->entries[directoryIndex] == 0 && !AppendBlock(*directory, directoryIndex))
-        return nullptr;
-    return LoadTable(directoryIndex) ? m_tables[directoryIndex].get() : nullptr;
+    auto table = std::make_unique<Table>();
+    table->offset = offset;
+    table->isChanged = true;
+    return table;
 }
 
 bool CPagedFile::LoadDirectory()
@@ -243,19 +325,6 @@ bool CPagedFile::TakesPlace(std::uint32_t offset)
 {
     const auto size = m_file.Size();
     return size && offset >= m_flatBytes + kBlockBytes && offset + kBlockBytes <= *size && m_places.Take(offset);
-}
-
-/// Appends a table or page of zeros to the file and enters it in `owner`.
-bool CPagedFile::AppendBlock(Table& owner, std::size_t index)
-{
-    const auto size = m_file.Size();
-    if (!size || *size > std::numeric_limits<std::uint32_t>::max()) // an entry could not lead there
-        return false;
-    const auto offset = static_cast<std::uint32_t>(*size);
-    if (!m_file.WriteAt(offset, std::span(kZeros).first(kBlockBytes)) || !TakesPlace(offset))
-        return false;
-    owner.entries[index] = offset;
-    return m_file.WriteAt(owner.offset + 4 * index, EntryBytes(offset));
 }
 
 bool PagedWrite(const fs::path& path, std::int64_t wordAddress, std::size_t wordCount, std::span<const std::byte> bytes,

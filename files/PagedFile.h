@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/File.h"
+#include "disk/File.h"
 
 #include <array>
 #include <cstddef>
@@ -53,13 +53,23 @@ public:
     /// damaged. Changes nothing in the file.
     bool IsSound(std::int64_t wordAddress, std::uint64_t byteCount);
 
+    /// Makes the file as long as writing `byteCount` bytes from a word on makes it, with all tables and pages on the
+    /// way to them, so that the writing does not fail for want of room. No word changes: what is new reads as zero
+    /// bytes, as it did before. False after a failure, also for a stretch that is not sound; the file is as it was
+    /// then, unless the disk refuses to take the first entries back, and sound in any case.
+    bool MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount);
+
+    /// What reading does before it reads. kept: in a file longer than its flat part, tables and pages are made where
+    /// they are missing, as MakeRoom does; a shorter one only has to be sound.
+    bool MakeRoomToRead(std::int64_t wordAddress, std::uint64_t byteCount);
+
     /// Writes `bytes` from a word on. The flat part grows up to its first byte, tables and pages are made where they
-    /// are missing. False after a failure; a stretch that is not sound is refused before anything is written.
+    /// are missing, before any word is written (MakeRoom). False after a failure; a stretch that is not sound is
+    /// refused before anything is written.
     bool Write(std::int64_t wordAddress, std::span<const std::byte> bytes);
 
-    /// Reads into `bytes` from a word on; what the file does not hold reads as zero bytes. False after a failure.
-    ///
-    /// kept: in a file longer than its flat part, tables and pages are made where they are missing, as Write does.
+    /// Reads into `bytes` from a word on, after MakeRoomToRead; what the file does not hold reads as zero bytes. False
+    /// after a failure.
     bool Read(std::int64_t wordAddress, std::span<std::byte> bytes);
 
     /// Hands what was written to the disk and closes. False when the disk refuses it.
@@ -69,20 +79,25 @@ private:
     struct Table { ///< the directory, or a page table
         std::uint32_t offset = 0;
         std::array<std::uint32_t, 1024> entries{};
+        bool isChanged = false; ///< it has entries that the file does not have yet
     };
 
     std::size_t BytesInFlatPart(std::uint64_t first, std::size_t count) const;
-    bool ExtendTo(std::uint64_t length);
-    void AppendZeros(std::uint64_t length);
-
-    std::optional<std::uint32_t> PageOf(std::uint64_t address);
-    Table* Directory();
-    Table* TableOf(std::size_t directoryIndex);
+    std::uint32_t PageOf(std::uint64_t address) const;
     bool LoadDirectory();
     bool LoadTable(std::size_t directoryIndex);
     std::unique_ptr<Table> ReadTable(std::uint32_t offset);
     bool TakesPlace(std::uint32_t offset);
-    bool AppendBlock(Table& owner, std::size_t index);
+
+    std::optional<std::uint64_t> EnterBlocks(std::uint64_t first, std::uint64_t end, std::uint64_t fileEnd);
+    bool EnterTable(std::size_t directoryIndex, std::uint64_t& fileEnd);
+    bool EnterBlock(Table& owner, std::size_t index, std::uint64_t& fileEnd);
+    bool GrowTo(std::uint64_t oldEnd, std::uint64_t newEnd);
+    bool ReserveRoom(std::uint64_t oldEnd, std::uint64_t newEnd);
+    std::vector<Table*> ChangedTables();
+    bool WriteTables(std::span<Table* const> tables);
+    void TakeBack(std::span<Table* const> tables, std::uint64_t oldEnd);
+    static std::unique_ptr<Table> MakeTable(std::uint32_t offset);
 
     CFile m_file;
     std::uint32_t m_flatBytes = 0;

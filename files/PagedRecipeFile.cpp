@@ -41,7 +41,7 @@ CByteBuffer WordsOfNoFile(const CRecipeRows& rows)
 
 Outcome ReadStretch(const CRecipeRows& rows, CPagedFile& file, CByteBuffer& image, CProgress& progress)
 {
-    if (!file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+    if (!file.MakeRoomToRead(rows.StartAddress(), rows.StretchBytes()))
         return Outcome::Failed;
     image = CByteBuffer(static_cast<std::size_t>(rows.StretchBytes()));
     const std::size_t total = image.Bytes().size();
@@ -58,15 +58,17 @@ Outcome ReadStretch(const CRecipeRows& rows, CPagedFile& file, CByteBuffer& imag
 
 Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const std::byte> image, CProgress& progress)
 {
+    if (!file.MakeRoom(rows.StartAddress(), image.size())) // a full disk is found before an old word is touched
+        return Outcome::Failed;
     for (std::size_t done = 0; done < image.size();) {
         const auto piece = image.subspan(done, std::min(kPieceBytes, image.size() - done));
         if (!file.Write(WordAt(rows, done), piece))
-            return Outcome::Failed;
+            return Outcome::FailedMixed;
         done += piece.size();
         // Too late to give up: a file that is half old and half new would be worse than a wait.
         progress.Advance(image.size() + done, 2 * static_cast<std::uint64_t>(image.size()));
     }
-    return file.Close() ? Outcome::Done : Outcome::Failed;
+    return file.Close() ? Outcome::Done : Outcome::FailedMixed;
 }
 
 Outcome SaveStretch(const CRecipeRows& rows, CPagedFile& file, CProgress& progress)
@@ -108,13 +110,14 @@ bool ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter
     return outcome == Outcome::Done;
 }
 
-bool SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter,
+                     CProgress& progress)
 {
     CPagedFile file;
     if (!file.Open(path, KindOf(type)))
-        return true;
+        return {.isSaved = true};
     const Outcome outcome = SaveStretch(rows, file, progress);
-    if (outcome == Outcome::Failed)
+    if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
-    return outcome == Outcome::Done;
+    return ResultOf(outcome);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
@@ -25,7 +26,8 @@ bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType ty
 ///
 /// kept: a file that is missing or cannot be written is left so without a word, and counts as saved.
 ///
-/// False when the file is damaged or a write fails (then reported: "Can't save file %s,please check file or your
-/// disk!") or the work was given up before anything was written. A damaged file is left as it is.
-bool SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
-               CProgress& progress);
+/// Not saved when the file is damaged or a write fails (then reported: "Can't save file %s,please check file or your
+/// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for
+/// which the disk has no room.
+SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
+                     CProgress& progress);

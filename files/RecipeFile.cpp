@@ -1,8 +1,8 @@
 #include "files/RecipeFile.h"
 
+#include "disk/File.h"
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
-#include "files/File.h"
 #include "files/FileMessages.h"
 #include "files/PagedRecipeFile.h"
 
@@ -37,13 +37,19 @@ bool CreateWithZeros(const fs::path& path, std::int32_t startAddress)
     if (startAddress < 0) // as many bytes as that cannot be written
         return file.Close();
     const std::array lastZero = {std::byte{0}}; // those before it are the gap, which reads as zeros
-    return file.WriteAt(static_cast<std::uint64_t>(startAddress) - 1, lastZero) && file.Close();
+    if (file.WriteAt(static_cast<std::uint64_t>(startAddress) - 1, lastZero))
+        return file.Close();
+    file.Discard();
+    return false;
 }
 
 /// A file that can be read only is good enough here: its save will tell.
 bool OpensOrIsCreated(const fs::path& path)
 {
-    return CFile(path, CFile::Mode::Read).IsOpen() || CFile(path, CFile::Mode::OpenOrCreate).IsOpen();
+    if (CFile(path, CFile::Mode::Read).IsOpen())
+        return true;
+    CFile file(path, CFile::Mode::OpenOrCreate);
+    return file.IsOpen() && file.Close();
 }
 
 } // namespace
@@ -78,7 +84,8 @@ bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool new
     return true; // any other number reads nothing
 }
 
-bool SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
+                      CProgress& progress)
 {
     switch (type) {
     case FileType::Rcp:
@@ -89,7 +96,7 @@ bool SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CR
     case FileType::Frp:
         return SavePaged(rows, path, type, reporter, progress);
     }
-    return true; // any other number writes nothing
+    return {.isSaved = true}; // any other number writes nothing
 }
 
 bool PrepareSaveAs(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
 #include "model/Reporter.h"
@@ -25,11 +26,11 @@ std::optional<FileType> FileTypeOf(const std::filesystem::path& path);
 bool ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
                 CProgress& progress);
 
-/// Writes `rows` to `path` in the given type. False after a failure, reported exactly once in the type's own words, or
-/// when the work was given up. kept: a paged file that is missing or cannot be written counts as saved, though nothing
-/// is (PagedRecipeFile.h); PrepareSaveAs creates one.
-bool SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                CProgress& progress);
+/// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
+/// or when the work was given up. kept: a paged file that is missing or cannot be written counts as saved, though
+/// nothing is (PagedRecipeFile.h); PrepareSaveAs creates one.
+SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                      CProgress& progress);
 
 /// Makes `path` ready to be saved to under a new name.
 ///

@@ -1,6 +1,6 @@
 #include "merge/MergeFileChoice.h"
 
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
 
 namespace {

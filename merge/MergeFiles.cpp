@@ -1,7 +1,8 @@
 #include "merge/MergeFiles.h"
 
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/FileMessages.h"
+#include "files/PathText.h"
 #include "model/MessageText.h"
 
 #include <algorithm>

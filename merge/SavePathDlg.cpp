@@ -1,6 +1,6 @@
 #include "merge/SavePathDlg.h"
 
-#include "files/File.h"
+#include "files/PathText.h"
 #include "merge/SavePathRules.h"
 #include "ui_SavePathDlg.h"
 

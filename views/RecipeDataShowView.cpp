@@ -114,11 +114,11 @@ void CRecipeDataShowView::WriteTitles()
         write(column++, ToQString(coding.title));
 }
 
-bool CRecipeDataShowView::WriteData(FileType type)
+SaveResult CRecipeDataShowView::WriteData(FileType type)
 {
     if (m_bRowsUnread) {
         ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(m_frame.m_strFilePath));
-        return false;
+        return {};
     }
     CProgressDialog progress(*this, tr("Saving the recipe file"));
     return SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);

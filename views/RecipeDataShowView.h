@@ -29,9 +29,9 @@ public:
     /// empty grid when the format in use has no words or breaks a limit (then reported).
     int ShowData(FileType type);
 
-    /// Writes the rows to the frame's current path as `type`. False when that failed; it was reported then. Rows that
-    /// could not be read are not written: their cells are empty, and would put zeros over words that nobody has seen.
-    bool WriteData(FileType type);
+    /// Writes the rows to the frame's current path as `type`; a failure was reported then. Rows that could not be read
+    /// are not written: their cells are empty, and would put zeros over words that nobody has seen.
+    SaveResult WriteData(FileType type);
 
     /// Empties the grid; no cell is chosen afterwards.
     void ClearGrid();

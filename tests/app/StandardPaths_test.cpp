@@ -1,4 +1,4 @@
-#include "files/File.h"
+#include "disk/File.h"
 
 #include <QStandardPaths>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "files/BinaryRecipeFile.h"
-#include "files/File.h"
+#include "files/PathText.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
@@ -157,10 +157,36 @@ TEST_F(BinaryRecipeFailure, SaveToADeviceIsReported)
     ExpectSaveFails("/dev/full");
 }
 
-TEST_F(BinaryRecipeFailure, SaveOnAFullDiskIsReported)
+TEST_F(BinaryRecipeFailure, SaveOnAFullDiskIsReportedAndLeavesNoNewFile)
 {
-    const CFileSizeLimit limit(3);
-    ExpectSaveFails(folder / "new.rcp");
+    {
+        const CFileSizeLimit limit(3);
+        ExpectSaveFails(folder / "new.rcp");
+    }
+    EXPECT_FALSE(fs::exists(folder / "new.rcp"));
+}
+
+TEST_F(BinaryRecipeFailure, SaveThatFindsNoRoomToGrowTouchesNoOldWord)
+{
+    rows.LayOut({Signed16Column(), Signed16Column()}, 1, 2000);
+    rows.SetText(0, 0, u"9");
+    {
+        const CFileSizeLimit limit(5000);
+        const SaveResult result = SaveBinaryRecipe(rows, good, reporter, progress);
+        EXPECT_FALSE(result.isSaved);
+        EXPECT_FALSE(result.mayHoldOldAndNew);
+    }
+    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
+}
+
+TEST_F(BinaryRecipeFailure, GapBeforeTheStretchTakesNoRoom)
+{
+    rows.LayOut({Signed16Column(), Signed16Column()}, 0x7FFFFF00, 1);
+    EXPECT_TRUE(SaveBinaryRecipe(rows, folder / "far.rcp", reporter, progress));
+    struct stat status {};
+    ASSERT_EQ(stat((folder / "far.rcp").c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, 2 * std::int64_t{0x7FFFFF00} + 4);
+    EXPECT_LT(status.st_blocks, 1000);
 }
 
 TEST_F(BinaryRecipeFailure, SaveWithoutMemoryIsReportedAndWritesNothing)

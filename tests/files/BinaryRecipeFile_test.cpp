@@ -1,5 +1,5 @@
+#include "disk/File.h"
 #include "files/BinaryRecipeFile.h"
-#include "files/File.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"

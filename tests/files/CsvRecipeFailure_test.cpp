@@ -1,5 +1,5 @@
 #include "files/CsvRecipeFile.h"
-#include "files/File.h"
+#include "files/PathText.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
@@ -197,11 +197,13 @@ TEST_F(CsvFailure, LongSaveIsGivenUpHalfWay)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
-TEST_F(CsvFailure, SaveInPlaceIsNotGivenUp)
+TEST_F(CsvFailure, SaveUnderTheLongestNameMayBeGivenUp)
 {
-    const fs::path longest = folder / (std::string(251, 'n') + ".csv"); // no longer name is there to stand beside it
+    const fs::path longest = folder / (std::string(251, 'n') + ".csv");
     CImpatientProgress impatient(0);
-    EXPECT_TRUE(SaveCsv(rows, longest, reporter, impatient));
+    EXPECT_FALSE(SaveCsv(rows, longest, reporter, impatient));
+    EXPECT_EQ(FilesInFolder(), 1u);
+    EXPECT_TRUE(SaveCsv(rows, longest, reporter, progress));
     EXPECT_EQ(ReadAll(longest).size(), 20u);
 }
 

@@ -1,4 +1,4 @@
-#include "files/File.h"
+#include "disk/File.h"
 #include "files/LibraryPlace.h"
 #include "model/FormatLibrary.h"
 #include "tests/support/Formats.h"

@@ -1,5 +1,6 @@
 #include "files/PagedFile.h"
 #include "files/PagedRecipeFile.h"
+#include "files/PathText.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"

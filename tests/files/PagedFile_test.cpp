@@ -383,11 +383,14 @@ struct LimitCase {
 
 struct PagedFullDisk : PagedFile, testing::WithParamInterface<LimitCase> {};
 
-TEST_P(PagedFullDisk, FailsTheWrite)
+TEST_P(PagedFullDisk, FailsTheWriteAndLeavesTheFileAsItWas)
 {
-    WriteAll(path, {});
-    const CFileSizeLimit limit(GetParam().limit);
-    EXPECT_FALSE(PagedWrite(path, 40000, 1, WordBytes({1}), kFrp));
+    WriteAll(path, WordBytes({1, 2, 3}));
+    {
+        const CFileSizeLimit limit(GetParam().limit);
+        EXPECT_FALSE(PagedWrite(path, 40000, 1, WordBytes({1}), kFrp));
+    }
+    EXPECT_EQ(ReadAll(path), WordBytes({1, 2, 3}));
 }
 
 // clang-format off
@@ -399,12 +402,39 @@ INSTANTIATE_TEST_SUITE_P(Table, PagedFullDisk, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
-TEST_F(PagedFile, FullDiskFailsAReadThatMakesPages)
+TEST_F(PagedFile, FullDiskFailsAReadThatMakesPagesAndLeavesTheFileAsItWas)
 {
     WriteAll(path, Bytes(kFrpFlat + 4096));
-    const CFileSizeLimit limit(kFrpFlat + 4096);
-    Bytes bytes(2);
-    EXPECT_FALSE(PagedRead(path, 40000, 1, bytes, kFrp));
+    {
+        const CFileSizeLimit limit(kFrpFlat + 4096);
+        Bytes bytes(2);
+        EXPECT_FALSE(PagedRead(path, 40000, 1, bytes, kFrp));
+    }
+    EXPECT_EQ(ReadAll(path), Bytes(kFrpFlat + 4096));
+}
+
+TEST_F(PagedFile, FullDiskTouchesNoOldWordOfAStretchThatNeedsAPage)
+{
+    WriteAll(path, {});
+    Write(32767, {0x1111, 0x2222}); // the last word of the flat part and the first of a page
+    const Bytes before = ReadAll(path);
+    {
+        const CFileSizeLimit limit(before.size() + 4095);
+        EXPECT_FALSE(PagedWrite(path, 32767, 2050, Bytes(4100, std::byte{7}), kFrp));
+    }
+    EXPECT_EQ(ReadAll(path), before);
+}
+
+TEST_F(PagedFile, RoomChangesNoWord)
+{
+    WriteAll(path, WordBytes({1, 2, 3}));
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    EXPECT_TRUE(file.MakeRoom(32767, 4));
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(fs::file_size(path), 77824u);
+    EXPECT_EQ(Read(0, 3), WordBytes({1, 2, 3}));
+    EXPECT_EQ(Read(32767, 2), WordBytes({0, 0}));
 }
 
 TEST_F(PagedFile, EntriesLeadNoFartherThanFourGigabytes)

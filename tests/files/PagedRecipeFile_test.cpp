@@ -1,5 +1,6 @@
 #include "files/PagedFile.h"
 #include "files/PagedRecipeFile.h"
+#include "files/PathText.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"

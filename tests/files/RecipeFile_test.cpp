@@ -1,4 +1,4 @@
-#include "files/File.h"
+#include "files/PathText.h"
 #include "files/RecipeFile.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/TestColumns.h"

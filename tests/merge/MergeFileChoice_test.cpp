@@ -1,4 +1,4 @@
-#include "files/File.h"
+#include "files/PathText.h"
 #include "merge/MergeFileChoice.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"

@@ -1,4 +1,4 @@
-#include "files/File.h"
+#include "files/PathText.h"
 #include "merge/MergeFiles.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/support/RecordingReporter.h"

@@ -1,4 +1,5 @@
-#include "files/File.h"
+#include "disk/File.h"
+#include "files/PathText.h"
 #include "tests/merge/MergeParamFixture.h"
 #include "tests/support/GuiTest.h"
 

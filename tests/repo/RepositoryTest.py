@@ -11,18 +11,19 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-CORE = {"model", "files", "merge", "cli"}
+CORE = {"disk", "model", "files", "merge", "cli"}
 MERGE_DIALOGS = {"MergeParamDlg", "ReadOnlyField", "SavePathDlg"}  # the window's part of merge/
 ROOMS = {  # room -> the rooms it may include from
-    "model": {"model"},
-    "files": {"files", "model"},
-    "merge": {"merge", "files", "model"},
-    "cli": {"cli", "merge", "files", "model"},
+    "disk": {"disk"},
+    "model": {"model", "disk"},
+    "files": {"files", "model", "disk"},
+    "merge": {"merge", "files", "model", "disk"},
+    "cli": {"cli", "merge", "files", "model", "disk"},
     "controls": {"controls"},
-    "views": {"views", "controls", "merge", "files", "model"},
-    "app": {"app", "views", "controls", "merge", "files", "model"},
+    "views": {"views", "controls", "merge", "files", "model", "disk"},
+    "app": {"app", "views", "controls", "merge", "files", "model", "disk"},
 }
-PLATFORM_PLACES = {"files/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
+PLATFORM_PLACES = {"disk/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", ".ci/run", "packaging/debian/test-package", "packaging/debian/check-installed"]
 
 

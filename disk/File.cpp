@@ -1,10 +1,9 @@
-#include "files/File.h"
-
-#include "files/Utf8Text.h"
+#include "disk/File.h"
 
 #include <algorithm>
+#include <csignal>
 #include <limits>
-#include <string_view>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -29,6 +28,12 @@ namespace {
 
 constexpr std::intptr_t kNoFile = -1;
 constexpr std::size_t kMostPerCall = std::size_t{1} << 30; // below what any system takes in one call
+
+enum class Access {
+    Read,
+    Write,  ///< and read
+    Create, ///< write and read a file that is not there yet
+};
 
 // The platform's calls, each once and in the same shape for both. A count is negative after an error.
 
@@ -55,11 +60,12 @@ std::wstring OpenableName(const fs::path& path)
     return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
 }
 
-std::intptr_t OpenByName(const fs::path& path, bool write, bool create)
+std::intptr_t OpenByName(const fs::path& path, Access access)
 {
-    const HANDLE handle = CreateFileW(OpenableName(path).c_str(), write ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      create ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle =
+        CreateFileW(OpenableName(path).c_str(), access == Access::Read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    access == Access::Create ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     return reinterpret_cast<std::intptr_t>(handle);
 }
 
@@ -68,9 +74,11 @@ bool IsRegular(std::intptr_t file)
     return GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
 }
 
-bool CutToNothing(std::intptr_t file)
+bool SetLength(std::intptr_t file, std::uint64_t length)
 {
-    return SetEndOfFile(HandleOf(file)) != 0; // the position of a file just opened is its start
+    FILE_END_OF_FILE_INFO end{};
+    end.EndOfFile.QuadPart = static_cast<LONGLONG>(length);
+    return SetFileInformationByHandle(HandleOf(file), FileEndOfFileInfo, &end, sizeof end) != 0;
 }
 
 std::optional<std::uint64_t> LengthOf(std::intptr_t file)
@@ -107,9 +115,29 @@ std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const
     return -1;
 }
 
+/// A longer file has its clusters from then on.
+std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size)
+{
+    const auto length = LengthOf(file);
+    const bool hasRoom = length && (*length >= offset + size || SetLength(file, offset + size));
+    return hasRoom ? std::error_code() : SystemError();
+}
+
+/// The rights of a new file are those that its folder passes on, here as for the old one.
+bool TakeAttributes(std::intptr_t, const fs::path&)
+{
+    return true;
+}
+
 bool FlushToDisk(std::intptr_t file)
 {
     return FlushFileBuffers(HandleOf(file)) != 0;
+}
+
+/// The file system keeps its folders whole by itself.
+bool FlushFolder(const fs::path&)
+{
+    return true;
 }
 
 bool Release(std::intptr_t file)
@@ -136,11 +164,28 @@ auto Restarted(Call call)
     return result;
 }
 
-std::intptr_t OpenByName(const fs::path& path, bool write, bool create)
+bool Release(std::intptr_t file)
 {
+    return close(static_cast<int>(file)) == 0 || errno == EINTR; // the number is free again in either case
+}
+
+/// The same file under a number that is not that of a standard stream.
+std::intptr_t BehindStandardStreams(std::intptr_t file)
+{
+    if (file < 0 || file > STDERR_FILENO)
+        return file;
+    const int moved = fcntl(static_cast<int>(file), F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    Release(file);
+    return moved;
+}
+
+std::intptr_t OpenByName(const fs::path& path, Access access)
+{
+    const int use = access == Access::Read ? O_RDONLY : O_RDWR;
+    const int create = access == Access::Create ? O_CREAT | O_EXCL : 0;
     // Without O_NONBLOCK the open of a pipe would wait for its other end.
-    const int flags = (write ? O_RDWR : O_RDONLY) | (create ? O_CREAT : 0) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    return Restarted([&] { return open(path.c_str(), flags, 0666); });
+    const int flags = use | create | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    return BehindStandardStreams(Restarted([&] { return open(path.c_str(), flags, 0666); }));
 }
 
 bool IsRegular(std::intptr_t file)
@@ -149,9 +194,9 @@ bool IsRegular(std::intptr_t file)
     return fstat(static_cast<int>(file), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-bool CutToNothing(std::intptr_t file)
+bool SetLength(std::intptr_t file, std::uint64_t length)
 {
-    return Restarted([&] { return ftruncate(static_cast<int>(file), 0); }) == 0;
+    return Restarted([&] { return ftruncate(static_cast<int>(file), static_cast<off_t>(length)); }) == 0;
 }
 
 std::optional<std::uint64_t> LengthOf(std::intptr_t file)
@@ -174,11 +219,14 @@ std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const
         [&] { return pwrite(static_cast<int>(file), bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
 }
 
-bool FlushToDisk(std::intptr_t file)
+/// Where the file system knows no such call, the C library writes into each block instead.
+std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size)
 {
-    if (Restarted([&] { return fdatasync(static_cast<int>(file)); }) == 0)
-        return true;
-    return errno == EINVAL || errno == ENOSYS; // a file system that knows no flushing has nothing to refuse
+    int fault = 0;
+    do
+        fault = posix_fallocate(static_cast<int>(file), static_cast<off_t>(offset), static_cast<off_t>(size));
+    while (fault == EINTR);
+    return {fault, std::generic_category()};
 }
 
 fs::path EnvironmentPath(const char* name)
@@ -187,9 +235,38 @@ fs::path EnvironmentPath(const char* name)
     return value != nullptr ? fs::path(value) : fs::path();
 }
 
-bool Release(std::intptr_t file)
+bool TakeAttributes(std::intptr_t file, const fs::path& path)
 {
-    return close(static_cast<int>(file)) == 0 || errno == EINTR; // the number is free again in either case
+    struct stat from {};
+    struct stat to {};
+    const int number = static_cast<int>(file);
+    if (stat(path.c_str(), &from) != 0 || fstat(number, &to) != 0)
+        return false;
+    const bool sameOwner = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
+    const bool owned = sameOwner || fchown(number, from.st_uid, from.st_gid) == 0;
+    const bool permitted = (sameOwner && from.st_mode == to.st_mode) || fchmod(number, from.st_mode & 07777) == 0;
+    return owned && permitted;
+}
+
+template <typename Sync>
+bool IsFlushed(Sync sync)
+{
+    return Restarted(sync) == 0 || errno == EINVAL || errno == ENOSYS; // what cannot be flushed has nothing to refuse
+}
+
+bool FlushToDisk(std::intptr_t file)
+{
+    return IsFlushed([&] { return fdatasync(static_cast<int>(file)); });
+}
+
+bool FlushFolder(const fs::path& folder)
+{
+    const std::intptr_t handle = OpenByName(folder, Access::Read);
+    if (handle == kNoFile)
+        return true; // one may use a folder and yet not open it
+    const bool flushed = IsFlushed([&] { return fsync(static_cast<int>(handle)); });
+    Release(handle);
+    return flushed;
 }
 
 #endif
@@ -216,6 +293,7 @@ CFile::~CFile()
 CFile::CFile(CFile&& other) noexcept
     : m_handle(std::exchange(other.m_handle, kNoFile)),
       m_changed(std::exchange(other.m_changed, false)),
+      m_made(std::exchange(other.m_made, {})),
       m_lastError(std::exchange(other.m_lastError, {}))
 {
 }
@@ -224,6 +302,7 @@ CFile& CFile::operator=(CFile&& other) noexcept
 {
     std::swap(m_handle, other.m_handle);
     std::swap(m_changed, other.m_changed);
+    std::swap(m_made, other.m_made);
     std::swap(m_lastError, other.m_lastError);
     return *this;
 }
@@ -234,18 +313,34 @@ bool CFile::Open(const fs::path& path, Mode mode)
     if (HoldsZero(path)) // the platform would take the name up to there
         return false;
 
-    const bool create = mode == Mode::OpenOrCreate || mode == Mode::Truncate;
     CFile file;
-    file.m_handle = OpenByName(path, mode != Mode::Read, create);
+    if (mode == Mode::OpenOrCreate || mode == Mode::Truncate)
+        file.OpenOrMake(path);
+    else if (mode == Mode::CreateNew)
+        file.m_handle = OpenByName(path, Access::Create);
+    else
+        file.m_handle = OpenByName(path, mode == Mode::Read ? Access::Read : Access::Write);
     if (!file.IsOpen() || !IsRegular(file.m_handle))
         return false;
-    if (mode == Mode::Truncate) { // only now that it is known to be a file
-        file.m_changed = true;
-        if (!CutToNothing(file.m_handle))
-            return false;
+    if (mode == Mode::Truncate && !file.CutTo(0)) { // only now that it is known to be a file
+        file.Discard();
+        return false;
     }
     *this = std::move(file);
     return true;
+}
+
+void CFile::OpenOrMake(const fs::path& path)
+{
+    m_handle = OpenByName(path, Access::Write);
+    if (IsOpen())
+        return;
+    m_made = LinkTarget(path);
+    m_handle = OpenByName(m_made, Access::Create);
+    if (IsOpen())
+        return;
+    m_made.clear();
+    m_handle = OpenByName(path, Access::Write); // it may have been made meanwhile
 }
 
 bool CFile::IsOpen() const
@@ -304,20 +399,100 @@ bool CFile::WriteAt(std::uint64_t offset, std::span<const std::byte> bytes)
     return true;
 }
 
+bool CFile::Reserve(std::uint64_t offset, std::uint64_t size)
+{
+    const auto length = Size();
+    if (!length || !IsReachable(offset, size))
+        return false;
+    if (size == 0)
+        return true;
+    m_changed = true;
+    if (const std::error_code fault = Allocate(m_handle, offset, size)) {
+        m_lastError = fault;
+        CutTo(*length);
+        return false;
+    }
+    return true;
+}
+
+bool CFile::CutTo(std::uint64_t length)
+{
+    const auto old = Size();
+    if (!old)
+        return false;
+    if (*old <= length)
+        return true;
+    m_changed = true;
+    if (SetLength(m_handle, length))
+        return true;
+    m_lastError = SystemError();
+    return false;
+}
+
+bool CFile::TakeAttributesOf(const fs::path& path)
+{
+    return IsOpen() && TakeAttributes(m_handle, path);
+}
+
+bool CFile::Flush()
+{
+    if (!std::exchange(m_changed, false) || FlushToDisk(m_handle))
+        return true;
+    m_lastError = SystemError();
+    return false;
+}
+
 bool CFile::Close()
 {
     if (!IsOpen())
         return true;
-    const bool flushed = !std::exchange(m_changed, false) || FlushToDisk(m_handle);
-    if (!flushed)
-        m_lastError = SystemError();
+    const bool flushed = Flush();
     const bool released = Release(std::exchange(m_handle, kNoFile));
-    if (flushed && !released)
+    const fs::path made = std::exchange(m_made, {});
+    const bool kept = released && (made.empty() || FlushFolderOf(made));
+    if (flushed && !kept)
         m_lastError = SystemError();
-    return flushed && released;
+    return flushed && kept;
 }
 
-std::u16string ReasonText(std::error_code error)
+void CFile::Discard()
+{
+    if (IsOpen())
+        Release(std::exchange(m_handle, kNoFile));
+    m_changed = false;
+    std::error_code ignored;
+    if (const fs::path made = std::exchange(m_made, {}); !made.empty())
+        fs::remove(made, ignored);
+}
+
+bool FlushFolderOf(const fs::path& path)
+{
+    const fs::path folder = path.parent_path();
+    return FlushFolder(folder.empty() ? fs::path(".") : folder);
+}
+
+fs::path LinkTarget(fs::path path)
+{
+    constexpr int kMostLinks = 40; // more are a circle
+    std::error_code fault;
+    for (int i = 0; i < kMostLinks && fs::is_symlink(path, fault); ++i) {
+        const fs::path target = fs::read_symlink(path, fault);
+        path = path.parent_path() / target; // an absolute target replaces the folder
+    }
+    return path;
+}
+
+void SurviveFailedWrites()
+{
+#ifdef SIGPIPE
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+}
+
+std::string ReasonUtf8(std::error_code error)
 {
 #ifdef _WIN32
     if (error.category() == std::system_category()) {
@@ -325,12 +500,13 @@ std::u16string ReasonText(std::error_code error)
         const DWORD length =
             FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                            static_cast<DWORD>(error.value()), 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
-        const std::u16string units(text.begin(), text.begin() + length);
+        const std::wstring_view words(text.data(), length);
+        const std::u8string utf8 = fs::path(words.substr(0, words.find_last_not_of(L" .\r\n") + 1)).u8string();
         if (length > 0)
-            return units.substr(0, units.find_last_not_of(u" .\r\n") + 1); // as other systems word it
+            return {utf8.begin(), utf8.end()}; // without its full stop, as other systems word it
     }
 #endif
-    return FromUtf8(error.message());
+    return error.message();
 }
 
 fs::path ExecutablePath()
@@ -362,15 +538,5 @@ fs::path UserDataFolder()
         return named;
     const fs::path home = EnvironmentPath("HOME");
     return home.is_absolute() ? home / ".local" / "share" : fs::path();
-#endif
-}
-
-std::u16string PathText(const fs::path& path)
-{
-#ifdef _WIN32
-    const std::u16string units(path.native().begin(), path.native().end());
-    return FromUtf8(ToUtf8(units)); // for the halves of surrogate pairs that a name may hold
-#else
-    return FromUtf8(path.native());
 #endif
 }

@@ -10,7 +10,8 @@
 
 /// A regular file, opened once and closed with the object: the only place that makes the platform's file calls. A
 /// folder, a pipe or a device is refused as if it could not be opened. Paths are in the platform's native encoding and
-/// may be of any length. All offsets are bytes from the file's start; no call moves a shared position.
+/// may be of any length. All offsets are bytes from the file's start; no call moves a shared position. A file never
+/// stands in for a standard stream that is closed, so that no message ends up in it.
 class CFile {
 public:
     enum class Mode {
@@ -18,6 +19,7 @@ public:
         ReadWrite,    ///< must exist; never truncated
         OpenOrCreate, ///< read and write; created empty when missing, never truncated
         Truncate,     ///< read and write; created, or emptied when it exists
+        CreateNew,    ///< read and write; created, refused where anything has the name
     };
 
     CFile() = default;
@@ -43,21 +45,53 @@ public:
     /// part may have been written.
     bool WriteAt(std::uint64_t offset, std::span<const std::byte> bytes);
 
-    /// Hands what was written to the disk and closes. False when the disk refuses it; the file is closed all the same.
-    /// Without this call the object closes the file too, but nobody hears of a refusal.
+    /// Has the disk set room aside for `size` bytes at `offset`, so that writing them there does not fail for want of
+    /// it. A file that ends before them grows to hold them, and reads as zero bytes there. False when there is no room;
+    /// the file is as long as before then, and what it held is untouched.
+    bool Reserve(std::uint64_t offset, std::uint64_t size);
+
+    /// Cuts a longer file to `length` bytes.
+    bool CutTo(std::uint64_t length);
+
+    /// Gives the file the owner and the permissions of the one at `path`; false when that is not allowed.
+    bool TakeAttributesOf(const std::filesystem::path& path);
+
+    /// Waits until the disk has what was written. False when it refuses it.
+    bool Flush();
+
+    /// Flushes and closes; a file that OpenOrCreate or Truncate created is in its folder for good then, too. False when
+    /// the disk refuses it; the file is closed all the same. Without this call the object closes the file too, but
+    /// nobody hears of a refusal.
     bool Close();
+
+    /// Closes, and removes the file again when OpenOrCreate or Truncate created it.
+    void Discard();
 
     /// Why the latest call on the open file that failed did so; zero before one. A call that succeeds leaves it.
     std::error_code LastError() const { return m_lastError; }
 
 private:
+    void OpenOrMake(const std::filesystem::path& path);
+
     std::intptr_t m_handle = -1;
-    bool m_changed = false; ///< something waits to be handed to the disk
+    bool m_changed = false;       ///< something waits to be handed to the disk
+    std::filesystem::path m_made; ///< the file's own name when OpenOrCreate or Truncate created it; else empty
     mutable std::error_code m_lastError;
 };
 
-/// The system's own words for `error`, in the user's language where the system has them in it.
-std::u16string ReasonText(std::error_code error);
+/// Waits until the disk knows which files the folder of `path` holds, as after a rename in it. False when it refuses.
+bool FlushFolderOf(const std::filesystem::path& path);
+
+/// What `path` names when all symbolic links at its end are followed; it need not exist. A circle of links ends in one
+/// of them.
+std::filesystem::path LinkTarget(std::filesystem::path path);
+
+/// From now on a write that fails, because a reader has gone or a file may not grow, says so and does not end the
+/// program.
+void SurviveFailedWrites();
+
+/// The system's own words for `error` in UTF-8, in the user's language where the system has them in it.
+std::string ReasonUtf8(std::error_code error);
 
 /// The full name of the running program; empty when the platform does not tell it.
 std::filesystem::path ExecutablePath();
@@ -65,6 +99,3 @@ std::filesystem::path ExecutablePath();
 /// The folder for what programs keep for this user: XDG_DATA_HOME, else .local/share in the home folder; on Windows the
 /// local application data. It may not exist yet. Empty when the platform does not tell it.
 std::filesystem::path UserDataFolder();
-
-/// `path` as text for a message; what is no valid text in it shows as U+FFFD. Never throws.
-std::u16string PathText(const std::filesystem::path& path);

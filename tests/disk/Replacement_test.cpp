@@ -1,9 +1,11 @@
-#include "files/Replacement.h"
+#include "disk/Replacement.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
@@ -28,7 +30,6 @@ TEST_F(Replacement, TakesThePlaceOfTheOldFileWhenItIsFinished)
     ASSERT_TRUE(file.IsOpen());
     EXPECT_TRUE(file.Append(BytesOf({4})));
     EXPECT_TRUE(file.Append(BytesOf({5, 6})));
-    EXPECT_TRUE(file.KeepsOldFile());
     EXPECT_EQ(ReadAll(path), old);
     EXPECT_TRUE(file.Finish());
     EXPECT_EQ(ReadAll(path), BytesOf({4, 5, 6}));
@@ -88,23 +89,98 @@ TEST_F(Replacement, MakesTheFileThatADanglingLinkNames)
     EXPECT_EQ(ReadAll(folder / "b"), BytesOf({4}));
 }
 
-TEST_F(Replacement, WritesInPlaceWhereTheFolderTakesNoFile)
+TEST_F(Replacement, IsCopiedIntoTheOldFileWhereTheFolderTakesNoFile)
 {
     fs::permissions(path, fs::perms::all);
     fs::permissions(folder.Path(),
                     fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec);
     {
         const COrdinaryUser user;
+        EXPECT_TRUE(CReplacement(path).Append(BytesOf({5}))) << "not finished";
+        EXPECT_EQ(ReadAll(path), old);
         CReplacement file(path);
         ASSERT_TRUE(file.IsOpen());
-        EXPECT_FALSE(file.KeepsOldFile());
         EXPECT_TRUE(file.Append(BytesOf({4})));
+        EXPECT_EQ(ReadAll(path), old);
         EXPECT_TRUE(file.Finish());
         EXPECT_FALSE(CReplacement(folder / "new").IsOpen());
     }
     fs::permissions(folder.Path(), fs::perms::owner_all);
     EXPECT_EQ(ReadAll(path), BytesOf({4}));
     EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(Replacement, KeepsHardLinks)
+{
+    fs::create_hard_link(path, folder / "same");
+    for (const Bytes& bytes : {BytesOf({4}), Bytes(3000000, std::byte{5})}) {
+        {
+            CReplacement file(path);
+            EXPECT_TRUE(file.Append(bytes));
+            EXPECT_EQ(ReadAll(path), old);
+            EXPECT_TRUE(file.Finish());
+        }
+        EXPECT_EQ(ReadAll(path), bytes);
+        EXPECT_TRUE(fs::equivalent(path, folder / "same"));
+        EXPECT_EQ(FilesInFolder(), 2u);
+        WriteAll(path, old);
+    }
+}
+
+TEST_F(Replacement, LeavesTheOldBytesOfAHardLinkWhenThereIsNoRoom)
+{
+    fs::create_hard_link(path, folder / "same");
+    {
+        CReplacement file(path);
+        EXPECT_TRUE(file.Append(Bytes(5000, std::byte{5})));
+        const CFileSizeLimit limit(4999);
+        EXPECT_FALSE(file.Finish());
+        EXPECT_FALSE(file.MayHoldOldAndNew());
+    }
+    EXPECT_EQ(ReadAll(path), old);
+    EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+TEST_F(Replacement, KeepsTheOwner)
+{
+    fs::permissions(path, fs::perms::all);
+    fs::permissions(folder.Path(), fs::perms::all);
+    struct stat before {};
+    struct stat after {};
+    ASSERT_EQ(stat(path.c_str(), &before), 0);
+    {
+        const COrdinaryUser user;
+        CReplacement file(path);
+        EXPECT_TRUE(file.Append(BytesOf({4})));
+        EXPECT_TRUE(file.Finish());
+    }
+    ASSERT_EQ(stat(path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_uid, before.st_uid);
+    EXPECT_EQ(after.st_gid, before.st_gid);
+    EXPECT_EQ(ReadAll(path), BytesOf({4}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(Replacement, TakesTheLongestName)
+{
+    const fs::path longest = folder / std::string(255, 'n');
+    for (const Bytes& bytes : {BytesOf({4}), BytesOf({5})}) {
+        CReplacement file(longest);
+        EXPECT_TRUE(file.Append(bytes));
+        EXPECT_TRUE(file.Finish());
+        EXPECT_EQ(ReadAll(longest), bytes);
+    }
+    EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+TEST_F(Replacement, NeverTakesThePlaceOfWhatIsNoFile)
+{
+    CReplacement file(path);
+    EXPECT_TRUE(file.Append(BytesOf({4})));
+    fs::remove(path);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_FALSE(file.Finish());
+    EXPECT_TRUE(fs::is_fifo(path));
 }
 
 TEST_F(Replacement, GoesIntoAFileThatTheFolderDoesNotLetGo)
@@ -130,12 +206,14 @@ TEST_F(Replacement, FailsOnAFullDisk)
 TEST_F(Replacement, RefusesWhatIsNoFile)
 {
     fs::create_directory(folder / "sub");
+    fs::create_symlink("circle", folder / "circle");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     const std::string withZero("a\0b", 3);
     for (const fs::path& bad : {fs::path(), folder / "sub", folder / "sub" / "", folder / "missing" / "a",
-                                fs::path("/dev/null"), folder / withZero})
+                                fs::path("/dev/null"), folder / withZero, folder / "circle", folder / "pipe"})
         EXPECT_FALSE(CReplacement(bad).IsOpen()) << bad;
     EXPECT_EQ(ReadAll(path), old);
-    EXPECT_EQ(FilesInFolder(), 2u);
+    EXPECT_EQ(FilesInFolder(), 4u);
 }
 
 } // namespace

@@ -1,12 +1,14 @@
-#include "files/File.h"
+#include "disk/File.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <fcntl.h>
 #include <limits>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -116,12 +118,14 @@ TEST_P(NoRegularFile, NameWithAZeroIsRefusedWhole)
 
 std::string ModeName(const testing::TestParamInfo<Mode>& mode)
 {
-    constexpr std::array kNames = {"Read", "ReadWrite", "OpenOrCreate", "Truncate"};
+    constexpr std::array kNames = {"Read", "ReadWrite", "OpenOrCreate", "Truncate", "CreateNew"};
     return kNames[static_cast<std::size_t>(mode.param)];
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, NoRegularFile,
-                         testing::Values(Mode::Read, Mode::ReadWrite, Mode::OpenOrCreate, Mode::Truncate), ModeName);
+                         testing::Values(Mode::Read, Mode::ReadWrite, Mode::OpenOrCreate, Mode::Truncate,
+                                         Mode::CreateNew),
+                         ModeName);
 
 TEST(File, DanglingLinkCannotBeRead)
 {
@@ -202,6 +206,105 @@ TEST(File, FullDiskFailsTheWrite)
     EXPECT_EQ(file.Size(), 100u);
 }
 
+TEST(File, NewFileTakesNoNameThatIsTaken)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", BytesOf({1}));
+    fs::create_symlink(folder / "missing", folder / "link");
+    EXPECT_FALSE(CFile(folder / "a", Mode::CreateNew).IsOpen());
+    EXPECT_FALSE(CFile(folder / "link", Mode::CreateNew).IsOpen());
+    EXPECT_TRUE(CFile(folder / "b", Mode::CreateNew).WriteAt(0, BytesOf({2})));
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({1}));
+    EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST(File, IsMadeWhereADanglingLinkLeads)
+{
+    const CTempFolder folder;
+    fs::create_symlink("far", folder / "near");
+    fs::create_symlink("near", folder / "link");
+    CFile file(folder / "link", Mode::OpenOrCreate);
+    EXPECT_TRUE(file.WriteAt(0, BytesOf({2})));
+    EXPECT_TRUE(file.Close());
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(ReadAll(folder / "far"), BytesOf({2}));
+}
+
+TEST(File, ReservedRoomReadsAsZerosAndWhatWasThereStays)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", BytesOf({1, 2}));
+    CFile file(folder / "a", Mode::ReadWrite);
+    EXPECT_TRUE(file.Reserve(1, 4));
+    EXPECT_TRUE(file.Reserve(0, 1));
+    EXPECT_TRUE(file.Reserve(100, 0)) << "nothing needs no room";
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({1, 2, 0, 0, 0}));
+}
+
+TEST(File, RoomThatIsNotThereLeavesTheFileAsItWas)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", BytesOf({1, 2}));
+    CFile file(folder / "a", Mode::ReadWrite);
+    const CFileSizeLimit limit(100000);
+    EXPECT_FALSE(file.Reserve(0, 100001));
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({1, 2}));
+    EXPECT_FALSE(file.Reserve(std::numeric_limits<std::uint64_t>::max(), 2));
+    EXPECT_FALSE(CFile().Reserve(0, 1));
+}
+
+TEST(File, IsCutButNeverMadeLonger)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", BytesOf({1, 2, 3}));
+    CFile file(folder / "a", Mode::ReadWrite);
+    EXPECT_TRUE(file.CutTo(5));
+    EXPECT_EQ(file.Size(), 3u);
+    EXPECT_TRUE(file.CutTo(2));
+    EXPECT_EQ(ReadAll(folder / "a"), BytesOf({1, 2}));
+    EXPECT_FALSE(CFile(folder / "a", Mode::Read).CutTo(1));
+}
+
+TEST(File, DiscardRemovesWhatThisObjectMadeAndNothingElse)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "old", BytesOf({1}));
+    for (const char* name : {"old", "new"}) {
+        CFile file(folder / name, Mode::OpenOrCreate);
+        file.Discard();
+        EXPECT_FALSE(file.IsOpen());
+    }
+    EXPECT_EQ(ReadAll(folder / "old"), BytesOf({1}));
+    EXPECT_FALSE(fs::exists(folder / "new"));
+}
+
+/// A program may be started without standard streams; the first file that it opens then gets the number of one.
+TEST(File, NeverStandsInForAClosedStandardStream)
+{
+    const CTempFolder folder;
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        const int kept = dup(stream);
+        close(stream);
+        const CFile file(folder / "a", Mode::OpenOrCreate);
+        const bool isTaken = fcntl(stream, F_GETFD) != -1;
+        dup2(kept, stream);
+        close(kept);
+        EXPECT_TRUE(file.IsOpen());
+        EXPECT_FALSE(isTaken) << stream;
+    }
+}
+
+TEST(File, TakesThePermissionsOfAnother)
+{
+    const CTempFolder folder;
+    WriteAll(folder / "a", {});
+    fs::permissions(folder / "a", fs::perms::owner_read | fs::perms::others_exec);
+    CFile file(folder / "b", Mode::CreateNew);
+    EXPECT_TRUE(file.TakeAttributesOf(folder / "a"));
+    EXPECT_EQ(fs::status(folder / "b").permissions(), fs::perms::owner_read | fs::perms::others_exec);
+    EXPECT_FALSE(file.TakeAttributesOf(folder / "missing"));
+}
+
 TEST(File, ClosedFileDoesNothing)
 {
     const CTempFolder folder;
@@ -213,6 +316,9 @@ TEST(File, ClosedFileDoesNothing)
     EXPECT_FALSE(file.Size());
     EXPECT_FALSE(file.ReadAt(0, bytes));
     EXPECT_FALSE(file.WriteAt(0, bytes));
+    EXPECT_FALSE(file.CutTo(0));
+    EXPECT_FALSE(file.TakeAttributesOf(folder / "a"));
+    EXPECT_TRUE(file.Flush());
 }
 
 TEST(File, FailedOpenLeavesNoFileOpen)
@@ -240,20 +346,8 @@ TEST(ExecutablePath, NamesThisProgram)
 {
     const fs::path path = ExecutablePath();
     EXPECT_TRUE(path.is_absolute());
-    EXPECT_EQ(path.stem(), "vantor_files_tests");
+    EXPECT_EQ(path.stem(), "vantor_disk_tests");
     EXPECT_TRUE(CFile(path, Mode::Read).IsOpen());
-}
-
-TEST(PathText, ShowsTheNameAsText)
-{
-    EXPECT_EQ(PathText("/data/a b.rcp"), u"/data/a b.rcp");
-    EXPECT_EQ(PathText(fs::path(u"\u5B8B.rcp")), u"\u5B8B.rcp");
-    EXPECT_EQ(PathText({}), u"");
-}
-
-TEST(PathText, ShowsInvalidBytesAsReplacementCharacters)
-{
-    EXPECT_EQ(PathText("a\xFF.rcp"), u"a\uFFFD.rcp");
 }
 
 struct FileReason : testing::Test {
@@ -276,7 +370,7 @@ TEST_F(FileReason, OfAWriteIsTheFullDisk)
         EXPECT_FALSE(file.WriteAt(0, Bytes(100)));
     }
     EXPECT_EQ(file.LastError(), std::errc::file_too_large);
-    EXPECT_EQ(ReasonText(file.LastError()), u"File too large");
+    EXPECT_EQ(ReasonUtf8(file.LastError()), "File too large");
     EXPECT_TRUE(file.WriteAt(0, Bytes(5)));
     EXPECT_EQ(file.LastError(), std::errc::file_too_large); // the latest there was
 }

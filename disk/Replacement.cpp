@@ -1,0 +1,142 @@
+#include "disk/Replacement.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
+
+/// What has the name, be it a link that leads nowhere.
+fs::file_type TypeOf(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::symlink_status(path, ignored).type();
+}
+
+bool MayBeWritten(const fs::path& target)
+{
+    switch (TypeOf(target)) {
+    case fs::file_type::not_found:
+        return target.has_filename();
+    case fs::file_type::regular:
+        return CFile(target, CFile::Mode::ReadWrite).IsOpen();
+    default:
+        return false;
+    }
+}
+
+/// Whether a rename over `target` takes nothing away: it is a file with this one name, or there is none.
+bool MayBeReplaced(const fs::path& target)
+{
+    std::error_code fault;
+    const fs::file_type type = TypeOf(target);
+    return type == fs::file_type::not_found ||
+           (type == fs::file_type::regular && fs::hard_link_count(target, fault) == 1 && !fault);
+}
+
+/// A short name, whatever the file's own is: with something behind that it could be longer than a name may be.
+fs::path TemporaryName()
+{
+    return "vantor-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".new";
+}
+
+/// Copies the first `length` bytes of `source` over those of `target` by way of `piece`.
+bool CopyOver(const CFile& source, CFile& target, std::span<std::byte> piece, std::uint64_t length)
+{
+    for (std::uint64_t done = 0; done < length;) {
+        const auto part = piece.first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), length - done)));
+        if (source.ReadAt(done, part) != part.size() || !target.WriteAt(done, part))
+            return false;
+        done += part.size();
+    }
+    return true;
+}
+
+} // namespace
+
+CReplacement::CReplacement(const fs::path& path) : m_target(LinkTarget(path))
+{
+    if (!MayBeWritten(m_target))
+        return;
+    const bool isNew = TypeOf(m_target) == fs::file_type::not_found;
+    const bool isBeside = GrowIn(m_target.parent_path());
+    if (!isBeside && !isNew)
+        GrowInTemporaryFolder();
+    const bool hasAttributes = isNew || m_file.TakeAttributesOf(m_target); // before there is anything to read in it
+    m_takesPlace = isBeside && hasAttributes;
+}
+
+CReplacement::~CReplacement()
+{
+    m_file.Close();
+    std::error_code ignored;
+    if (!m_fresh.empty())
+        fs::remove(m_fresh, ignored);
+}
+
+bool CReplacement::GrowIn(const fs::path& folder)
+{
+    do
+        m_fresh = folder / TemporaryName();
+    while (!m_file.Open(m_fresh, CFile::Mode::CreateNew) && TypeOf(m_fresh) != fs::file_type::not_found &&
+           TypeOf(m_fresh) != fs::file_type::none);
+    if (!IsOpen())
+        m_fresh.clear();
+    return IsOpen();
+}
+
+void CReplacement::GrowInTemporaryFolder()
+{
+    std::error_code fault;
+    const fs::path folder = fs::temp_directory_path(fault);
+    if (!fault)
+        GrowIn(folder);
+}
+
+bool CReplacement::Append(std::span<const std::byte> bytes)
+{
+    if (!m_file.WriteAt(m_written, bytes))
+        return false;
+    m_written += bytes.size();
+    return true;
+}
+
+bool CReplacement::Finish()
+{
+    return m_file.Close() && (TakePlace() ? FlushFolderOf(m_target) : CopyIntoTarget());
+}
+
+bool CReplacement::TakePlace()
+{
+    std::error_code fault;
+    if (!m_takesPlace || !MayBeReplaced(m_target)) // it may have become something else meanwhile
+        return false;
+    fs::rename(m_fresh, m_target, fault);
+    if (fault)
+        return false;
+    m_fresh.clear(); // it is the file now
+    return true;
+}
+
+/// The room comes first, then the bytes, then the cut: a full disk is no reason to lose what the file held.
+bool CReplacement::CopyIntoTarget()
+{
+    std::vector<std::byte> piece(kPieceBytes); // before anything is touched: there may be no memory for it
+    const CFile source(m_fresh, CFile::Mode::Read);
+    CFile target(m_target, CFile::Mode::ReadWrite);
+    const auto oldSize = target.Size();
+    if (!source.IsOpen() || !oldSize || !target.Reserve(0, m_written))
+        return false;
+    if (CopyOver(source, target, piece, m_written) && target.CutTo(m_written) && target.Close())
+        return true;
+    target.CutTo(*oldSize);
+    m_isMixed = true;
+    m_fresh.clear(); // the only whole one that is left
+    return false;
+}
