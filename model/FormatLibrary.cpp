@@ -1,10 +1,10 @@
 #include "model/FormatLibrary.h"
 
+#include "disk/Replacement.h"
 #include "model/NumberText.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <fstream>
 #include <ios>
@@ -312,77 +312,14 @@ bool IsRegularFile(const fs::path& path)
     return fs::is_regular_file(path, ignored);
 }
 
-/// The file that `path` names when all symbolic links are followed; it need not exist.
-fs::path Resolved(fs::path path)
+/// Whether the file at `path` holds exactly `bytes`.
+bool HoldsAlready(const fs::path& path, std::span<const std::byte> bytes)
 {
-    constexpr int kMostLinks = 40; // more are a circle
-    std::error_code fault;
-    for (int i = 0; i < kMostLinks && fs::is_symlink(path, fault); ++i) {
-        const fs::path target = fs::read_symlink(path, fault);
-        path = path.parent_path() / target; // an absolute target replaces the folder
-    }
-    return path;
-}
-
-/// A name in the folder of `path` that no file has.
-fs::path UnusedNameBeside(const fs::path& path)
-{
-    fs::path name;
-    std::error_code ignored;
-    do {
-        name = path;
-        name += "." + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".new";
-    } while (fs::exists(name, ignored));
-    return name;
-}
-
-/// Writes `bytes` and closes `file`; false when any of them may be missing.
-bool WriteWhole(std::ofstream& file, const std::string& bytes)
-{
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close(); // writes what is buffered, and may fail as any other write
-    return file.good();
-}
-
-enum class Outcome { Written, Failed, NotPossible };
-
-/// Puts a complete new file in the place of `path`. Not possible where the folder takes no new file or does not let go
-/// of the old one. The old file is untouched unless the new one took its place.
-Outcome ReplaceFile(const fs::path& path, const std::string& bytes)
-{
-    const fs::path fresh = UnusedNameBeside(path);
-    std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
-    if (!file.is_open())
-        return Outcome::NotPossible;
-    const bool isWritten = WriteWhole(file, bytes);
-    std::error_code ignored;
-    if (IsRegularFile(path))
-        fs::permissions(fresh, fs::status(path, ignored).permissions(), ignored);
-    std::error_code fault;
-    if (isWritten)
-        fs::rename(fresh, path, fault);
-    if (isWritten && !fault)
-        return Outcome::Written;
-    fs::remove(fresh, ignored);
-    return isWritten ? Outcome::NotPossible : Outcome::Failed;
-}
-
-/// Writes over the old bytes before the file is cut, so that a full disk is no reason to fail for a library that did
-/// not grow.
-bool RewriteInPlace(const fs::path& path, const std::string& bytes)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::in);
-    if (!file.is_open() || !WriteWhole(file, bytes))
+    const CFile file(path, CFile::Mode::Read);
+    if (file.Size() != bytes.size())
         return false;
-    std::error_code fault;
-    fs::resize_file(path, bytes.size(), fault);
-    return !fault;
-}
-
-/// Whether the existing file `path` may be written. Changes nothing.
-bool IsWritable(const fs::path& path)
-{
-    return std::ofstream(path, std::ios::binary | std::ios::in).is_open();
+    std::vector<std::byte> held(bytes.size());
+    return file.ReadAt(0, held) == held.size() && std::equal(held.begin(), held.end(), bytes.begin());
 }
 
 } // namespace
@@ -438,15 +375,14 @@ std::int64_t FormatLibrary::read(std::ios::openmode mode)
 
 int FormatLibrary::save(const fs::path& libraryPath) const
 {
-    const fs::path target = Resolved(libraryPath);
-    const bool isNew = IsMissing(target);
-    if (!isNew && !(IsRegularFile(target) && IsWritable(target)))
+    const std::string text = StoredBytes(*this);
+    const auto bytes = std::as_bytes(std::span(text));
+    CReplacement file(libraryPath);
+    if (!file.IsOpen())
         return -1;
-    const std::string bytes = StoredBytes(*this);
-    const Outcome outcome = ReplaceFile(target, bytes);
-    if (outcome == Outcome::NotPossible && !isNew)
-        return RewriteInPlace(target, bytes) ? 0 : -1;
-    return outcome == Outcome::Written ? 0 : -1;
+    if (HoldsAlready(libraryPath, bytes))
+        return 0;
+    return file.Append(bytes) && file.Finish() ? 0 : -1;
 }
 
 fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)

@@ -51,11 +51,11 @@ public:
     /// As `load`, but never creates or changes the file: -1 when it is missing.
     std::int64_t loadReadOnly(const std::filesystem::path& libraryPath);
 
-    /// Writes the library to `libraryPath` as version 20: a complete new file, renamed over the old one; in place where
-    /// the folder cannot be written but the file can. Returns 0, or -1 after a failure, which leaves the old file as it
-    /// was wherever a rename was possible. Reports nothing. A link keeps leading to the file; what exists and is no
-    /// regular file is refused. Of each format `itemCount` items are written, but no more than it holds, and the number
-    /// written is the count in the file.
+    /// Writes the library to `libraryPath` as version 20: a complete new file that takes the old one's place
+    /// (CReplacement). A file that holds these very bytes is left alone. Returns 0 once they are on the disk, or -1
+    /// after a failure, which leaves the old file as it was wherever it could be replaced. Reports nothing. A link
+    /// keeps leading to the file; what exists and is no regular file is refused. Of each format `itemCount` items are
+    /// written, but no more than it holds, and the number written is the count in the file.
     int save(const std::filesystem::path& libraryPath) const;
 
     std::vector<std::unique_ptr<DataFormat>> formats;        ///< in file order; the first is selected at start

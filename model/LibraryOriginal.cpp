@@ -1,9 +1,13 @@
 #include "model/LibraryOriginal.h"
 
+#include "disk/File.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <fstream>
+#include <span>
 #include <string>
 #include <system_error>
 
@@ -61,15 +65,31 @@ fs::path CopyName(const fs::path& file, int number)
     return name;
 }
 
-/// Copies `file` to the new name `copy` and reads it back; a copy that is not whole is removed.
+bool CopyBytes(const CFile& from, CFile& to)
+{
+    std::array<std::byte, 65536> block;
+    for (std::uint64_t done = 0;;) {
+        const auto count = from.ReadAt(done, block);
+        if (!count || !to.WriteAt(done, std::span(block).first(*count)))
+            return false;
+        if (*count == 0)
+            return true;
+        done += *count;
+    }
+}
+
+/// Copies `file` to the new name `copy`, has it put on the disk and reads it back; a copy that is not whole is removed.
 bool CopyWhole(const fs::path& file, const fs::path& copy)
 {
-    std::error_code fault;
-    if (fs::copy_file(file, copy, fault) && HaveSameBytes(file, copy))
+    CFile to(copy, CFile::Mode::CreateNew);
+    if (!to.IsOpen())
+        return false; // made by another program meanwhile: not ours to remove
+    const CFile from(file, CFile::Mode::Read);
+    to.TakeAttributesOf(file); // or else it is the user's own, which is no loss
+    if (CopyBytes(from, to) && to.Close() && FlushFolderOf(copy) && HaveSameBytes(file, copy))
         return true;
     std::error_code ignored;
-    if (fault != std::errc::file_exists) // made by another program meanwhile: not ours to remove
-        fs::remove(copy, ignored);
+    fs::remove(copy, ignored);
     return false;
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <iterator>
 
 namespace fs = std::filesystem;
@@ -121,8 +122,7 @@ TEST_F(FormatLibrarySave, ReplacesALongerFileAndLeavesNothingBeside)
     EXPECT_EQ(FilesIn(folder.Path()), 1U);
 }
 
-/// A name so long that no file can be created beside it under a longer one.
-TEST_F(FormatLibrarySave, RewritesInPlaceWhereNoNewFileCanBeCreated)
+TEST_F(FormatLibrarySave, RewritesAFileWithFurtherNamesInPlace)
 {
     const fs::path file = folder / std::string(250, 'r');
     WriteAll(file, Bytes(5000, std::byte{7}));
@@ -132,6 +132,31 @@ TEST_F(FormatLibrarySave, RewritesInPlaceWhereNoNewFileCanBeCreated)
     EXPECT_EQ(ReadAll(folder / "same"), ReadAll(file));
     EXPECT_EQ(FormatLibrary().load(file), 660);
     EXPECT_EQ(FilesIn(folder.Path()), 2U);
+}
+
+TEST_F(FormatLibrarySave, TakesTheLongestName)
+{
+    const fs::path file = folder / std::string(255, 'r');
+    EXPECT_EQ(library.save(file), 0);
+    library.rowCount = 11;
+    EXPECT_EQ(library.save(file), 0);
+    EXPECT_EQ(LoadLE32(ReadAll(file), 36), 11);
+    EXPECT_EQ(FilesIn(folder.Path()), 1U);
+}
+
+/// The library is saved at every read of a recipe, mostly as it is.
+TEST_F(FormatLibrarySave, LeavesAFileAloneThatHoldsTheSameBytes)
+{
+    ASSERT_EQ(library.save(File()), 0);
+    const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    fs::last_write_time(File(), past);
+    const auto before = fs::last_write_time(File());
+    ASSERT_EQ(library.save(File()), 0);
+    EXPECT_EQ(fs::last_write_time(File()), before);
+    library.rowCount = 11;
+    ASSERT_EQ(library.save(File()), 0);
+    EXPECT_NE(fs::last_write_time(File()), before);
+    EXPECT_EQ(LoadLE32(ReadAll(File()), 36), 11);
 }
 
 TEST_F(FormatLibrarySave, KeepsThePermissions)
