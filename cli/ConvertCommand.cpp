@@ -13,6 +13,5 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
     if (!type || !ReadRows(*source, rows, reporter) ||
         !PrepareSaveAs(*type, target, source->settings.startAddress, reporter))
         return false;
-    CNoProgress progress;
-    return SaveRecipe(*type, rows, target, reporter, progress).isSaved;
+    return SaveRows(*type, rows, target, reporter);
 }

@@ -1,7 +1,6 @@
 #include "cli/RecipeSource.h"
 
 #include "cli/InputFile.h"
-#include "disk/File.h"
 #include "files/FileMessages.h"
 
 #include <utility>
@@ -10,18 +9,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsPaged(FileType type)
+bool Failed(std::u16string_view message, const fs::path& path, CReporter& reporter)
 {
-    return type == FileType::Erp || type == FileType::Frp;
-}
-
-/// A paged file is opened for writing even to read it. One that cannot be shows the same value in every cell, which a
-/// user would see in the window but no script would notice.
-bool CanBeOpened(const RecipeSource& source, CReporter& reporter)
-{
-    if (!IsPaged(source.type) || CFile(source.path, CFile::Mode::ReadWrite).IsOpen())
-        return true;
-    ShowFileError(reporter, kOpenFileError, source.path);
+    ShowFileError(reporter, message, path);
     return false;
 }
 
@@ -57,5 +47,16 @@ bool ReadRows(const RecipeSource& source, CRecipeRows& rows, CReporter& reporter
         return true;
     rows.LayOut(LayOutColumns(settings.format), settings.startAddress, settings.rowCount);
     CNoProgress progress;
-    return CanBeOpened(source, reporter) && ReadRecipe(source.type, rows, source.path, false, reporter, progress);
+    if (!ReadRecipe(source.type, rows, source.path, false, reporter, progress))
+        return false;
+    // A paged file that cannot be opened. A user would see the same value in every cell, but no script would notice.
+    return !rows.ShowsTheSameEverywhere() || Failed(kOpenFileError, source.path, reporter);
+}
+
+bool SaveRows(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter)
+{
+    CNoProgress progress;
+    const SaveResult result = SaveRecipe(type, rows, path, reporter, progress);
+    // A paged file that cannot be opened: nothing is in it of what a script counts on.
+    return result.isSaved && (!result.isLeftOut || Failed(kSaveFileError, path, reporter));
 }

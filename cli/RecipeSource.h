@@ -26,3 +26,6 @@ std::optional<FileType> KnownTypeOf(const std::filesystem::path& path, CReporter
 /// Fills `rows` with all that the source holds of them: nothing of the file is needed any more. A format without words
 /// leaves no rows and no columns. False after a failure, then reported.
 bool ReadRows(const RecipeSource& source, CRecipeRows& rows, CReporter& reporter);
+
+/// Writes `rows` to `path`. False after a failure, then reported; a paged file that cannot be opened is one, too.
+bool SaveRows(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter);

@@ -53,6 +53,5 @@ bool SetCells(const SetOptions& options, CReporter& reporter)
     for (const CellText& cell : options.cells)
         rows.SetText(static_cast<std::int32_t>(cell.row - kFixedRows),
                      static_cast<std::size_t>(cell.column - kFixedColumns), FromUtf8(cell.text));
-    CNoProgress progress;
-    return SaveRecipe(source->type, rows, source->path, reporter, progress).isSaved;
+    return SaveRows(source->type, rows, source->path, reporter);
 }

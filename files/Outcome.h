@@ -8,10 +8,12 @@ enum class Outcome {
     GivenUp,     ///< by the user's wish: nothing to report
 };
 
-/// How a save ended, once its failure was reported. Reads as whether everything is in the file, and on the disk.
+/// How a save ended, once its failure was reported. Reads as whether it counts as saved: everything is in the file, and
+/// on the disk.
 struct SaveResult {
     bool isSaved = false;
     bool mayHoldOldAndNew = false; ///< it failed part-way
+    bool isLeftOut = false;        ///< kept: counts as saved, though nothing was written (PagedRecipeFile.h)
 
     explicit operator bool() const { return isSaved; }
 };
@@ -19,7 +21,7 @@ struct SaveResult {
 /// The result of a save that ended so.
 constexpr SaveResult ResultOf(Outcome outcome)
 {
-    return {outcome == Outcome::Done, outcome == Outcome::FailedMixed};
+    return {.isSaved = outcome == Outcome::Done, .mayHoldOldAndNew = outcome == Outcome::FailedMixed};
 }
 
 /// Whether a failure is still to be reported.

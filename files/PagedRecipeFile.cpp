@@ -71,13 +71,17 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
     return file.Close() ? Outcome::Done : Outcome::FailedMixed;
 }
 
-Outcome SaveStretch(const CRecipeRows& rows, CPagedFile& file, CProgress& progress)
+Outcome SaveStretch(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file,
+                    CProgress& progress)
 try {
     if (!file.IsSound(rows.StartAddress(), rows.StretchBytes()))
         return Outcome::Failed;
     CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
     const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);
-    return coded == Outcome::Done ? WriteStretch(rows, file, image.Bytes(), progress) : coded;
+    if (coded != Outcome::Done)
+        return coded;
+    // Another file may have that name by now: what is written into the one that had it would be lost.
+    return file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
 } catch (const std::bad_alloc&) {
     return Outcome::Failed;
 }
@@ -115,8 +119,8 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
 {
     CPagedFile file;
     if (!file.Open(path, KindOf(type)))
-        return {.isSaved = true};
-    const Outcome outcome = SaveStretch(rows, file, progress);
+        return {.isSaved = true, .isLeftOut = true};
+    const Outcome outcome = SaveStretch(rows, path, KindOf(type), file, progress);
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);

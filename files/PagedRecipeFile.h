@@ -14,7 +14,7 @@
 ///
 /// kept: reading needs a file that can be written, too, and makes missing tables and pages in one that is longer than
 /// its flat part. When it cannot be opened so, nothing is shown and every cell is that of the words 0x0030, 0x0000: an
-/// integer shows "48", a hexadecimal value "30".
+/// integer shows "48", a hexadecimal value "30"; CRecipeRows::ShowsTheSameEverywhere tells.
 ///
 /// False, with every cell empty, when the file is damaged or cannot be read (then reported: "Open file %s error!") or
 /// the work was given up.
@@ -24,7 +24,8 @@ bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType ty
 /// Writes `rows` into the file at `path`. Every cell is coded first; words before and behind the stretch stay as they
 /// are.
 ///
-/// kept: a file that is missing or cannot be written is left so without a word, and counts as saved.
+/// kept: a file that is missing or cannot be written is left so without a word, and counts as saved; `isLeftOut` says
+/// so.
 ///
 /// Not saved when the file is damaged or a write fails (then reported: "Can't save file %s,please check file or your
 /// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for

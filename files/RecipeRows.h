@@ -46,6 +46,9 @@ public:
     /// Every cell is that of the beginning of `words`.
     void ShowEverywhere(CByteBuffer words, RecipeKind kind);
 
+    /// Whether ShowEverywhere was the last to say what the cells are.
+    bool ShowsTheSameEverywhere() const { return m_source == Source::SameWords; }
+
     /// The cells are the fields of `fields`, "0" where it has none.
     void ShowFields(CFieldTable fields);
 
