@@ -2,6 +2,7 @@
 
 #include "tests/support/TestFiles.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdexcept>
@@ -40,18 +41,38 @@ std::string TextIn(const fs::path& file)
     return text;
 }
 
+/// The form in which a process takes its texts; it lives as long as `texts`.
+std::vector<char*> PointersTo(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// This process's settings, but for those that `changes` has.
+std::vector<std::string> EnvironmentWith(const std::vector<std::string>& changes)
+{
+    std::vector<std::string> settings = changes;
+    for (char** setting = environ; *setting != nullptr; ++setting) {
+        const std::string text = *setting;
+        const std::string name = text.substr(0, text.find('=') + 1);
+        if (std::none_of(changes.begin(), changes.end(), [&](const auto& change) { return change.starts_with(name); }))
+            settings.push_back(text);
+    }
+    return settings;
+}
+
 int RunRedirected(const fs::path& program, std::vector<std::string> arguments, const fs::path& out,
-                  const fs::path& error)
+                  const fs::path& error, const std::vector<std::string>& environment = {})
 {
     arguments.insert(arguments.begin(), program.string());
-    std::vector<char*> argv;
-    for (std::string& argument : arguments)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
+    std::vector<std::string> settings = EnvironmentWith(environment);
     const CRedirection redirection(out, error);
     pid_t process = 0;
-    if (posix_spawn(&process, program.c_str(), redirection.Actions(), nullptr, argv.data(), environ) != 0)
+    if (posix_spawn(&process, program.c_str(), redirection.Actions(), nullptr, PointersTo(arguments).data(),
+                    PointersTo(settings).data()) != 0)
         throw std::runtime_error("cannot start " + program.string());
     int status = 0;
     if (waitpid(process, &status, 0) != process)
@@ -63,9 +84,15 @@ int RunRedirected(const fs::path& program, std::vector<std::string> arguments, c
 
 ProcessResult RunProcess(const fs::path& program, const std::vector<std::string>& arguments)
 {
+    return RunProcessIn({}, program, arguments);
+}
+
+ProcessResult RunProcessIn(const std::vector<std::string>& environment, const fs::path& program,
+                           const std::vector<std::string>& arguments)
+{
     const CTempFolder folder;
     ProcessResult result;
-    result.exitCode = RunRedirected(program, arguments, folder / "out", folder / "error");
+    result.exitCode = RunRedirected(program, arguments, folder / "out", folder / "error", environment);
     result.out = TextIn(folder / "out");
     result.error = TextIn(folder / "error");
     return result;

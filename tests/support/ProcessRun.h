@@ -15,6 +15,10 @@ struct ProcessResult {
 /// started.
 ProcessResult RunProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments);
 
-/// As above, but standard output goes to `outputFile`, a device for example, and `out` stays empty.
+/// As above, with the settings `NAME=VALUE` of `environment` in place of this process's own of the same names.
+ProcessResult RunProcessIn(const std::vector<std::string>& environment, const std::filesystem::path& program,
+                           const std::vector<std::string>& arguments);
+
+/// As RunProcess, but standard output goes to `outputFile`, a device for example, and `out` stays empty.
 ProcessResult RunProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                          const std::filesystem::path& outputFile);

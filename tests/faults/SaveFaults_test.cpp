@@ -1,0 +1,62 @@
+#include "tests/faults/SaveVerdict.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct SaveFaults : testing::TestWithParam<SavePath> {
+    static FaultRun Run(const SavePlace& place, const Fault& fault, int at)
+    {
+        return RunWithFault(VANTOR_CLI_PROGRAM, GetParam().arguments(place), place.folder / "disk", fault, at);
+    }
+
+    /// Has `fault` meet every call in turn, until the save has no further one; how often it did.
+    static int MeetEveryCall(const Fault& fault, const CSaveVerdict& verdict)
+    {
+        int met = 0;
+        for (int at = 1;; ++at) {
+            const SavePlace place;
+            GetParam().prepare(place);
+            const FaultRun run = Run(place, fault, at);
+            const std::string where = std::string(fault.name) + " at call " + std::to_string(at) +
+                                      (run.failed.empty() ? "" : ", " + run.failed.front());
+            EXPECT_EQ(verdict.ComplaintOf(place, fault, run), "") << where;
+            met += run.failed.empty() ? 0 : 1;
+            const bool mayFail = !run.failed.empty() && !fault.IsPassing();
+            EXPECT_TRUE(run.result.exitCode == 0 || mayFail) << where << ": " << run.result.error;
+            if (static_cast<int>(run.calls.size()) < at)
+                return met;
+        }
+    }
+};
+
+TEST_P(SaveFaults, LeaveTheOldOrTheNewAndAreTold)
+{
+    const SavePlace place;
+    GetParam().prepare(place);
+    const auto old = BytesIn(place.Disk(GetParam().target));
+    const FaultRun whole = Run(place, AllFaults().front(), 0);
+    ASSERT_EQ(whole.result.exitCode, 0) << whole.result.error;
+    ASSERT_FALSE(whole.calls.empty()) << "the shim is not there";
+    const auto fresh = BytesIn(place.Disk(GetParam().target));
+    ASSERT_TRUE(fresh);
+    ASSERT_NE(old, fresh);
+
+    const CSaveVerdict verdict(GetParam(), old, *fresh);
+    int met = 0;
+    for (const Fault& fault : AllFaults())
+        met += MeetEveryCall(fault, verdict);
+    EXPECT_GT(met, 3 * static_cast<int>(whole.calls.size()));
+    RecordProperty("calls", static_cast<int>(whole.calls.size()));
+    RecordProperty("faults", met);
+    std::printf("%s: %zu calls, %d faults\n", GetParam().name, whole.calls.size(), met);
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, SaveFaults, testing::ValuesIn(CommandLineSavePaths()),
+                         [](const auto& path) { return std::string(path.param.name); });
+
+} // namespace

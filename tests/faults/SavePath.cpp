@@ -1,0 +1,160 @@
+#include "tests/faults/SavePath.h"
+
+#include "files/PagedFile.h"
+#include "model/FormatLibrary.h"
+#include "tests/support/Formats.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kRecipeMessage = "Can't save file";
+constexpr const char* kTableMessage = "Save file";
+
+/// `count` bytes that are all different from those of another `seed`.
+Bytes Pattern(std::size_t count, int seed)
+{
+    Bytes bytes(count);
+    for (std::size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<std::byte>(static_cast<std::size_t>(seed) + 7 * i % 50);
+    return bytes;
+}
+
+void Nothing(const SavePlace&) {}
+
+std::function<void(const SavePlace&)> Holding(const char* name, std::size_t bytes)
+{
+    return [=](const SavePlace& place) { WriteAll(place.Disk(name), Pattern(bytes, 65)); };
+}
+
+std::function<void(const SavePlace&)> HoldingLinked(const char* name)
+{
+    return [=](const SavePlace& place) {
+        WriteAll(place.Disk(name), Pattern(500, 65));
+        fs::create_hard_link(place.Disk(name), place.Aside("same"));
+    };
+}
+
+void HoldingLibrary(const SavePlace& place)
+{
+    FormatLibrary library;
+    for (const char16_t* name : {u"One", u"Two", u"Three"})
+        library.formats.push_back(std::make_unique<DataFormat>(MakeFormat(
+            name, {MakeItem(u"Word", DataType::Signed16, 1, 5), MakeItem(u"Long", DataType::Signed32, 2, 9)})));
+    library.save(place.Disk("RecipeFile.Dat"));
+}
+
+void HoldingLinkedLibrary(const SavePlace& place)
+{
+    HoldingLibrary(place);
+    fs::create_hard_link(place.Disk("RecipeFile.Dat"), place.Aside("same"));
+}
+
+/// A paged file with words in the flat part and in one page behind it.
+void HoldingPages(const SavePlace& place)
+{
+    WriteAll(place.Disk("a.frp"), Pattern(65536, 65));
+    PagedWrite(place.Disk("a.frp"), 32768, 100, Pattern(200, 70), kFrp);
+}
+
+using Words = std::vector<std::string>;
+
+/// `command`, with the library, the first row and the number of rows behind it.
+Words Reading(const SavePlace& place, Words command, const char* start = "0", const char* rows = "4")
+{
+    const Words options = {"--library", place.Aside("RecipeFile.Dat"), "--start", start, "--rows", rows};
+    command.insert(command.end(), options.begin(), options.end());
+    return command;
+}
+
+std::function<Words(const SavePlace&)> Setting(const char* name, const char* start = "0", const char* rows = "4")
+{
+    return [=](const SavePlace& place) {
+        return Reading(place, {"set", place.Disk(name), "--cell", "1", "2", "291", "--cell", "2", "3", "xy"}, start,
+                       rows);
+    };
+}
+
+std::function<Words(const SavePlace&)> Converting(const char* name, const char* start = "0", const char* rows = "4")
+{
+    return [=](const SavePlace& place) {
+        return Reading(place, {"convert", place.Aside("a.rcp"), place.Disk(name)}, start, rows);
+    };
+}
+
+Words Merging(const SavePlace& place)
+{
+    return {"merge",
+            place.Aside("a.rcp"),
+            place.Aside("a.rcp"),
+            place.Disk("m.rcp"),
+            "--force",
+            "--second-length",
+            "5",
+            "--second-place",
+            "100000"};
+}
+
+Words Importing(const SavePlace& place)
+{
+    return {"formats", "import", place.Aside("formats.json"), "--library", place.Disk("RecipeFile.Dat")};
+}
+
+Words Exporting(const SavePlace& place)
+{
+    return {"formats", "export", "--library", place.Aside("RecipeFile.Dat"), "-o", place.Disk("out.json")};
+}
+
+} // namespace
+
+SavePlace::SavePlace()
+{
+    fs::create_directory(folder / "aside");
+    fs::create_directory(folder / "disk");
+    FormatLibrary library;
+    library.formats.push_back(std::make_unique<DataFormat>(
+        MakeFormat(u"Row", {MakeItem(u"Word", DataType::Signed16, 1, 5), MakeItem(u"Name", DataType::String, 2, 0)})));
+    library.rowCount = 4;
+    library.save(Aside("RecipeFile.Dat"));
+    WriteAll(Aside("a.rcp"), Pattern(48, 40));
+    const std::string json = R"({"formats": [{"name": "New", "items": []}]})";
+    WriteAll(Aside("formats.json"), std::as_bytes(std::span(json)));
+}
+
+const std::vector<SavePath>& CommandLineSavePaths()
+{
+    // clang-format off
+    static const std::vector<SavePath> paths = {
+        {"RecipeInside",       Leaves::InPlace,  "a.rcp", kRecipeMessage, Holding("a.rcp", 48), Setting("a.rcp")},
+        {"RecipeGrows",        Leaves::InPlace,  "a.rcp", kRecipeMessage, Holding("a.rcp", 14), Setting("a.rcp")},
+        {"RecipeGrowsByAGap",  Leaves::InPlace,  "a.rcp", kRecipeMessage, Holding("a.rcp", 14), Setting("a.rcp", "20")},
+        {"NewRecipe",          Leaves::InPlace,  "n.rcp", kRecipeMessage, Nothing, Converting("n.rcp")},
+        {"RecipeMadeAnew",     Leaves::Emptied,  "a.rcp", "a.rcp",        Holding("a.rcp", 48), Converting("a.rcp", "3")},
+        {"Table",              Leaves::OldOrNew, "a.csv", kTableMessage,  Holding("a.csv", 500), Setting("a.csv")},
+        {"NewTable",           Leaves::OldOrNew, "n.csv", kTableMessage,  Nothing, Converting("n.csv")},
+        {"TableWithHardLink",  Leaves::Copied,   "a.csv", kTableMessage,  HoldingLinked("a.csv"), Converting("a.csv")},
+        {"PagedInFlatPart",    Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp")},
+        {"PagedInPage",        Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp", "32770")},
+        {"PagedAcrossPages",   Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp", "32000", "1500")},
+        {"PagedNewTable",      Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp", "3000000")},
+        {"PagedGrowsToFlatEnd",Leaves::Paged,    "a.frp", "a.frp", Holding("a.frp", 20), Setting("a.frp", "50")},
+        {"NewPaged",           Leaves::Paged,    "n.frp", "file",         Nothing, Converting("n.frp", "32764")},
+        {"PagedReadMakesPages",Leaves::Paged,    "a.frp", "Open file",    HoldingPages, [](const SavePlace& place) {
+             return Reading(place, {"show", place.Disk("a.frp")}, "40000"); }},
+        {"NewMerge",           Leaves::Emptied,  "m.rcp", "Merge file",   Nothing, Merging, 2},
+        {"MergeOverAFile",     Leaves::Emptied,  "m.rcp", "Merge file",   Holding("m.rcp", 300), Merging, 2},
+        {"NewLibrary",         Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Nothing, Importing},
+        {"Library",            Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, HoldingLibrary, Importing},
+        {"LibraryWithHardLink",Leaves::Copied,   "RecipeFile.Dat", kRecipeMessage, HoldingLinkedLibrary, Importing},
+        {"LibraryNotUnderstood", Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Holding("RecipeFile.Dat", 700), Importing, 1, true},
+        {"NewExport",          Leaves::OldOrNew, "out.json", kRecipeMessage, Nothing, Exporting},
+        {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, Holding("out.json", 90), Exporting},
+    };
+    // clang-format on
+    return paths;
+}
+
+std::optional<Bytes> BytesIn(const fs::path& path)
+{
+    return fs::exists(path) ? std::optional(ReadAll(path)) : std::nullopt;
+}

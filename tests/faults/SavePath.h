@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tests/support/TestFiles.h"
+
+#include <functional>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// What may be on the disk when a save did not succeed.
+enum class Leaves {
+    OldOrNew, ///< the old file or the new one, each whole
+    Copied,   ///< the same; or a mix, and then the whole new file beside it
+    InPlace,  ///< the old file or the new one; a mix of their bytes only when a write was torn or the program killed
+    Emptied,  ///< the old file, or the new one as far as it was written over zeros
+    Paged,    ///< a sound file in which each word is the old or the new one
+};
+
+/// The folders of one run: the recipe that is read and the library in `aside`, the file that is written in `disk`,
+/// whose calls fail.
+struct SavePlace {
+    SavePlace();
+    std::string Aside(const char* name) const { return (folder / "aside" / name).string(); }
+    std::string Disk(const char* name) const { return (folder / "disk" / name).string(); }
+
+    CTempFolder folder;
+};
+
+/// A command that writes, and what it is to be judged by.
+struct SavePath {
+    const char* name;
+    Leaves leaves;
+    const char* target;  ///< in `disk`
+    const char* message; ///< a part of the text that tells of the failure; empty where that is not looked at
+    std::function<void(const SavePlace&)> prepare;
+    std::function<std::vector<std::string>(const SavePlace&)> arguments;
+    int lines = 1;          ///< as many may the text that tells of the failure have
+    bool makesCopy = false; ///< of the old file, beside it
+
+    friend void PrintTo(const SavePath& path, std::ostream* out) { *out << path.name; }
+};
+
+/// Every way in which vantor-cli writes a file.
+const std::vector<SavePath>& CommandLineSavePaths();
+
+/// The file's bytes; nothing where there is no file.
+std::optional<Bytes> BytesIn(const std::filesystem::path& path);
