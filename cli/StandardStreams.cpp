@@ -3,7 +3,6 @@
 #include "files/Utf8Text.h"
 
 #include <cstddef>
-#include <cstdio>
 
 namespace {
 
@@ -14,7 +13,7 @@ constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 void CStandardError::ShowError(std::u16string_view text)
 {
     const std::string line = ToUtf8(text) + '\n';
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fwrite(line.data(), 1, line.size(), m_stream);
 }
 
 bool CStandardError::AskYesNo(std::u16string_view text)
@@ -33,7 +32,7 @@ void CStandardOutput::Write(std::string_view text)
 bool CStandardOutput::Finish(CReporter& reporter)
 {
     WritePiece();
-    if (std::fflush(stdout) == 0 && !m_failed)
+    if (std::fflush(m_stream) == 0 && !m_failed)
         return true;
     reporter.ShowError(u"Can't write the output!");
     return false;
@@ -41,6 +40,6 @@ bool CStandardOutput::Finish(CReporter& reporter)
 
 void CStandardOutput::WritePiece()
 {
-    m_failed = m_failed || std::fwrite(m_piece.data(), 1, m_piece.size(), stdout) != m_piece.size();
+    m_failed = m_failed || std::fwrite(m_piece.data(), 1, m_piece.size(), m_stream) != m_piece.size();
     m_piece.clear();
 }

@@ -1,0 +1,176 @@
+#include "cli/CommandLine.h"
+
+#include "cli/Arguments.h"
+#include "cli/ConvertCommand.h"
+#include "cli/FormatsExportCommand.h"
+#include "cli/FormatsImportCommand.h"
+#include "cli/FormatsListCommand.h"
+#include "cli/MergeCommand.h"
+#include "cli/SetCommand.h"
+#include "cli/ShowCommand.h"
+#include "cli/StandardStreams.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+
+namespace {
+
+enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+
+constexpr const char* kRecipeFile = "Recipe file: .rcp, .csv, .erp or .frp";
+
+/// What the commands work with, and how the one that ran went.
+struct Session {
+    Session(std::FILE* out, std::FILE* error) : output(out), reporter(error) {}
+
+    CStandardOutput output;
+    CStandardError reporter;
+    bool done = true;
+
+    ShowOptions show;
+    SetOptions set;
+    ConvertOptions convert;
+    MergeOptions merge;
+    FormatsListOptions list;
+    FormatsExportOptions exporting;
+    FormatsImportOptions importing;
+};
+
+void AddFile(CLI::App& command, const std::string& name, std::string& file, const std::string& description)
+{
+    command.add_option(name, file, description)->required()->type_name("");
+}
+
+void AddLibrary(CLI::App& command, std::optional<std::string>& library)
+{
+    AddText(command, "--library", library, "Format library (default: the RecipeFile.Dat of this program)")
+        ->type_name("PATH");
+}
+
+/// The options of every command that reads rows.
+void AddReadOptions(CLI::App& command, ReadOptions& options)
+{
+    AddLibrary(command, options.library);
+    AddText(command, "--format", options.formatName, "Format that lays out the rows (default: the library's first)")
+        ->type_name("NAME");
+    AddNumber(command, "--start", options.startAddress, "Word address of the first row (default: the library's)")
+        ->type_name("S");
+    AddNumber(command, "--rows", options.rowCount, "Number of rows (default: the library's)");
+}
+
+void AddShow(CLI::App& app, Session& session)
+{
+    CLI::App* command = app.add_subcommand("show", "Print the rows of a recipe file");
+    AddFile(*command, "FILE", session.show.file, kRecipeFile);
+    AddReadOptions(*command, session.show.read);
+    command->add_flag("--json", session.show.json, "Print JSON instead of a table");
+    command->callback([&session] { session.done = ShowRecipe(session.show, session.output, session.reporter); });
+}
+
+void AddSet(CLI::App& app, Session& session)
+{
+    CLI::App* command = app.add_subcommand("set", "Put texts into cells of a recipe file and save it");
+    AddFile(*command, "FILE", session.set.file, kRecipeFile);
+    AddReadOptions(*command, session.set.read);
+    AddCells(*command, "--cell", session.set.cells,
+             "Text for a cell, as often as wanted; row 1 and column 2 are the first with data")
+        ->required();
+    command->callback([&session] { session.done = SetCells(session.set, session.reporter); });
+}
+
+void AddConvert(CLI::App& app, Session& session)
+{
+    CLI::App* command = app.add_subcommand("convert", "Save the rows of a recipe file as another, by its type");
+    AddFile(*command, "SOURCE", session.convert.source, kRecipeFile);
+    AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is written over");
+    AddReadOptions(*command, session.convert.read);
+    command->callback([&session] { session.done = ConvertRecipe(session.convert, session.reporter); });
+}
+
+/// The options for one of the files to merge; `which` is "first" or "second".
+void AddMergePart(CLI::App& command, const std::string& which, MergePart& part)
+{
+    AddNumber(command, "--" + which + "-read", part.readStart,
+              "Word address to read the " + which + " file from (default: 0)");
+    AddNumber(command, "--" + which + "-length", part.length,
+              "Words to take of the " + which + " file (default: its length)");
+    AddNumber(command, "--" + which + "-place", part.place, "Where they go in the merged file (default: 0)");
+}
+
+void AddMerge(CLI::App& app, Session& session)
+{
+    MergeOptions& options = session.merge;
+    CLI::App* command = app.add_subcommand("merge", "Merge words of two .rcp files into a new one");
+    AddFile(*command, "FIRST", options.first.file, "First file to take words from");
+    AddFile(*command, "SECOND", options.second.file, "Second file to take words from");
+    AddFile(*command, "TARGET", options.target, "Merged file; \".rcp\" is appended where it is missing");
+    AddMergedSize(*command, "--size", options.size, "Words in the merged file (default: 128K)");
+    AddMergePart(*command, "first", options.first);
+    AddMergePart(*command, "second", options.second);
+    command->add_flag("--force", options.force, "Replace an existing merged file");
+    command->callback([&session] { session.done = MergeRecipes(session.merge, session.reporter); });
+}
+
+void AddFormats(CLI::App& app, Session& session)
+{
+    CLI::App* formats = app.add_subcommand("formats", "List, export and import data formats");
+    formats->require_subcommand(1);
+
+    CLI::App* list = formats->add_subcommand("list", "Print name, item count and words per row of each format");
+    AddLibrary(*list, session.list.library);
+    list->callback([&session] { session.done = ListFormats(session.list, session.output, session.reporter); });
+
+    CLI::App* exportCommand = formats->add_subcommand("export", "Write the format library as JSON");
+    AddLibrary(*exportCommand, session.exporting.library);
+    AddText(*exportCommand, "-o,--output", session.exporting.file, "File to write (default: standard output)")
+        ->type_name("FILE");
+    exportCommand->callback(
+        [&session] { session.done = ExportFormats(session.exporting, session.output, session.reporter); });
+
+    CLI::App* importCommand = formats->add_subcommand("import", "Replace the format library by what a JSON file says");
+    AddFile(*importCommand, "FILE", session.importing.file, "JSON file, as \"formats export\" writes it");
+    AddLibrary(*importCommand, session.importing.library);
+    importCommand->callback([&session] { session.done = ImportFormats(session.importing, session.reporter); });
+}
+
+bool Print(std::string_view text, Session& session)
+{
+    session.output.Write(text);
+    return session.output.Finish(session.reporter);
+}
+
+ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE* error)
+{
+    Session session(out, error);
+    CLI::App app("Works with the recipe files of operator panels", "vantor-cli");
+    app.set_version_flag("--version", "vantor-cli " VANTOR_VERSION);
+    app.require_subcommand(1);
+    AddShow(app, session);
+    AddSet(app, session);
+    AddConvert(app, session);
+    AddMerge(app, session);
+    AddFormats(app, session);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        session.done = Print(app.help(), session);
+    } catch (const CLI::CallForVersion& version) {
+        session.done = Print(std::string(version.what()) + '\n', session);
+    } catch (const CLI::ParseError& fault) {
+        std::fprintf(error, "%s\n\n%s", fault.what(), app.help().c_str());
+        return kWrongUsage;
+    }
+    return session.done ? kDone : kFailed;
+}
+
+} // namespace
+
+int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error)
+try {
+    return RunSession(argc, argv, out, error);
+} catch (const std::exception& fault) { // no memory left, for example
+    std::fprintf(error, "%s\n", fault.what());
+    return kFailed;
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <cstdio>
+
+/// Does what the command line of vantor-cli asks for; `argv` is as main() gets it. Results go to `out`, messages to
+/// `error`, neither of which is closed. Returns the program's exit code: 0 done, 1 failed, then `error` was told why, 2
+/// for arguments that make no sense. Throws nothing.
+int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error);
