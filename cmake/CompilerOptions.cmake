@@ -22,3 +22,8 @@ if(VANTOR_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(vantor_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+# Lets the fuzzer see which branches an input takes.
+if(VANTOR_FUZZ)
+  target_compile_options(vantor_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,9 +1,10 @@
-# Sourced by run and test, which stand in the project's folder then: the Debian packages they need, how to get them, and
-# how to build a preset.
+# Sourced by run, test and fuzz, which stand in the project's folder then: the Debian packages they need, how to get
+# them, and how to build a preset.
 
 # shellcheck disable=SC2034  # the lists are for the scripts that source this file
-build_packages=(cmake ninja-build g++ qt6-base-dev qt6-svg-dev libcli11-dev nlohmann-json3-dev libx11-dev
-                fonts-dejavu-core)
+core_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
+# shellcheck disable=SC2034
+build_packages=("${core_packages[@]}" qt6-base-dev qt6-svg-dev libx11-dev fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(libgtest-dev python3 clang-format groff desktop-file-utils appstream shared-mime-info librsvg2-bin)
 # shellcheck disable=SC2034
@@ -12,6 +13,8 @@ package_packages=(dpkg-dev lintian mmdebstrap)
 windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 # shellcheck disable=SC2034
 wine_packages=(wine wine64)
+# shellcheck disable=SC2034
+fuzz_packages=(clang libclang-rt-dev llvm)
 
 # Prints those of the packages named that are not installed. Asks dpkg only, so it takes a few milliseconds.
 missing_packages() {
@@ -62,12 +65,14 @@ has_qt6() {
     command -v qmake6 >/dev/null || command -v qtpaths6 >/dev/null || pkg-config --exists Qt6Widgets 2>/dev/null
 }
 
-# Configures the preset named when that was not done yet, and builds what changed. Prints to standard error only.
+# Configures the preset named when that was not done yet, and builds what changed: all, or the targets named behind it.
+# Prints to standard error only.
 build_preset() {
-    local preset=$1
+    local preset=$1 target=(--target "${@:2}")
+    (($# > 1)) || target=()
     # --fresh, because what is there without this file was left by a configuration that failed or by other tools.
     if [[ ! -f build/$preset/build.ninja ]]; then
         cmake --fresh --preset "$preset" >&2
     fi
-    cmake --build --preset "$preset" >&2
+    cmake --build --preset "$preset" "${target[@]}" >&2
 }

@@ -24,7 +24,7 @@ ROOMS = {  # room -> the rooms it may include from
     "app": {"app", "views", "controls", "merge", "files", "model", "disk"},
 }
 PLATFORM_PLACES = {"disk/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
-SCRIPTS = ["run", "test", ".ci/run", "packaging/debian/test-package", "packaging/debian/check-installed"]
+SCRIPTS = ["run", "test", "fuzz", ".ci/run", "packaging/debian/test-package", "packaging/debian/check-installed"]
 
 
 def files(*patterns):
