@@ -13,6 +13,7 @@
 #include <CLI/CLI.hpp>
 
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -170,7 +171,10 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
 int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error)
 try {
     return RunSession(argc, argv, out, error);
-} catch (const std::exception& fault) { // no memory left, for example
+} catch (const std::bad_alloc&) {
+    std::fputs("There is not enough memory!\n", error);
+    return kFailed;
+} catch (const std::exception& fault) {
     std::fprintf(error, "%s\n", fault.what());
     return kFailed;
 }

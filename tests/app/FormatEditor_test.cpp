@@ -179,6 +179,28 @@ TEST_F(FormatEditor, ANegativeStartAddressIsReportedAndTheDataShownAsBefore)
     EXPECT_EQ(library.startAddress, -1);
 }
 
+TEST_F(FormatEditor, MoreRowsThanAnyTableHasAreReportedOnceAndTheFileStaysAsItIs)
+{
+    const Bytes before = ReadAll(folder / "a.rcp");
+    TypeInto(*frame, "editReadCount", "2147483647");
+    const CModalAnswer answer(QMessageBox::Ok);
+    Press("buttonRefreshData");
+    EXPECT_EQ(answer.texts, std::vector<QString>{"The data can't be shown! It has more than 16777216 rows!"});
+    EXPECT_EQ(FirstRow(), Texts());
+    EXPECT_TRUE(ReadAll(folder / "a.rcp") == before);
+}
+
+TEST_F(FormatEditor, RowsBehindTheLastAddressShowAsMissingWords)
+{
+    const Bytes before = ReadAll(folder / "a.rcp");
+    TypeInto(*frame, "editStartAddress", "2147483647");
+    Press("buttonRefreshData");
+    EXPECT_EQ(Grid().GetItemText(1, 1), "RW2147483647");
+    EXPECT_EQ(Grid().GetItemText(2, 1), "RW2147483650");
+    EXPECT_EQ(FirstRow(), Texts({"0", ""}));
+    EXPECT_TRUE(ReadAll(folder / "a.rcp") == before);
+}
+
 TEST_F(FormatEditor, TheStatusBarTellsThatTheFormatsCouldNotBeSaved)
 {
     fs::remove(folder / "RecipeFile.Dat");

@@ -336,6 +336,7 @@ TEST_P(LongAnsiLine, IsTakenInPieces)
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Table, LongAnsiLine, testing::Values(
     //           name                    length    end      texts
+    LongLineCase{"OneLess",              2045,     "\n",    {2045}},
     LongLineCase{"FillsThePiece",        2046,     "\n",    {2046}},
     LongLineCase{"ReturnIsNotCounted",   2046,     "\r\n",  {2046}},
     LongLineCase{"EndIsAPieceOfItsOwn",  2047,     "\n",    {2047, 0}},      // kept: the piece of the end counts as a line
@@ -345,6 +346,40 @@ INSTANTIATE_TEST_SUITE_P(Table, LongAnsiLine, testing::Values(
     LongLineCase{"ThreePieces",          5000,     "\n",    {2047, 2047, 906}}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
+
+TEST_F(CsvFile, LineOf100MebibytesIsOne)
+{
+    constexpr std::size_t kUnits = std::size_t{50} << 20;
+    WriteAll(path, Utf16File(u"a\t"));
+    fs::resize_file(path, 2 + 2 * kUnits); // zeros, which cost no time to write
+    LayOut(3, 2);
+    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"a");
+    EXPECT_EQ(rows.Text(0, 1).size(), kUnits - 2);
+    EXPECT_EQ(rows.Text(0, 2), u"0");
+    EXPECT_EQ(rows.Text(1, 0), u"0");
+}
+
+TEST_F(CsvFile, FewRowsOfALongAnsiLineAreReadWithoutTheRest)
+{
+    WriteAll(path, AsciiFile("a,"));
+    fs::resize_file(path, std::uintmax_t{1} << 32);
+    LayOut(2, 2);
+    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(rows.Text(0, 0), u"a");
+    EXPECT_EQ(rows.Text(0, 1), std::u16string(2045, u'\0'));
+    EXPECT_EQ(rows.Text(1, 0), std::u16string(2047, u'\0'));
+}
+
+TEST_F(CsvFile, LoneSurrogatesAndZerosComeBackAsTheyWere)
+{
+    const std::u16string odd(u"\xD83D\0\xDC00\xFFFE\xFFFF", 5);
+    EXPECT_EQ(Read(Utf16File(odd + u"\t" + odd), 2, 1), (Texts{odd, odd}));
+    Save();
+    LayOut(2, 1);
+    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(TextsOf(rows), (Texts{odd, u'"' + odd + u'"'})); // kept: the last field keeps its quotes
+}
 
 TEST_F(CsvFile, PiecesOfAnAnsiLineCountAsLines) // kept
 {

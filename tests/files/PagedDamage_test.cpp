@@ -144,6 +144,52 @@ TEST_F(PagedNeighbours, PageOfTwoTablesIsRefused)
     EXPECT_TRUE(ReadAll(path) == bytes);
 }
 
+TEST_F(PagedNeighbours, TableAndPageMayBeginAtAnyByte)
+{
+    Bytes bytes(kEnd + 2);
+    StoreEntry(bytes, kDirectory, kTable + 1);
+    StoreEntry(bytes, kTable + 1 + 4 * 19, kPage + 2);
+    bytes[kPage + 2 + 2176] = std::byte{7};
+    WriteAll(path, bytes);
+    Bytes word(2);
+    EXPECT_TRUE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_EQ(word, WordBytes({7}));
+    EXPECT_TRUE(PagedWrite(path, 40000, 1, WordBytes({0x1234}), kFrp));
+    bytes[kPage + 2 + 2176] = std::byte{0x34};
+    bytes[kPage + 2 + 2177] = std::byte{0x12};
+    EXPECT_TRUE(ReadAll(path) == bytes);
+}
+
+TEST_F(PagedNeighbours, ExtremeEntriesAreRefusedWhereverTheyStand)
+{
+    for (const std::size_t table : {kDirectory, kTable})
+        for (const std::size_t index : {0U, 1U, 19U, 20U, 1022U, 1023U})
+            for (const std::uint32_t entry : {0xFFFFFFFFU, 1U, 0x7FFFFFFFU, 0x80000000U}) {
+                Bytes bytes = SoundFile();
+                StoreEntry(bytes, table + 4 * index, entry);
+                WriteAll(path, bytes);
+                Bytes word = WordBytes({1});
+                EXPECT_FALSE(PagedWrite(path, 40000, 1, word, kFrp)) << table << ' ' << index << ' ' << entry;
+                EXPECT_FALSE(PagedRead(path, 40000, 1, word, kFrp)) << table << ' ' << index << ' ' << entry;
+                EXPECT_TRUE(ReadAll(path) == bytes) << table << ' ' << index << ' ' << entry;
+            }
+}
+
+TEST_F(PagedNeighbours, LongerFlatPartIsGuardedAlike)
+{
+    constexpr std::size_t kErpDirectory = 1048576;
+    constexpr std::int64_t kWord = 524288; // the first behind the flat part
+    for (const std::uint32_t entry : {0xFFFFFFFFU, 1U, 65536U, 1048576U, 1052671U, 1056768U, 0x80000000U}) {
+        Bytes bytes(kErpDirectory + 2 * 4096);
+        StoreEntry(bytes, kErpDirectory, entry);
+        WriteAll(path, bytes);
+        Bytes word = WordBytes({1});
+        EXPECT_FALSE(PagedWrite(path, kWord, 1, word, kErp)) << entry;
+        EXPECT_FALSE(PagedRead(path, kWord, 1, word, kErp)) << entry;
+        EXPECT_TRUE(ReadAll(path) == bytes) << entry;
+    }
+}
+
 TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
 {
     WriteAll(path, SoundFile());

@@ -209,6 +209,9 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatReal, testing::Values(
     RealCase{"Nan",              4,  1,    kNan,       u"nan",           u"   nan",        u"nan"},
     RealCase{"NegativeNan",      4,  1,    -kNan,      u"-nan",          u"  -nan",        u"-nan"},
     RealCase{"NanUndecimal",     4,  0,    kNan,       u"0",             u"0",             u"0"},
+    RealCase{"Denormal",         4,  1,    1.4e-45,    u"0.0",           u"   0.0",        u"0.0"},
+    RealCase{"DenormalBelow",    4,  1,    -1.4e-45,   u"-0.0",          u"  -0.0",        u"-0.0"},
+    RealCase{"DenormalUncut",    4,  0,    1.4e-45,    u"0",             u"0",             u"0"},
     RealCase{"NegativeDigits",  -5, -5,    12.9,       u"12",            u"12",            u"12"},
     RealCase{"NegativePlace",   kLowest, 1, 12.5,      u"12.5",          u"12.5",          u"12.5"}),
     [](const auto& c) { return std::string(c.param.name); });

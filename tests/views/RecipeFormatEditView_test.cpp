@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QLineEdit>
 
+#include <limits>
+
 namespace {
 
 const DataFormat kOven = MakeFormat(
@@ -141,6 +143,7 @@ TEST_P(ReadSettings, AreStoredInAnyCaseAndCheckedBeforeTheyAreUsed)
     EXPECT_EQ(frame.calls, Calls{"show 0"}); // the message does not stop the refresh
 }
 
+constexpr std::int32_t kSmallest = std::numeric_limits<std::int32_t>::min();
 constexpr const char16_t* kBadStart = u"The Address for reading data is error , it can' be less than 0!";
 constexpr const char16_t* kBadRows = u"The array number is error ,it must be Integer and larger than 0!";
 
@@ -152,6 +155,10 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadSettings, testing::Values(
     SettingsCase{"NegativeStart",      "-1",   "7",     -1, 7,  kBadStart},
     SettingsCase{"NoRows",             "0",    "0",     0,  0,  kBadRows},
     SettingsCase{"RowsNotANumber",     "0",    "many",  0,  0,  kBadRows},
+    SettingsCase{"Largest",            "2147483647", "2147483647", 2147483647, 2147483647, nullptr},
+    SettingsCase{"LargerIsTheLargest", "2147483648", "99999999999999999999", 2147483647, 2147483647, nullptr},
+    SettingsCase{"SmallestStart",      "-2147483648", "1", kSmallest, 1, kBadStart},
+    SettingsCase{"SmallestRows",       "1",    "-99999999999", 1, kSmallest, kBadRows},
     SettingsCase{"TheStartComesFirst", "-5",   "-5",    -5, -5, kBadStart}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
