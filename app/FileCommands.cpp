@@ -146,6 +146,8 @@ CFileCommands::Outcome CFileCommands::SaveTo(const QString& path)
     const auto type = FileTypeOf(NativePath(path));
     if (!type)
         return Outcome::Done; // kept: nothing is written under an unknown extension, yet the work counts as saved
+    if (!m_dataPane.MaySaveAs(*type, path))
+        return Outcome::Failed;
     const bool paged = *type == FileType::Erp || *type == FileType::Frp;
     const auto takeOver = [&] {
         m_frame.m_nFileType = *type;

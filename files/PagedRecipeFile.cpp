@@ -74,7 +74,7 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
 Outcome SaveStretch(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file,
                     CProgress& progress)
 try {
-    if (!file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+    if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.StartAddress(), rows.StretchBytes()))
         return Outcome::Failed;
     CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
     const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);

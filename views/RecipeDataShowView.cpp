@@ -124,6 +124,14 @@ SaveResult CRecipeDataShowView::WriteData(FileType type)
     return SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
 }
 
+bool CRecipeDataShowView::MaySaveAs(FileType type, const QString& path) const
+{
+    if (!m_bRowsUnread && !m_rows.ShowsTheSameEverywhere())
+        return true;
+    ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(path));
+    return false;
+}
+
 void CRecipeDataShowView::ClearGrid()
 {
     m_pGrid->DeleteAllItems();

@@ -33,6 +33,10 @@ public:
     /// are not written: their cells are empty, and would put zeros over words that nobody has seen.
     SaveResult WriteData(FileType type);
 
+    /// Whether the rows may be saved as the file `path`, of the type `type`; if not, that was reported as its failed
+    /// save. Asked before a target is prepared: rows whose file could not be read or opened must cost it no byte.
+    bool MaySaveAs(FileType type, const QString& path) const;
+
     /// Empties the grid; no cell is chosen afterwards.
     void ClearGrid();
 

@@ -297,6 +297,28 @@ TEST_F(FileCommands, SaveAsWithAStartAddressPutsOneZeroByteAWordBeforeTheRows) /
     EXPECT_EQ(ReadAll(folder / "b.rcp")[218], std::byte{1});
 }
 
+TEST_F(FileCommands, SaveAsOfRowsThatCouldNotBeReadLeavesTheTargetAlone)
+{
+    TypeSetting("editStartAddress", "100");
+    MakeFile("old.rcp", 300);
+    const Bytes old = ReadAll(folder / "old.rcp");
+    std::filesystem::create_directory(folder / "a.rcp");
+    std::filesystem::create_directory(folder / "a.frp");
+    for (const char* unread : {"a.rcp", "a.frp"}) {
+        {
+            const CModalAnswer refused(QMessageBox::Ok);
+            frame->OpenPath(Path(unread));
+        }
+        const CModalAnswer answer(
+            {ChoosePath(Path("old.rcp")), CModalAnswer::Press(QMessageBox::Yes), CModalAnswer::Press(QMessageBox::Ok)});
+        Trigger(*frame, "actionSaveAs");
+        ASSERT_FALSE(answer.texts.empty());
+        EXPECT_EQ(answer.texts.back(), "Can't save file " + Path("old.rcp") + ",please check file or your disk!");
+        EXPECT_EQ(ReadAll(folder / "old.rcp"), old);
+        EXPECT_EQ(Title(), TitleWith(unread));
+    }
+}
+
 TEST_F(FileCommands, SaveAsToAPlaceThatCannotBeWrittenKeepsTheWorkUnsaved)
 {
     TypeSetting("editStartAddress", "100");

@@ -134,6 +134,23 @@ TEST_F(DataPane, RowsThatCouldNotBeReadAreNotWritten)
     EXPECT_TRUE(view.WriteData(FileType::Rcp));
 }
 
+TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
+{
+    Use(MakeFormat(u"word", {kWord}), 0, 2);
+    const Bytes words = WordBytes({1, 2, 3});
+    Open("a.frp", words);
+    std::filesystem::rename(folder / "a.frp", folder / "away.frp");
+    view.ShowData(FileType::Frp);
+    EXPECT_EQ(Cell(2, 2), "48");
+    EXPECT_TRUE(view.WriteData(FileType::Frp)); // kept: there is nothing to write to, and no word about it
+    EXPECT_TRUE(frame.reporter.shown.empty());
+    std::filesystem::rename(folder / "away.frp", folder / "a.frp");
+    EXPECT_FALSE(view.WriteData(FileType::Frp));
+    EXPECT_EQ(frame.reporter.shown, std::vector{u"Can't save file " + frame.m_strFilePath.toStdU16String() +
+                                                u",please check file or your disk!"});
+    EXPECT_EQ(ReadAll(folder / "a.frp"), words);
+}
+
 TEST_F(DataPane, SavingToNoPathIsReported)
 {
     EXPECT_FALSE(view.WriteData(FileType::Rcp));
