@@ -15,6 +15,8 @@ windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 wine_packages=(wine wine64)
 # shellcheck disable=SC2034
 fuzz_packages=(clang libclang-rt-dev llvm)
+# shellcheck disable=SC2034
+picture_packages=(xvfb openbox xdotool x11-utils imagemagick dbus at-spi2-core python3-pyatspi)
 
 # Prints those of the packages named that are not installed. Asks dpkg only, so it takes a few milliseconds.
 missing_packages() {

@@ -1,0 +1,323 @@
+"""The pictures of the guide: what is done with the program before each of them, and which part of the screen they show.
+
+    pictures.py PROGRAM    makes all pictures anew, from that program, and removes those that no scene makes
+    pictures.py --list     prints their names
+
+docs/guide/make-pictures calls this with the program and with the interpreter that has the accessibility library. A new
+picture is a new scene, or a few lines more in one: a scene starts from a desk with the sample as it was delivered.
+"""
+
+import os
+import shutil
+import sys
+import time
+from pathlib import Path
+
+from screen import Program, Screen, wait_for
+
+GUIDE = Path(__file__).resolve().parent
+EXAMPLES = GUIDE.parents[1] / "examples"
+IMAGES = GUIDE / "images"
+DESK = Path("/tmp/recipes")  # its name is in the window's title, so that it is always the same
+TIME = 1_700_000_000  # of the files, which file dialogs show
+
+SCENES = []  # (the pictures that a scene makes, the scene)
+
+
+def scene(*names):
+    def enter(function):
+        SCENES.append((names, function))
+        return function
+    return enter
+
+
+class Desk:
+    """A fresh DESK, with the program, the sample recipe and the sample's data formats in it, and what takes the pictures."""
+
+    def __init__(self, screen, program):
+        self.screen = screen
+        shutil.rmtree(DESK)
+        DESK.mkdir()
+        for file in (program, EXAMPLES / "bakery-oven.rcp", EXAMPLES / "RecipeFile.Dat"):
+            shutil.copy(file, DESK / file.name)
+            os.utime(DESK / file.name, (TIME, TIME))
+        self.program = str(DESK / program.name)
+
+    def open(self, file=None):
+        return Program(self.screen, DESK, self.program, *([str(DESK / file)] if file else []))
+
+    def whole(self, name):
+        """The whole screen, which the main window fills."""
+        self.screen.mouse_away()
+        self.screen.photograph(IMAGES / name)
+
+    def window(self, app, name):
+        """The dialog that is open, with its frame."""
+        self.screen.mouse_away()
+        self.screen.photograph(IMAGES / name, app.frame_box())
+
+    def part(self, name, box, margin=0):
+        """The part of the screen in the box (x, y, width, height) and so many pixels around it."""
+        x, y, width, height = box
+        left, top = max(0, x - margin), max(0, y - margin)
+        right, bottom = min(x + width + margin, self.screen.width), min(y + height + margin, self.screen.height)
+        self.screen.photograph(IMAGES / name, (left, top, right - left, bottom - top))
+
+
+def table_to(app, row, title=None):
+    """The box of the table from its titles to that row, and to the column of that title or to the right edge."""
+    x, y, width, _ = grid_of(app).box
+    last = cell_of(app, title, row).box if title else grid_of(app).cell(row - 1, 0).box
+    return x, y, last[0] + last[2] - x if title else width, last[1] + last[3] - y
+
+
+def grid_of(app):
+    return app.find("table")
+
+
+def column_of(grid, title):
+    table = grid.accessible.queryTable()
+    return next(column for column in range(table.nColumns) if table.getColumnHeader(column).name == title)
+
+
+def cell_of(app, title, row):
+    """The cell in the column of that title; rows count from 1, as in the table."""
+    grid = grid_of(app)
+    return grid.cell(row - 1, column_of(grid, title))
+
+
+def wait_for_rows(app, count):
+    wait_for(lambda: grid_of(app).accessible.queryTable().nRows == count, f"a table of {count} rows")
+
+
+def scroll_to_the_right(app):
+    cell_of(app, "No.", 1).click()
+    app.screen.key("End")
+
+
+def choose_command(app, title, command):
+    """Chooses a command of the menu bar."""
+    entry = next(entry for entry in app.find("menu bar").children if entry.name == title)
+    entry.click()
+    wait_for(lambda: next(item for menu in entry.children for item in menu.children if item.name == command and item.showing),
+             command).click()
+
+
+def choose_file(app, file, count=2):
+    """Answers the file dialog, which is the window of that count."""
+    dialog = app.window(count)
+    field = dialog.find("text", "File name:")
+    field.accessible.queryEditableText().setTextContents(str(file))
+    wait_for(lambda: field.text == str(file), "the file's name")
+    field.accessible.queryComponent().grabFocus()
+    app.screen.key("Return")
+    app.window(count - 1)
+
+
+def use_format(app, name, start, rows):
+    """Shows the open file through another of the sample's formats."""
+    box = app.find("combo box")
+    names = [item.name for item in box.all_below() if item.role == "list item"]
+    box.click()
+    app.screen.key("Home", *["Down"] * names.index(name), "Return")
+    wait_for(lambda: box.name == name, f"the format {name}")
+    app.find("text", "The Start Address:").enter(str(start))
+    app.find("text", "Read Data Array:").enter(str(rows))
+    app.find("push button", "Use dataformat").click()
+    wait_for_rows(app, rows)
+
+
+def item_row(app, name):
+    """The row of the list of items that holds the item of that name."""
+    return app.find("tree", "The detail of current dataformat").find("table cell", name)
+
+
+@scene("start.png")
+def start(desk):
+    with desk.open():
+        desk.whole("start.png")
+
+
+@scene("main-window.png", "read-settings.png", "format-pane.png", "left-pane-collapsed.png")
+def main_window(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        desk.whole("main-window.png")
+        group = app.find("push button", "RefreshData").parent
+        desk.part("read-settings.png", group.box, margin=6)
+        desk.part("format-pane.png", group.parent.box)
+        x, y, _, height = grid_of(app).box
+        desk.screen.click_at(x - 4, y + height // 2)
+        wait_for(lambda: grid_of(app).box[0] < x, "the wide table")
+        desk.whole("left-pane-collapsed.png")
+
+
+@scene("open-dialog.png")
+def opening(desk):
+    with desk.open() as app:
+        desk.screen.key("ctrl+o")
+        app.window(2).find("text", "File name:")
+        desk.window(app, "open-dialog.png")
+
+
+@scene("cell-open.png", "refused.png", "close-question.png")
+def editing(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Zone °C(1)", 4).click()
+        desk.screen.type("250")
+        desk.part("cell-open.png", table_to(app, 6, "Zone °C(2)"))
+        desk.screen.type("000")
+        desk.screen.key("Return")
+        app.window(2)
+        desk.window(app, "refused.png")
+        desk.screen.key("Return")
+        app.window(1)
+        cell_of(app, "Zone °C(1)", 4).click()
+        desk.screen.type("250")
+        desk.screen.key("Return", "alt+F4")
+        app.window(2)
+        desk.window(app, "close-question.png")
+
+
+@scene("decimals-typed.png", "decimals-read-again.png")
+def decimals(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        scroll_to_the_right(app)
+        cell_of(app, "Belt m/min", 2).click()
+        desk.screen.type("1.05")
+        desk.screen.key("Return")
+        wait_for(lambda: cell_of(app, "Belt m/min", 2).name == "1.05", "the typed number")
+        desk.part("decimals-typed.png", table_to(app, 3))
+        desk.screen.key("ctrl+s")
+        app.find("push button", "RefreshData").click()
+        wait_for(lambda: cell_of(app, "Belt m/min", 2).name == "1.50", "the number read again")
+        scroll_to_the_right(app)
+        desk.part("decimals-read-again.png", table_to(app, 3))
+
+
+@scene("cell-menu.png", "bit-browser-16-bit.png")
+def bits_of_a_word(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        scroll_to_the_right(app)
+        cell_of(app, "Options", 1).click()
+        cell_of(app, "Options", 1).click(button=3)
+        time.sleep(0.5)  # the menu is in no list of windows
+        desk.part("cell-menu.png", table_to(app, 4))
+        desk.screen.key("Down", "Return")
+        app.window(2)
+        desk.window(app, "bit-browser-16-bit.png")
+
+
+@scene("bit-browser-32-bit.png")
+def bits_of_two_words(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        use_format(app, "Line setup", 0, 1)
+        cell_of(app, "Interlocks", 1).click()
+        app.find("push button", "BitBrowse").click()
+        app.window(2)
+        desk.window(app, "bit-browser-32-bit.png")
+
+
+@scene("save-as-dialog.png", "csv-reopened.png")
+def spreadsheet(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        use_format(app, "Shift log", 600, 15)
+        choose_command(app, "File(F)", "Save as...")
+        app.window(2).find("text", "File name:")
+        desk.window(app, "save-as-dialog.png")
+        choose_file(app, DESK / "shifts.csv")
+        app.find("push button", "RefreshData").click()
+        wait_for(lambda: cell_of(app, "Gas kWh", 1).name.startswith('"'), "the table with its quotes")
+        desk.part("csv-reopened.png", table_to(app, 5, "Gas kWh"))
+
+
+@scene("new-file.png")
+def new_file(desk):
+    with desk.open() as app:
+        desk.screen.key("ctrl+n")
+        wait_for_rows(app, 12)
+        desk.whole("new-file.png")
+
+
+@scene("new-format-name.png", "item-menu.png", "item-number.png", "item-array.png", "item-string.png")
+def formats(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        app.find("push button", "Add Dataformat").click()
+        app.window(2).find("text").enter("Tank farm")
+        desk.window(app, "new-format-name.png")
+        desk.screen.key("Escape")
+        app.window(1)
+        for name, item in (("item-number.png", "Belt m/min"), ("item-array.png", "Zone °C"), ("item-string.png", "Product")):
+            item_row(app, item).click(count=2)
+            app.window(2)
+            desk.window(app, name)
+            desk.screen.key("Escape")
+            app.window(1)
+        item_row(app, "Zone °C").click(button=3)
+        time.sleep(0.5)  # the menu is in no list of windows
+        x, y, width, _ = app.find("tree", "The detail of current dataformat").box
+        desk.part("item-menu.png", (x, y, width + 190, 200), margin=6)
+
+
+@scene("save-path-dialog.png", "merge-dialog.png")
+def merging(desk):
+    shutil.copy(DESK / "bakery-oven.rcp", DESK / "proofing-cabinet.rcp")
+    with desk.open() as app:
+        choose_command(app, "File Merge(M)", "File Merge(F)")
+        dialog = app.window(2)
+        for index, file in enumerate(("bakery-oven.rcp", "proofing-cabinet.rcp")):
+            wait_for(lambda: dialog.find_all("push button", "Path select")[index:], "the button")[0].click()
+            choose_file(app, DESK / file, 3)
+        places = [field for field in dialog.find_all("text") if field.name.startswith("The Address in Merged")]
+        places[1].enter("720")
+        dialog.find("push button", "The Path for Merged file").click()
+        app.window(3).find_all("text")[0].enter("line-2")
+        desk.window(app, "save-path-dialog.png")
+        desk.screen.key("Return")
+        app.window(2)
+        desk.window(app, "merge-dialog.png")
+
+
+def names():
+    return {name for made, _ in SCENES for name in made}
+
+
+def main():
+    if len(sys.argv) != 2:
+        print("Usage: pictures.py PROGRAM | --list", file=sys.stderr)
+        return 2
+    if sys.argv[1] == "--list":
+        print("\n".join(sorted(names())))
+        return 0
+    program = Path(sys.argv[1]).resolve()
+    begun = time.time() - 1
+    try:
+        DESK.mkdir()
+    except FileExistsError:
+        print(f"{DESK} is there already. The pictures are made in that folder: remove it first.", file=sys.stderr)
+        return 1
+    try:
+        with Screen(1280, 800) as screen:
+            for made, play in SCENES:
+                play(Desk(screen, program))
+                print(*made, flush=True)
+    finally:
+        shutil.rmtree(DESK)
+    for picture in IMAGES.iterdir():
+        if picture.name not in names():
+            picture.unlink()
+    left = [name for name in names() if (IMAGES / name).stat().st_mtime < begun]
+    if left:
+        print("Not made:", *left, file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
