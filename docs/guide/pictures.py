@@ -146,9 +146,9 @@ def main_window(desk):
         group = app.find("push button", "RefreshData").parent
         desk.part("read-settings.png", group.box, margin=6)
         desk.part("format-pane.png", group.parent.box)
-        x, y, _, height = grid_of(app).box
-        desk.screen.click_at(x - 4, y + height // 2)
-        wait_for(lambda: grid_of(app).box[0] < x, "the wide table")
+        left = grid_of(app).box[0]
+        app.find("split pane", "Show or hide the left pane").click()
+        wait_for(lambda: grid_of(app).box[0] < left, "the wide table")
         desk.whole("left-pane-collapsed.png")
 
 
@@ -203,8 +203,7 @@ def bits_of_a_word(desk):
         wait_for_rows(app, 12)
         scroll_to_the_right(app)
         cell_of(app, "Options", 1).click()
-        cell_of(app, "Options", 1).click(button=3)
-        time.sleep(0.5)  # the menu is in no list of windows
+        app.open_menu_of(cell_of(app, "Options", 1))
         desk.part("cell-menu.png", table_to(app, 4))
         desk.screen.key("Down", "Return")
         app.window(2)
@@ -259,8 +258,7 @@ def formats(desk):
             desk.window(app, name)
             desk.screen.key("Escape")
             app.window(1)
-        item_row(app, "Zone °C").click(button=3)
-        time.sleep(0.5)  # the menu is in no list of windows
+        app.open_menu_of(item_row(app, "Zone °C"))
         x, y, width, _ = app.find("tree", "The detail of current dataformat").box
         desk.part("item-menu.png", (x, y, width + 190, 200), margin=6)
 
@@ -293,7 +291,7 @@ def main():
         print("Usage: pictures.py PROGRAM | --list", file=sys.stderr)
         return 2
     if sys.argv[1] == "--list":
-        print("\n".join(sorted(names())))
+        print("\n".join(sorted(name for made, _ in SCENES for name in made)))
         return 0
     program = Path(sys.argv[1]).resolve()
     begun = time.time() - 1

@@ -65,7 +65,7 @@ class Screen:
         os.mkdir(home, 0o700)
         own = {name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "XDG_", "DBUS_", "AT_SPI", "WAYLAND_", "LC_"))}
-        self.environment = dict(own, HOME=home, XDG_RUNTIME_DIR=home, LANG="C.UTF-8",
+        self.environment = dict(own, HOME=home, XDG_RUNTIME_DIR=home, LANG="C.UTF-8", TZ="UTC",
                                 DBUS_SESSION_BUS_ADDRESS=f"unix:path={home}/bus")
         read_end, write_end = os.pipe()
         self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{self.width}x{self.height}x24",
@@ -252,6 +252,14 @@ class Program:
 
     def find(self, role, name=None):
         return wait_for(lambda: self.root().find_all(role, name)[0], f"{role} {name or ''}")
+
+    def open_menu_of(self, control):
+        """Opens the menu of a control by a right click. No tree of controls has it, only the X server."""
+        def shown():
+            return self.screen.run("xdotool", "search", "--onlyvisible", "--class", "vantor").split()
+        before = len(shown())
+        control.click(button=3)
+        wait_for(lambda: len(shown()) > before, f"the menu of {control.name}")
 
     def frame_box(self):
         """The window opened last with the frame that the window manager gives it, as x, y, width and height."""

@@ -24,7 +24,9 @@ ROOMS = {  # room -> the rooms it may include from
     "app": {"app", "views", "controls", "merge", "files", "model", "disk"},
 }
 PLATFORM_PLACES = {"disk/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
-SCRIPTS = ["run", "test", "fuzz", ".ci/run", "packaging/debian/test-package", "packaging/debian/check-installed"]
+SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
+           "packaging/debian/check-installed"]
+GUIDE = ROOT / "docs" / "guide"
 
 
 def files(*patterns):
@@ -56,6 +58,27 @@ def in_core(path):
 
 def lines(path):
     return enumerate(path.read_text(encoding="utf-8").splitlines(), start=1)
+
+
+def links(path):
+    """(line number, the file that the link leads to, the heading behind "#" or "") of the links within the documents."""
+    for number, line in lines(path):
+        for target, anchor in re.findall(r"\]\(([^)#:]*)(?:#([^)]*))?\)", line):
+            yield number, (path.parent / target).resolve() if target else path, anchor
+
+
+def anchors(document):
+    """What links may name behind "#": the headings, in the form in which they are shown on the web."""
+    found = set()
+    code = False
+    for _, line in lines(document):
+        code ^= line.startswith("```")
+        heading = re.match(r"#+ (.*)", line)
+        if heading and not code:
+            anchor = re.sub(r"[^\w\- ]", "", heading[1].lower()).replace(" ", "-")
+            repeated = [other for other in (anchor, *(f"{anchor}-{count}" for count in range(1, 99))) if other not in found]
+            found.add(repeated[0])
+    return found
 
 
 def includes():
@@ -129,11 +152,25 @@ class RepositoryTest(unittest.TestCase):
     def testDocumentLinksLeadSomewhere(self):
         faults = []
         for path in files("*.md"):
-            for number, line in lines(path):
-                for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", line):
-                    if not (path.parent / target).exists():
-                        faults.append(f"{name(path)}:{number}: {target}")
+            for number, target, anchor in links(path):
+                if not target.exists() or (anchor and anchor not in anchors(target)):
+                    faults.append(f"{name(path)}:{number}: {target.name} {anchor}".rstrip())
         self.assertNone(faults, "A link in a document leads nowhere:")
+
+    def testGuideIsReachedFromItsIndex(self):
+        linked = {target for _, target, _ in links(GUIDE / "index.md")}
+        faults = [name(path) for path in GUIDE.glob("*.md") if path.name != "index.md" and path not in linked]
+        self.assertNone(faults, "A page of the guide is not in its index:")
+
+    def testPicturesAreMadeByTheirScript(self):
+        made = subprocess.run([sys.executable, "-B", str(GUIDE / "pictures.py"), "--list"], check=True,
+                              capture_output=True, text=True).stdout.split()
+        self.assertTrue(made)
+        self.assertEqual(made, sorted(set(made)), "a picture is made twice")
+        self.assertEqual(made, sorted(path.name for path in (GUIDE / "images").iterdir()), "made, and there")
+        shown = {target.relative_to(ROOT).as_posix() for path in files("*.md") for _, target, _ in links(path)
+                 if target.suffix == ".png"}
+        self.assertEqual(sorted(shown), [f"docs/guide/images/{picture}" for picture in made], "shown, and made")
 
     def testSampleFilesAreMadeByTheirScript(self):
         examples = ROOT / "examples"
