@@ -127,13 +127,16 @@ class Screen:
     def photograph(self, file, box=None):
         """Writes what the screen shows once it has come to rest, or the box (x, y, width, height) of it, as a PNG file."""
         x, y, width, height = box or (0, 0, self.width, self.height)
-        previous = None
-        while previous != (shown := self._pixels()):
-            previous = shown
-            time.sleep(0.12)
+        shown = wait_for(self._pixels_at_rest, "A screen at rest")
         subprocess.run(["convert", "-size", f"{self.width}x{self.height}", "-depth", "8", "rgb:-",
                         "-crop", f"{width}x{height}+{x}+{y}", "+repage", "-strip", f"PNG24:{file}"],
                        input=shown, env=self.environment, check=True, timeout=60)
+
+    def _pixels_at_rest(self):
+        """The screen's pixels when they are the same a moment later."""
+        before = self._pixels()
+        time.sleep(0.12)
+        return before == self._pixels() and before
 
     def _pixels(self):
         return subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"], env=self.environment,
