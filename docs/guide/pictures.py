@@ -7,8 +7,10 @@ docs/guide/make-pictures calls this with the program and with the interpreter th
 picture is a new scene, or a few lines more in one: a scene starts from a desk with the sample as it was delivered.
 """
 
+import fcntl
 import os
 import shutil
+import signal
 import sys
 import time
 from pathlib import Path
@@ -19,6 +21,8 @@ GUIDE = Path(__file__).resolve().parent
 EXAMPLES = GUIDE.parents[1] / "examples"
 IMAGES = GUIDE / "images"
 DESK = Path("/tmp/recipes")  # its name is in the window's title, so that it is always the same
+MARK = DESK / ".made-for-the-pictures-of-the-guide"
+LOCK = Path(f"/tmp/vantor-pictures-{os.getuid()}.lock")
 TIME = 1_700_000_000  # of the files, which file dialogs show
 
 SCENES = []  # (the pictures that a scene makes, the scene)
@@ -36,8 +40,9 @@ class Desk:
 
     def __init__(self, screen, program):
         self.screen = screen
-        shutil.rmtree(DESK)
-        DESK.mkdir()
+        for left in DESK.iterdir():
+            if left != MARK:
+                left.unlink()
         for file in (program, EXAMPLES / "bakery-oven.rcp", EXAMPLES / "RecipeFile.Dat"):
             shutil.copy(file, DESK / file.name)
             os.utime(DESK / file.name, (TIME, TIME))
@@ -286,6 +291,33 @@ def names():
     return {name for made, _ in SCENES for name in made}
 
 
+def take_desk():
+    """Waits until no other run works at the DESK, and makes it anew. False when it is a folder of somebody else.
+
+    The lock lasts as long as this process, so what bears the MARK is then left of a run that was killed."""
+    lock = os.open(LOCK, os.O_RDWR | os.O_CREAT | os.O_CLOEXEC, 0o600)
+    fcntl.flock(lock, fcntl.LOCK_EX)
+    if MARK.exists():
+        shutil.rmtree(DESK)
+    try:
+        DESK.mkdir()
+    except FileExistsError:
+        return False
+    MARK.touch()
+    return True
+
+
+def play_scenes(program):
+    with Screen(1280, 800) as screen:
+        for made, play in SCENES:
+            try:
+                play(Desk(screen, program))
+            except NotShown as fault:  # a busy machine can lose a key
+                print(f"{fault}; once more:", file=sys.stderr)
+                play(Desk(screen, program))
+            print(*made, flush=True)
+
+
 def main():
     if len(sys.argv) != 2:
         print("Usage: pictures.py PROGRAM | --list", file=sys.stderr)
@@ -295,20 +327,12 @@ def main():
         return 0
     program = Path(sys.argv[1]).resolve()
     begun = time.time() - 1
-    try:
-        DESK.mkdir()
-    except FileExistsError:
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that the screen is ended and the desk cleared
+    if not take_desk():
         print(f"{DESK} is there already. The pictures are made in that folder: remove it first.", file=sys.stderr)
         return 1
     try:
-        with Screen(1280, 800) as screen:
-            for made, play in SCENES:
-                try:
-                    play(Desk(screen, program))
-                except NotShown as fault:  # a busy machine can lose a key
-                    print(f"{fault}; once more:", file=sys.stderr)
-                    play(Desk(screen, program))
-                print(*made, flush=True)
+        play_scenes(program)
     finally:
         shutil.rmtree(DESK)
     for picture in IMAGES.iterdir():

@@ -1,4 +1,9 @@
 # The Debian package. Which libraries it depends on is found out from the programs.
+if(NOT VANTOR_CMARK_GFM)
+  message(FATAL_ERROR "The Debian package has the guide as pages for a browser: it needs cmark-gfm")
+endif()
+install(FILES debian/doc-base DESTINATION ${CMAKE_INSTALL_DATADIR}/doc-base RENAME vantor)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

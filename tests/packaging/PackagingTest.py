@@ -16,7 +16,7 @@ ID = "org.vantor.Vantor"
 MIME = {"m": "http://www.freedesktop.org/standards/shared-mime-info"}
 OWN_TYPES = [f"application/vnd.vantor.{extension}" for extension in ("rcp", "erp", "frp")]
 
-# Besides the documents, which are those of docs/ for users.
+# Besides the documents.
 INSTALLED = [
     "bin/vantor",
     "bin/vantor-cli",
@@ -35,7 +35,8 @@ INSTALLED = [
     f"share/mime/packages/{ID}.xml",
     "share/vantor/RecipeFile.Dat",
 ]
-DOCS_FOR_DEVELOPERS = {"architecture.md", "performance.md"}
+DOCUMENTS = ["command-line.md", "file-formats.md", "guide/*.md"]  # of docs/, those for users; they become pages
+PICTURES = "guide/images/*.png"
 
 
 def run(*command):
@@ -74,8 +75,10 @@ class PackagingTest(unittest.TestCase):
         self.assertEqual((result.returncode, result.stdout), (0, ""))
 
     def testInstallPutsEveryFileInItsPlace(self):
-        docs = [f"share/doc/vantor/docs/{file}" for file in files_below(ROOT / "docs") if file not in DOCS_FOR_DEVELOPERS]
-        self.assertEqual(files_below(self.install()), sorted(INSTALLED + docs))
+        docs = ROOT / "docs"
+        pages = [path.with_suffix(".html") for pattern in DOCUMENTS for path in docs.glob(pattern)]
+        shown = [f"share/doc/vantor/html/{path.relative_to(docs).as_posix()}" for path in [*pages, *docs.glob(PICTURES)]]
+        self.assertEqual(files_below(self.install()), sorted(INSTALLED + shown))
 
     def testInstalledProgramsRun(self):
         prefix = self.install()
@@ -85,12 +88,16 @@ class PackagingTest(unittest.TestCase):
                     "--library", prefix / "share/vantor/RecipeFile.Dat")
         self.assertIn("Farmhouse loaf", shown.stdout)
 
-    def testInstalledDocumentsLinkToInstalledFiles(self):
-        documents = self.install() / "share" / "doc" / "vantor"
-        links = [(path, target) for path in documents.rglob("*.md")
-                 for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", path.read_text(encoding="utf-8"))]
-        self.assertTrue(links)
-        self.assertEqual([link for link in links if not (link[0].parent / link[1]).exists()], [])
+    def testInstalledPagesLinkToInstalledFiles(self):
+        pages = {path.resolve(): path.read_text(encoding="utf-8")
+                 for path in (self.install() / "share/doc/vantor/html").rglob("*.html")}
+        links = [(page, (page.parent / target).resolve() if target else page, anchor) for page, text in pages.items()
+                 for target, anchor in re.findall(r'(?:href|src)="([^"#:]*)#?([^"]*)"', text)]
+        self.assertGreater(len(links), 100)
+        dead = [link for link in links
+                if not link[1].exists() or (link[2] and f' id="{link[2]}"' not in pages.get(link[1], ""))]
+        self.assertEqual(dead, [])
+        self.assertEqual([link for link in links if link[1].suffix == ".md" and link[1].with_suffix(".html") in pages], [])
 
     def version(self):
         return re.search(r"project\(Vantor VERSION (\d+\.\d+\.\d+)", (ROOT / "CMakeLists.txt").read_text())[1]
@@ -105,7 +112,8 @@ class PackagingTest(unittest.TestCase):
         result = run("python3", "-B", ROOT / "packaging/debian/changelog.py", ROOT / "CHANGELOG.md", "A <a@b.invalid>")
         self.assertEqual(result.returncode, 0, result.stdout)
         self.assertTrue(result.stdout.startswith(f"vantor ({self.version()}) stable; urgency=medium\n\n  * "))
-        entries = re.findall(r"^- ", (ROOT / "CHANGELOG.md").read_text(encoding="utf-8"), re.M)
+        released = re.split(r"^(?=## \[\d)", (ROOT / "CHANGELOG.md").read_text(encoding="utf-8"), maxsplit=1, flags=re.M)[1]
+        entries = re.findall(r"^- ", released, re.M)
         self.assertEqual(len(re.findall(r"^  \* ", result.stdout, re.M)), len(entries))
 
     def testOneIdNamesAll(self):
