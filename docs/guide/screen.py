@@ -11,8 +11,10 @@ import os
 import subprocess
 import tempfile
 import time
+from pathlib import Path
 
 PATIENCE = 15.0
+BLINK = 0.6  # seconds; a text cursor comes or goes every half second
 WINDOWS = ("frame", "window", "dialog", "alert", "file chooser")
 
 
@@ -69,12 +71,13 @@ class Screen:
                                 DBUS_SESSION_BUS_ADDRESS=f"unix:path={home}/bus")
         read_end, write_end = os.pipe()
         self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{self.width}x{self.height}x24",
-                    "-nolisten", "tcp", "-noreset"], pass_fds=(write_end,))
+                    "-nolisten", "tcp", "-noreset", "-nocursor", "-fbdir", home], pass_fds=(write_end,))
         os.close(write_end)
         with os.fdopen(read_end) as number:  # written when the server is ready
             display = number.readline().strip()
         if not display:
             raise NotShown("The X server")
+        self.memory = Path(home, "Xvfb_screen0")  # the pixels, as a file that ImageMagick reads
         self.environment["DISPLAY"] = ":" + display
         self.spawn(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:path={home}/bus"])
         wait_for(lambda: os.path.exists(home + "/bus"), "The message bus")
@@ -127,20 +130,24 @@ class Screen:
     def photograph(self, file, box=None):
         """Writes what the screen shows once it has come to rest, or the box (x, y, width, height) of it, as a PNG file."""
         x, y, width, height = box or (0, 0, self.width, self.height)
-        shown = wait_for(self._pixels_at_rest, "A screen at rest")
-        subprocess.run(["convert", "-size", f"{self.width}x{self.height}", "-depth", "8", "rgb:-",
-                        "-crop", f"{width}x{height}+{x}+{y}", "+repage", "-strip", f"PNG24:{file}"],
-                       input=shown, env=self.environment, check=True, timeout=60)
+        subprocess.run(["convert", "xwd:-", "-crop", f"{width}x{height}+{x}+{y}", "+repage", "-strip", f"PNG24:{file}"],
+                       input=self._at_rest(), env=self.environment, check=True, timeout=60)
 
-    def _pixels_at_rest(self):
-        """The screen's pixels when they are the same a moment later."""
-        before = self._pixels()
-        time.sleep(0.12)
-        return before == self._pixels() and before
-
-    def _pixels(self):
-        return subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"], env=self.environment,
-                              check=True, timeout=60, stdout=subprocess.PIPE).stdout
+    def _at_rest(self):
+        """The screen once nothing changes it any more but a text cursor, which is then there."""
+        seen = []
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            shown = self.memory.read_bytes()
+            if not seen or shown != seen[-1]:
+                seen = [*seen, shown][-3:]
+                changed = time.monotonic()
+            if len(seen) == 3 and seen[0] == seen[2]:
+                return min(seen)  # the cursor is dark
+            if time.monotonic() - changed > BLINK:
+                return shown
+            time.sleep(0.05)
+        raise NotShown(f"A screen at rest did not come up within {PATIENCE:g} s")
 
 
 class Control:
