@@ -59,6 +59,7 @@ class Desk:
     def window(self, app, name):
         """The dialog that is open, with its frame."""
         self.screen.mouse_away()
+        self.screen.at_rest()
         self.screen.photograph(IMAGES / name, app.frame_box())
 
     def part(self, name, box, margin=0):

@@ -8,6 +8,7 @@ One Screen a process: the accessibility library keeps its first connection.
 """
 
 import os
+import re
 import subprocess
 import tempfile
 import time
@@ -15,6 +16,7 @@ from pathlib import Path
 
 PATIENCE = 15.0
 BLINK = 0.6  # seconds; a text cursor comes or goes every half second
+LOOKS = 8  # at an unchanged screen, however slow the machine is, before no cursor blinks there
 WINDOWS = ("frame", "window", "dialog", "alert", "file chooser")
 
 
@@ -131,20 +133,23 @@ class Screen:
         """Writes what the screen shows once it has come to rest, or the box (x, y, width, height) of it, as a PNG file."""
         x, y, width, height = box or (0, 0, self.width, self.height)
         subprocess.run(["convert", "xwd:-", "-crop", f"{width}x{height}+{x}+{y}", "+repage", "-strip", f"PNG24:{file}"],
-                       input=self._at_rest(), env=self.environment, check=True, timeout=60)
+                       input=self.at_rest(), env=self.environment, check=True, timeout=60)
 
-    def _at_rest(self):
-        """The screen once nothing changes it any more but a text cursor, which is then there."""
+    def at_rest(self):
+        """The pixels of the screen once nothing changes it any more but a text cursor, which is then there."""
         seen = []
+        looks = 0  # at the latest of them
         end = time.monotonic() + PATIENCE
         while time.monotonic() < end:
             shown = self.memory.read_bytes()
+            looks += 1
             if not seen or shown != seen[-1]:
                 seen = [*seen, shown][-3:]
                 changed = time.monotonic()
+                looks = 1
             if len(seen) == 3 and seen[0] == seen[2]:
                 return min(seen)  # the cursor is dark
-            if time.monotonic() - changed > BLINK:
+            if time.monotonic() - changed > BLINK and looks > LOOKS:
                 return shown
             time.sleep(0.05)
         raise NotShown(f"A screen at rest did not come up within {PATIENCE:g} s")
@@ -272,9 +277,12 @@ class Program:
         wait_for(lambda: len(shown()) > before, f"the menu of {control.name}")
 
     def frame_box(self):
-        """The window opened last with the frame that the window manager gives it, as x, y, width and height."""
-        x, y, width, height = self.windows()[-1].box
+        """The active window with the frame that the window manager gives it, as x, y, width and height. Asked of the X
+        server: the program itself learns late that its window was placed."""
         window = self.screen.run("xdotool", "getactivewindow").strip()
+        told = self.screen.run("xwininfo", "-id", window)
+        x, y, width, height = (int(re.search(rf"{what}: +(-?\d+)", told)[1])
+                               for what in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
         frame = self.screen.run("xprop", "-id", window, "-notype", "_NET_FRAME_EXTENTS").split("=")[1]
         left, right, top, bottom = (int(number) for number in frame.split(","))
         return x - left, y - top, width + left + right, height + top + bottom
