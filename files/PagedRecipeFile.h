@@ -27,8 +27,8 @@ bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType ty
 /// kept: a file that is missing or cannot be written is left so without a word, and counts as saved; `isLeftOut` says
 /// so.
 ///
-/// Not saved when the rows are those of a file that could not be opened to be read, or when the file is damaged or a write fails (then reported: "Can't save file %s,please check file or your
-/// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for
-/// which the disk has no room.
+/// Not saved when the rows are those of a file that could not be opened to be read, or when the file is damaged or a
+/// write fails (then reported: "Can't save file %s,please check file or your disk!") or the work was given up before
+/// anything was written. A damaged file is left as it is, and so is one for which the disk has no room.
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                      CProgress& progress);
