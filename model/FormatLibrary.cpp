@@ -192,10 +192,15 @@ public:
     std::int64_t Position() const { return m_position; }
     std::int64_t Left() const { return m_length - m_position; }
 
+    /// Whether the disk has failed, so that what was read since is not what the file holds.
+    bool HasFailed() const { return m_hasFailed; }
+
     void MoveTo(std::int64_t position)
     {
+        m_hasFailed = m_hasFailed || m_length < 0;
         m_file.clear();
         m_file.seekg(position);
+        m_hasFailed = m_hasFailed || m_file.fail();
         m_position = position;
     }
 
@@ -203,6 +208,7 @@ public:
     bool Read(std::span<char> bytes)
     {
         m_file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        m_hasFailed = m_hasFailed || m_file.bad(); // fewer bytes at the end of the file are no failure
         m_position += static_cast<std::int64_t>(bytes.size());
         return m_file.gcount() == static_cast<std::streamsize>(bytes.size());
     }
@@ -211,6 +217,7 @@ private:
     std::istream& m_file;
     std::int64_t m_length = 0;
     std::int64_t m_position = 0;
+    bool m_hasFailed = false;
 };
 
 std::int32_t ReadVersion(CLibraryInput& file)
@@ -228,6 +235,8 @@ void ReadSettings(CLibraryInput& file, FormatLibrary& library)
     PutSettings(current, library);
     std::string bytes = current.Bytes();
     file.Read(bytes);
+    if (file.HasFailed())
+        return;
     CFieldReader in(bytes);
     library.startAddress = in.Take32();
     library.rowCount = in.Take32();
@@ -300,6 +309,21 @@ private:
     std::size_t m_itemSize;
 };
 
+/// Reads what stands behind the marker: the file's length, -1 when a format record is bad.
+std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
+{
+    file.MoveTo(library.fileVersion != 0 ? static_cast<std::int64_t>(kMarkerSize) : 0);
+    ReadSettings(file, library);
+    CFormatInput input(file, library);
+    while (file.Left() != 0) {
+        auto format = input.ReadFormat();
+        if (!format)
+            return -1;
+        library.formats.push_back(std::move(format));
+    }
+    return file.Length();
+}
+
 bool IsMissing(const fs::path& path)
 {
     std::error_code ignored;
@@ -359,18 +383,12 @@ std::int64_t FormatLibrary::read(std::ios::openmode mode)
     fileVersion = ReadVersion(file);
     programVersion = ProgramVersion();
     versionsKnown = true;
-    if (file.Length() < 1)
-        return 0;
-    file.MoveTo(fileVersion != 0 ? static_cast<std::int64_t>(kMarkerSize) : 0);
-    ReadSettings(file, *this);
-    CFormatInput input(file, *this);
-    while (file.Left() != 0) {
-        auto format = input.ReadFormat();
-        if (!format)
-            return -1;
-        formats.push_back(std::move(format));
-    }
-    return file.Length();
+    const std::int64_t result = file.Length() == 0 ? 0 : ReadContent(file, *this);
+    if (!file.HasFailed())
+        return result;
+    formats.clear();
+    versionsKnown = false;
+    return -1;
 }
 
 int FormatLibrary::save(const fs::path& libraryPath) const

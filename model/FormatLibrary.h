@@ -42,7 +42,8 @@ public:
 
     /// Frees all formats and reads the file at `libraryPath`, which is created empty when it is missing and never
     /// truncated. Returns -1 when it cannot be opened or a format record is bad (the formats before that one stay), 0
-    /// when it is empty, else its length in bytes. Reports nothing.
+    /// when it is empty, else its length in bytes. Reports nothing. A file that the disk fails to read counts as one
+    /// that cannot be opened: -1, no formats, and the versions not known.
     ///
     /// A version 0 file is converted: its items get `arrayLength` from the old `codeType` (kept). A file of a later
     /// version gives formats without items.

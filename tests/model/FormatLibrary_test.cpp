@@ -303,6 +303,18 @@ TEST_F(FormatLibraryLoad, RefusesWhatIsNoRegularFile)
     EXPECT_FALSE(library.versionsKnown);
 }
 
+TEST_F(FormatLibraryLoad, TakesAFileThatTheDiskFailsToReadForOneThatCannotBeOpened)
+{
+    fs::create_symlink("/proc/self/mem", File()); // a regular file whose first bytes are an input/output error
+    library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+    EXPECT_EQ(library.load(File()), -1);
+    EXPECT_FALSE(library.versionsKnown);
+    EXPECT_EQ(library.loadReadOnly(File()), -1);
+    EXPECT_FALSE(library.versionsKnown);
+    EXPECT_TRUE(library.formats.empty());
+    EXPECT_EQ(library.rowCount, 10);
+}
+
 TEST_F(FormatLibraryLoad, ReadOnlyCreatesNothing)
 {
     EXPECT_EQ(library.loadReadOnly(File()), -1);
