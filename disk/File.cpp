@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <limits>
+#include <map>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -20,6 +21,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 #endif
 
 namespace fs = std::filesystem;
@@ -235,6 +239,75 @@ fs::path EnvironmentPath(const char* name)
     return value != nullptr ? fs::path(value) : fs::path();
 }
 
+#ifdef __linux__
+
+/// What a file is marked with beside its permissions, by name: the list of its further users and their rights, too.
+using Marks = std::map<std::string, std::string>;
+
+/// Asks `call` for the size, then for the bytes; none where the file system knows no marks, nothing after an error.
+template <typename Call>
+std::optional<std::string> BytesFrom(Call call)
+{
+    const ssize_t size = call(nullptr, 0);
+    if (size <= 0)
+        return size == 0 || errno == ENOTSUP ? std::optional<std::string>("") : std::nullopt;
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    const ssize_t length = call(bytes.data(), bytes.size());
+    if (length < 0)
+        return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(length));
+    return bytes;
+}
+
+template <typename List, typename Get>
+std::optional<Marks> MarksBy(List list, Get get)
+{
+    const auto names = BytesFrom(list);
+    if (!names)
+        return std::nullopt;
+    Marks marks;
+    for (std::size_t begin = 0; begin < names->size();) {
+        const std::string name = names->c_str() + begin; // each ends with a zero
+        const auto value = BytesFrom([&](char* bytes, std::size_t size) { return get(name.c_str(), bytes, size); });
+        if (!value)
+            return std::nullopt;
+        marks[name] = *value;
+        begin += name.size() + 1;
+    }
+    return marks;
+}
+
+bool TakeMarks(int file, const fs::path& path)
+{
+    const auto from = MarksBy(
+        [&](char* names, std::size_t size) { return listxattr(path.c_str(), names, size); },
+        [&](const char* name, char* value, std::size_t size) { return getxattr(path.c_str(), name, value, size); });
+    const auto to =
+        MarksBy([&](char* names, std::size_t size) { return flistxattr(file, names, size); },
+                [&](const char* name, char* value, std::size_t size) { return fgetxattr(file, name, value, size); });
+    if (!from || !to)
+        return false;
+    for (const auto& [name, value] : *to)
+        if (!from->contains(name) && fremovexattr(file, name.c_str()) != 0)
+            return false;
+    for (const auto& [name, value] : *from) {
+        const auto held = to->find(name);
+        const bool isHeld = held != to->end() && held->second == value;
+        if (!isHeld && fsetxattr(file, name.c_str(), value.data(), value.size(), 0) != 0)
+            return false;
+    }
+    return true;
+}
+
+#else
+
+bool TakeMarks(int, const fs::path&)
+{
+    return true;
+}
+
+#endif
+
 bool TakeAttributes(std::intptr_t file, const fs::path& path)
 {
     struct stat from {};
@@ -245,7 +318,7 @@ bool TakeAttributes(std::intptr_t file, const fs::path& path)
     const bool sameOwner = from.st_uid == to.st_uid && from.st_gid == to.st_gid;
     const bool owned = sameOwner || fchown(number, from.st_uid, from.st_gid) == 0;
     const bool permitted = (sameOwner && from.st_mode == to.st_mode) || fchmod(number, from.st_mode & 07777) == 0;
-    return owned && permitted;
+    return owned && permitted && TakeMarks(number, path); // last: a change of the owner takes some away
 }
 
 template <typename Sync>

@@ -53,7 +53,7 @@ public:
     /// Cuts a longer file to `length` bytes.
     bool CutTo(std::uint64_t length);
 
-    /// Gives the file the owner and the permissions of the one at `path`; false when that is not allowed.
+    /// Gives the file the owner, rights and extended attributes of the one at `path`; false when that is not allowed.
     bool TakeAttributesOf(const std::filesystem::path& path);
 
     /// Waits until the disk has what was written. False when it refuses it.
