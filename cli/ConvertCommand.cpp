@@ -13,7 +13,7 @@ bool SaveAs(FileType type, const CRecipeRows& rows, std::int32_t startAddress, c
             CReporter& reporter)
 {
     std::error_code ignored;
-    const bool isNew = !fs::exists(fs::symlink_status(target, ignored));
+    const bool isNew = fs::symlink_status(target, ignored).type() == fs::file_type::not_found; // for certain
     const bool isSaved = PrepareSaveAs(type, target, startAddress, reporter) && SaveRows(type, rows, target, reporter);
     if (isNew && !isSaved)
         fs::remove(target, ignored);

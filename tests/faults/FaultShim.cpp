@@ -1,5 +1,5 @@
 // Loaded before the C library, it makes one call that writes to a folder fail, cut short or the last that the program
-// makes: a disk that breaks where a test wants it to.
+// makes, or one that reads there fail: a disk that breaks where a test wants it to.
 //
 //   VANTOR_FAULT_FOLDER  counts only calls on files in this folder
 //   VANTOR_FAULT_LOG     gets a line a counted call: its name, and "!" behind it when it was made to fail
@@ -8,7 +8,8 @@
 //   VANTOR_FAULT_ERROR   with this error number
 //   VANTOR_FAULT_KIND    "error"; "short": a write takes half of its bytes, other calls do not fail; "break": a write
 //                        takes half of its bytes and the calls behind it fail with the error; "kill": the program ends
-//                        before the call
+//                        before the call; "read": an error, of the calls that read or ask for a file's state, which
+//                        are then counted instead
 
 #include <algorithm>
 #include <array>
@@ -21,13 +22,14 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
 
-enum class Kind { Error, Short, Break, Kill };
+enum class Kind { Error, Short, Break, Kill, Read };
 enum class Verdict { Goes, Fails, IsCutShort };
 
 enum Tracked : char { kOther, kReadOnly, kWritten };
@@ -51,6 +53,8 @@ Kind ChosenKind()
         return Kind::Short;
     if (kind == "break")
         return Kind::Break;
+    if (kind == "read")
+        return Kind::Read;
     return kind == "kill" ? Kind::Kill : Kind::Error;
 }
 
@@ -92,6 +96,12 @@ bool MayBeInterrupted(std::string_view call)
     return std::find(kCalls.begin(), kCalls.end(), call) != kCalls.end();
 }
 
+bool Reads(std::string_view call)
+{
+    constexpr std::array kCalls = {"read", "readv", "pread", "lseek", "stat", "lstat"};
+    return std::find(kCalls.begin(), kCalls.end(), call) != kCalls.end();
+}
+
 /// Counts the call; what is to become of it.
 Verdict Judge(const char* call, bool writes = false)
 {
@@ -100,10 +110,14 @@ Verdict Judge(const char* call, bool writes = false)
     const long at = NumberIn("VANTOR_FAULT_AT");
     const long times = NumberIn("VANTOR_FAULT_TIMES");
     const Kind kind = ChosenKind();
+    if (Reads(call) != (kind == Kind::Read))
+        return Verdict::Goes;
     ++count;
     const bool isHit = at > 0 && count >= at && (times == 0 || count < at + times);
     Verdict verdict = Verdict::Goes;
     if (kind == Kind::Error && isHit && (NumberIn("VANTOR_FAULT_ERROR") != EINTR || MayBeInterrupted(call)))
+        verdict = Verdict::Fails;
+    if (kind == Kind::Read && isHit)
         verdict = Verdict::Fails;
     if (kind == Kind::Short && isHit && writes)
         verdict = Verdict::IsCutShort;
@@ -240,6 +254,26 @@ mode_t ModeIn(int flags, va_list arguments)
         return IsInFolder(path) && Fails(#name) ? -1 : Real<int(const char*)>(#name)(path);                            \
     }
 
+#define VANTOR_PREAD(name)                                                                                             \
+    extern "C" ssize_t name(int file, void* bytes, std::size_t size, off_t offset)                                     \
+    {                                                                                                                  \
+        if (TrackedAs(file) != kOther && Fails("pread"))                                                               \
+            return -1;                                                                                                 \
+        return Real<ssize_t(int, void*, std::size_t, off_t)>(#name)(file, bytes, size, offset);                        \
+    }
+#define VANTOR_SEEK(name)                                                                                              \
+    extern "C" off_t name(int file, off_t offset, int from) noexcept                                                   \
+    {                                                                                                                  \
+        if (TrackedAs(file) != kOther && Fails("lseek"))                                                               \
+            return -1;                                                                                                 \
+        return Real<off_t(int, off_t, int)>(#name)(file, offset, from);                                                \
+    }
+#define VANTOR_STATE(name)                                                                                             \
+    extern "C" int name(const char* path, struct stat* state) noexcept                                                 \
+    {                                                                                                                  \
+        return IsInFolder(path) && Fails(#name) ? -1 : Real<int(const char*, struct stat*)>(#name)(path, state);       \
+    }
+
 VANTOR_OPEN(open)
 VANTOR_OPEN(open64)
 VANTOR_OPENAT(openat)
@@ -258,8 +292,28 @@ VANTOR_POSIX_FALLOCATE(posix_fallocate)
 VANTOR_POSIX_FALLOCATE(posix_fallocate64)
 VANTOR_SYNC(fsync)
 VANTOR_SYNC(fdatasync)
+VANTOR_PREAD(pread)
+VANTOR_PREAD(pread64)
+VANTOR_SEEK(lseek)
+VANTOR_SEEK(lseek64)
+VANTOR_STATE(stat)
+VANTOR_STATE(lstat)
 VANTOR_PATH_CALL(unlink, noexcept)
 VANTOR_PATH_CALL(remove, noexcept)
+
+extern "C" ssize_t read(int file, void* bytes, std::size_t size)
+{
+    if (TrackedAs(file) != kOther && Fails("read"))
+        return -1;
+    return Real<ssize_t(int, void*, std::size_t)>("read")(file, bytes, size);
+}
+
+extern "C" ssize_t readv(int file, const iovec* pieces, int count)
+{
+    if (TrackedAs(file) != kOther && Fails("readv"))
+        return -1;
+    return Real<ssize_t(int, const iovec*, int)>("readv")(file, pieces, count);
+}
 
 extern "C" ssize_t write(int file, const void* bytes, std::size_t size)
 {

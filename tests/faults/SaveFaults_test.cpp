@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <tuple>
 
 namespace fs = std::filesystem;
 
@@ -55,6 +57,55 @@ TEST_P(SaveFaults, LeaveTheOldOrTheNewAndAreTold)
     RecordProperty("faults", met);
     std::printf("%s: %zu calls, %d faults\n", GetParam().name, whole.calls.size(), met);
 }
+
+/// What a disk that fails to read gives is neither a short file nor no file.
+struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
+    const SavePath& Path() const { return std::get<0>(GetParam()); }
+
+    FaultRun Run(const SavePlace& place, int at) const
+    {
+        const Fault fault{"unreadable", "read", EIO, std::get<1>(GetParam())};
+        return RunWithFault(VANTOR_CLI_PROGRAM, Path().arguments(place), place.folder.Path(), fault, at);
+    }
+
+    bool MayBeLeft(const std::optional<Bytes>& bytes, const std::optional<Bytes>& old) const
+    {
+        const bool isWrittenInPart = Path().leaves == Leaves::Emptied || Path().leaves == Leaves::Paged;
+        return bytes == old || (isWrittenInPart && bytes);
+    }
+};
+
+TEST_P(ReadFaults, SpoilNoSave)
+{
+    std::optional<Bytes> fresh;
+    for (int at = 0;; ++at) { // 0: none fails
+        const SavePlace place;
+        Path().prepare(place);
+        const auto old = BytesIn(place.Disk(Path().target));
+        const FaultRun run = Run(place, at);
+        const auto bytes = BytesIn(place.Disk(Path().target));
+        const std::string where = "at call " + std::to_string(at) + (run.failed.empty() ? "" : ", " + run.failed[0]);
+        if (at == 0) {
+            ASSERT_EQ(run.result.exitCode, 0) << run.result.error;
+            ASSERT_FALSE(run.calls.empty()) << "the shim is not there";
+            fresh = bytes;
+        } else if (run.result.exitCode == 0) {
+            EXPECT_EQ(bytes, fresh) << where;
+        } else {
+            EXPECT_EQ(run.result.exitCode, 1) << where;
+            EXPECT_NE(run.result.error, "") << where;
+            EXPECT_TRUE(MayBeLeft(bytes, old)) << where;
+        }
+        if (static_cast<int>(run.calls.size()) < at)
+            return;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, ReadFaults,
+                         testing::Combine(testing::ValuesIn(CommandLineSavePaths()), testing::Values(1, 0)),
+                         [](const auto& c) {
+                             return std::string(std::get<0>(c.param).name) + (std::get<1>(c.param) == 1 ? "Once" : "");
+                         });
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, SaveFaults, testing::ValuesIn(CommandLineSavePaths()),
                          [](const auto& path) { return std::string(path.param.name); });
