@@ -11,7 +11,7 @@ CCellTexts::CCellTexts(const CRecipeRows& rows)
 std::u16string_view CCellTexts::Text()
 {
     if (IsChanged())
-        return m_change->second;
+        return m_change->second.text;
     if (m_rows.m_source == CRecipeRows::Source::Fields)
         return m_rows.m_fields.Field(static_cast<std::size_t>(m_row), m_column);
     m_text.clear();

@@ -33,7 +33,7 @@ public:
     void AppendTo(std::u16string& text) const
     {
         if (IsChanged())
-            text += m_change->second;
+            text += m_change->second.text;
         else
             m_rows.AppendUntouched(m_row, m_column, text);
     }
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    using Change = std::map<std::uint64_t, std::u16string>::const_iterator;
+    using Change = std::map<std::uint64_t, CRecipeRows::ChangedText>::const_iterator;
 
     bool IsChanged() const { return m_change != m_end && m_change->first == m_key; }
 

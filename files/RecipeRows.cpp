@@ -1,5 +1,7 @@
 #include "files/RecipeRows.h"
 
+#include "model/ValueLimits.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -82,7 +84,7 @@ void CRecipeRows::AppendText(std::int32_t row, std::size_t column, std::u16strin
         return;
     const auto changed = m_changedTexts.find(CellKey(row, column));
     if (changed != m_changedTexts.end())
-        text += changed->second;
+        text += changed->second.text;
     else
         AppendUntouched(row, column, text);
 }
@@ -91,8 +93,38 @@ bool CRecipeRows::SetText(std::int32_t row, std::size_t column, std::u16string_v
 {
     if (!Holds(row, column))
         return false;
-    m_changedTexts.insert_or_assign(CellKey(row, column), std::u16string(text));
+    m_changedTexts.insert_or_assign(CellKey(row, column), ChangedText{std::u16string(text), m_saves});
     return true;
+}
+
+bool CRecipeRows::IsChanged(std::int32_t row, std::size_t column) const
+{
+    if (!Holds(row, column))
+        return false;
+    const auto changed = m_changedTexts.find(CellKey(row, column));
+    return changed != m_changedTexts.end() && changed->second.saves == m_saves;
+}
+
+std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::size_t column) const
+{
+    if (!Holds(row, column))
+        return std::nullopt;
+    const ColumnCoding& coding = m_columns[column];
+    const auto changed = m_changedTexts.find(CellKey(row, column));
+    if (changed != m_changedTexts.end())
+        return ValueOutsideLimits(coding, changed->second.text);
+    switch (m_source) {
+    case Source::Nothing:
+        break;
+    case Source::NewDocument:
+        return ValueOutsideLimits(coding, u"0");
+    case Source::Fields:
+        return ValueOutsideLimits(coding, m_fields.Field(static_cast<std::size_t>(row), column));
+    case Source::Words:
+    case Source::SameWords:
+        return ValueOutsideLimits(coding, m_image.Bytes(), PositionInImage(row, column));
+    }
+    return std::nullopt;
 }
 
 void CRecipeRows::Show(Source source)

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,7 +62,22 @@ public:
     /// Sets the text of a cell; false, and nothing changed, outside the rows.
     bool SetText(std::int32_t row, std::size_t column, std::u16string_view text);
 
+    /// Whether the cell's text was set since the rows were filled or saved last.
+    bool IsChanged(std::int32_t row, std::size_t column) const;
+
+    /// The cell's value when it lies outside its column's limits (ValueLimits.h), that of the words it was read from
+    /// while it is untouched; nothing otherwise, and for a cell that was never filled.
+    std::optional<std::u16string> OutsideLimits(std::int32_t row, std::size_t column) const;
+
+    /// The rows are in their file: no cell counts as changed any more. Cheap for any number of cells.
+    void MarkSaved() { ++m_saves; }
+
 private:
+    struct ChangedText {
+        std::u16string text;
+        std::uint32_t saves = 0; ///< the value of m_saves when it was set
+    };
+
     enum class Source { Nothing, NewDocument, Words, SameWords, Fields };
 
     friend class CCellTexts;
@@ -90,5 +106,6 @@ private:
     RecipeKind m_kind = RecipeKind::Flat;
     CByteBuffer m_image;
     CFieldTable m_fields;
-    std::map<std::uint64_t, std::u16string> m_changedTexts; ///< by CellKey, which is the order of the cells
+    std::uint32_t m_saves = 0;
+    std::map<std::uint64_t, ChangedText> m_changedTexts; ///< by CellKey, which is the order of the cells
 };

@@ -224,3 +224,15 @@ std::u16string DecimalText(std::int64_t value)
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     return {digits.data(), written.ptr};
 }
+
+bool IsAbove(double value, std::int64_t limit)
+{
+    const auto nearest = static_cast<double>(limit);
+    return value != nearest ? value > nearest : nearest >= 0x1p63 || static_cast<std::int64_t>(nearest) > limit;
+}
+
+bool IsBelow(double value, std::int64_t limit)
+{
+    const auto nearest = static_cast<double>(limit);
+    return value != nearest ? value < nearest : nearest < 0x1p63 && static_cast<std::int64_t>(nearest) < limit;
+}

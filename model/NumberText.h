@@ -32,3 +32,8 @@ std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals);
 
 /// `value` in decimal digits ("%d").
 std::u16string DecimalText(std::int64_t value);
+
+/// Whether `value` lies above or below `limit`. Compared exactly: a limit near 2^63 is not rounded to the next double.
+/// Neither for what is not a number.
+bool IsAbove(double value, std::int64_t limit);
+bool IsBelow(double value, std::int64_t limit);

@@ -180,19 +180,6 @@ char16_t* PutHexadecimal(char16_t* out, std::uint32_t value)
     return out;
 }
 
-/// Compared exactly: a limit near 2^63 is not rounded to the next double.
-bool IsAbove(double value, std::int64_t limit)
-{
-    const auto nearest = static_cast<double>(limit);
-    return value != nearest ? value > nearest : nearest >= 0x1p63 || static_cast<std::int64_t>(nearest) > limit;
-}
-
-bool IsBelow(double value, std::int64_t limit)
-{
-    const auto nearest = static_cast<double>(limit);
-    return value != nearest ? value < nearest : nearest < 0x1p63 && static_cast<std::int64_t>(nearest) < limit;
-}
-
 /// What std::to_chars makes of `value`.
 template <class... Format>
 char16_t* PutConverted(char16_t* out, Format... format)

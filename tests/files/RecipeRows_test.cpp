@@ -218,4 +218,75 @@ TEST(RecipeRows, ShowTheLastOfAMillion)
     EXPECT_EQ(rows.Text(kRows, 0), u"");
 }
 
+TEST(RecipeRows, ACellCountsAsChangedUntilTheRowsAreSaved)
+{
+    CRecipeRows rows = TwoFilledRows();
+    EXPECT_FALSE(rows.IsChanged(1, 0));
+    rows.SetText(1, 0, u"7");
+    EXPECT_TRUE(rows.IsChanged(1, 0));
+    EXPECT_FALSE(rows.IsChanged(0, 0));
+    rows.MarkSaved();
+    EXPECT_FALSE(rows.IsChanged(1, 0));
+    EXPECT_EQ(rows.Text(1, 0), u"7"); // it goes on being shown, and is written with the next save
+    rows.SetText(1, 0, u"8");
+    EXPECT_TRUE(rows.IsChanged(1, 0));
+    EXPECT_FALSE(rows.IsChanged(-1, 0));
+    EXPECT_FALSE(rows.IsChanged(0, 3));
+}
+
+TEST(RecipeRows, FilledAnewNoCellCountsAsChanged)
+{
+    CRecipeRows rows = TwoFilledRows();
+    rows.SetText(0, 0, u"7");
+    rows.ShowWords(ImageOf(WordBytes({1})), RecipeKind::Flat);
+    EXPECT_FALSE(rows.IsChanged(0, 0));
+}
+
+/// Two rows of a word from 1 to 9.
+CRecipeRows TwoNarrowRows()
+{
+    ColumnCoding column = Signed16Column();
+    column.minValue = 1;
+    column.maxValue = 9;
+    CRecipeRows rows;
+    rows.LayOut({column}, 0, 2);
+    return rows;
+}
+
+TEST(RecipeRows, AnUntouchedCellIsJudgedByItsWords)
+{
+    CRecipeRows rows = TwoNarrowRows();
+    rows.ShowWords(ImageOf(WordBytes({5, 12000})), RecipeKind::Flat);
+    EXPECT_FALSE(rows.OutsideLimits(0, 0));
+    EXPECT_EQ(rows.OutsideLimits(1, 0), u"12000"); // though it shows "0"
+    EXPECT_EQ(rows.Text(1, 0), u"0");
+    EXPECT_FALSE(rows.OutsideLimits(2, 0));
+    EXPECT_FALSE(rows.OutsideLimits(0, 1));
+}
+
+TEST(RecipeRows, AChangedCellIsJudgedByItsText)
+{
+    CRecipeRows rows = TwoNarrowRows();
+    rows.ShowWords(ImageOf(WordBytes({5, 12000})), RecipeKind::Flat);
+    rows.SetText(0, 0, u"10");
+    rows.SetText(1, 0, u"9");
+    EXPECT_EQ(rows.OutsideLimits(0, 0), u"10");
+    EXPECT_FALSE(rows.OutsideLimits(1, 0));
+}
+
+TEST(RecipeRows, OtherSourcesAreJudgedByWhatTheyShow)
+{
+    CRecipeRows rows = TwoNarrowRows();
+    EXPECT_FALSE(rows.OutsideLimits(0, 0)); // empty, as after a failed read
+    rows.ShowNewDocument();
+    EXPECT_EQ(rows.OutsideLimits(0, 0), u"0");
+    rows.ShowEverywhere(ImageOf(WordBytes({12})), RecipeKind::Paged);
+    EXPECT_EQ(rows.OutsideLimits(1, 0), u"12");
+    CFieldTable fields;
+    fields.AddField(u"77");
+    fields.EndLine();
+    rows.ShowFields(std::move(fields));
+    EXPECT_EQ(rows.OutsideLimits(0, 0), u"77");
+}
+
 } // namespace
