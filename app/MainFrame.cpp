@@ -100,6 +100,7 @@ void CMainFrame::CreateStatusPanes()
 {
     m_pMessage = new QLabel(tr("Ready"));
     m_pMessage->setObjectName(QStringLiteral("labelMessage"));
+    m_pMessage->setTextFormat(Qt::PlainText);
     m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     m_pMessage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
     m_pUi->statusBar->addWidget(m_pMessage, 1);
@@ -109,6 +110,10 @@ void CMainFrame::CreateStatusPanes()
         auto* label = new QLabel(texts[key]);
         label->setObjectName(QStringLiteral("label") + texts[key]);
         m_pUi->statusBar->addPermanentWidget(label);
+        label->setAlignment(Qt::AlignCenter);
+        QFont bold = label->font();
+        bold.setBold(true);
+        label->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(texts[key])); // nothing moves when a key is locked
         m_lockLabels[key] = label;
     }
     connect(&m_lockKeys, &CLockKeys::Changed, this, &CMainFrame::ShowLockKeys);
@@ -120,8 +125,19 @@ void CMainFrame::ShowLockKeys()
     for (std::size_t key = 0; key < m_lockLabels.size(); ++key) {
         const bool on = m_lockKeys.IsOn(static_cast<CLockKeys::Key>(key));
         m_lockLabels[key]->setEnabled(on);
+        QFont font = m_lockLabels[key]->font();
+        font.setBold(on); // the colour alone would not tell everybody
+        m_lockLabels[key]->setFont(font);
         m_lockLabels[key]->setAccessibleName(m_lockLabels[key]->text() + (on ? tr(" on") : tr(" off")));
     }
+}
+
+/// A file that may hold old and new words is of more weight than the chosen cell.
+void CMainFrame::ShowMessage()
+{
+    const QString cell = m_pDataPane->ChosenCellInfo();
+    const QString message = m_strSaveTrouble.isEmpty() ? cell : m_strSaveTrouble;
+    m_pMessage->setText(message.isEmpty() ? tr("Ready") : message);
 }
 
 void CMainFrame::ConnectCommands()
@@ -140,6 +156,8 @@ void CMainFrame::ConnectCommands()
     connect(m_pUi->actionStatusBar, &QAction::toggled, m_pUi->statusBar, &QStatusBar::setVisible);
     connect(m_pUi->actionBitBrowse, &QAction::triggered, this, [this] { m_pDataPane->OnBitBrowse(); });
     connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::UpdateCommands);
+    connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::ShowMessage);
+    connect(m_pDataPane, &CRecipeDataShowView::ChosenCellChanged, this, &CMainFrame::ShowMessage);
 }
 
 void CMainFrame::AddAccelerators()
@@ -195,13 +213,14 @@ bool CMainFrame::RefreshRecipeData(FileType type)
 void CMainFrame::TellState(const SaveResult& result)
 {
     if (result.isSaved) {
-        m_pMessage->setText(tr("Ready"));
+        m_strSaveTrouble.clear();
         m_pMessage->setToolTip({});
     } else if (result.mayHoldOldAndNew) {
         const QString text = tr("%1 may hold old and new words: its save failed part-way. Save again.");
-        m_pMessage->setText(text.arg(QFileInfo(m_strFilePath).fileName()));
+        m_strSaveTrouble = text.arg(QFileInfo(m_strFilePath).fileName());
         m_pMessage->setToolTip(text.arg(QDir::toNativeSeparators(m_strFilePath)));
     }
+    ShowMessage();
 }
 
 void CMainFrame::ClearRecipeData()

@@ -58,6 +58,7 @@ private:
     void AddAccelerators();
     void ShowLockKeys();
     void TellState(const SaveResult& result);
+    void ShowMessage();
     void SwitchPane();
     void MergeFiles();
     void ShowAbout();
@@ -72,6 +73,7 @@ private:
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
     QLabel* m_pMessage = nullptr;
+    QString m_strSaveTrouble; ///< what a save that failed part-way left behind; empty after one that did not
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled
 };

@@ -8,6 +8,10 @@
 namespace {
 
 constexpr int kElideMargin = 16;
+constexpr int kCornerSize = 7; // pixels, each leg
+constexpr int kBarWidth = 3;   // pixels
+constexpr QColor kWarningOnLight{196, 64, 0};
+constexpr QColor kWarningOnDark{255, 150, 70};
 
 /// As much of a long text as can be seen in `width` pixels, so that measuring it takes no longer than showing it.
 QString VisiblePart(const QString& text, int width)
@@ -77,6 +81,31 @@ void DrawCellLines(QPainter& painter, const QRect& rect, const QColor& color)
 {
     painter.fillRect(rect.right(), rect.top(), 1, rect.height(), color);
     painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, color);
+}
+
+QColor WarningColor(const QColor& background)
+{
+    return background.lightness() < 128 ? kWarningOnDark : kWarningOnLight;
+}
+
+QColor WarningTint(const QColor& background)
+{
+    const QColor warning = WarningColor(background);
+    const auto mixed = [](int under, int over) { return (7 * under + over) / 8; };
+    return {mixed(background.red(), warning.red()), mixed(background.green(), warning.green()),
+            mixed(background.blue(), warning.blue())};
+}
+
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& changed,
+               const QColor& outOfRange)
+{
+    const QRect inner = rect.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1);
+    if (marks.outOfRange)
+        painter.fillRect(inner.left(), inner.top(), kBarWidth, inner.height(), outOfRange);
+    if (marks.changed)
+        for (int line = 0; line < kCornerSize; ++line)
+            painter.fillRect(inner.right() + 1 - kCornerSize + line, inner.top() + line, kCornerSize - line, 1,
+                             changed);
 }
 
 void DrawFrame(QPainter& painter, const QRect& rect, int width, const QColor& color)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/GridTextSource.h"
+
 #include <QColor>
 #include <QFont>
 #include <QString>
@@ -34,6 +36,17 @@ void DrawCell(QPainter& painter, const QRect& rect, const CGridModel& model, int
 
 /// Draws the line at the right and bottom side of a cell.
 void DrawCellLines(QPainter& painter, const QRect& rect, const QColor& color);
+
+/// The colour that says "out of range" on `background`.
+QColor WarningColor(const QColor& background);
+
+/// `background` with a breath of that colour, on which the same text is read as well.
+QColor WarningTint(const QColor& background);
+
+/// Draws the marks of a cell beside its text: a corner for a changed value, a bar for one out of range. They differ in
+/// shape and place, not in colour alone.
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& changed,
+               const QColor& outOfRange);
 
 /// Draws a frame of that width in pixels within `rect`.
 void DrawFrame(QPainter& painter, const QRect& rect, int width, const QColor& color);

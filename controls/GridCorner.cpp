@@ -75,6 +75,15 @@ void CGridCorner::mouseReleaseEvent(QMouseEvent* event)
     m_bPressed = false;
 }
 
+void CGridCorner::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const int column = event->button() == Qt::LeftButton ? BorderAt(event->pos().x()) : kNone;
+    if (column != kNone)
+        emit BorderDoubleClicked(column);
+    else
+        mousePressEvent(event);
+}
+
 int CGridCorner::BorderAt(int x) const
 {
     int right = 0;

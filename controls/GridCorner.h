@@ -6,7 +6,7 @@ class CGridModel;
 struct GridTitleSizes;
 
 /// Shows the cells that are both in a fixed row and a fixed column. A click selects all; dragging the right border of a
-/// fixed column resizes it.
+/// fixed column resizes it, a double click there asks for the width of its texts.
 class CGridCorner final : public QWidget {
     Q_OBJECT
 
@@ -19,12 +19,14 @@ public:
 signals:
     void Clicked();
     void ColumnResized(int column, int width);
+    void BorderDoubleClicked(int column); ///< the right border of a fixed column
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
     static constexpr int kNone = -1;

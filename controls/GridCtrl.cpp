@@ -1,5 +1,6 @@
 #include "controls/GridCtrl.h"
 
+#include "controls/GridCellPaint.h"
 #include "controls/GridClipboard.h"
 #include "controls/GridCorner.h"
 #include "controls/GridDelegate.h"
@@ -14,10 +15,20 @@
 #include <QMimeData>
 #include <QScrollBar>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kTextMargin = 3;    // pixels left and right of a text
 constexpr int kDefaultChars = 14; // a column is this many digits wide until its width is set
+
+// A column fitted to its texts.
+constexpr int kFittedMargin = 5;         // pixels beside the text and its own margin, for the marks
+constexpr int kFewestChars = 8;          // digits that a fitted column has room for at least
+constexpr int kMostChars = 40;           // and at most
+constexpr int kMeasuredRows = 64;        // rows that are looked at, spread over the grid
+constexpr int kMeasuredCells = 8192;     // cells that are looked at when there are many columns
+constexpr qsizetype kMeasuredText = 256; // characters of a text that are looked at
 
 } // namespace
 
@@ -78,6 +89,8 @@ void CGridCtrl::ConnectParts()
     disconnect(verticalHeader(), &QHeaderView::sectionEntered, this, nullptr);
     connect(m_pCorner, &CGridCorner::Clicked, this, &CGridCtrl::SelectAll);
     connect(m_pCorner, &CGridCorner::ColumnResized, this, &CGridCtrl::SetColumnWidth);
+    connect(m_pCorner, &CGridCorner::BorderDoubleClicked, this,
+            [this](int column) { SetColumnWidth(column, FittedWidth(column, kMeasuredRows)); });
 }
 
 void CGridCtrl::TakeLook()
@@ -239,6 +252,43 @@ bool CGridCtrl::SetColumnWidth(int column, int pixels)
         FixedCountsChanged();
     }
     return true;
+}
+
+void CGridCtrl::FitColumns(int first)
+{
+    const int count = ColumnCount() - first;
+    if (count <= 0)
+        return;
+    const int rows = std::clamp(kMeasuredCells / count, 1, kMeasuredRows);
+    const int digit = fontMetrics().horizontalAdvance(u'0');
+    for (int column = first; column < ColumnCount(); ++column)
+        SetColumnWidth(column, std::clamp(FittedWidth(column, rows), kFewestChars * digit, kMostChars * digit));
+}
+
+/// As wide as the titles of `column` and its texts in `rows` rows, the first and the last among them.
+int CGridCtrl::FittedWidth(int column, int rows) const
+{
+    int width = 0;
+    const auto measure = [&](int row) {
+        const GridCellLook look = LookOf(*m_pModel, row, column);
+        const QString text = m_pModel->Text(row, column).left(kMeasuredText);
+        width = std::max(width, QFontMetrics(look.font).horizontalAdvance(text) + 2 * (look.margin + kFittedMargin));
+    };
+    for (int row = 0; row < FixedRowCount(); ++row)
+        measure(row);
+    const int body = RowCount() - FixedRowCount();
+    const int measured = std::min(rows, body);
+    for (int i = 0; i < measured; ++i) {
+        const std::int64_t spread = measured > 1 ? std::int64_t{body - 1} * i / (measured - 1) : 0;
+        measure(FixedRowCount() + static_cast<int>(spread));
+    }
+    return width;
+}
+
+/// The rows in sight are what a user fits a column to; the others count as when the grid was filled.
+int CGridCtrl::sizeHintForColumn(int column) const
+{
+    return std::max(QTableView::sizeHintForColumn(column), FittedWidth(column + FixedColumnCount(), kMeasuredRows));
 }
 
 int CGridCtrl::RowHeight(int row) const

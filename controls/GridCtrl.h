@@ -75,8 +75,11 @@ public:
     void SetDefaultRowHeight(int pixels);
     bool SetRowHeight(int row, int pixels);      ///< false for a row outside the grid
     bool SetColumnWidth(int column, int pixels); ///< false for a column outside the grid
-    int RowHeight(int row) const;                ///< in pixels; 0 outside the grid
-    int ColumnWidth(int column) const;           ///< in pixels; 0 outside the grid
+    /// Makes the columns from `first` on as wide as their titles and texts ask for, within bounds. Looks at some rows
+    /// spread over the grid, not at all.
+    void FitColumns(int first);
+    int RowHeight(int row) const;      ///< in pixels; 0 outside the grid
+    int ColumnWidth(int column) const; ///< in pixels; 0 outside the grid
 
     /// False for a cell outside the grid. A data cell in virtual mode takes the text only.
     bool SetItem(const GridItem& item);
@@ -144,6 +147,7 @@ protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+    int sizeHintForColumn(int column) const override; ///< what a double click on the border of its title asks for
     bool focusNextPrevChild(bool next) override;
     void changeEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -177,6 +181,7 @@ private:
     bool MoveFocus(int key);
     bool HandleCommandKey(QKeyEvent& event);
     void TellSelection(const QItemSelection& selected);
+    int FittedWidth(int column, int rows) const;
 
     int m_nControlId;
     CGridModel* m_pModel = nullptr;

@@ -29,13 +29,21 @@ void CGridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const bool focus = IsFocusCell(option, index);
     const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
 
+    const GridCellMarks marks = m_model.Marks(row, column);
+    const bool highlighted = selected && !focus;
+
     GridCellLook look = LookOf(m_model, row, column);
-    if (selected && !focus) {
+    if (highlighted) {
         look.textColor = option.palette.color(group, QPalette::HighlightedText);
         look.backColor = option.palette.color(group, QPalette::Highlight);
+    } else if (marks.outOfRange) {
+        look.backColor = WarningTint(look.backColor);
     }
     DrawCell(*painter, option.rect, m_model, row, column, look);
     DrawCellLines(*painter, option.rect, kGridLine);
+    DrawMarks(*painter, option.rect, marks,
+              highlighted ? look.textColor : option.palette.color(group, QPalette::Highlight),
+              highlighted ? look.textColor : WarningColor(look.backColor));
     if (focus) // a thin frame when the cell is not selected
         DrawFrame(*painter, option.rect.adjusted(0, 0, -1, -1), selected ? kFocusFrame : 1,
                   option.palette.color(group, QPalette::Highlight));

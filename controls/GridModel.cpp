@@ -10,6 +10,12 @@ constexpr std::uint32_t kWrappedTitle = CGridCellBase::Centred | CGridCellBase::
 constexpr std::uint32_t kFixedRowState = CGridCellBase::Fixed | CGridCellBase::FixedRow | CGridCellBase::ReadOnly;
 constexpr std::uint32_t kFixedColumnState = CGridCellBase::Fixed | CGridCellBase::FixedColumn | CGridCellBase::ReadOnly;
 
+/// Lines are broken in a rich text only; a remark may hold what looks like one.
+QString TipOf(const QString& remark)
+{
+    return remark.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(remark.toHtmlEscaped());
+}
+
 } // namespace
 
 CGridModel::CGridModel(QObject* parent)
@@ -161,6 +167,16 @@ bool CGridModel::SetText(int row, int column, const QString& text)
     return true;
 }
 
+GridCellMarks CGridModel::Marks(int row, int column) const
+{
+    return Contains(row, column) && !IsKept(row, column) ? m_source->CellMarks(row, column) : GridCellMarks{};
+}
+
+QString CGridModel::Remark(int row, int column) const
+{
+    return Contains(row, column) && !IsKept(row, column) ? m_source->CellRemark(row, column) : QString();
+}
+
 const CGridCellBase* CGridModel::FindCell(int row, int column) const
 {
     return IsKept(row, column) ? m_cells.Find(row, column) : nullptr;
@@ -222,9 +238,28 @@ int CGridModel::columnCount(const QModelIndex& parent) const
 
 QVariant CGridModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+    if (!index.isValid())
         return {};
-    return Text(GridRow(index), GridColumn(index));
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return Text(GridRow(index), GridColumn(index));
+    case Qt::ToolTipRole:
+        return TipOf(Remark(GridRow(index), GridColumn(index)));
+    case Qt::AccessibleDescriptionRole:
+        return Description(index);
+    default:
+        return {};
+    }
+}
+
+/// Where the cell stands and what is to be said of it.
+QString CGridModel::Description(const QModelIndex& index) const
+{
+    QStringList parts{headerData(index.column(), Qt::Horizontal).toString(),
+                      headerData(index.row(), Qt::Vertical).toString(), Remark(GridRow(index), GridColumn(index))};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
 }
 
 bool CGridModel::setData(const QModelIndex& index, const QVariant& value, int role)

@@ -42,6 +42,8 @@ public:
 
     QString Text(int row, int column) const;                  ///< empty outside the grid
     bool SetText(int row, int column, const QString& text);   ///< false outside the grid, or refused by the source
+    GridCellMarks Marks(int row, int column) const;           ///< none for a kept cell
+    QString Remark(int row, int column) const;                ///< likewise
     const CGridCellBase* FindCell(int row, int column) const; ///< null for a cell that is not kept or not made yet
     CGridCellBase* MakeCell(int row, int column);             ///< null for a cell that cannot be kept
     bool PutCell(int row, int column, std::unique_ptr<CGridCellBase> cell); ///< false for a cell that cannot be kept
@@ -63,6 +65,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    QString Description(const QModelIndex& index) const;
     bool IsKept(int row, int column) const { return Contains(row, column) && (!m_source || row < m_nFixedRows); }
 
     int m_nRows = 0;

@@ -2,6 +2,12 @@
 
 #include <QString>
 
+/// What is to be seen of a cell besides its text.
+struct GridCellMarks {
+    bool changed = false;    ///< the user changed it and it was not saved since
+    bool outOfRange = false; ///< its value lies outside what it may hold
+};
+
 /// Where a grid in virtual mode gets its texts from and where it hands an edited one back. Rows and columns are those
 /// of the grid, the fixed ones counted; the fixed rows are never asked for. The source outlives the grid or its virtual
 /// mode.
@@ -10,4 +16,9 @@ public:
     virtual ~CGridTextSource() = default;
     virtual QString CellText(int row, int column) const = 0;
     virtual bool SetCellText(int row, int column, const QString& text) = 0;
+
+    /// Asked for each cell that is painted.
+    virtual GridCellMarks CellMarks(int /*row*/, int /*column*/) const { return {}; }
+    /// The marks in words, for the cell's tip and for screen readers; empty without a mark.
+    virtual QString CellRemark(int /*row*/, int /*column*/) const { return {}; }
 };

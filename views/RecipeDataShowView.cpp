@@ -4,10 +4,12 @@
 #include "files/FileMessages.h"
 #include "files/ShowLimits.h"
 #include "model/CellCheck.h"
+#include "model/ValueLimits.h"
 #include "views/BitBrowserDlg.h"
 #include "views/ProgressDialog.h"
 #include "views/TextCrossing.h"
 
+#include <QItemSelectionRange>
 #include <QMenu>
 #include <QVBoxLayout>
 
@@ -16,8 +18,17 @@ namespace {
 constexpr int kTitleRowHeight = 24;
 constexpr int kDataRowHeight = 26;
 constexpr int kIdColumnWidth = 64;
+constexpr int kAddressColumn = 1;
+constexpr qsizetype kLongestValue = 80; // characters of a value in a remark
 constexpr std::uint32_t kCentred = 1;
 constexpr std::uint32_t kWraps = 16;
+
+/// The bit browser's names are spelt right, but it has none for reals and strings.
+std::u16string_view NameOf(DataType type)
+{
+    const std::u16string_view name = BitBrowserTypeName(type);
+    return name.empty() ? TypeName(type) : name;
+}
 
 } // namespace
 
@@ -42,6 +53,7 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
     connect(m_pGrid, &CGridCtrl::pressed, this, &CRecipeDataShowView::OnGridPressed);
     connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
+    connect(&m_pGrid->Model(), &CGridModel::dataChanged, this, &CRecipeDataShowView::OnTextsChanged);
 }
 
 CRecipeDataShowView::~CRecipeDataShowView()
@@ -94,6 +106,7 @@ void CRecipeDataShowView::LayOutGrid()
     m_pGrid->SetRowHeight(0, kTitleRowHeight);
     m_pGrid->SetColumnWidth(0, kIdColumnWidth);
     WriteTitles();
+    m_pGrid->FitColumns(kAddressColumn);
 }
 
 void CRecipeDataShowView::WriteTitles()
@@ -121,7 +134,18 @@ SaveResult CRecipeDataShowView::WriteData(FileType type)
         return {};
     }
     CProgressDialog progress(*this, tr("Saving the recipe file"));
-    return SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
+    const SaveResult result =
+        SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
+    if (result.isSaved && !result.isLeftOut)
+        ForgetChanges();
+    return result;
+}
+
+void CRecipeDataShowView::ForgetChanges()
+{
+    m_rows.MarkSaved();
+    m_pGrid->viewport()->update();
+    emit ChosenCellChanged();
 }
 
 bool CRecipeDataShowView::MaySaveAs(FileType type, const QString& path) const
@@ -162,6 +186,19 @@ bool CRecipeDataShowView::CanBitBrowse() const
     return !IsReal(type) && type != DataType::String;
 }
 
+QString CRecipeDataShowView::ChosenCellInfo() const
+{
+    if (m_nCurrentColumn < kFixedColumns)
+        return {};
+    const auto column = static_cast<std::size_t>(m_nCurrentColumn - kFixedColumns);
+    const ColumnCoding& coding = m_rows.Columns()[column];
+    const auto address = m_rows.WordAddress(m_nCurrentRow - kFixedRows) + m_rows.WordOffset(column);
+    QStringList parts{QStringLiteral("RW%1").arg(address), ToQString(NameOf(coding.dataType)),
+                      ToQString(LimitsText(coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
 void CRecipeDataShowView::OnBitBrowse()
 {
     if (!EndCellEdit() || !CanBitBrowse())
@@ -197,6 +234,36 @@ bool CRecipeDataShowView::SetCellText(int row, int column, const QString& text)
 {
     return column >= kFixedColumns &&
            m_rows.SetText(row - kFixedRows, static_cast<std::size_t>(column - kFixedColumns), ViewOf(text));
+}
+
+GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
+{
+    if (column < kFixedColumns)
+        return {};
+    const auto dataColumn = static_cast<std::size_t>(column - kFixedColumns);
+    return {m_rows.IsChanged(row - kFixedRows, dataColumn),
+            m_rows.OutsideLimits(row - kFixedRows, dataColumn).has_value()};
+}
+
+QString CRecipeDataShowView::CellRemark(int row, int column) const
+{
+    if (column < kFixedColumns)
+        return {};
+    const auto dataColumn = static_cast<std::size_t>(column - kFixedColumns);
+    QStringList remarks;
+    if (const auto value = m_rows.OutsideLimits(row - kFixedRows, dataColumn))
+        remarks += tr("the value %1 lies outside the limits %2")
+                       .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(m_rows.Columns()[dataColumn])));
+    if (m_rows.IsChanged(row - kFixedRows, dataColumn))
+        remarks += tr("changed, not saved yet");
+    return remarks.join(QStringLiteral(", "));
+}
+
+void CRecipeDataShowView::OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)
+{
+    const QModelIndex chosen = m_pGrid->Model().BodyIndex(m_nCurrentRow, m_nCurrentColumn);
+    if (chosen.isValid() && QItemSelectionRange(topLeft, bottomRight).contains(chosen))
+        emit ChosenCellChanged();
 }
 
 void CRecipeDataShowView::OnGridNotify(const GridNotification& notification)

@@ -49,6 +49,10 @@ public:
     /// Whether the chosen cell's bits can be shown: a cell is chosen, and its column is neither real nor a string.
     bool CanBitBrowse() const;
 
+    /// Word address, type and limits of the chosen cell in one line, and the marks that it has; empty when none is
+    /// chosen.
+    QString ChosenCellInfo() const;
+
     /// Opens the bit browser on the chosen cell, if it can be: the command BitBrowse. An edit that is open is ended
     /// first; a refused text stops the command.
     void OnBitBrowse();
@@ -61,17 +65,23 @@ public:
 signals:
     /// The cell on which cell commands work was chosen, or there is none any more.
     void CellChosen();
+    /// What ChosenCellInfo tells may be another text now.
+    void ChosenCellChanged();
 
 private:
     QString CellText(int row, int column) const override;
     bool SetCellText(int row, int column, const QString& text) override;
+    GridCellMarks CellMarks(int row, int column) const override;
+    QString CellRemark(int row, int column) const override;
 
     void LayOutGrid();
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
+    void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void OnGridPressed(const QModelIndex& index);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
+    void ForgetChanges();
     void CreatePopupMenu();
 
     CRecipeFrame& m_frame;
