@@ -1,26 +1,92 @@
 #include "app/Skin.h"
 
+#include "app/Contrast.h"
+
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPalette>
 #include <QStyleOption>
+#include <QWidget>
 
 namespace {
 
-bool IsDark(const QPalette& palette)
+constexpr double kReadable = 4.5; ///< contrast of a text
+constexpr double kOutlineRadius = 2;
+constexpr int kBelowTitle = 4; ///< pixels from a group's title to its frame
+
+enum class Desktop { Light, Dark, HighContrast };
+
+/// Black and white alone stand for a desktop of high contrast.
+Desktop DesktopOf(const QPalette& palette)
 {
-    return palette.color(QPalette::Window).lightness() < 128;
+    const QColor window = palette.color(QPalette::Window);
+    const bool isPure = window == QColor(Qt::black) || window == QColor(Qt::white);
+    if (isPure && palette.color(QPalette::Button) == window)
+        return Desktop::HighContrast;
+    return window.lightness() < 128 ? Desktop::Dark : Desktop::Light;
 }
 
-/// For a field to read, not to change: less than the text in the others, yet easily read. Some dark desktops have
-/// hardly anything left of it.
-QColor DimmedText(const QPalette& palette)
+/// `share` of the way from `from` to `to`.
+QColor Mixed(const QColor& from, const QColor& to, double share)
 {
-    const QColor text = palette.color(QPalette::Text);
-    const QColor base = palette.color(QPalette::Base);
-    const auto mixed = [](int textPart, int basePart) { return (2 * textPart + basePart) / 3; };
-    return {mixed(text.red(), base.red()), mixed(text.green(), base.green()), mixed(text.blue(), base.blue())};
+    const auto mix = [share](int a, int b) { return qRound(a + share * (b - a)); };
+    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
+}
+
+QColor BlackOrWhite(const QColor& background)
+{
+    return Contrast(Qt::black, background) > Contrast(Qt::white, background) ? Qt::black : Qt::white;
+}
+
+/// A text and what it stands on.
+struct RolePair {
+    QPalette::ColorRole text;
+    QPalette::ColorRole background;
+};
+
+constexpr RolePair kTexts[]{
+    {QPalette::WindowText, QPalette::Window},       {QPalette::Text, QPalette::Base},
+    {QPalette::ButtonText, QPalette::Button},       {QPalette::HighlightedText, QPalette::Highlight},
+    {QPalette::ToolTipText, QPalette::ToolTipBase}, {QPalette::PlaceholderText, QPalette::Base},
+};
+
+bool IsReadable(const QPalette& palette, QPalette::ColorGroup group, const RolePair& pair)
+{
+    return Contrast(palette.color(group, pair.text), palette.color(group, pair.background)) >= kReadable;
+}
+
+/// Some desktops have texts that can hardly be read, those of disabled controls above all. A disabled text still is
+/// less than the others: a third of the way to its background.
+void MakeTextsReadable(QPalette& palette)
+{
+    for (const RolePair& pair : kTexts) {
+        for (const auto group : {QPalette::Active, QPalette::Inactive})
+            if (!IsReadable(palette, group, pair))
+                palette.setColor(group, pair.text, BlackOrWhite(palette.color(group, pair.background)));
+        if (IsReadable(palette, QPalette::Disabled, pair))
+            continue;
+        const QColor background = palette.color(QPalette::Disabled, pair.background);
+        palette.setColor(QPalette::Disabled, pair.text,
+                         Mixed(palette.color(QPalette::Active, pair.text), background, 1.0 / 3));
+        if (!IsReadable(palette, QPalette::Disabled, pair))
+            palette.setColor(QPalette::Disabled, pair.text, BlackOrWhite(background));
+    }
+}
+
+void MakeBlue(QPalette& palette)
+{
+    const QColor window(227, 239, 255);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Button, QColor(206, 226, 250));
+    palette.setColor(QPalette::Disabled, QPalette::Base, window); // a field to read, not to change
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(76, 88, 104));
+    palette.setColor(QPalette::AlternateBase, QColor(240, 246, 255));
+    palette.setColor(QPalette::Highlight, QColor(38, 95, 175));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
+    palette.setColor(QPalette::ToolTipText, Qt::black);
 }
 
 /// The lit and the shaded end of a bar's gradient.
@@ -33,18 +99,30 @@ struct BarShades {
 BarShades ShadesFor(const QPalette& palette)
 {
     const QColor button = palette.color(QPalette::Button);
-    if (IsDark(palette))
+    switch (DesktopOf(palette)) {
+    case Desktop::HighContrast:
+        return {button, button, palette.color(QPalette::ButtonText)};
+    case Desktop::Dark:
         return {button.lighter(115), button, button.lighter(140)};
+    case Desktop::Light:
+        break;
+    }
     return {button.lighter(106), button.darker(106), button.darker(130)};
 }
 
-void FillBar(QPainter& painter, const QRect& rect, const QPalette& palette, Qt::Orientation across)
+/// Fills `rect` with its part of the gradient over `bar`.
+void FillBar(QPainter& painter, const QRect& rect, const QRect& bar, const QPalette& palette, Qt::Orientation across)
 {
     const BarShades shades = ShadesFor(palette);
-    QLinearGradient gradient(rect.topLeft(), across == Qt::Vertical ? rect.bottomLeft() : rect.topRight());
+    QLinearGradient gradient(bar.topLeft(), across == Qt::Vertical ? bar.bottomLeft() : bar.topRight());
     gradient.setColorAt(0, shades.lit);
     gradient.setColorAt(1, shades.shaded);
     painter.fillRect(rect, gradient);
+}
+
+void FillBar(QPainter& painter, const QRect& bar, const QPalette& palette, Qt::Orientation across)
+{
+    FillBar(painter, bar, bar, palette, across);
 }
 
 void DrawHeaderSection(QPainter& painter, const QStyleOption& option)
@@ -68,6 +146,55 @@ void DrawSplitter(QPainter& painter, const QStyleOption& option)
         painter.fillRect(dot, ShadesFor(option.palette).edge);
 }
 
+/// On the bar's own gradient: the base style leaves a patch of the window's colour behind each title.
+void DrawMenuTitle(const QStyle& style, QPainter& painter, const QStyleOptionMenuItem& option, const QWidget* widget)
+{
+    const bool open = option.state.testFlag(QStyle::State_Selected);
+    if (open)
+        painter.fillRect(option.rect, option.palette.highlight());
+    else
+        FillBar(painter, option.rect, widget != nullptr ? widget->rect() : option.rect, option.palette, Qt::Vertical);
+    const bool underlined = style.styleHint(QStyle::SH_UnderlineShortcut, &option, widget) != 0;
+    const int flags = Qt::AlignCenter | Qt::TextDontClip | Qt::TextSingleLine |
+                      (underlined ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
+    style.drawItemText(&painter, option.rect, flags, option.palette, option.state.testFlag(QStyle::State_Enabled),
+                       option.text, open ? QPalette::HighlightedText : QPalette::ButtonText);
+}
+
+/// The base style makes its outlines a little darker than the window: too little on a dark one, and for eyes that need
+/// a high contrast.
+bool NeedsOutlines(const QPalette& palette)
+{
+    return DesktopOf(palette) != Desktop::Light;
+}
+
+bool IsDefaultButton(const QStyleOption& option)
+{
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+    return button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton);
+}
+
+QColor OutlineColor(const QStyleOption& option)
+{
+    if (option.state.testFlag(QStyle::State_HasFocus) || IsDefaultButton(option))
+        return option.palette.color(QPalette::Highlight);
+    const QColor text = option.palette.color(QPalette::Active, QPalette::WindowText);
+    if (DesktopOf(option.palette) == Desktop::HighContrast)
+        return text;
+    return Mixed(text, option.palette.color(QPalette::Window), 0.5);
+}
+
+void DrawOutline(QPainter& painter, const QRect& outer, const QStyleOption& option, double radius = kOutlineRadius)
+{
+    const QRectF rect = QRectF(outer).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(OutlineColor(option));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}
+
 } // namespace
 
 CSkin::CSkin() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -81,24 +208,19 @@ QPalette CSkin::standardPalette() const
 
 void CSkin::polish(QPalette& palette)
 {
-    if (IsDark(palette)) {
-        palette.setColor(QPalette::Disabled, QPalette::Text, DimmedText(palette));
-        return;
-    }
-    palette.setColor(QPalette::Window, QColor(227, 239, 255));
-    palette.setColor(QPalette::Button, QColor(206, 226, 250));
-    palette.setColor(QPalette::Disabled, QPalette::Text, QColor(84, 96, 112)); // a field to read, not to change
-    palette.setColor(QPalette::AlternateBase, QColor(240, 246, 255));
-    palette.setColor(QPalette::Highlight, QColor(38, 95, 175));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 225));
-    palette.setColor(QPalette::ToolTipText, Qt::black);
+    if (DesktopOf(palette) == Desktop::Light)
+        MakeBlue(palette);
+    MakeTextsReadable(palette);
 }
 
 void CSkin::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const
 {
     switch (element) {
+    case CE_MenuBarItem:
+        if (const auto* title = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
+            DrawMenuTitle(*proxy(), *painter, *title, widget);
+        break;
     case CE_MenuBarEmptyArea:
     case CE_ToolBar:
         FillBar(*painter, option->rect, option->palette,
@@ -121,8 +243,40 @@ void CSkin::drawControl(ControlElement element, const QStyleOption* option, QPai
 void CSkin::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const
 {
-    if (element == PE_PanelStatusBar)
+    if (element == PE_PanelStatusBar) {
         FillBar(*painter, option->rect, option->palette, Qt::Vertical);
-    else
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!NeedsOutlines(option->palette))
+        return;
+    switch (element) {
+    case PE_Frame:
+    case PE_FrameLineEdit:
+    case PE_FrameMenu:
+    case PE_IndicatorCheckBox:
+    case PE_PanelButtonCommand:
+        DrawOutline(*painter, option->rect, *option);
+        break;
+    case PE_IndicatorRadioButton:
+        DrawOutline(*painter, option->rect, *option, option->rect.width() / 2.0);
+        break;
+    default:
+        break;
+    }
+}
+
+void CSkin::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (!NeedsOutlines(option->palette))
+        return;
+    if (control == CC_ComboBox) {
+        DrawOutline(*painter, option->rect, *option);
+    } else if (control == CC_GroupBox) { // the title stands above the frame
+        QRect frame = proxy()->subControlRect(control, option, SC_GroupBoxFrame, widget);
+        frame.setTop(proxy()->subControlRect(control, option, SC_GroupBoxLabel, widget).bottom() + kBelowTitle);
+        DrawOutline(*painter, frame, *option);
+    }
 }

@@ -3,8 +3,8 @@
 #include <QProxyStyle>
 
 /// The blue look of the program: bars, splitter and headers shaded in blue, dialogs and controls in the toolkit's own
-/// even style. Where the user's desktop is dark or of high contrast, its own colours are kept but for the text of
-/// disabled fields, which is made readable.
+/// even style. Where the user's desktop is dark or of high contrast its own colours are kept, but a text that could
+/// hardly be read on its background (4.5:1) is given another one, and controls get an outline that shows on dark.
 class CSkin final : public QProxyStyle {
     Q_OBJECT
 
@@ -19,4 +19,6 @@ public:
                      const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
 };
