@@ -10,10 +10,13 @@ constexpr std::uint32_t kWrappedTitle = CGridCellBase::Centred | CGridCellBase::
 constexpr std::uint32_t kFixedRowState = CGridCellBase::Fixed | CGridCellBase::FixedRow | CGridCellBase::ReadOnly;
 constexpr std::uint32_t kFixedColumnState = CGridCellBase::Fixed | CGridCellBase::FixedColumn | CGridCellBase::ReadOnly;
 
-/// Lines are broken in a rich text only; a remark may hold what looks like one.
-QString TipOf(const QString& remark)
+/// A sentence. Lines are broken in a rich text only; a remark may hold what looks like one.
+QString TipOf(QString remark)
 {
-    return remark.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(remark.toHtmlEscaped());
+    if (remark.isEmpty())
+        return {};
+    remark[0] = remark[0].toUpper();
+    return QStringLiteral("<p>%1</p>").arg(remark.toHtmlEscaped());
 }
 
 } // namespace

@@ -1,0 +1,171 @@
+// What is to be seen and said of a cell besides its text: that it changed, that it is out of range.
+
+#include "controls/GridCellPaint.h"
+#include "controls/GridModel.h"
+#include "tests/controls/GridTestBed.h"
+#include "tests/support/GuiTest.h"
+#include "tests/support/PictureOf.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QHelpEvent>
+#include <QToolTip>
+
+#include <map>
+#include <utility>
+
+namespace {
+
+constexpr int kRows = 1'048'576;
+constexpr int kColumns = 16;
+
+/// A grid's texts with marks on some of them. Counts how often it was asked for marks.
+class CMarkedSource final : public CGridTextSource {
+public:
+    QString CellText(int row, int column) const override { return QStringLiteral("%1,%2").arg(row).arg(column); }
+    bool SetCellText(int, int, const QString&) override { return false; }
+
+    GridCellMarks CellMarks(int row, int column) const override
+    {
+        ++asked;
+        const auto found = marks.find({row, column});
+        return found != marks.end() ? found->second : GridCellMarks{};
+    }
+
+    QString CellRemark(int row, int column) const override
+    {
+        return marks.contains({row, column}) ? QStringLiteral("value 9 is <outside> & changed") : QString();
+    }
+
+    std::map<std::pair<int, int>, GridCellMarks> marks;
+    mutable int asked = 0;
+};
+
+struct GridMarks : CGridTestBed {
+    void SetUp() override
+    {
+        CGridTestBed::SetUp();
+        source.marks[{1, 3}] = {.changed = true};
+        source.marks[{2, 3}] = {.outOfRange = true};
+        source.marks[{3, 3}] = {.changed = true, .outOfRange = true};
+        grid->SetTextSource(&source);
+        grid->SetRowCount(1 + kRows);
+        grid->SetColumnCount(2 + kColumns);
+        grid->SetDefaultRowHeight(26);
+        grid->SetFixedRowCount(1);
+        grid->SetFixedColumnCount(2);
+        ASSERT_TRUE(WaitFor([this] { return source.asked > 0; }));
+    }
+    void TearDown() override { grid->SetTextSource(nullptr); }
+
+    QRect CellRect(int row, int column) const { return grid->visualRect(grid->Model().BodyIndex(row, column)); }
+
+    // Where a cell shows its marks; its text stands in the middle.
+    QColor Corner(int row, int column, int scale = 1) const
+    {
+        const QPoint at = CellRect(row, column).topRight() + QPoint(-4, 3);
+        return CPictureOf(*grid->viewport(), scale).At(at.x(), at.y());
+    }
+    QColor Bar(int row, int column, int scale = 1) const
+    {
+        const QRect cell = CellRect(row, column);
+        return CPictureOf(*grid->viewport(), scale).At(cell.left() + 3, cell.center().y());
+    }
+    QColor Ground(int row, int column) const
+    {
+        const QPoint at = CellRect(row, column).bottomRight() - QPoint(5, 5);
+        return CPictureOf(*grid->viewport(), 1).At(at.x(), at.y());
+    }
+
+    QColor Color(QPalette::ColorRole role) const { return grid->palette().color(role); }
+    QString Tip(int row, int column) const
+    {
+        QToolTip::hideText();
+        EXPECT_TRUE(WaitFor([] { return !QToolTip::isVisible(); }));
+        const QPoint at = Center(row, column);
+        QHelpEvent help(QEvent::ToolTip, at, grid->viewport()->mapToGlobal(at));
+        QApplication::sendEvent(grid->viewport(), &help);
+        return QToolTip::text();
+    }
+    QString Description(int row, int column) const
+    {
+        QAccessibleTableInterface* table = QAccessible::queryAccessibleInterface(grid)->tableInterface();
+        return table->cellAt(row - 1, column - 2)->text(QAccessible::Description);
+    }
+
+    CMarkedSource source;
+};
+
+TEST_F(GridMarks, AreAskedOfTheCellsInSightOnly)
+{
+    source.asked = 0;
+    grid->grab();
+    const int visibleRows = grid->viewport()->height() / 26 + 2;
+    EXPECT_GT(source.asked, 0);
+    EXPECT_LE(source.asked, visibleRows * kColumns);
+}
+
+TEST_F(GridMarks, AChangedCellHasACornerAtEachResolution)
+{
+    for (const int scale : {1, 2, 3}) {
+        EXPECT_EQ(Corner(1, 3, scale), Color(QPalette::Highlight)) << scale;
+        EXPECT_EQ(Corner(1, 4, scale), Color(QPalette::Base)) << scale;
+        EXPECT_EQ(Corner(2, 3, scale), WarningTint(Color(QPalette::Base))) << scale;
+    }
+    EXPECT_EQ(Ground(1, 3), Color(QPalette::Base));
+}
+
+TEST_F(GridMarks, ACellOutOfRangeHasABarAndATintAtEachResolution)
+{
+    for (const int scale : {1, 2, 3}) {
+        EXPECT_EQ(Bar(2, 3, scale), WarningColor(Color(QPalette::Base))) << scale;
+        EXPECT_EQ(Bar(1, 3, scale), Color(QPalette::Base)) << scale;
+    }
+    EXPECT_EQ(Ground(2, 3), WarningTint(Color(QPalette::Base)));
+}
+
+TEST_F(GridMarks, ACellMayHaveBoth)
+{
+    EXPECT_EQ(Corner(3, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(Bar(3, 3), WarningColor(Color(QPalette::Base)));
+}
+
+TEST_F(GridMarks, StayOnTheFocusCell)
+{
+    Click(3, 3);
+    EXPECT_EQ(Corner(3, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(Bar(3, 3), WarningColor(Color(QPalette::Base)));
+}
+
+TEST_F(GridMarks, AreInTheColourOfTheTextOnSelectedCells)
+{
+    Click(3, 3);
+    Click(1, 3, Qt::ShiftModifier);
+    EXPECT_EQ(Corner(2, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(Bar(2, 3), Color(QPalette::HighlightedText));
+    EXPECT_EQ(Corner(3, 3), Color(QPalette::HighlightedText));
+    EXPECT_EQ(Bar(3, 3), Color(QPalette::HighlightedText));
+}
+
+TEST_F(GridMarks, AreSaidInTheTipAsTheyStand)
+{
+    EXPECT_EQ(Tip(1, 3), QString("<p>Value 9 is &lt;outside&gt; &amp; changed</p>"));
+    EXPECT_EQ(Tip(1, 4), QString());
+}
+
+TEST_F(GridMarks, AreSaidInTheDescriptionBehindTheTitles)
+{
+    grid->SetItemText(0, 3, "Temp");
+    EXPECT_EQ(Description(1, 3), QString("Temp, 1,0 1,1, value 9 is <outside> & changed"));
+    EXPECT_EQ(Description(4, 3), QString("Temp, 4,0 4,1"));
+}
+
+TEST_F(GridMarks, KeptCellsHaveNone)
+{
+    grid->SetTextSource(nullptr);
+    EXPECT_EQ(Corner(1, 3), Color(QPalette::Base));
+    EXPECT_EQ(Bar(2, 3), Color(QPalette::Base));
+    EXPECT_EQ(Tip(1, 3), QString());
+}
+
+} // namespace
