@@ -213,6 +213,13 @@ void CSkin::polish(QPalette& palette)
     MakeTextsReadable(palette);
 }
 
+int CSkin::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
+{
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0; // the desktop's icons would stand in some dialogs only, and beside the program's own ones
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
 void CSkin::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const
 {
@@ -253,10 +260,12 @@ void CSkin::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     switch (element) {
     case PE_Frame:
     case PE_FrameLineEdit:
-    case PE_FrameMenu:
     case PE_IndicatorCheckBox:
     case PE_PanelButtonCommand:
         DrawOutline(*painter, option->rect, *option);
+        break;
+    case PE_PanelMenu:
+        DrawOutline(*painter, option->rect, *option, 0);
         break;
     case PE_IndicatorRadioButton:
         DrawOutline(*painter, option->rect, *option, option->rect.width() / 2.0);
