@@ -318,8 +318,15 @@ bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
         OpenItemMenuAtCurrentRow();
         return true;
     }
-    if (CurrentRow() < 0 || modifiers != Qt::NoModifier || event.isAutoRepeat())
+    if (modifiers != Qt::NoModifier || event.isAutoRepeat())
         return false; // a key held down must not empty the list
+    if (event.key() == Qt::Key_Insert && HasSelectedFormat()) {
+        m_nContextItem = CurrentRow();
+        OnAddItem();
+        return true;
+    }
+    if (CurrentRow() < 0)
+        return false;
     if (event.key() == Qt::Key_Delete)
         DeleteItem(CurrentRow());
     else if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)

@@ -291,6 +291,29 @@ TEST_F(FormatCommands, TheDeleteKeyDeletesTheCurrentRowAndNothingWithoutOne)
     ExpectStored({MakeFormat(u"Line", {})});
 }
 
+TEST_F(FormatCommands, TheInsertKeyAddsAnItemBehindTheCurrentRowOrAtTheEnd)
+{
+    Start();
+    List().setCurrentItem(List().topLevelItem(1));
+    const CModalAnswer answer({kOk});
+    PressKey(Qt::Key_Insert);
+    const DataFormat expected = With(kLine, 2, ProposedItem(u"Desc2"));
+    ExpectStored({expected});
+    List().setCurrentItem(nullptr);
+    PressKey(Qt::Key_Insert);
+    ExpectStored({With(expected, 5, ProposedItem(u"Desc5"))});
+    EXPECT_EQ(answer.titles, (std::vector<QString>{"Data Type Edit Dialog", "Data Type Edit Dialog"}));
+}
+
+TEST_F(FormatCommands, TheInsertKeyDoesNothingWithoutAFormat)
+{
+    Start();
+    DeleteAllFormats();
+    const CModalAnswer answer({kCancel});
+    PressKey(Qt::Key_Insert);
+    EXPECT_EQ(answer.titles, std::vector<QString>{});
+}
+
 TEST_F(FormatCommands, TheRowThatTheKeyboardComesToIsSelected)
 {
     Start();
