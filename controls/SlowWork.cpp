@@ -1,6 +1,7 @@
 #include "controls/SlowWork.h"
 
 #include <QApplication>
+#include <QProgressBar>
 
 namespace {
 
@@ -42,6 +43,7 @@ void CSlowWork::Open()
     m_pDialog->setWindowTitle(QApplication::applicationDisplayName());
     m_pDialog->setWindowModality(Qt::ApplicationModal);
     m_pDialog->setMinimumDuration(0);
+    m_pDialog->findChild<QProgressBar*>()->setAccessibleName(m_strLabel);
     m_pDialog->setAutoClose(false);
     m_pDialog->setAutoReset(false);
     m_pDialog->show();

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTextBoundaryFinder>
 
@@ -45,6 +46,8 @@ public:
           m_strText(text)
     {
         setTextFormat(Qt::PlainText); // a path may hold "<" and "&"
+        if (auto* sign = findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
+            sign->setAccessibleName(icon == Question ? tr("Question") : tr("Warning"));
     }
 
 protected:

@@ -1,6 +1,7 @@
 #include "views/ProgressDialog.h"
 
 #include <QCoreApplication>
+#include <QProgressBar>
 #include <QProgressDialog>
 
 namespace {
@@ -27,6 +28,7 @@ void CProgressDialog::Open()
     m_pDialog->setAutoClose(false); // the dialog goes with this object, not at 100 percent
     m_pDialog->setAutoReset(false);
     m_pDialog->setMinimumDuration(0);
+    m_pDialog->findChild<QProgressBar*>()->setAccessibleName(m_strLabel);
     m_pDialog->show();
 }
 

@@ -2,6 +2,7 @@
 
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
+#include "model/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
 
 #include <QClipboard>
