@@ -59,6 +59,7 @@ TEST(MergedSizeInWords, IsShortOfTheNominalOne)
     EXPECT_EQ(MergedWords(MergedSize::Words128K), 130'560); // kept: 512 words short
     EXPECT_EQ(MergedWords(MergedSize::Words256K), 261'632); // kept
     EXPECT_EQ(MergedWords(MergedSize::None), 0);
+    EXPECT_EQ(MergedWords(static_cast<MergedSize>(9)), 0);
 }
 
 TEST(MergeChecks, ReportTheFirstPathWhenNothingIsChosen)
@@ -92,6 +93,10 @@ TEST_P(MergeCheckOf, SaysWhatIsWrong)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Table, MergeCheckOf, testing::Values(
+    CheckCase{"Check18SecondReadStartAtAnEvenEnd",
+        [](MergeParams& p) { p.secondReadStart = 500; p.secondFileBytes = 1000; },
+        u"The secong file  can't be read 0  words from the starting location 100 ,the number is larger than "
+        u"it's toltal length 1000 words"}, // kept
     CheckCase{"Check1NoFirstPath", [](MergeParams& p) { p.firstPath.clear(); },
         u"Please select the first file  which you want to merge!"},
     CheckCase{"Check2NoSecondPath", [](MergeParams& p) { p.secondPath.clear(); },

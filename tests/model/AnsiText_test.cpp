@@ -176,6 +176,14 @@ INSTANTIATE_TEST_SUITE_P(Table, CodePageChoice, testing::Values(
     ChoiceCase{"WishIsNoNumber",    "latin1", "zh_CN",           936},
     ChoiceCase{"WishHasARest",      "1252x",  "zh_CN",           936},
     ChoiceCase{"WishIsNoAnsiPage",  "1200",   "zh_CN",           936},
+    ChoiceCase{"WishForThai",       "874",    "de_DE",           874},
+    ChoiceCase{"WishForJapanese",   "932",    "de_DE",           932},
+    ChoiceCase{"WishForKorean",     "949",    "de_DE",           949},
+    ChoiceCase{"WishForTaiwan",     "950",    "de_DE",           950},
+    ChoiceCase{"WishForTheFirst",   "1250",   "de_DE",           1250},
+    ChoiceCase{"WishForTheLast",    "1258",   "de_DE",           1258},
+    ChoiceCase{"WishBelowTheFirst", "1249",   "zh_CN",           936},
+    ChoiceCase{"WishAboveTheLast",  "1259",   "zh_CN",           936},
     ChoiceCase{"WishIsTooLarge",    "99999999999", "zh_CN",      936}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on

@@ -80,6 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Hexadecimal, BitsOfCellText, testing::Values(
     TextCase{"LowerCase",             DataType::Hex16,      0, u"fe",          u"0000000011111110"},
     TextCase{"DecimalDigitsAreNoMatter", DataType::Hex16,   2, u"10",          u"0000000000010000"},
     TextCase{"StrayKeepsItsPlace",    DataType::Hex16,      0, u"1G",          u"0000000000010000"}, // kept
+    TextCase{"StrayLowerCase",        DataType::Hex16,      0, u"1z",          u"0000000000010000"}, // kept
     TextCase{"StrayInFront",          DataType::Hex16,      0, u"-1",          u"0000000000000001"}, // kept
     TextCase{"LowByteOfACharacter",   DataType::Hex16,      0, u"\u0141",      u"0000000000001010"}, // kept: as "A"
     TextCase{"OnlyTheLow16OfFive",    DataType::Hex16,      0, u"FFFF1",       u"1111111111110001"},

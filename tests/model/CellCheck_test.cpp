@@ -32,9 +32,12 @@ const ColumnCoding kLongInteger = Column(DataType::Unsigned32, 30, 0, 0, 4294967
 const ColumnCoding kBcd = Column(DataType::Signed16, 4, 0, -999, 9999, CodeType::Bcd);
 const ColumnCoding kHex16 = Column(DataType::Hex16, 4, 0, 0, 65535);
 const ColumnCoding kHex32 = Column(DataType::Hex32, 8, 0, 0, 4294967295);
+const ColumnCoding kHexLimited = Column(DataType::Hex32, 8, 0, 0, 65535);
 const ColumnCoding kHexSigned = Column(DataType::Hex32, 8, 0, -1, 4294967295);
 const ColumnCoding kFloat = Column(DataType::Float, 3, 2, -99, 999);
 const ColumnCoding kFloatWhole = Column(DataType::Float, 1, 0, 0, 9);
+const ColumnCoding kFloatOneDecimal = Column(DataType::Float, 3, 1, -99, 999);
+const ColumnCoding kDoubleFine = Column(DataType::Double, 3, 5, -99, 999);
 const ColumnCoding kFloatLong = Column(DataType::Double, 11, 11, 0, 0);
 const ColumnCoding kFloatHostile = Column(DataType::Double, kHighest, kHighest, 0, 0);
 const ColumnCoding kFloatNegative = Column(DataType::Double, kLowest, kLowest, 0, 0);
@@ -76,6 +79,8 @@ INSTANTIATE_TEST_SUITE_P(Integers, CellValue, testing::Values(
     CheckCase{"LetterAfterMinus",       kSigned,  u"-12a",   true},         // kept
     CheckCase{"MinusInside",            kSigned,  u"1-2",    false},
     CheckCase{"Letter",                 kSigned,  u"12a",    false},
+    CheckCase{"CharacterBelowZero",     kSigned,  u"12/",    false},
+    CheckCase{"CharacterAboveNine",     kSigned,  u"12:",    false},
     CheckCase{"Plus",                   kSigned,  u"+12",    false},
     CheckCase{"Blank",                  kSigned,  u" 12",    false},
     CheckCase{"SecondPoint",            kSignedDecimals, u"1.2.", false},
@@ -83,6 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Integers, CellValue, testing::Values(
     CheckCase{"WithDecimals",           kSignedDecimals, u"123.45", true},
     CheckCase{"TooManyBefore",          kSignedDecimals, u"1234.5", false},
     CheckCase{"TooManyBehind",          kSignedDecimals, u"1.234", false},
+    CheckCase{"TooManyOnBothSides",     kSignedDecimals, u"1234.567", false},
     CheckCase{"FourWithoutPoint",       kSignedDecimals, u"1234", false},
     CheckCase{"SignAndDecimals",        kSignedDecimals, u"-12.34", true},
     CheckCase{"AboveLimit",             kUnsigned, u"65536", false},
@@ -94,6 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Integers, CellValue, testing::Values(
     CheckCase{"BcdNegativeFraction",    kBcd,      u"-.",    true},
     CheckCase{"BcdPositive",            kBcd,      u"12",    true},
     CheckCase{"OnlySixteenCount",       kLongInteger, u"00000000000000009999999999", true},   // kept: the rest is cut
+    CheckCase{"SeventeenthIsCut",       kLongInteger, u"00000042949672950", true},            // kept
     CheckCase{"SixteenDigits",          kLongInteger, u"0000009999999999", false},
     CheckCase{"WideDigits",             kSigned,   u"１",    false}),
     NameOf);
@@ -105,6 +112,14 @@ INSTANTIATE_TEST_SUITE_P(Hexadecimals, CellValue, testing::Values(
     CheckCase{"BelowMinusOne",          kHexSigned, u"FFFFFFFE", false},
     CheckCase{"OtherCharacter",         kHex32,   u"1G",       false},
     CheckCase{"LowerCase",              kHex32,   u"1abcdef",  true},
+    CheckCase{"FirstAndLastHexDigits",  kHex32,   u"109AFaf",  true},
+    CheckCase{"BelowHexZero",           kHex32,   u"1/",       false},
+    CheckCase{"AboveHexNine",           kHex32,   u"1:",       false},
+    CheckCase{"BelowHexUpperCase",      kHex32,   u"1@",       false},
+    CheckCase{"BelowHexLowerCase",      kHex32,   u"1`",       false},
+    CheckCase{"AboveHexLowerCase",      kHex32,   u"1g",       false},
+    CheckCase{"AtTheHexLimit",          kHexLimited, u"FFFF",  true},
+    CheckCase{"AboveTheHexLimit",       kHexLimited, u"10000", false},
     CheckCase{"HexPoint",               kHex32,   u"1.0",      false},
     CheckCase{"HexMinus",               kHex32,   u"-1",       false},
     CheckCase{"HexEmpty",               kHex32,   u"",         true},
@@ -118,6 +133,8 @@ INSTANTIATE_TEST_SUITE_P(Reals, CellValue, testing::Values(
     CheckCase{"ThreeDecimals",          kFloat,   u"999.995", false},
     CheckCase{"LowerBound",             kFloat,   u"-99.99",  false},       // kept: the lower bound itself is refused
     CheckCase{"AboveLowerBound",        kFloat,   u"-99.98",  true},
+    CheckCase{"OneDecimalUpper",        kFloatOneDecimal, u"999.9", true},
+    CheckCase{"JustAboveLowerBound",    kDoubleFine, u"-99.99998", true},    // by the tolerance and hardly more
     CheckCase{"RealZero",               kFloat,   u"0",       true},
     CheckCase{"RealEmpty",              kFloat,   u"",        true},
     CheckCase{"RealTooLarge",           kFloat,   u"1000",    false},

@@ -121,6 +121,7 @@ INSTANTIATE_TEST_SUITE_P(Table, DeriveBounds, testing::Values(
     BoundsCase{"SignedHostile",      DataType::Signed16, kHighest, kHighest, -32768, 32767},
     BoundsCase{"SignedNegative",     DataType::Signed16, kLowest, kLowest, 0, 0},
     BoundsCase{"String",             DataType::String,     4, 0, 0, 0},
+    BoundsCase{"UnknownType",        static_cast<DataType>(99), 4, 0, 0, 0},
     BoundsCase{"NotChosen",          DataType::NotChosen,  4, 0, 0, 0}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on

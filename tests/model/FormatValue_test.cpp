@@ -258,6 +258,8 @@ INSTANTIATE_TEST_SUITE_P(Table, DoubleLimit, testing::Values(
     LimitCase{"OneAboveTheLimit",         0, 9007199254740993, 9007199254740994.0, u"9.007199e+15"},
     LimitCase{"OneBelowTheLimit",         0, 9007199254740993, 9007199254740992.0, u"9007199254740992"},
     LimitCase{"OneBelowTheLowerLimit",    9007199254740993, INT64_MAX, 9007199254740992.0, u"9.007199e+15"},
+    LimitCase{"RoundedLimitIsNone",       0, 9007199254740995, 9007199254740996.0, u"9.007199e+15"},
+    LimitCase{"HighestAsLowerLimit",      INT64_MAX, INT64_MAX, 0x1p63,  u"9.223372e+18"},
     LimitCase{"LimitsCrossed",            5, -5, 0,                      u"0.000000e+00"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
