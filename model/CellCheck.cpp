@@ -51,8 +51,7 @@ bool HasRoomForDigits(const ColumnCoding& column, std::u16string_view text)
     const std::size_t point = text.find(u'.');
     if (point == std::u16string_view::npos)
         return LengthOf(text) <= before + after && LengthOf(text) <= before;
-    return LengthOf(text) <= before + after + 1 && LengthOf(text.substr(0, point)) <= before &&
-           LengthOf(text.substr(point + 1)) <= after;
+    return static_cast<std::int64_t>(point) <= before && LengthOf(text.substr(point + 1)) <= after;
 }
 
 bool IsIntegerInRange(const ColumnCoding& column, std::u16string_view text)

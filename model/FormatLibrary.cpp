@@ -132,7 +132,6 @@ DataItem TakeOldItem(CFieldReader& in)
     const DataItem old = TakeCommonFields(in);
     DataItem item = old;
     SetText(item.description, TextOf(old.description));
-    item.unicode = 0;
     item.arrayLength = static_cast<std::int32_t>(old.codeType); // kept: not from the old arrayLength
     return item;
 }
