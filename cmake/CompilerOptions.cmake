@@ -27,3 +27,9 @@ endif()
 if(VANTOR_FUZZ)
   target_compile_options(vantor_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+
+if(VANTOR_COVERAGE)
+  # Two test programs may end at once, and both add their counts to the same files.
+  target_compile_options(vantor_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(vantor_options INTERFACE --coverage)
+endif()

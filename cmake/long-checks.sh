@@ -1,0 +1,65 @@
+# Sourced by test, after cmake/scripts.sh: the checks that take long. Each runs whole suites, not one test at a time as
+# CTest does, since starting a program is what takes the time under these tools.
+
+# Runs the suites of a preset whose name matches, behind the words of a command if one is given.
+run_suites() {
+    local preset=$1 suites=$2 program
+    shift 2
+    for program in "build/$preset"/bin/vantor_{*_tests,fuzz_replay}; do
+        [[ ${program##*/vantor_} =~ ^($suites)$ ]] || continue
+        echo "${program##*/}" >&2
+        "$@" "$program" --gtest_brief=1
+    done
+}
+
+# What the tests take of the code, against what they are to take.
+check_coverage() {
+    ensure_packages gcovr
+    build_preset coverage
+    find build/coverage -name '*.gcda' -delete
+    # A test that allows small files only keeps its child's counts from being written; that is no output of the child's.
+    GCOV_ERROR_FILE=/dev/null run_suites coverage '.*'
+    gcovr --root . build/coverage --exclude-throw-branches --exclude-unreachable-branches --exclude 'tests/' \
+        --exclude 'build/' --json build/coverage/coverage.json
+    python3 tests/coverage/check.py build/coverage/coverage.json
+}
+
+# The core changed in one small place at a time: which changes its tests notice. Names the files to change, all when none.
+check_mutation() {
+    build_preset core vantor_{model,files,merge,faults}_tests vantor-cli
+    nice python3 tests/mutation/mutate.py "$@"
+}
+
+# All suites in languages whose numbers, letters and code pages differ.
+check_locales() {
+    ensure_packages locales
+    build_preset dev
+    local folder locale
+    folder=$(mktemp -d)
+    chmod a+rx "$folder"
+    for locale in en_US de_DE tr_TR zh_CN; do
+        localedef --inputfile "$locale" --charmap UTF-8 "$folder/$locale.UTF-8"
+    done
+    for locale in C en_US.UTF-8 de_DE.UTF-8 tr_TR.UTF-8 zh_CN.UTF-8; do
+        echo "== $locale" >&2
+        LOCPATH=$folder LC_ALL=$locale LANG=$locale run_suites dev '.*'
+    done
+    rm -r "$folder"
+}
+
+# The core's suites in Valgrind's memory checker. The random paged files and the longest saves and lines are left to the
+# sanitizers: here they would take most of an hour. A limit of memory is set by an operator new that Valgrind replaces.
+check_valgrind() {
+    ensure_packages valgrind
+    build_preset core
+    GTEST_FILTER='-Seeds/*:*SaveAsShown*:*LineOf100Mebibytes*:*LongStretch*:*WithoutMemory*:*LackOfMemory*' \
+        run_suites core '(disk|model|files|ansi_table|merge)_tests|fuzz_replay' \
+        valgrind --quiet --error-exitcode=99 --leak-check=full --errors-for-leak-kinds=definite
+}
+
+# A user who does anything at random, under the sanitizers. Names the number of events and the seed.
+check_random_events() {
+    build_preset sanitize vantor_random_events_tests
+    ASAN_OPTIONS=$ASAN_OPTIONS:handle_abort=1 \
+        VANTOR_RANDOM_EVENTS=${1:-100000} VANTOR_RANDOM_SEED=${2:-1} build/sanitize/bin/vantor_random_events_tests
+}
