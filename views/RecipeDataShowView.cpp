@@ -134,8 +134,7 @@ SaveResult CRecipeDataShowView::WriteData(FileType type)
         return {};
     }
     CProgressDialog progress(*this, tr("Saving the recipe file"));
-    const SaveResult result =
-        SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
+    const SaveResult result = SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
     if (result.isSaved && !result.isLeftOut)
         ForgetChanges();
     return result;
