@@ -147,14 +147,14 @@ TEST_F(Replacement, KeepsTheOwner)
     fs::permissions(folder.Path(), fs::perms::all);
     struct stat before {};
     struct stat after {};
-    ASSERT_EQ(stat(path.c_str(), &before), 0);
+    ASSERT_EQ(stat(path.string().c_str(), &before), 0);
     {
         const COrdinaryUser user;
         CReplacement file(path);
         EXPECT_TRUE(file.Append(BytesOf({4})));
         EXPECT_TRUE(file.Finish());
     }
-    ASSERT_EQ(stat(path.c_str(), &after), 0);
+    ASSERT_EQ(stat(path.string().c_str(), &after), 0);
     EXPECT_EQ(after.st_uid, before.st_uid);
     EXPECT_EQ(after.st_gid, before.st_gid);
     EXPECT_EQ(ReadAll(path), BytesOf({4}));

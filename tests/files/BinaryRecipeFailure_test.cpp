@@ -184,7 +184,7 @@ TEST_F(BinaryRecipeFailure, GapBeforeTheStretchTakesNoRoom)
     rows.LayOut({Signed16Column(), Signed16Column()}, 0x7FFFFF00, 1);
     EXPECT_TRUE(SaveBinaryRecipe(rows, folder / "far.rcp", reporter, progress));
     struct stat status {};
-    ASSERT_EQ(stat((folder / "far.rcp").c_str(), &status), 0);
+    ASSERT_EQ(stat((folder / "far.rcp").string().c_str(), &status), 0);
     EXPECT_EQ(status.st_size, 2 * std::int64_t{0x7FFFFF00} + 4);
     EXPECT_LT(status.st_blocks, 1000);
 }
