@@ -26,7 +26,7 @@ constexpr uid_t geteuid()
     return 1000; // an ordinary user
 }
 
-inline int seteuid(uid_t /*user*/)
+inline int setresuid(uid_t /*real*/, uid_t /*effective*/, uid_t /*saved*/)
 {
     errno = ENOSYS;
     return -1;
