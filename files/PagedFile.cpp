@@ -53,8 +53,10 @@ std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
 std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> entries)
 {
     std::array<std::byte, kBlockBytes> bytes;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::byte>(entries[i / 4] >> (8 * (i % 4)));
+    auto out = bytes.begin();
+    for (const std::uint32_t entry : entries)
+        for (int shift = 0; shift < 32; shift += 8)
+            *out++ = static_cast<std::byte>(entry >> shift);
     return bytes;
 }
 
@@ -63,10 +65,9 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 bool CPagePlaces::Take(std::uint32_t offset)
 {
     const std::size_t block = offset / kBlockBytes;
-    if (block + 2 > m_begins.size())
-        m_begins.resize(block + 2);
+    m_begins.resize(std::max(m_begins.size(), block + 2));
     const bool isHereFree = m_begins[block] == 0;
-    const bool isBeforeFree = block == 0 || m_begins[block - 1] == 0 || offset - m_begins[block - 1] >= kBlockBytes;
+    const bool isBeforeFree = block == 0 || offset - m_begins[block - 1] >= kBlockBytes; // also from 0, for none
     const bool isBehindFree = m_begins[block + 1] == 0 || m_begins[block + 1] - offset >= kBlockBytes;
     if (!isHereFree || !isBeforeFree || !isBehindFree)
         return false;

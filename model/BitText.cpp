@@ -37,14 +37,8 @@ std::uint32_t DecimalBits(std::u16string_view text, std::int32_t decimalDigits)
 
 int HexDigitOf(char16_t c)
 {
-    const int low = c & 0xFF; // kept: U+0141 counts as the "A" in its low byte
-    if (low >= '0' && low <= '9')
-        return low - '0';
-    if (low >= 'A' && low <= 'F')
-        return low - 'A' + 10;
-    if (low >= 'a' && low <= 'f')
-        return low - 'a' + 10;
-    return 0;
+    const auto low = static_cast<char16_t>(c & 0xFF); // kept: U+0141 counts as the "A" in its low byte
+    return static_cast<int>(ReadHexadecimal({&low, 1}));
 }
 
 std::uint32_t HexadecimalBits(std::u16string_view text)
@@ -82,12 +76,11 @@ std::u16string HexadecimalText(std::uint32_t value)
 
 std::u16string BitsOfText(const DataItem& item, std::u16string_view text)
 {
-    const std::uint32_t value =
-        IsHexadecimal(item.dataType) ? HexadecimalBits(text) : DecimalBits(text, item.decimalDigits);
+    std::uint32_t value = IsHexadecimal(item.dataType) ? HexadecimalBits(text) : DecimalBits(text, item.decimalDigits);
     std::u16string bits(BitCountOf(item.dataType), u'0');
-    for (std::size_t i = 0; i < bits.size(); ++i)
-        if ((value >> (bits.size() - 1 - i) & 1U) != 0)
-            bits[i] = u'1';
+    for (auto bit = bits.rbegin(); bit != bits.rend(); ++bit, value >>= 1)
+        if ((value & 1U) != 0)
+            *bit = u'1';
     return bits;
 }
 

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <tuple>
@@ -65,6 +67,56 @@ TEST_P(SaveFaults, LeaveTheOldOrTheNewAndAreTold)
     RecordProperty("faults", met);
     std::printf("%s: %zu calls, %d faults\n", GetParam().name, whole.calls.size(), met);
 }
+
+/// A save that makes a paged file longer, on a disk that refuses the room so many times.
+struct PagedSaveToABusyDisk : testing::TestWithParam<int> {
+    PagedSaveToABusyDisk()
+    {
+        path.prepare(place);
+        old = BytesIn(place.Disk(path.target));
+    }
+
+    static const SavePath& Path()
+    {
+        const auto& paths = CommandLineSavePaths();
+        return *std::find_if(paths.begin(), paths.end(),
+                             [](const SavePath& one) { return std::string(one.name) == "PagedNewTable"; });
+    }
+
+    /// The first call that asks for room; 0 when there is none.
+    int FirstRequest() const
+    {
+        const SavePlace trial;
+        path.prepare(trial);
+        const auto calls = Run(trial, AllFaults().front(), 0).calls;
+        const auto found = std::find(calls.begin(), calls.end(), "posix_fallocate");
+        return found == calls.end() ? 0 : static_cast<int>(found - calls.begin()) + 1;
+    }
+
+    FaultRun Run(const SavePlace& where, const Fault& fault, int at) const
+    {
+        return RunWithFault(Program(), path.arguments(where), where.folder / "disk", fault, at);
+    }
+
+    const SavePath& path = Path();
+    const SavePlace place;
+    std::optional<Bytes> old;
+};
+
+TEST_P(PagedSaveToABusyDisk, SucceedsWithinEightTries)
+{
+    const int at = FirstRequest();
+    ASSERT_GT(at, 0);
+    const auto begin = std::chrono::steady_clock::now();
+    const FaultRun run = Run(place, {"busy", "error", ENOSPC, GetParam()}, at);
+    const auto pauses = std::min(GetParam(), 7);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, pauses * std::chrono::milliseconds(10));
+    EXPECT_EQ(run.failed.size(), static_cast<std::size_t>(GetParam()));
+    EXPECT_EQ(run.result.exitCode, GetParam() < 8 ? 0 : 1);
+    EXPECT_EQ(BytesIn(place.Disk(path.target)) == old, GetParam() == 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Refusals, PagedSaveToABusyDisk, testing::Values(1, 7, 8));
 
 /// What a disk that fails to read gives is neither a short file nor no file.
 struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {

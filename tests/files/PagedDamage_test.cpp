@@ -67,10 +67,12 @@ TEST_P(PagedDamage, IsRefusedAndNothingIsWritten)
 
 TEST_P(PagedDamage, DoesNotHarmTheFlatPart)
 {
-    Bytes word = WordBytes({0x1234});
-    EXPECT_TRUE(PagedWrite(path, 100, 1, word, kFrp));
-    EXPECT_TRUE(PagedRead(path, 100, 1, word, kFrp));
-    EXPECT_EQ(word, WordBytes({0x1234}));
+    for (const std::int64_t address : {0, 100, 32767}) {
+        Bytes word(2);
+        EXPECT_TRUE(PagedWrite(path, address, 1, WordBytes({0x1234}), kFrp)) << address;
+        EXPECT_TRUE(PagedRead(path, address, 1, word, kFrp)) << address;
+        EXPECT_EQ(word, WordBytes({0x1234})) << address;
+    }
 }
 
 TEST_P(PagedDamage, IsReportedOnceByAReadAndByASave)
@@ -201,6 +203,24 @@ TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
     EXPECT_FALSE(file.Read(40000, word));
     fs::resize_file(path, 10);
     EXPECT_TRUE(file.Read(0, word)) << "the flat part may be of any length";
+}
+
+TEST(PagePlaces, NeverShareAByteAtTheBeginning)
+{
+    CPagePlaces places;
+    EXPECT_TRUE(places.Take(1));
+    EXPECT_FALSE(places.Take(4096));
+    EXPECT_TRUE(places.Take(4097));
+    EXPECT_FALSE(places.Take(8192));
+    EXPECT_TRUE(places.Take(8193));
+}
+
+TEST(PagePlaces, MayBeginAtTheLastByteThatAnEntryCanName)
+{
+    CPagePlaces places;
+    EXPECT_TRUE(places.Take(0xFFFFFFFF));
+    EXPECT_FALSE(places.Take(0xFFFFF000));
+    EXPECT_TRUE(places.Take(0xFFFFEFFF));
 }
 
 TEST(PagePlaces, NeverShareAByte)

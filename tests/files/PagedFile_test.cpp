@@ -70,6 +70,15 @@ TEST_F(PagedFile, LargerKindHasALargerFlatPart)
     EXPECT_EQ(WordAt(bytes, 1056768), 0x5678u);
 }
 
+TEST_F(PagedFile, LastWordOfTheFlatPartMakesNoDirectory)
+{
+    WriteAll(path, {});
+    Write(32767, {0x1234});
+    const Bytes bytes = ReadAll(path);
+    ASSERT_EQ(bytes.size(), kFrpFlat);
+    EXPECT_EQ(WordAt(bytes, 65534), 0x1234u);
+}
+
 TEST_F(PagedFile, ValueAcrossTheEndOfTheFlatPartIsSplit)
 {
     WriteAll(path, {});
@@ -356,8 +365,8 @@ TEST_F(PagedFile, WordsWithoutAnAddressAreRefused)
     ASSERT_TRUE(file.Open(path, kFrp));
     Bytes two(4);
     for (const std::int64_t address :
-         {std::int64_t{-1}, std::int64_t{0x7FFFFFFF}, std::int64_t{0x80000000}, std::int64_t{1} << 40,
-          std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()}) {
+         {std::int64_t{-1}, std::int64_t{0x7FFFFFFF}, std::int64_t{0x80000000}, std::int64_t{0x80000001},
+          std::int64_t{1} << 40, std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()}) {
         EXPECT_FALSE(file.Write(address, two)) << address;
         EXPECT_FALSE(file.Read(address, two)) << address;
     }

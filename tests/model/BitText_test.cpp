@@ -70,6 +70,7 @@ INSTANTIATE_TEST_SUITE_P(Decimal, BitsOfCellText, testing::Values(
     TextCase{"HighestUnsigned32",     DataType::Unsigned32, 0, u"4294967295",  u"11111111111111111111111111111111"},
     TextCase{"Unsigned32AsShown",     DataType::Unsigned32, 0, u"-1",          u"11111111111111111111111111111111"},
     TextCase{"ProductAbove32Bits",    DataType::Unsigned32, 2, u"42949673",    u"00000000000000000000000000000100"},
+    TextCase{"LongerThanADouble",     DataType::Unsigned32, 0, u"9007199254740993", u"00000000000000000000000000000001"},
     TextCase{"ProductBeyondAll",      DataType::Unsigned32, 400, u"1",         u"00000000000000000000000000000000"},
     TextCase{"ZeroTimesBeyondAll",    DataType::Signed16, 400, u"0",           u"0000000000000000"},
     TextCase{"NegativeDecimalDigits", DataType::Signed16,  -3, u"9",           u"0000000000001001"}),
@@ -82,6 +83,9 @@ INSTANTIATE_TEST_SUITE_P(Hexadecimal, BitsOfCellText, testing::Values(
     TextCase{"StrayKeepsItsPlace",    DataType::Hex16,      0, u"1G",          u"0000000000010000"}, // kept
     TextCase{"StrayLowerCase",        DataType::Hex16,      0, u"1z",          u"0000000000010000"}, // kept
     TextCase{"StrayInFront",          DataType::Hex16,      0, u"-1",          u"0000000000000001"}, // kept
+    TextCase{"FirstDigits",           DataType::Hex32,      0, u"01239aAbB",   u"00010010001110011010101010111011"},
+    TextCase{"LastDigits",            DataType::Hex32,      0, u"89eEfF",      u"00000000100010011110111011111111"},
+    TextCase{"StraysBesideTheDigits", DataType::Hex32,      0, u"F/:@G`g1",    u"11110000000000000000000000000001"}, // kept
     TextCase{"LowByteOfACharacter",   DataType::Hex16,      0, u"\u0141",      u"0000000000001010"}, // kept: as "A"
     TextCase{"OnlyTheLow16OfFive",    DataType::Hex16,      0, u"FFFF1",       u"1111111111110001"},
     TextCase{"All32",                 DataType::Hex32,      0, u"FFFFFFFF",    u"11111111111111111111111111111111"},

@@ -50,7 +50,7 @@ TARGETS = {
     "files/PagedFile.cpp": [
         (FILES_TESTS, "*Paged*:*PagePlaces*:-*Seeds*:PagedRecipe*"),
         (FILES_TESTS, "PagedRecipe*:*Seeds*:*SaveAsShown*"),
-        (FAULTS_TESTS, "*SaveFaults*/*Paged*"),
+        (FAULTS_TESTS, "*SaveFaults*/*Paged*:*PagedSave*"),
     ],
     "merge/MergeParams.cpp": [(MERGE_TESTS, "-*MergedFile*:*MergeFailure*"), (MERGE_TESTS, "*")],
 }
@@ -310,7 +310,7 @@ def original_code(build, file, text):
 
 def mutate(build, file, args):
     text = (ROOT / file).read_text(encoding="utf-8")
-    mutants = mutants_of(file, text)
+    mutants = [mutant for mutant in mutants_of(file, text) if not args.lines or mutant.line in args.lines]
     if args.sample:
         mutants = sorted(sorted(mutants, key=lambda mutant: mutant.lot(text))[: args.sample],
                          key=lambda mutant: mutant.start)
@@ -342,6 +342,7 @@ def main():
     parser.add_argument("files", nargs="*", metavar="FILE", help="of: " + ", ".join(TARGETS) + "; all when none is named")
     parser.add_argument("--build", type=Path, default=ROOT / "build/core", help="a build with the core's test programs")
     parser.add_argument("--sample", type=int, default=0, metavar="N", help="N mutants a file, the same in every run")
+    parser.add_argument("--lines", type=int, nargs="+", metavar="LINE", help="those of these lines alone")
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--list", action="store_true", help="name the mutants, run nothing")
     args = parser.parse_args()
