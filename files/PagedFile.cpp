@@ -126,7 +126,7 @@ bool CPagedFile::Write(std::int64_t wordAddress, std::span<const std::byte> byte
         return false;
     const std::uint64_t first = ByteAddress(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (done > 0 && !m_file.WriteAt(first, bytes.first(done)))
+    if (!m_file.WriteAt(first, bytes.first(done)))
         return false;
     while (done < bytes.size()) {
         const std::uint64_t address = first + done;
@@ -146,7 +146,7 @@ bool CPagedFile::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
         return false;
     const std::uint64_t first = ByteAddress(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (done > 0 && !m_file.ReadAt(first, bytes.first(done)))
+    if (!m_file.ReadAt(first, bytes.first(done)))
         return false;
     while (done < bytes.size() && *size > m_flatBytes) {
         const std::uint64_t address = first + done;

@@ -125,7 +125,7 @@ struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
     FaultRun Run(const SavePlace& place, int at) const
     {
         const Fault fault{"unreadable", "read", EIO, std::get<1>(GetParam())};
-        return RunWithFault(VANTOR_CLI_PROGRAM, Path().arguments(place), place.folder.Path(), fault, at);
+        return RunWithFault(Program(), Path().arguments(place), place.folder.Path(), fault, at);
     }
 
     bool MayBeLeft(const std::optional<Bytes>& bytes, const std::optional<Bytes>& old) const

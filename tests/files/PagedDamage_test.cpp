@@ -146,6 +146,37 @@ TEST_F(PagedNeighbours, PageOfTwoTablesIsRefused)
     EXPECT_TRUE(ReadAll(path) == bytes);
 }
 
+TEST_F(PagedNeighbours, StretchIsSoundUpToTheTableThatIsDamaged)
+{
+    Bytes bytes = SoundFile();
+    bytes.resize(kEnd + 4096);
+    StoreEntry(bytes, kDirectory + 4, kEnd);
+    StoreEntry(bytes, kEnd, 1);
+    WriteAll(path, bytes);
+    constexpr std::int64_t kLastWordBefore = 2097151;
+    for (const std::uint64_t byteCount : {0U, 1U, 2U, 3U, 4U}) {
+        CPagedFile file;
+        ASSERT_TRUE(file.Open(path, kFrp));
+        EXPECT_EQ(file.IsSound(kLastWordBefore, byteCount), byteCount <= 2) << byteCount;
+    }
+    for (const std::uint64_t byteCount : {0U, 1U}) {
+        CPagedFile file;
+        ASSERT_TRUE(file.Open(path, kFrp));
+        EXPECT_EQ(file.IsSound(kLastWordBefore + 1, byteCount), byteCount == 0) << byteCount;
+    }
+}
+
+TEST_F(PagedNeighbours, NoBytesAreSoundInADamagedFile)
+{
+    Bytes bytes = SoundFile();
+    StoreEntry(bytes, kDirectory + 4092, 1);
+    WriteAll(path, bytes);
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    EXPECT_TRUE(file.IsSound(40000, 0));
+    EXPECT_FALSE(file.IsSound(40000, 1));
+}
+
 TEST_F(PagedNeighbours, TableAndPageMayBeginAtAnyByte)
 {
     Bytes bytes(kEnd + 2);

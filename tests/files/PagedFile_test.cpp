@@ -175,6 +175,21 @@ TEST_F(PagedFile, WordsAroundAreKept)
     EXPECT_EQ(ReadAll(path), WordBytes({1, 9, 8, 4}));
 }
 
+TEST_F(PagedFile, SingleBytesAreWrittenAndRead)
+{
+    WriteAll(path, {});
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    for (const std::int64_t address : {10, 40000}) {
+        Bytes byte = BytesOf({0});
+        EXPECT_TRUE(file.Write(address, BytesOf({0x12})));
+        EXPECT_TRUE(file.Read(address, byte));
+        EXPECT_EQ(byte, BytesOf({0x12})) << address;
+    }
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(ReadAll(path).size(), 77824u);
+}
+
 TEST_F(PagedFile, NoWordsWriteNothing)
 {
     WriteAll(path, {});

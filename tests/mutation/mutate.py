@@ -45,12 +45,12 @@ TARGETS = {
     "model/FormatLibrary.cpp": [
         (MODEL_TESTS, "*FormatLibrary*:*Library*"),
         (MODEL_TESTS, "-*Library*"),
-        (FAULTS_TESTS, "*SaveFaults*/*Librar*"),
+        (FAULTS_TESTS, "*Faults*/*Librar*"),
     ],
     "files/PagedFile.cpp": [
         (FILES_TESTS, "*Paged*:*PagePlaces*:-*Seeds*:PagedRecipe*"),
         (FILES_TESTS, "PagedRecipe*:*Seeds*:*SaveAsShown*"),
-        (FAULTS_TESTS, "*SaveFaults*/*Paged*:*PagedSave*"),
+        (FAULTS_TESTS, "*Faults*/*Paged*:*PagedSave*"),
     ],
     "merge/MergeParams.cpp": [(MERGE_TESTS, "-*MergedFile*:*MergeFailure*"), (MERGE_TESTS, "*")],
 }
