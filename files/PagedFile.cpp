@@ -160,7 +160,7 @@ bool CPagedFile::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
 
 std::size_t CPagedFile::BytesInFlatPart(std::uint64_t first, std::size_t count) const
 {
-    return first < m_flatBytes ? std::min<std::size_t>(count, m_flatBytes - first) : 0;
+    return std::min<std::size_t>(count, m_flatBytes - std::min<std::uint64_t>(first, m_flatBytes));
 }
 
 /// The offset of the page that holds the byte at `address`, for which there is room.
@@ -178,7 +178,6 @@ std::optional<std::uint64_t> CPagedFile::EnterBlocks(std::uint64_t first, std::u
         return fileEnd;
     if (fileEnd == m_flatBytes) {
         m_directory = MakeTable(m_flatBytes);
-        m_places.Take(m_flatBytes);
         fileEnd += kBlockBytes;
     }
     for (std::uint64_t address = std::max<std::uint64_t>(first, m_flatBytes); address < end;
@@ -292,7 +291,7 @@ std::unique_ptr<CPagedFile::Table> CPagedFile::MakeTable(std::uint32_t offset)
 
 bool CPagedFile::LoadDirectory()
 {
-    if (!m_directory && m_places.Take(m_flatBytes))
+    if (!m_directory)
         m_directory = ReadTable(m_flatBytes);
     return m_directory != nullptr;
 }

@@ -29,7 +29,7 @@ enum PagedKind : std::int32_t {
     kFrp = 2, ///< a flat part of 64 KiB
 };
 
-/// Which places of a paged file hold a directory, a table or a page, 4096 bytes each, so that no two share a byte.
+/// Which places of a paged file hold a table or a page, 4096 bytes each, so that no two share a byte.
 class CPagePlaces {
 public:
     /// Takes the place that begins at `offset`, not 0; false when part of it is taken.

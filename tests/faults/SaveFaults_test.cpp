@@ -68,9 +68,9 @@ TEST_P(SaveFaults, LeaveTheOldOrTheNewAndAreTold)
     std::printf("%s: %zu calls, %d faults\n", GetParam().name, whole.calls.size(), met);
 }
 
-/// A save that makes a paged file longer, on a disk that refuses the room so many times.
-struct PagedSaveToABusyDisk : testing::TestWithParam<int> {
-    PagedSaveToABusyDisk()
+/// A save that makes a paged file longer.
+struct PagedSave : testing::TestWithParam<int> {
+    PagedSave()
     {
         path.prepare(place);
         old = BytesIn(place.Disk(path.target));
@@ -103,6 +103,8 @@ struct PagedSaveToABusyDisk : testing::TestWithParam<int> {
     std::optional<Bytes> old;
 };
 
+struct PagedSaveToABusyDisk : PagedSave {}; ///< which refuses the room so many times
+
 TEST_P(PagedSaveToABusyDisk, SucceedsWithinEightTries)
 {
     const int at = FirstRequest();
@@ -117,6 +119,20 @@ TEST_P(PagedSaveToABusyDisk, SucceedsWithinEightTries)
 }
 
 INSTANTIATE_TEST_SUITE_P(Refusals, PagedSaveToABusyDisk, testing::Values(1, 7, 8));
+
+struct PagedSaveToABrokenDisk : PagedSave {}; ///< whose call so many calls behind the first request of room fails
+
+TEST_P(PagedSaveToABrokenDisk, LeavesTheFileAsItWasUntilThereIsRoom)
+{
+    const int at = FirstRequest();
+    ASSERT_GT(at, 0);
+    const FaultRun run = Run(place, {"broken once", "error", EIO}, at + GetParam());
+    EXPECT_EQ(run.result.exitCode, 1) << run.failed.front();
+    EXPECT_TRUE(BytesIn(place.Disk(path.target)) == old) << run.failed.front();
+}
+
+// The table behind the end, the flush and the entry that leads to the table.
+INSTANTIATE_TEST_SUITE_P(Calls, PagedSaveToABrokenDisk, testing::Values(1, 2, 3));
 
 /// What a disk that fails to read gives is neither a short file nor no file.
 struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {

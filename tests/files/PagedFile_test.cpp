@@ -470,8 +470,19 @@ TEST_F(PagedFile, EntriesLeadNoFartherThanFourGigabytes)
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(32768, 1), WordBytes({0x5678}));
     EXPECT_FALSE(PagedWrite(path, 50000, 1, WordBytes({1}), kFrp));
+    EXPECT_FALSE(PagedWrite(path, 3 * 2097152, 1, WordBytes({1}), kFrp)) << "nor does one to a new table";
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(40000, 1), WordBytes({0x1234})) << "what is there can be read";
+}
+
+TEST_F(PagedFile, EntryMayLeadToTheLastByteThatItCanName)
+{
+    WriteAll(path, {});
+    Write(40000, {0x1234});
+    fs::resize_file(path, 0xFFFFFFFF);
+    Write(32768, {0x5678});
+    EXPECT_EQ(fs::file_size(path), 0xFFFFFFFFU + 4096ULL);
+    EXPECT_EQ(Read(32768, 1), WordBytes({0x5678}));
 }
 
 } // namespace
