@@ -36,8 +36,9 @@ bool TakeSign(std::u16string_view& text)
 /// Whether `text`, its sign taken off, begins a decimal number. "inf" and "nan" do not, though from_chars reads them.
 bool BeginsWithDigits(std::u16string_view text)
 {
-    const std::size_t first = text.starts_with(u'.') ? 1 : 0;
-    return first < text.size() && IsDigit(text[first]);
+    if (text.starts_with(u'.'))
+        text.remove_prefix(1);
+    return !text.empty() && IsDigit(text.front());
 }
 
 /// The values of the hexadecimal digits; 0 for any other character.
@@ -207,20 +208,17 @@ std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals)
 
 double PowerOfTen(std::int32_t digits)
 {
-    if (digits <= 0)
-        return 1;
-    if (const auto power = static_cast<std::size_t>(digits); power < kPowersOfTen.size())
+    const auto power = static_cast<std::size_t>(std::max(digits, 0));
+    if (power < kPowersOfTen.size())
         return kPowersOfTen[power];
-    if (digits > std::numeric_limits<double>::max_exponent10)
-        return std::numeric_limits<double>::infinity();
-    std::array<char, 8> text{'1', 'e'}; // read, because std::pow does not promise the nearest double
+    std::array<char, 12> text{'1', 'e'}; // read, because std::pow does not promise the nearest double
     const auto written = std::to_chars(text.data() + 2, text.data() + text.size(), digits);
     return ReadNarrow({text.data(), written.ptr});
 }
 
 std::u16string DecimalText(std::int64_t value)
 {
-    std::array<char, 24> digits;
+    std::array<char, 20> digits; // the sign and 19 digits
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     return {digits.data(), written.ptr};
 }

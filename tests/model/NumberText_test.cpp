@@ -147,6 +147,8 @@ TEST(ReadHexadecimal, SumsTheDigitsByPlace)
     EXPECT_EQ(ReadHexadecimal(u"AB"), 0xABU);
     EXPECT_EQ(ReadHexadecimal(u"ab"), 0xABU);
     EXPECT_EQ(ReadHexadecimal(u"0123456789"), 0x23456789U);
+    EXPECT_EQ(ReadHexadecimal(u"ABCDEF"), 0xABCDEFU);
+    EXPECT_EQ(ReadHexadecimal(u"abcdef"), 0xABCDEFU);
     EXPECT_EQ(ReadHexadecimal(u"FFFFFFFF"), 0xFFFFFFFFU);
     EXPECT_EQ(ReadHexadecimal(u""), 0U);
 }
@@ -156,6 +158,9 @@ TEST(ReadHexadecimal, CountsOtherCharactersAsZeroInTheirPlace)
     EXPECT_EQ(ReadHexadecimal(u"1G"), 0x10U); // kept
     EXPECT_EQ(ReadHexadecimal(u"xyz"), 0U);
     EXPECT_EQ(ReadHexadecimal(u"-1 "), 0x10U);
+    EXPECT_EQ(ReadHexadecimal(u"F/:@G`g1"), 0xF0000001U); // the neighbours of the digits
+    EXPECT_EQ(ReadHexadecimal(std::u16string_view(u"1\0", 2)), 0x10U);
+    EXPECT_EQ(ReadHexadecimal(u"1\u007F\u0080\uFFFF"), 0x1000U);
     EXPECT_EQ(ReadHexadecimal(u"1\u0131"), 0x10U); // low byte "1"
 }
 
@@ -228,6 +233,37 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadScaledText, testing::Values(
     ScaledCase{"ZeroTimesInfinity",   u"0",          400, 0},
     ScaledCase{"HostileDecimals",     u"1",          INT32_MAX, 0},
     ScaledCase{"NoNumber",            u"abc",        2,  0}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+struct LimitCase {
+    const char* name;
+    double value;
+    std::int64_t limit;
+    bool isBelow;
+    bool isAbove;
+    friend void PrintTo(const LimitCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct ValueAtALimit : testing::TestWithParam<LimitCase> {};
+
+TEST_P(ValueAtALimit, IsComparedExactly)
+{
+    EXPECT_EQ(IsBelow(GetParam().value, GetParam().limit), GetParam().isBelow);
+    EXPECT_EQ(IsAbove(GetParam().value, GetParam().limit), GetParam().isAbove);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, ValueAtALimit, testing::Values(
+    LimitCase{"Equal",                  5,          5,           false, false},
+    LimitCase{"ALittleLess",            4.5,        5,           true,  false},
+    LimitCase{"ALittleMore",            5.5,        5,           false, true},
+    LimitCase{"LimitIsJustAboveADouble", 0x1p53,    (INT64_C(1) << 53) + 1, true,  false},
+    LimitCase{"LimitIsJustBelowADouble", 0x1p53 + 4, (INT64_C(1) << 53) + 3, false, true},
+    LimitCase{"HighestLimit",           0x1p63,     INT64_MAX,   false, true},
+    LimitCase{"BelowTheHighestLimit",   0x1p63 - 1024, INT64_MAX, true, false},
+    LimitCase{"LowestLimit",            -0x1p63,    INT64_MIN,   false, false},
+    LimitCase{"NotANumber",             std::numeric_limits<double>::quiet_NaN(), 0, false, false}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
