@@ -19,7 +19,8 @@ namespace {
 
 constexpr std::int32_t kStartMark = 100;
 constexpr std::int32_t kEndMark = 200;
-constexpr std::size_t kMarkerSize = 32;      ///< bytes of the marker with its zeros
+constexpr std::size_t kMarkerSize = 32; ///< bytes of the marker with its zeros
+constexpr std::size_t kMarkerLength = kMarkerSize / sizeof(char16_t);
 constexpr std::size_t kReadNameLength = 64;  ///< units of a stored name that are read; kept: it has room for 128
 constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
 constexpr std::size_t kMarkSize = 4;
@@ -157,7 +158,7 @@ void PutFormat(CFieldWriter& out, const DataFormat& format)
 
 std::string StoredBytes(const FormatLibrary& library)
 {
-    FixedText<kMarkerSize / sizeof(char16_t)> marker;
+    FixedText<kMarkerLength> marker;
     SetText(marker, FormatLibrary::kMarker);
     CFieldWriter out;
     out.PutText(marker);
@@ -172,7 +173,7 @@ std::int32_t VersionIn(std::u16string_view marker)
 {
     constexpr std::size_t kVersionTail = 2; // ".0"
     constexpr auto kName = FormatLibrary::kMarker.substr(0, FormatLibrary::kMarker.size() - kVersionTail);
-    if (marker.size() < kVersionTail || marker.substr(0, marker.size() - kVersionTail) != kName)
+    if (marker.size() != FormatLibrary::kMarker.size() || !marker.starts_with(kName))
         return 0;
     return TruncateTo32(ReadDecimal(marker.substr(marker.size() - kVersionTail - 1)) * 10);
 }
@@ -184,6 +185,7 @@ public:
     {
         m_file.seekg(0, std::ios::end);
         m_length = static_cast<std::int64_t>(m_file.tellg());
+        m_hasFailed = m_length < 0;
         MoveTo(0);
     }
 
@@ -196,7 +198,6 @@ public:
 
     void MoveTo(std::int64_t position)
     {
-        m_hasFailed = m_hasFailed || m_length < 0;
         m_file.clear();
         m_file.seekg(position);
         m_hasFailed = m_hasFailed || m_file.fail();
@@ -223,7 +224,7 @@ std::int32_t ReadVersion(CLibraryInput& file)
 {
     std::array<char, kMarkerSize> bytes{};
     file.Read(bytes);
-    const auto marker = CFieldReader(bytes).TakeText<kMarkerSize / sizeof(char16_t)>();
+    const auto marker = CFieldReader(bytes).TakeText<kMarkerLength>();
     return VersionIn(TextOf(marker));
 }
 
@@ -249,7 +250,7 @@ public:
         : m_file(file),
           m_isOlder(library.programVersion > library.fileVersion),
           m_isLater(library.programVersion < library.fileVersion),
-          m_itemSize(StoredItemSize(m_isOlder ? 0 : library.programVersion).value_or(0))
+          m_itemSize(StoredItemSize(m_isOlder ? 0 : library.programVersion).value())
     {
     }
 
