@@ -323,12 +323,6 @@ std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
     return file.Length();
 }
 
-bool IsMissing(const fs::path& path)
-{
-    std::error_code ignored;
-    return fs::status(path, ignored).type() == fs::file_type::not_found;
-}
-
 bool IsRegularFile(const fs::path& path)
 {
     std::error_code ignored;
