@@ -1,6 +1,7 @@
 #include "model/FormatLibrary.h"
 
 #include "disk/Replacement.h"
+#include "model/LittleEndian.h"
 #include "model/NumberText.h"
 
 #include <algorithm>
@@ -71,9 +72,7 @@ private:
     template <class Value>
     Value Take()
     {
-        Value value = 0;
-        for (std::size_t i = 0; i < sizeof(Value); ++i)
-            value = static_cast<Value>(value | static_cast<Value>(static_cast<unsigned char>(m_bytes[i])) << (8 * i));
+        const auto value = LoadLittleEndian<Value>(std::as_bytes(m_bytes));
         m_bytes = m_bytes.subspan(sizeof(Value));
         return value;
     }
