@@ -4,8 +4,6 @@
 #include "files/FileMessages.h"
 #include "files/LibraryPlace.h"
 
-#include <system_error>
-
 namespace fs = std::filesystem;
 
 fs::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter)
@@ -15,9 +13,7 @@ fs::path LibraryPath(const std::optional<std::string>& given, CReporter& reporte
 
 bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)
 {
-    std::error_code fault;
-    const bool isMissing = fs::status(path, fault).type() == fs::file_type::not_found;
-    if (isMissing || library.loadReadOnly(path) >= 0)
+    if (IsMissing(path) || library.loadReadOnly(path) >= 0)
         return true;
     if (!library.versionsKnown) {
         ShowFileError(reporter, kOpenFileError, path);

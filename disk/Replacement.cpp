@@ -1,6 +1,5 @@
 #include "disk/Replacement.h"
 
-#include <algorithm>
 #include <chrono>
 #include <string>
 #include <system_error>
@@ -44,18 +43,6 @@ bool MayBeReplaced(const fs::path& target)
 fs::path TemporaryName()
 {
     return "vantor-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".new";
-}
-
-/// Copies the first `length` bytes of `source` over those of `target` by way of `piece`.
-bool CopyOver(const CFile& source, CFile& target, std::span<std::byte> piece, std::uint64_t length)
-{
-    for (std::uint64_t done = 0; done < length;) {
-        const auto part = piece.first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), length - done)));
-        if (source.ReadAt(done, part) != part.size() || !target.WriteAt(done, part))
-            return false;
-        done += part.size();
-    }
-    return true;
 }
 
 } // namespace
@@ -133,7 +120,7 @@ bool CReplacement::CopyIntoTarget()
     const auto oldSize = target.Size();
     if (!source.IsOpen() || !oldSize || !target.Reserve(0, m_written))
         return false;
-    if (CopyOver(source, target, piece, m_written) && target.CutTo(m_written) && target.Close())
+    if (CopyContent(source, target, m_written, piece) && target.CutTo(m_written) && target.Close())
         return true;
     target.CutTo(*oldSize);
     m_isMixed = true;

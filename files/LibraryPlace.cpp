@@ -14,12 +14,6 @@ namespace {
 /// beside the program.
 constexpr std::string_view kSample = VANTOR_SAMPLE_LIBRARY;
 
-bool IsMissing(const fs::path& path)
-{
-    std::error_code fault;
-    return fs::status(path, fault).type() == fs::file_type::not_found;
-}
-
 /// By way of the library's own save, which shows another program that starts now all of the file or nothing.
 void MakeFromSample(const fs::path& library, const fs::path& sample)
 {

@@ -1,5 +1,7 @@
 #include "files/PagedFile.h"
 
+#include "model/LittleEndian.h"
+
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -44,10 +46,7 @@ std::uint64_t ByteAddress(std::int64_t wordAddress)
 
 std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
 {
-    std::uint32_t entry = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        entry |= std::to_integer<std::uint32_t>(bytes[4 * index + i]) << (8 * i);
-    return entry;
+    return LoadLittleEndian<std::uint32_t>(bytes.subspan(4 * index));
 }
 
 std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> entries)

@@ -1,6 +1,7 @@
 #include "files/StretchCoding.h"
 
 #include "files/CellTexts.h"
+#include "model/LittleEndian.h"
 
 #include <cstdint>
 #include <optional>
@@ -39,15 +40,6 @@ std::vector<CodedColumn> ColumnsWithWords(const CRecipeRows& rows)
     return columns;
 }
 
-/// The value of up to four bytes, low byte first.
-std::uint32_t LoadWord(std::span<const std::byte> bytes)
-{
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        value |= std::to_integer<std::uint32_t>(bytes[i]) << (8 * i);
-    return value;
-}
-
 /// A signed value that its limits neither set to 0 nor, in 32 bits, move by 65536.
 bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word)
 {
@@ -68,7 +60,7 @@ bool CodesToItself(const CodedColumn& column, RecipeKind kind, std::span<const s
         return kind == RecipeKind::Flat || coding.codeType == CodeType::Bin;
     const bool isSigned = coding.dataType == DataType::Signed16 || coding.dataType == DataType::Signed32;
     return coding.decimalDigits == 0 &&
-           (!isSigned || IsShownAsItIs(coding, LoadWord(words.first(column.wholeNumberBytes))));
+           (!isSigned || IsShownAsItIs(coding, LoadLittleEndian<std::uint32_t>(words.first(column.wholeNumberBytes))));
 }
 
 /// The number that `text` is, if it is nothing but some digits behind at most one minus: the usual field of a table.

@@ -1,6 +1,7 @@
 #include "model/FormatLibrary.h"
 
 #include "disk/Replacement.h"
+#include "model/LittleEndian.h"
 #include "model/NumberText.h"
 
 #include <algorithm>
@@ -72,9 +73,7 @@ private:
     template <class Value>
     Value Take()
     {
-        Value value = 0;
-        for (std::size_t i = 0; i < sizeof(Value); ++i)
-            value = static_cast<Value>(value | static_cast<Value>(static_cast<unsigned char>(m_bytes[i])) << (8 * i));
+        const auto value = LoadLittleEndian<Value>(std::as_bytes(m_bytes));
         m_bytes = m_bytes.subspan(sizeof(Value));
         return value;
     }
@@ -322,12 +321,6 @@ std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
         library.formats.push_back(std::move(format));
     }
     return file.Length();
-}
-
-bool IsMissing(const fs::path& path)
-{
-    std::error_code ignored;
-    return fs::status(path, ignored).type() == fs::file_type::not_found;
 }
 
 bool IsRegularFile(const fs::path& path)

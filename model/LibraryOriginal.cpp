@@ -65,19 +65,6 @@ fs::path CopyName(const fs::path& file, int number)
     return name;
 }
 
-bool CopyBytes(const CFile& from, CFile& to)
-{
-    std::array<std::byte, 65536> block;
-    for (std::uint64_t done = 0;;) {
-        const auto count = from.ReadAt(done, block);
-        if (!count || !to.WriteAt(done, std::span(block).first(*count)))
-            return false;
-        if (*count == 0)
-            return true;
-        done += *count;
-    }
-}
-
 /// Copies `file` to the new name `copy`, has it put on the disk and reads it back; a copy that is not whole is removed.
 bool CopyWhole(const fs::path& file, const fs::path& copy)
 {
@@ -86,7 +73,10 @@ bool CopyWhole(const fs::path& file, const fs::path& copy)
         return false; // made by another program meanwhile: not ours to remove
     const CFile from(file, CFile::Mode::Read);
     to.TakeAttributesOf(file); // or else it is the user's own, which is no loss
-    if (CopyBytes(from, to) && to.Close() && FlushFolderOf(copy) && HaveSameBytes(file, copy))
+    const auto length = from.Size();
+    std::array<std::byte, 65536> piece;
+    const bool isCopied = length && CopyContent(from, to, *length, piece) && to.Close() && FlushFolderOf(copy);
+    if (isCopied && HaveSameBytes(file, copy))
         return true;
     std::error_code ignored;
     fs::remove(copy, ignored);

@@ -1,5 +1,6 @@
 #include "model/ValueLimits.h"
 
+#include "model/LittleEndian.h"
 #include "model/NumberText.h"
 
 #include <algorithm>
@@ -64,21 +65,11 @@ bool IsSigned(DataType type)
     return type == DataType::Signed16 || type == DataType::Signed32;
 }
 
-/// The first `Count` of `bytes`, low byte first.
-template <std::size_t Count>
-std::uint64_t Load(std::span<const std::byte> bytes)
-{
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < Count; ++i)
-        value |= std::to_integer<std::uint64_t>(bytes[i]) << (8 * i);
-    return value;
-}
-
 /// One word or, of a longer value, the first two: those that are shown.
 std::int64_t LoadInteger(const ColumnCoding& coding, std::span<const std::byte> bytes)
 {
     const bool isWord = bytes.size() < 4;
-    const auto value = static_cast<std::int64_t>(isWord ? Load<2>(bytes) : Load<4>(bytes));
+    const std::int64_t value = isWord ? LoadLittleEndian<std::uint16_t>(bytes) : LoadLittleEndian<std::uint32_t>(bytes);
     if (!IsSigned(coding.dataType) || (isWord && value <= coding.maxValue))
         return value; // a signed word within an upper limit of more than 32767 is shown without a sign
     return isWord ? static_cast<std::int16_t>(value) : static_cast<std::int32_t>(value);
@@ -129,9 +120,9 @@ std::optional<std::u16string> ValueOutsideLimits(const ColumnCoding& coding, std
         return std::nullopt;
     const auto bytes = image.subspan(pos, length);
     if (coding.dataType == DataType::Float && length >= 4)
-        return RealOutside(coding, std::bit_cast<float>(static_cast<std::uint32_t>(Load<4>(bytes))));
+        return RealOutside(coding, std::bit_cast<float>(LoadLittleEndian<std::uint32_t>(bytes)));
     if (coding.dataType == DataType::Double && length >= 8)
-        return RealOutside(coding, std::bit_cast<double>(Load<8>(bytes)));
+        return RealOutside(coding, std::bit_cast<double>(LoadLittleEndian<std::uint64_t>(bytes)));
     const bool isInteger = IsDecimalInteger(coding.dataType) || IsHexadecimal(coding.dataType);
     if (!isInteger || length < 2)
         return std::nullopt;

@@ -1,6 +1,7 @@
 #include "model/WordCodec.h"
 
 #include "model/AnsiText.h"
+#include "model/LittleEndian.h"
 #include "model/NumberText.h"
 
 #include <algorithm>
@@ -37,35 +38,6 @@ std::span<Byte> BytesAt(std::span<Byte> image, std::size_t pos, std::size_t leng
 {
     const auto rest = image.subspan(std::min(pos, image.size()));
     return rest.first(std::min(length, rest.size()));
-}
-
-/// The value of the first `count` of `bytes`, low byte first. Called with a constant, so that it becomes one load.
-template <class Value>
-Value LoadBytes(const std::byte* bytes, std::size_t count)
-{
-    Value value = 0;
-    for (std::size_t i = 0; i < count; ++i)
-        value = static_cast<Value>(value | static_cast<Value>(bytes[i]) << (8 * i));
-    return value;
-}
-
-/// The value that begins `bytes`, low byte first; the bytes that are missing are zero.
-template <class Value>
-Value LoadLittleEndian(std::span<const std::byte> bytes)
-{
-    if (bytes.size() >= sizeof(Value))
-        return LoadBytes<Value>(bytes.data(), sizeof(Value));
-    return bytes.size() == 2 ? LoadBytes<Value>(bytes.data(), 2) : LoadBytes<Value>(bytes.data(), bytes.size());
-}
-
-/// Puts as many low bytes of `value` into `bytes` as they hold, and zeros behind it.
-template <class Value>
-void StoreLittleEndian(std::span<std::byte> bytes, Value value)
-{
-    for (std::byte& byte : bytes) {
-        byte = static_cast<std::byte>(value);
-        value = static_cast<Value>(value >> 8);
-    }
 }
 
 // The Put functions write at `out`, inside a NumberBuffer, and return the end of what they wrote.

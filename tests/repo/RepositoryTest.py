@@ -23,7 +23,7 @@ ROOMS = {  # room -> the rooms it may include from
     "views": {"views", "controls", "merge", "files", "model", "disk"},
     "app": {"app", "views", "controls", "merge", "files", "model", "disk"},
 }
-PLATFORM_PLACES = {"disk/File.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
+PLATFORM_PLACES = {"disk/PosixFile.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
            "packaging/debian/check-installed"]
 GUIDE = ROOT / "docs" / "guide"

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <system_error>
+
+/// The platform's file calls, each once and in the same shape for all platforms: what CFile is made of, and for it
+/// alone. A file is the platform's number for it. After a call that failed, SystemError tells why.
+namespace platform {
+
+constexpr std::intptr_t kNoFile = -1;
+
+enum class Access {
+    Read,
+    Write,  ///< and read
+    Create, ///< write and read a file that is not there yet
+};
+
+/// The reason of the call just made.
+std::error_code SystemError();
+
+/// Never waits, and never gives the number of a standard stream; kNoFile after an error. May open what is no file.
+std::intptr_t OpenByName(const std::filesystem::path& path, Access access);
+
+/// Whether it is neither a folder nor a pipe nor a device.
+bool IsRegular(std::intptr_t file);
+
+/// Bytes.
+std::optional<std::uint64_t> LengthOf(std::intptr_t file);
+
+/// Cuts the file, or has it grow by zero bytes.
+bool SetLength(std::intptr_t file, std::uint64_t length);
+
+/// Moves one byte or more of at most 1 GiB between `bytes` and the file at `offset`: the number of them, 0 at the
+/// file's end, negative after an error.
+std::int64_t ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes);
+std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes);
+
+/// Sets room aside for `size` bytes at `offset`; the file is at least as long as that then. Else tells why not.
+std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size);
+
+/// Gives the file the owner, rights and extended attributes of the one at `path`.
+bool TakeAttributes(std::intptr_t file, const std::filesystem::path& path);
+
+/// Waits until the disk has the file's content, or knows what files the folder holds.
+bool FlushToDisk(std::intptr_t file);
+bool FlushFolder(const std::filesystem::path& folder);
+
+/// The number is free again, whatever the answer.
+bool Release(std::intptr_t file);
+
+} // namespace platform

@@ -1,0 +1,165 @@
+#include "disk/File.h"
+#include "disk/PlatformFile.h"
+
+#include <array>
+#include <string>
+
+#ifndef NOMINMAX
+#define NOMINMAX // else std::min is a macro here
+#endif
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+namespace fs = std::filesystem;
+
+namespace platform {
+
+namespace {
+
+HANDLE HandleOf(std::intptr_t file)
+{
+    return reinterpret_cast<HANDLE>(file);
+}
+
+/// A name as long as MAX_PATH opens only in full and behind a prefix.
+std::wstring OpenableName(const fs::path& path)
+{
+    std::error_code error;
+    const std::wstring full = fs::absolute(path, error).lexically_normal().make_preferred().native();
+    if (error || full.size() < MAX_PATH || full.starts_with(LR"(\\?\)"))
+        return path.native();
+    return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
+OVERLAPPED PlaceOf(std::uint64_t offset)
+{
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(offset & 0xFFFFFFFF);
+    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    return place;
+}
+
+} // namespace
+
+std::error_code SystemError()
+{
+    return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+std::intptr_t OpenByName(const fs::path& path, Access access)
+{
+    const HANDLE handle =
+        CreateFileW(OpenableName(path).c_str(), access == Access::Read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    access == Access::Create ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return reinterpret_cast<std::intptr_t>(handle);
+}
+
+bool IsRegular(std::intptr_t file)
+{
+    return GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
+}
+
+bool SetLength(std::intptr_t file, std::uint64_t length)
+{
+    FILE_END_OF_FILE_INFO end{};
+    end.EndOfFile.QuadPart = static_cast<LONGLONG>(length);
+    return SetFileInformationByHandle(HandleOf(file), FileEndOfFileInfo, &end, sizeof end) != 0;
+}
+
+std::optional<std::uint64_t> LengthOf(std::intptr_t file)
+{
+    LARGE_INTEGER length{};
+    if (!GetFileSizeEx(HandleOf(file), &length))
+        return std::nullopt;
+    return static_cast<std::uint64_t>(length.QuadPart);
+}
+
+std::int64_t ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes)
+{
+    OVERLAPPED place = PlaceOf(offset);
+    DWORD count = 0;
+    if (ReadFile(HandleOf(file), bytes.data(), static_cast<DWORD>(bytes.size()), &count, &place))
+        return count;
+    return GetLastError() == ERROR_HANDLE_EOF ? 0 : -1;
+}
+
+std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes)
+{
+    OVERLAPPED place = PlaceOf(offset);
+    DWORD count = 0;
+    if (WriteFile(HandleOf(file), bytes.data(), static_cast<DWORD>(bytes.size()), &count, &place))
+        return count;
+    return -1;
+}
+
+/// A longer file has its clusters from then on.
+std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size)
+{
+    const auto length = LengthOf(file);
+    const bool hasRoom = length && (*length >= offset + size || SetLength(file, offset + size));
+    return hasRoom ? std::error_code() : SystemError();
+}
+
+/// The rights of a new file are those that its folder passes on, here as for the old one.
+bool TakeAttributes(std::intptr_t, const fs::path&)
+{
+    return true;
+}
+
+bool FlushToDisk(std::intptr_t file)
+{
+    return FlushFileBuffers(HandleOf(file)) != 0;
+}
+
+/// The file system keeps its folders whole by itself.
+bool FlushFolder(const fs::path&)
+{
+    return true;
+}
+
+bool Release(std::intptr_t file)
+{
+    return CloseHandle(HandleOf(file)) != 0;
+}
+
+} // namespace platform
+
+void SurviveFailedWrites()
+{
+    // Here a write that fails ends no program.
+}
+
+std::string ReasonUtf8(std::error_code error)
+{
+    if (error.category() != std::system_category())
+        return error.message();
+    std::array<wchar_t, 512> text{}; // longer than any of them
+    const DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                       static_cast<DWORD>(error.value()), 0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+    if (length == 0)
+        return error.message();
+    const std::wstring_view words(text.data(), length); // without its full stop, as other systems word it
+    const std::u8string utf8 = fs::path(words.substr(0, words.find_last_not_of(L" .\r\n") + 1)).u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
+fs::path ExecutablePath()
+{
+    std::wstring name(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+        if (length < name.size()) { // else it was cut
+            name.resize(length);
+            return name;
+        }
+        name.resize(2 * name.size());
+    }
+}
+
+fs::path UserDataFolder()
+{
+    const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
+    return local != nullptr ? fs::path(local) : fs::path();
+}
