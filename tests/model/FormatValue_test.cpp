@@ -344,6 +344,7 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatShortRead, testing::Values(
     ShortCase{"HexNothing",      DataType::Hex16,      1, {},                                u"0"},
     ShortCase{"HexOneByte",      DataType::Hex16,      1, BytesOf({0xAB}),                   u"AB"},
     ShortCase{"HexOneWord",      DataType::Hex32,      2, WordBytes({0xABCD}),               u"ABCD"},
+    ShortCase{"HexThreeBytes",   DataType::Hex32,      2, BytesOf({1, 2, 3}),                u"30201"},
     ShortCase{"FloatOneWord",    DataType::Float,      2, WordBytes({0x0000}),               u"0.00"},
     ShortCase{"FloatThreeBytes", DataType::Float,      2, BytesOf({0, 0, 0x80}),             u"0.00"},
     ShortCase{"DoubleSeven",     DataType::Double,     4, BytesOf({0, 0, 0, 0, 0, 0, 0xF0}), u"0.00"},

@@ -32,12 +32,15 @@ FILES_TESTS = "vantor_files_tests"
 MERGE_TESTS = "vantor_merge_tests"
 FAULTS_TESTS = "vantor_faults_tests"
 
+CODEC_RUNS = [
+    (MODEL_TESTS, "*Format*:*Code*:*Normalise*:*Double*:-*FormatLibrary*:*FormatName*"),
+    (FILES_TESTS, "StretchCoding*:*Paged*:*SaveAsShown*:-*Seeds*"),
+]
+
 # File -> the runs that are to notice, the quickest and likeliest first: a test program and a filter of its tests.
 TARGETS = {
-    "model/WordCodec.cpp": [
-        (MODEL_TESTS, "*Format*:*Code*:*Normalise*:*Double*:-*FormatLibrary*:*FormatName*"),
-        (FILES_TESTS, "StretchCoding*:*Paged*:*SaveAsShown*:-*Seeds*"),
-    ],
+    "model/WordCodec.cpp": CODEC_RUNS,
+    "model/LittleEndian.h": CODEC_RUNS,
     "model/NumberText.cpp": [(MODEL_TESTS, "*Read*:*Number*:*Power*:*Truncate*:*Digits*"), (MODEL_TESTS, "-FormatLibrary*")],
     "model/BitText.cpp": [(MODEL_TESTS, "*Bits*")],
     "model/CellCheck.cpp": [(MODEL_TESTS, "*CellValue*")],
@@ -54,6 +57,9 @@ TARGETS = {
     ],
     "merge/MergeParams.cpp": [(MERGE_TESTS, "-*MergedFile*:*MergeFailure*"), (MERGE_TESTS, "*")],
 }
+
+# Header -> the source with which it is compiled.
+INCLUDED_BY = {"model/LittleEndian.h": "model/WordCodec.cpp"}
 
 MEMORY = Path("/dev/shm")
 MOST_MEMORY = 4 << 30  # bytes of address space for a test program
@@ -170,6 +176,17 @@ def mutants_of(file, text):
     return sorted(set(found), key=lambda mutant: (mutant.start, mutant.replacement))
 
 
+def source_of(file):
+    return INCLUDED_BY.get(file, file)
+
+
+def with_source(file, text):
+    """`text`, the content of `file`; that of a header in its place in the source that includes it."""
+    if file == source_of(file):
+        return text
+    return (ROOT / source_of(file)).read_text(encoding="utf-8").replace(f'#include "{file}"\n', text)
+
+
 @contextlib.contextmanager
 def working_folder():
     """A folder for one run, in memory where that can be: no test waits for a disk then. Others may enter it, since tests
@@ -196,14 +213,14 @@ class Build:
         return self._commands[target]
 
     def object_of(self, file):
-        room, source = file.split("/")
+        room, source = source_of(file).split("/")
         return f"{room}/CMakeFiles/vantor_{room}.dir/{source}.o"
 
     def compiler(self, file):
         """The command that compiles `file`, without the names of files and without warnings."""
         command = shlex.split(self.command(self.object_of(file)))
         command = command[next(i for i, word in enumerate(command) if word.endswith("++")) :]
-        dropped = {"-c", "-o", "-MD", "-MF", "-MT", "-g", "-Werror", str(ROOT / file)}
+        dropped = {"-c", "-o", "-MD", "-MF", "-MT", "-g", "-Werror", str(ROOT / source_of(file))}
         kept, words = [], iter(command)
         for word in words:
             if word in ("-o", "-MF", "-MT"):
@@ -215,7 +232,8 @@ class Build:
     def compile_headers(self, file, text):
         """Compiles what `file` includes, once for all its mutants: it takes most of the compiler's time."""
         self._headers = self._scratch / (Path(file).stem + ".headers.h")
-        self._headers.write_text("".join(re.findall(r"^#include .*\n", text, flags=re.MULTILINE)), encoding="utf-8")
+        included = re.findall(r"^#include .*\n", with_source(file, text), flags=re.MULTILINE)
+        self._headers.write_text("".join(included), encoding="utf-8")
         subprocess.run([*self.compiler(file), "-x", "c++-header", self._headers, "-o", f"{self._headers}.gch"],
                        cwd=self.folder, check=True, capture_output=True)
 
@@ -281,8 +299,8 @@ def cpu_limits(build, file):
 def verdict(build, mutant, text, original, limits):
     """"killed", "survived", "same code" or "does not compile"."""
     with working_folder() as folder:
-        source = folder / Path(mutant.file).name
-        source.write_text(mutant.applied(text), encoding="utf-8")
+        source = folder / Path(source_of(mutant.file)).name
+        source.write_text(with_source(mutant.file, mutant.applied(text)), encoding="utf-8")
         changed = folder / "changed.o"
         code = build.compile(mutant.file, source, changed)
         if code is None:
@@ -301,8 +319,8 @@ def verdict(build, mutant, text, original, limits):
 
 def original_code(build, file, text):
     with working_folder() as folder:
-        source = folder / Path(file).name
-        source.write_text(text, encoding="utf-8")
+        source = folder / Path(source_of(file)).name
+        source.write_text(with_source(file, text), encoding="utf-8")
         code = build.compile(file, source, folder / "changed.o")
     assert code is not None, f"{file} does not compile"
     return code
