@@ -152,16 +152,35 @@ bool Writes(int flags)
     return (flags & O_ACCMODE) != O_RDONLY || (flags & (O_CREAT | O_TRUNC)) != 0;
 }
 
+Tracked TrackedWhenOpened(const char* path, bool writes)
+{
+    if (!IsInFolder(path))
+        return kOther;
+    return writes ? kWritten : kReadOnly;
+}
+
 template <class Open>
 int Opened(const char* path, int flags, Open open)
 {
-    if (!IsInFolder(path))
-        return open();
-    if (Writes(flags) && Fails("open"))
+    const Tracked as = TrackedWhenOpened(path, Writes(flags));
+    if (as == kWritten && Fails("open"))
         return -1;
     const int file = open();
-    Track(file, Writes(flags) ? kWritten : kReadOnly);
+    Track(file, as);
     return file;
+}
+
+/// The C++ library's streams open their files so, and read them by number.
+template <class Open>
+FILE* OpenedStream(const char* path, const char* mode, Open open)
+{
+    const Tracked as = TrackedWhenOpened(path, std::strpbrk(mode, "wa+") != nullptr);
+    if (as == kWritten && Fails("fopen"))
+        return nullptr;
+    FILE* const stream = open();
+    if (stream != nullptr)
+        Track(fileno(stream), as);
+    return stream;
 }
 
 template <class Call>
@@ -345,16 +364,19 @@ extern "C" int close(int file)
 
 extern "C" FILE* fopen(const char* path, const char* mode)
 {
-    if (IsInFolder(path) && std::strpbrk(mode, "wa+") != nullptr && Fails("fopen"))
-        return nullptr;
-    return Real<FILE*(const char*, const char*)>("fopen")(path, mode);
+    return OpenedStream(path, mode, [&] { return Real<FILE*(const char*, const char*)>("fopen")(path, mode); });
 }
 
 extern "C" FILE* fopen64(const char* path, const char* mode)
 {
-    if (IsInFolder(path) && std::strpbrk(mode, "wa+") != nullptr && Fails("fopen"))
-        return nullptr;
-    return Real<FILE*(const char*, const char*)>("fopen64")(path, mode);
+    return OpenedStream(path, mode, [&] { return Real<FILE*(const char*, const char*)>("fopen64")(path, mode); });
+}
+
+/// It closes the number by a call that is the library's own.
+extern "C" int fclose(FILE* stream)
+{
+    Track(fileno(stream), kOther);
+    return Real<int(FILE*)>("fclose")(stream);
 }
 
 extern "C" int rename(const char* from, const char* to) noexcept

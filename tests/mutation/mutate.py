@@ -48,7 +48,7 @@ TARGETS = {
     "model/FormatLibrary.cpp": [
         (MODEL_TESTS, "*FormatLibrary*:*Library*"),
         (MODEL_TESTS, "-*Library*"),
-        (FAULTS_TESTS, "*Faults*/*Librar*"),
+        (FAULTS_TESTS, "*Faults*/*Librar*:*ReadFaults*/Export*"),
     ],
     "files/PagedFile.cpp": [
         (FILES_TESTS, "*Paged*:*PagePlaces*:-*Seeds*:PagedRecipe*"),
