@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -290,8 +291,8 @@ private:
 
     DataItem ReadItem()
     {
-        std::array<char, 320> bytes{};
-        m_file.Read(std::span(bytes).first(m_itemSize));
+        std::vector<char> bytes(m_itemSize);
+        m_file.Read(bytes);
         CFieldReader in(bytes);
         return m_isOlder ? TakeOldItem(in) : TakeItem(in);
     }

@@ -185,6 +185,12 @@ TEST_F(FormatLibraryLoad, SavesAnOlderFileInTheNewForm)
     EXPECT_EQ(*again.formats[0]->items[0], *library.formats[0]->items[0]);
 }
 
+TEST_F(FormatLibraryLoad, RefusesARecordThatEndsBeforeItsItems)
+{
+    EXPECT_EQ(Load(CPicture().Header(u"RecipeFile2.0").FormatHead(u"A", 5).End()), -1);
+    EXPECT_TRUE(library.formats.empty());
+}
+
 TEST_F(FormatLibraryLoad, TakesNoItemsFromALaterFile)
 {
     const CPicture picture = CPicture()
