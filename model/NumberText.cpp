@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <limits>
 #include <optional>
+#include <string>
 #include <system_error>
 
 namespace {
@@ -41,9 +42,11 @@ bool BeginsWithDigits(std::u16string_view text)
     return !text.empty() && IsDigit(text.front());
 }
 
+constexpr char16_t kLastAscii = u'\x7F';
+
 /// The values of the hexadecimal digits; 0 for any other character.
 constexpr auto kHexDigits = [] {
-    std::array<std::uint8_t, 128> values{};
+    std::array<std::uint8_t, kLastAscii> values{};
     for (std::uint8_t i = 0; i < 16; ++i) {
         values[static_cast<std::size_t>("0123456789ABCDEF"[i])] = i;
         values[static_cast<std::size_t>("0123456789abcdef"[i])] = i;
@@ -51,7 +54,8 @@ constexpr auto kHexDigits = [] {
     return values;
 }();
 
-constexpr std::size_t kExactDigits = 15; ///< any integer of so many digits is a double without rounding
+/// Any integer of so many digits is a double without rounding.
+constexpr std::size_t kExactDigits = std::numeric_limits<double>::digits10;
 constexpr std::size_t kExactPowers = 23; ///< 10^0 to 10^22 are doubles without rounding
 
 constexpr std::array<double, kExactPowers> kPowersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -69,17 +73,19 @@ std::optional<ShortDecimal> ReadShortDecimal(std::u16string_view text)
 {
     if (text.empty() || text.size() > kExactDigits || text == u".")
         return std::nullopt;
-    std::int64_t digits = 0;
-    std::size_t afterPoint = 0; // the point's position from 1; 0 while there is none
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (IsDigit(text[i]))
-            digits = digits * 10 + (text[i] - u'0');
-        else if (text[i] == u'.' && afterPoint == 0)
-            afterPoint = i + 1;
-        else
+    ShortDecimal number;
+    bool hasPoint = false;
+    for (const char16_t c : text) {
+        if (IsDigit(c)) {
+            number.digits = number.digits * 10 + (c - u'0');
+            number.decimals += hasPoint ? 1 : 0;
+        } else if (c == u'.' && !hasPoint) {
+            hasPoint = true;
+        } else {
             return std::nullopt;
+        }
     }
-    return ShortDecimal{digits, afterPoint == 0 ? 0 : text.size() - afterPoint};
+    return number;
 }
 
 /// Numerator and denominator are exact, so the one division gives the double that reading all decimals would give.
@@ -89,37 +95,39 @@ double ValueOf(const ShortDecimal& number)
     return number.decimals == 0 ? value : value / kPowersOfTen[number.decimals];
 }
 
-/// The decimal exponent of the first digit that is not 0 in `number`, which is a decimal number in full. Enough to tell
-/// a number that is too large from one that is too small.
-std::int64_t MagnitudeOf(std::string_view number)
+/// The exponent behind the "e" of a decimal number, at most as far from 0 as a text in memory can make up for.
+std::int64_t ReadExponent(std::string_view text)
 {
     constexpr std::int64_t kFarAway = std::numeric_limits<std::int32_t>::max();
-    std::int64_t exponent = 0;
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+'))
+        text.remove_prefix(1);
+    std::int64_t exponent = kFarAway; // stays where there are too many digits
+    std::from_chars(text.data(), text.data() + text.size(), exponent);
+    return isNegative ? -std::min(exponent, kFarAway) : std::min(exponent, kFarAway);
+}
+
+/// Whether `number`, a decimal number in full and out of a double's range, is too large and not too small.
+bool IsTooLarge(std::string_view number)
+{
     const std::size_t exponentAt = std::min(number.find_first_of("eE"), number.size());
-    if (exponentAt < number.size()) {
-        std::string_view digits = number.substr(exponentAt + 1);
-        const bool isNegative = digits.starts_with('-');
-        if (isNegative || digits.starts_with('+'))
-            digits.remove_prefix(1);
-        exponent = kFarAway;
-        std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-        exponent = isNegative ? -std::min(exponent, kFarAway) : std::min(exponent, kFarAway);
-    }
-    const std::string_view digits = number.substr(0, exponentAt);
+    const std::string_view digits(number.data(), exponentAt);
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<std::int64_t>(std::min(digits.find_first_of("123456789"), digits.size()));
-    return exponent + point - first;
+    if (exponentAt == number.size())
+        return point > first;
+    return ReadExponent(number.substr(exponentAt + 1)) + point > first;
 }
 
 /// The value of the number without a sign that `number` begins with.
 double ReadNarrow(std::string_view number)
 {
-    double value = 0;
+    double value{};
     const auto [end, fault] = std::from_chars(number.data(), number.data() + number.size(), value);
     if (fault != std::errc::result_out_of_range)
         return value;
     const auto length = static_cast<std::size_t>(end - number.data());
-    return MagnitudeOf(number.substr(0, length)) > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+    return IsTooLarge({number.data(), length}) ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
 std::int32_t LowBits(std::int64_t value)
@@ -129,19 +137,15 @@ std::int32_t LowBits(std::int64_t value)
 
 char Narrow(char16_t c)
 {
-    return c < 0x80 ? static_cast<char>(c) : '\0'; // ends a number just as well
+    return static_cast<char>(std::min(c, kLastAscii)); // which ends a number just as well
 }
 
 double ReadLongDecimal(std::u16string_view text)
 {
-    std::array<char, 64> few;
-    if (text.size() <= few.size()) {
-        std::transform(text.begin(), text.end(), few.begin(), Narrow);
-        return ReadNarrow({few.data(), text.size()});
-    }
-    std::string many(text.size(), '\0');
-    std::transform(text.begin(), text.end(), many.begin(), Narrow);
-    return ReadNarrow(many);
+    thread_local std::string narrow; // reused: no allocation a value
+    narrow.resize(text.size());
+    std::transform(text.begin(), text.end(), narrow.begin(), Narrow);
+    return ReadNarrow(narrow);
 }
 
 } // namespace
@@ -190,9 +194,7 @@ std::uint32_t ReadHexadecimal(std::u16string_view text)
 
 std::int32_t TruncateTo32(double value)
 {
-    if (!(value >= -0x1p63 && value < 0x1p63))
-        return 0;
-    return LowBits(static_cast<std::int64_t>(value));
+    return std::abs(value) < 0x1p63 ? LowBits(static_cast<std::int64_t>(value)) : 0; // as the low bits of -2^63 are
 }
 
 std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals)
@@ -211,16 +213,13 @@ double PowerOfTen(std::int32_t digits)
     const auto power = static_cast<std::size_t>(std::max(digits, 0));
     if (power < kPowersOfTen.size())
         return kPowersOfTen[power];
-    std::array<char, 12> text{'1', 'e'}; // read, because std::pow does not promise the nearest double
-    const auto written = std::to_chars(text.data() + 2, text.data() + text.size(), digits);
-    return ReadNarrow({text.data(), written.ptr});
+    return ReadNarrow("1e" + std::to_string(digits)); // std::pow does not promise the nearest double
 }
 
 std::u16string DecimalText(std::int64_t value)
 {
-    std::array<char, 20> digits; // the sign and 19 digits
-    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    return {digits.data(), written.ptr};
+    const std::string digits = std::to_string(value);
+    return {digits.begin(), digits.end()};
 }
 
 bool IsAbove(double value, std::int64_t limit)

@@ -166,7 +166,7 @@ char16_t* PutFixed(char16_t* out, double value, std::int32_t decimals, std::size
 {
     char16_t* const end = PutConverted(out, value, std::chars_format::fixed, decimals);
     const auto length = static_cast<std::size_t>(end - out);
-    const std::size_t blanks = width > length ? width - length : 0;
+    const std::size_t blanks = std::max(width, length) - length;
     std::copy_backward(out, end, end + blanks);
     std::fill_n(out, blanks, u' ');
     return end + blanks;

@@ -47,6 +47,11 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadDecimalText, testing::Values(
     DecimalCase{"LeadingZeros",         u"0001.50",       1.5},
     DecimalCase{"PointFirst",           u".5",            0.5},
     DecimalCase{"NegativePointFirst",   u"-.5",           -0.5},
+    DecimalCase{"PointFirstExponent",   u".5e1",          5},
+    DecimalCase{"ColonEnds",            u"5:3",           5},
+    DecimalCase{"SlashEnds",            u"1/5",           1},
+    DecimalCase{"SlashFirst",           u"/5",            0},
+    DecimalCase{"SlashFirstExponent",   u"/5e1",          0},
     DecimalCase{"PointLast",            u"5.",            5},
     DecimalCase{"SecondPointEnds",      u"1.5.7",         1.5},
     DecimalCase{"CommaEnds",            u"1,5",           1},
@@ -91,6 +96,8 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadDecimalText, testing::Values(
     DecimalCase{"ZeroWithHugeExponent", u"0e99999999999", 0},
     DecimalCase{"ManyZerosBefore",      Digits(300, u'0') + u"25", 25},
     DecimalCase{"ManyZerosBehindPoint", u"0." + Digits(400, u'0') + u"25e402", 25},
+    DecimalCase{"StillTooSmall",        u"0." + Digits(500, u'0') + u"1e+100", 0},
+    DecimalCase{"StillTooLarge",        u"1" + Digits(500, u'0') + u"e-100", kInfinity},
     DecimalCase{"SmallInManyDigits",    u"0." + Digits(400, u'0') + u"1", 0},
     DecimalCase{"HundredDigits",        u"1" + Digits(99, u'0'), 1e99},
     DecimalCase{"ManyDecimals",         u"0." + Digits(200, u'3'), 1.0 / 3}),
@@ -136,6 +143,9 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadIntegerText, testing::Values(
     IntegerCase{"Highest64",       u"9223372036854775807",    INT64_MAX, INT32_MAX},
     IntegerCase{"Above64",         u"9223372036854775808",    INT64_MAX, INT32_MAX},
     IntegerCase{"Lowest64",        u"-9223372036854775808",   INT64_MIN, INT32_MIN},
+    IntegerCase{"AboveLowest64",   u"-9223372036854775807",   INT64_MIN + 1, INT32_MIN},
+    IntegerCase{"NearLowest64",    u"-9000000000000000000",   -9000000000000000000, INT32_MIN},
+    IntegerCase{"StopsAtColon",    u"4:2",                    4,   4},
     IntegerCase{"Below64",         u"-9223372036854775809",   INT64_MIN, INT32_MIN},
     IntegerCase{"FarAbove64",      u"99999999999999999999999", INT64_MAX, INT32_MAX},
     IntegerCase{"ZerosInFront",    u"000000000000000000000000000007", 7, 7}),
@@ -159,7 +169,7 @@ TEST(ReadHexadecimal, CountsOtherCharactersAsZeroInTheirPlace)
     EXPECT_EQ(ReadHexadecimal(u"xyz"), 0U);
     EXPECT_EQ(ReadHexadecimal(u"-1 "), 0x10U);
     EXPECT_EQ(ReadHexadecimal(u"F/:@G`g1"), 0xF0000001U); // the neighbours of the digits
-    EXPECT_EQ(ReadHexadecimal(std::u16string_view(u"1\0", 2)), 0x10U);
+    EXPECT_EQ(ReadHexadecimal(std::u16string_view(u"2\0", 2)), 0x20U);
     EXPECT_EQ(ReadHexadecimal(u"1\u007F\u0080\uFFFF"), 0x1000U);
     EXPECT_EQ(ReadHexadecimal(u"1\u0131"), 0x10U); // low byte "1"
 }
