@@ -349,7 +349,8 @@ std::int32_t FormatLibrary::ProgramVersion()
 
 std::int64_t FormatLibrary::load(const fs::path& libraryPath)
 {
-    begin(libraryPath);
+    path = libraryPath;
+    forget();
     if (IsMissing(path))
         std::ofstream(path, std::ios::binary | std::ios::app); // creates it; never cuts one made meanwhile
     return IsRegularFile(path) ? read(std::ios::in | std::ios::out) : -1;
@@ -357,14 +358,14 @@ std::int64_t FormatLibrary::load(const fs::path& libraryPath)
 
 std::int64_t FormatLibrary::loadReadOnly(const fs::path& libraryPath)
 {
-    begin(libraryPath);
+    path = libraryPath;
+    forget();
     return IsRegularFile(path) ? read(std::ios::in) : -1;
 }
 
-void FormatLibrary::begin(const fs::path& libraryPath)
+void FormatLibrary::forget()
 {
     formats.clear();
-    path = libraryPath;
     versionsKnown = false;
 }
 
@@ -380,8 +381,7 @@ std::int64_t FormatLibrary::read(std::ios::openmode mode)
     const std::int64_t result = file.Length() == 0 ? 0 : ReadContent(file, *this);
     if (!file.HasFailed())
         return result;
-    formats.clear();
-    versionsKnown = false;
+    forget();
     return -1;
 }
 
@@ -390,11 +390,8 @@ int FormatLibrary::save(const fs::path& libraryPath) const
     const std::string text = StoredBytes(*this);
     const auto bytes = std::as_bytes(std::span(text));
     CReplacement file(libraryPath);
-    if (!file.IsOpen())
-        return -1;
-    if (HoldsAlready(libraryPath, bytes))
-        return 0;
-    return file.Append(bytes) && file.Finish() ? 0 : -1;
+    const bool isSaved = file.IsOpen() && (HoldsAlready(libraryPath, bytes) || (file.Append(bytes) && file.Finish()));
+    return isSaved ? 0 : -1;
 }
 
 fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)

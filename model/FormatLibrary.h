@@ -69,7 +69,7 @@ public:
     bool versionsKnown = false;      ///< whether the load got as far as reading both versions
 
 private:
-    void begin(const std::filesystem::path& libraryPath);
+    void forget();
     std::int64_t read(std::ios_base::openmode mode);
 };
 

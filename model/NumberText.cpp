@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -103,7 +104,7 @@ std::int64_t ReadExponent(std::string_view text)
     if (isNegative || text.starts_with('+'))
         text.remove_prefix(1);
     std::int64_t exponent = kFarAway; // stays where there are too many digits
-    std::from_chars(text.data(), text.data() + text.size(), exponent);
+    std::from_chars(text.data(), std::to_address(text.end()), exponent);
     return isNegative ? -std::min(exponent, kFarAway) : std::min(exponent, kFarAway);
 }
 
@@ -123,7 +124,7 @@ bool IsTooLarge(std::string_view number)
 double ReadNarrow(std::string_view number)
 {
     double value{};
-    const auto [end, fault] = std::from_chars(number.data(), number.data() + number.size(), value);
+    const auto [end, fault] = std::from_chars(number.data(), std::to_address(number.end()), value);
     if (fault != std::errc::result_out_of_range)
         return value;
     const auto length = static_cast<std::size_t>(end - number.data());
@@ -225,11 +226,11 @@ std::u16string DecimalText(std::int64_t value)
 bool IsAbove(double value, std::int64_t limit)
 {
     const auto nearest = static_cast<double>(limit);
-    return value != nearest ? value > nearest : nearest >= 0x1p63 || static_cast<std::int64_t>(nearest) > limit;
+    return value > nearest || (value == nearest && (nearest >= 0x1p63 || static_cast<std::int64_t>(nearest) > limit));
 }
 
 bool IsBelow(double value, std::int64_t limit)
 {
     const auto nearest = static_cast<double>(limit);
-    return value != nearest ? value < nearest : nearest < 0x1p63 && static_cast<std::int64_t>(nearest) < limit;
+    return value < nearest || (value == nearest && nearest < 0x1p63 && static_cast<std::int64_t>(nearest) < limit);
 }

@@ -107,6 +107,15 @@ INSTANTIATE_TEST_SUITE_P(Table, CodeText, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
+TEST(CodeString, EndsAtItsFirstZero)
+{
+    const std::u16string_view text(u"A\0B", 3);
+    ColumnCoding coding = Coding(DataType::String, 3);
+    EXPECT_EQ(Coded(coding, text), BytesOf({0x41, 0, 0, 0, 0, 0}));
+    coding.unicode = 1;
+    EXPECT_EQ(Coded(coding, text), WordBytes({0x0041, 0, 0}));
+}
+
 TEST(CodeUnicodeString, TakesOneUnitAWordWithoutATerminator)
 {
     ColumnCoding coding = Coding(DataType::String, 3);

@@ -100,6 +100,7 @@ TEST_P(IntegerDigits, AreFittedToTheType)
 INSTANTIATE_TEST_SUITE_P(Table, DecimalDigits, testing::Values(
     //        name                    type                  chosen    fitted
     DigitCase{"Signed16Fits",         DataType::Signed16,   {2, 4},   {2, 4}},
+    DigitCase{"HexadecimalHasNone",   DataType::Hex16,      {0, 1},   {0, 0}},
     DigitCase{"Signed16TooMany",      DataType::Signed16,   {2, 5},   {2, 4}},
     DigitCase{"Signed16All",          DataType::Signed16,   {1, 6},   {1, 5}},
     DigitCase{"Signed16BeyondAll",    DataType::Signed16,   {1, 7},   {1, 0}},

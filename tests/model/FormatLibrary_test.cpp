@@ -1,4 +1,5 @@
 #include "model/FormatLibrary.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 
@@ -309,6 +310,17 @@ TEST_F(FormatLibraryLoad, RefusesWhatIsNoRegularFile)
     EXPECT_FALSE(library.versionsKnown);
 }
 
+TEST_F(FormatLibraryLoad, RefusesAFileThatMayNotBeRead)
+{
+    WriteAll(File(), CPicture().Header(u"RecipeFile2.0").Image());
+    fs::permissions(folder.Path(), fs::perms::all);
+    fs::permissions(File(), fs::perms::none);
+    const COrdinaryUser user;
+    EXPECT_EQ(library.load(File()), -1);
+    EXPECT_EQ(library.loadReadOnly(File()), -1);
+    EXPECT_FALSE(library.versionsKnown);
+}
+
 TEST_F(FormatLibraryLoad, TakesAFileThatTheDiskFailsToReadForOneThatCannotBeOpened)
 {
     fs::create_symlink("/proc/self/mem", File()); // a regular file whose first bytes are an input/output error
@@ -431,7 +443,8 @@ TEST(LibraryPath, LiesBesideTheExecutable)
     CRecordingReporter reporter;
     const fs::path folder = fs::temp_directory_path() / "bin.d";
     EXPECT_EQ(LibraryPathBeside(folder / "Vantor", reporter), folder / "RecipeFile.Dat");
-    EXPECT_EQ(LibraryPathBeside(fs::path("/Vantor").make_preferred(), reporter).filename(), "RecipeFile.Dat");
+    EXPECT_EQ(LibraryPathBeside(fs::path("/Vantor").make_preferred(), reporter),
+              fs::path("/RecipeFile.Dat").make_preferred());
     EXPECT_TRUE(reporter.shown.empty());
 }
 

@@ -230,6 +230,7 @@ TEST_P(ReadScaledText, IsTruncatedAndTakenTo32Bits)
 INSTANTIATE_TEST_SUITE_P(Table, ReadScaledText, testing::Values(
     ScaledCase{"Plain",               u"70000",      0,  70000},
     ScaledCase{"FractionIsCut",       u"-7.9",       0,  -7},
+    ScaledCase{"OneDecimal",          u"12",         1,  120},
     ScaledCase{"TwoDecimals",         u"12.345",     2,  1234},
     ScaledCase{"BelowInBinary",       u"1.15",       2,  114},          // kept: nothing is rounded
     ScaledCase{"ExactInBinary",       u"1.25",       2,  125},
