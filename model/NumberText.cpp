@@ -74,19 +74,17 @@ std::optional<ShortDecimal> ReadShortDecimal(std::u16string_view text)
 {
     if (text.empty() || text.size() > kExactDigits || text == u".")
         return std::nullopt;
-    ShortDecimal number;
-    bool hasPoint = false;
-    for (const char16_t c : text) {
-        if (IsDigit(c)) {
-            number.digits = number.digits * 10 + (c - u'0');
-            number.decimals += hasPoint ? 1 : 0;
-        } else if (c == u'.' && !hasPoint) {
-            hasPoint = true;
-        } else {
+    std::int64_t digits = 0;
+    std::size_t afterPoint = 0; // the point's position from 1; 0 while there is none
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (IsDigit(text[i]))
+            digits = digits * 10 + (text[i] - u'0');
+        else if (text[i] == u'.' && afterPoint == 0)
+            afterPoint = i + 1;
+        else
             return std::nullopt;
-        }
     }
-    return number;
+    return ShortDecimal{digits, afterPoint == 0 ? 0 : text.size() - afterPoint};
 }
 
 /// Numerator and denominator are exact, so the one division gives the double that reading all decimals would give.
@@ -96,10 +94,14 @@ double ValueOf(const ShortDecimal& number)
     return number.decimals == 0 ? value : value / kPowersOfTen[number.decimals];
 }
 
-/// The exponent behind the "e" of a decimal number, at most as far from 0 as a text in memory can make up for.
+/// The exponent with which a decimal number ends, its "e" in front; 0 without one. At most as far from 0 as a text in
+/// memory can make up for.
 std::int64_t ReadExponent(std::string_view text)
 {
     constexpr std::int64_t kFarAway = std::numeric_limits<std::int32_t>::max();
+    if (text.empty())
+        return {};
+    text.remove_prefix(1);
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+'))
         text.remove_prefix(1);
@@ -115,9 +117,7 @@ bool IsTooLarge(std::string_view number)
     const std::string_view digits(number.data(), exponentAt);
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<std::int64_t>(std::min(digits.find_first_of("123456789"), digits.size()));
-    if (exponentAt == number.size())
-        return point > first;
-    return ReadExponent(number.substr(exponentAt + 1)) + point > first;
+    return ReadExponent(number.substr(exponentAt)) + point > first;
 }
 
 /// The value of the number without a sign that `number` begins with.
