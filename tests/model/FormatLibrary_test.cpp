@@ -300,6 +300,17 @@ TEST_F(FormatLibraryLoad, ForgetsTheFormatsOfTheFileBefore)
     EXPECT_EQ(library.path, folder / "missing" / "file");
 }
 
+TEST_F(FormatLibraryLoad, ReadOnlyForgetsTheFormatsOfTheFileBefore)
+{
+    const CPicture picture = CPicture().Header(u"RecipeFile2.0").FormatHead(u"A", 0).End();
+    Load(picture);
+    EXPECT_EQ(library.loadReadOnly(File()), picture.Size());
+    EXPECT_EQ(library.formats.size(), 1U);
+    EXPECT_EQ(library.loadReadOnly(folder / "missing"), -1);
+    EXPECT_TRUE(library.formats.empty());
+    EXPECT_FALSE(library.versionsKnown);
+}
+
 TEST_F(FormatLibraryLoad, RefusesWhatIsNoRegularFile)
 {
     fs::create_directory(File());
