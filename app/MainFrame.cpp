@@ -75,7 +75,7 @@ void CMainFrame::CreatePanes()
     m_pSplitter->addWidget(m_pDataPane);
     m_pSplitter->setStretchFactor(0, 0);
     m_pSplitter->setStretchFactor(1, 1);
-    setTabOrder(m_pSplitter->handle(1), &m_pDataPane->Grid()); // the handle stands between the panes
+    setTabOrder(m_pFormatPane, m_pSplitter->handle(1)); // it was made after the data pane, but stands between the panes
     PlaceSplitter();
     m_nLeftPaneWidth = kFormatPaneSize.width() + 5;
     m_pSplitter->SetLeftPaneWidth(m_nLeftPaneWidth);

@@ -92,7 +92,8 @@ void CMySplitter::Toggle()
     const int left = m_bExpanded ? 0 : m_nLeftPaneWidth;
     m_bExpanded = !m_bExpanded;
     if (left == 0 && widget(0)->isAncestorOf(window()->focusWidget()))
-        widget(1)->setFocus(); // a collapsed pane would go on taking the keys
+        widget(1)->setFocus();        // a collapsed pane would go on taking the keys …
+    widget(0)->setEnabled(left != 0); // … and Tab would come to fields that nobody sees
     setSizes({left, width() - handleWidth() - left});
 }
 
