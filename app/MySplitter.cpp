@@ -6,7 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitterHandle>
-#include <QStyleOptionFocusRect>
 
 namespace {
 
@@ -47,10 +46,9 @@ protected:
         QSplitterHandle::paintEvent(event);
         if (!hasFocus())
             return;
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        QPainter painter(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        QPainter painter(this); // the style's own frame can hardly be seen on a bar so narrow
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
 
 private:

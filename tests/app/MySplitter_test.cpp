@@ -110,6 +110,15 @@ TEST_F(Splitter, TabComesToTheBarBetweenThePanes)
     EXPECT_EQ(frame->focusWidget(), &Bar());
 }
 
+TEST_F(Splitter, TheBarShowsPlainlyThatItHasTheFocus)
+{
+    const auto edge = [&] { return Bar().grab().toImage().pixelColor(0, Bar().height() / 2); };
+    const QColor frameColor = Bar().palette().color(QPalette::Highlight);
+    EXPECT_NE(edge(), frameColor);
+    Bar().setFocus();
+    EXPECT_EQ(edge(), frameColor);
+}
+
 TEST_F(Splitter, ACollapsedPaneDoesNotKeepTheFocus)
 {
     Find<QLineEdit>("editStartAddress").setFocus();
