@@ -6,7 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitterHandle>
-#include <QStyleOptionFocusRect>
 
 namespace {
 
@@ -47,10 +46,9 @@ protected:
         QSplitterHandle::paintEvent(event);
         if (!hasFocus())
             return;
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        QPainter painter(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        QPainter painter(this); // the style's own frame can hardly be seen on a bar so narrow
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
 
 private:
@@ -92,7 +90,8 @@ void CMySplitter::Toggle()
     const int left = m_bExpanded ? 0 : m_nLeftPaneWidth;
     m_bExpanded = !m_bExpanded;
     if (left == 0 && widget(0)->isAncestorOf(window()->focusWidget()))
-        widget(1)->setFocus(); // a collapsed pane would go on taking the keys
+        widget(1)->setFocus();        // a collapsed pane would go on taking the keys …
+    widget(0)->setEnabled(left != 0); // … and Tab would come to fields that nobody sees
     setSizes({left, width() - handleWidth() - left});
 }
 

@@ -23,7 +23,8 @@
 
 namespace {
 
-constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110}; // pixels
+/// In pixels. The last column takes what is left, 110 and more; beside a scroll bar a little less.
+constexpr std::array<int, CDataItemRow::DescriptionColumn> kItemColumnWidths{28, 66, 108};
 const QString kDefaultPattern = QStringLiteral("*.rcp");
 
 std::int32_t IntegerIn(const QLineEdit& edit)
