@@ -72,6 +72,7 @@ CMySplitter::CMySplitter(QWidget* parent) : QSplitter(Qt::Horizontal, parent)
     setOpaqueResize(false);
     setChildrenCollapsible(true);
     setHandleWidth(6);
+    connect(this, &QSplitter::splitterMoved, this, &CMySplitter::DisableHiddenPane);
 }
 
 QSplitterHandle* CMySplitter::createHandle()
@@ -90,9 +91,14 @@ void CMySplitter::Toggle()
     const int left = m_bExpanded ? 0 : m_nLeftPaneWidth;
     m_bExpanded = !m_bExpanded;
     if (left == 0 && widget(0)->isAncestorOf(window()->focusWidget()))
-        widget(1)->setFocus();        // a collapsed pane would go on taking the keys …
-    widget(0)->setEnabled(left != 0); // … and Tab would come to fields that nobody sees
+        widget(1)->setFocus(); // a collapsed pane would go on taking the keys
     setSizes({left, width() - handleWidth() - left});
+    DisableHiddenPane();
+}
+
+void CMySplitter::DisableHiddenPane()
+{
+    widget(0)->setEnabled(sizes().front() > 0);
 }
 
 void CMySplitter::mouseReleaseEvent(QMouseEvent* event)

@@ -139,6 +139,18 @@ TEST_F(Splitter, TabPassesByACollapsedPane)
     EXPECT_EQ(frame->focusWidget(), &Find<QPushButton>("buttonUseFormat"));
 }
 
+TEST_F(Splitter, ACollapsedPaneThatIsDraggedOpenIsInUseAgain)
+{
+    Click();
+    EXPECT_FALSE(splitter->widget(0)->isEnabled());
+    const QPoint inTopBand = Bar().rect().topLeft() + QPoint(2, 1); // where a release does not toggle
+    QTest::mousePress(&Bar(), Qt::LeftButton, {}, inTopBand);
+    QTest::mouseMove(&Bar(), inTopBand + QPoint(300, 0));
+    QTest::mouseRelease(&Bar(), Qt::LeftButton, {}, inTopBand + QPoint(300, 0));
+    EXPECT_GT(LeftWidth(), 0);
+    EXPECT_TRUE(splitter->widget(0)->isEnabled());
+}
+
 TEST_F(Splitter, TheBarHasARoleAndAName)
 {
     const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&Bar());
