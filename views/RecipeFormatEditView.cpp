@@ -23,8 +23,7 @@
 
 namespace {
 
-/// In pixels. The last column takes what is left, 110 and more; beside a scroll bar a little less.
-constexpr std::array<int, CDataItemRow::DescriptionColumn> kItemColumnWidths{28, 66, 108};
+constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110}; // pixels
 const QString kDefaultPattern = QStringLiteral("*.rcp");
 
 std::int32_t IntegerIn(const QLineEdit& edit)

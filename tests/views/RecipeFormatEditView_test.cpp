@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QLineEdit>
-#include <QScrollBar>
 
 #include <limits>
 
@@ -44,14 +43,6 @@ TEST_F(FormatPane, ListsTheItemsOfTheSelectedFormat)
     EXPECT_EQ(Row(0), (QStringList{"0", "2", "32 bit unsigned numebr", "Speed"}));
     EXPECT_EQ(Find<QLineEdit>("editFormatLength").text(), "2");
     EXPECT_TRUE(frame.calls.empty()); // a selection alone uses nothing
-}
-
-TEST_F(FormatPane, ManyItemsNeedNoScrollingToTheSide)
-{
-    Store({MakeFormat(u"Long", std::vector(60, MakeItem(u"Item", DataType::Signed16, 1, 5)))});
-    Start();
-    ASSERT_TRUE(List().verticalScrollBar()->isVisible());
-    EXPECT_FALSE(List().horizontalScrollBar()->isVisible());
 }
 
 TEST_F(FormatPane, TheListsColumnsHaveTheirTitlesAndWidths)
