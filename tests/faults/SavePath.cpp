@@ -44,6 +44,14 @@ void HoldingLibrary(const SavePlace& place)
     library.save(place.Disk("RecipeFile.Dat"));
 }
 
+/// As long as the one that is imported, and other bytes.
+void HoldingLibraryAsLong(const SavePlace& place)
+{
+    FormatLibrary library;
+    library.formats.push_back(std::make_unique<DataFormat>(MakeFormat(u"Old", {})));
+    library.save(place.Disk("RecipeFile.Dat"));
+}
+
 void HoldingLinkedLibrary(const SavePlace& place)
 {
     HoldingLibrary(place);
@@ -145,6 +153,7 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"MergeOverAFile",     Leaves::Emptied,  "m.rcp", "Merge file",   Holding("m.rcp", 300), Merging, 2},
         {"NewLibrary",         Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Nothing, Importing},
         {"Library",            Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, HoldingLibrary, Importing},
+        {"LibraryAsLong",      Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, HoldingLibraryAsLong, Importing},
         {"LibraryWithHardLink",Leaves::Copied,   "RecipeFile.Dat", kRecipeMessage, HoldingLinkedLibrary, Importing},
         {"LibraryNotUnderstood", Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Holding("RecipeFile.Dat", 700), Importing, 1, true},
         {"NewExport",          Leaves::OldOrNew, "out.json", kRecipeMessage, Nothing, Exporting},
