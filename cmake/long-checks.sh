@@ -23,8 +23,8 @@ check_coverage() {
     # A test that allows small files only keeps its child's counts from being written; that is no output of the child's.
     GCOV_ERROR_FILE=/dev/null run_suites coverage '.*'
     find build/coverage -name '*.gcda' -empty -delete
-    gcovr --gcov-executable tests/coverage/gcov.py --root . build/coverage --exclude-throw-branches --exclude-unreachable-branches --exclude 'tests/' \
-        --exclude 'build/' --json build/coverage/coverage.json
+    gcovr --gcov-executable tests/coverage/gcov.py --root . build/coverage --exclude-throw-branches \
+        --exclude-unreachable-branches --exclude 'tests/' --exclude 'build/' --json build/coverage/coverage.json
     python3 tests/coverage/check.py build/coverage/coverage.json
 }
 
