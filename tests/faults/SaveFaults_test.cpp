@@ -83,6 +83,13 @@ struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
         return bytes == old || ((isWrittenInPart || isBeside) && bytes);
     }
 
+    static bool LeavesNoTemporaryFile(const SavePlace& place)
+    {
+        const fs::directory_iterator files(place.folder / "disk");
+        return std::none_of(begin(files), end(files),
+                            [](const auto& entry) { return entry.path().extension() == ".new"; });
+    }
+
     /// Whether the new file is whole beside the one that it was to be copied into.
     bool IsBeside(const SavePlace& place, const std::optional<Bytes>& fresh) const
     {
@@ -114,6 +121,7 @@ TEST_P(ReadFaults, SpoilNoSave)
             EXPECT_NE(run.result.error, "") << where;
             EXPECT_TRUE(MayBeLeft(bytes, old, IsBeside(place, fresh))) << where;
         }
+        EXPECT_TRUE(LeavesNoTemporaryFile(place) || IsBeside(place, fresh)) << where;
         if (static_cast<int>(run.calls.size()) < at)
             return;
     }
