@@ -35,6 +35,13 @@ std::function<void(const SavePlace&)> HoldingLinked(const char* name)
     };
 }
 
+/// For the owner alone: other rights than those of a new file.
+void HoldingOwnExport(const SavePlace& place)
+{
+    WriteAll(place.Disk("out.json"), Pattern(90, 65));
+    fs::permissions(place.Disk("out.json"), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 void HoldingLibrary(const SavePlace& place)
 {
     FormatLibrary library;
@@ -157,7 +164,7 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"LibraryWithHardLink",Leaves::Copied,   "RecipeFile.Dat", kRecipeMessage, HoldingLinkedLibrary, Importing},
         {"LibraryNotUnderstood", Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Holding("RecipeFile.Dat", 700), Importing, 1, true},
         {"NewExport",          Leaves::OldOrNew, "out.json", kRecipeMessage, Nothing, Exporting},
-        {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, Holding("out.json", 90), Exporting},
+        {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, HoldingOwnExport, Exporting},
     };
     // clang-format on
     return paths;
