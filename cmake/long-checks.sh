@@ -61,7 +61,8 @@ check_valgrind() {
     build_preset core
     GTEST_FILTER='-Seeds/*:*SaveAsShown*:*LineOf100Mebibytes*:*LongStretch*:*WithoutMemory*:*LackOfMemory*' \
         run_suites core '(disk|model|files|ansi_table|merge)_tests|fuzz_replay' \
-        valgrind --quiet --error-exitcode=99 --leak-check=full --errors-for-leak-kinds=definite
+        valgrind --quiet --error-exitcode=99 --leak-check=full --errors-for-leak-kinds=definite \
+        --suppressions=cmake/valgrind.supp
 }
 
 # A user who does anything at random, under the sanitizers. Names the number of events and the seed.
