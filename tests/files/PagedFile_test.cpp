@@ -446,6 +446,7 @@ TEST_F(PagedFile, EntriesLeadNoFartherThanFourGigabytes)
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(32768, 1), WordBytes({0x5678}));
     EXPECT_FALSE(PagedWrite(path, 50000, 1, WordBytes({1}), kFrp));
+    EXPECT_FALSE(PagedWrite(path, 3000000, 1, WordBytes({1}), kFrp)) << "whose table is missing, too";
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(40000, 1), WordBytes({0x1234})) << "what is there can be read";
 }

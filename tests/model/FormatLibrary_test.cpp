@@ -1,4 +1,5 @@
 #include "model/FormatLibrary.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 
@@ -300,6 +301,17 @@ TEST_F(FormatLibraryLoad, RefusesWhatIsNoRegularFile)
     EXPECT_EQ(library.loadReadOnly(File()), -1);
     EXPECT_EQ(library.load("/dev/zero"), -1);
     EXPECT_EQ(library.load(""), -1);
+    EXPECT_FALSE(library.versionsKnown);
+}
+
+TEST_F(FormatLibraryLoad, RefusesAFileThatMayNotBeRead)
+{
+    WriteAll(File(), CPicture().Header(u"RecipeFile2.0").Image());
+    fs::permissions(folder.Path(), fs::perms::all);
+    fs::permissions(File(), fs::perms::none);
+    const COrdinaryUser user;
+    EXPECT_EQ(library.loadReadOnly(File()), -1);
+    EXPECT_EQ(library.load(File()), -1);
     EXPECT_FALSE(library.versionsKnown);
 }
 

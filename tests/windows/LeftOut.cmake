@@ -27,18 +27,21 @@ set(vantor_disk_tests_left_out
 # of their own for bytes that stand for nothing.
 set(vantor_model_tests_left_out
   FormatLibraryLoad.ReadsThroughASymbolicLink
+  FormatLibraryLoad.RefusesAFileThatMayNotBeRead
   FormatLibraryLoad.TakesAFileThatTheDiskFailsToReadForOneThatCannotBeOpened
   FormatLibrarySave.WritesThroughASymbolicLink
   FormatLibrarySave.FailsWithACircleOfLinks
   FormatLibrarySave.KeepsThePermissions
   FormatLibrarySave.RefusesADevice
   FormatLibrarySave.RewritesAFileWithFurtherNamesInPlace
+  LibraryOriginal.ACopyThatCannotBeReadIsTakenForAnother
   LibraryOriginal.AFolderOrALinkThatLeadsNowhereTakesTheName
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
   LibraryOriginal.WhatCannotBeCopiedIsAFailureAndLeavesNothing
   CodePage.ACharacterThatItDoesNotHoldIsAQuestionMark
   CodePage.ALoneSurrogateIsAQuestionMark
   CodePage.AByteThatStandsForNothingIsTheReplacementCharacter
+  CodePage.OneThatTheSystemLacksLeavesAsciiAsItIs
   CodePage.AnErrorDoesNotSpoilTheNextText)
 
 # The same, pipes in the file system, and names that are no valid text.
