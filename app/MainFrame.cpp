@@ -27,11 +27,12 @@ namespace {
 constexpr QSize kFormatPaneSize{355, 852}; // pixels, at creation
 constexpr int kLeastDataPaneWidth = 10;    // pixels, at creation
 
-/// The local file that is being dragged, empty unless it is exactly one.
+/// The local file that is being dragged, empty unless it is exactly one. A folder is none.
 QString DraggedFile(const QMimeData& data)
 {
     const QList<QUrl> urls = data.urls();
-    return urls.size() == 1 ? urls.front().toLocalFile() : QString();
+    const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
+    return QFileInfo(path).isDir() ? QString() : path;
 }
 
 std::int32_t ClampTo32(std::int64_t value)
@@ -74,7 +75,7 @@ void CMainFrame::CreatePanes()
     m_pSplitter->addWidget(m_pDataPane);
     m_pSplitter->setStretchFactor(0, 0);
     m_pSplitter->setStretchFactor(1, 1);
-    setTabOrder(m_pSplitter->handle(1), &m_pDataPane->Grid()); // the handle stands between the panes
+    setTabOrder(m_pFormatPane, m_pSplitter->handle(1)); // it was made after the data pane, but stands between the panes
     PlaceSplitter();
     m_nLeftPaneWidth = kFormatPaneSize.width() + 5;
     m_pSplitter->SetLeftPaneWidth(m_nLeftPaneWidth);

@@ -6,7 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitterHandle>
-#include <QStyleOptionFocusRect>
 
 namespace {
 
@@ -47,10 +46,9 @@ protected:
         QSplitterHandle::paintEvent(event);
         if (!hasFocus())
             return;
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        QPainter painter(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        QPainter painter(this); // the style's own frame can hardly be seen on a bar so narrow
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
 
 private:
@@ -74,6 +72,7 @@ CMySplitter::CMySplitter(QWidget* parent) : QSplitter(Qt::Horizontal, parent)
     setOpaqueResize(false);
     setChildrenCollapsible(true);
     setHandleWidth(6);
+    connect(this, &QSplitter::splitterMoved, this, &CMySplitter::DisableHiddenPane);
 }
 
 QSplitterHandle* CMySplitter::createHandle()
@@ -94,6 +93,12 @@ void CMySplitter::Toggle()
     if (left == 0 && widget(0)->isAncestorOf(window()->focusWidget()))
         widget(1)->setFocus(); // a collapsed pane would go on taking the keys
     setSizes({left, width() - handleWidth() - left});
+    DisableHiddenPane();
+}
+
+void CMySplitter::DisableHiddenPane()
+{
+    widget(0)->setEnabled(sizes().front() > 0);
 }
 
 void CMySplitter::mouseReleaseEvent(QMouseEvent* event)

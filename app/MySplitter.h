@@ -32,6 +32,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    /// Tab would come to fields of a collapsed pane, which nobody sees.
+    void DisableHiddenPane();
+
     bool m_bExpanded = true;
     int m_nLeftPaneWidth = 0;
 };

@@ -12,6 +12,8 @@
 namespace {
 
 constexpr double kReadable = 4.5; ///< contrast of a text
+constexpr double kSeen = 1.5;     ///< contrast of a line between two titles
+constexpr int kRoomInRow = 4;     ///< pixels that a row of a list is higher than its text
 constexpr double kOutlineRadius = 2;
 constexpr int kBelowTitle = 4; ///< pixels from a group's title to its frame
 
@@ -72,6 +74,16 @@ void MakeTextsReadable(QPalette& palette)
         if (!IsReadable(palette, QPalette::Disabled, pair))
             palette.setColor(QPalette::Disabled, pair.text, BlackOrWhite(background));
     }
+}
+
+/// The table's titles are parted by lines in this colour, which dark desktops make as dark as the titles.
+void MakeTitleLinesSeen(QPalette& palette)
+{
+    const QColor title = palette.color(QPalette::Button);
+    if (Contrast(palette.color(QPalette::Dark), title) >= kSeen)
+        return;
+    const QColor text = palette.color(QPalette::ButtonText);
+    palette.setColor(QPalette::Dark, DesktopOf(palette) == Desktop::HighContrast ? text : Mixed(text, title, 0.5));
 }
 
 void MakeBlue(QPalette& palette)
@@ -211,6 +223,7 @@ void CSkin::polish(QPalette& palette)
     if (DesktopOf(palette) == Desktop::Light)
         MakeBlue(palette);
     MakeTextsReadable(palette);
+    MakeTitleLinesSeen(palette);
 }
 
 int CSkin::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const
@@ -218,6 +231,13 @@ int CSkin::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
         return 0; // the desktop's icons would stand in some dialogs only, and beside the program's own ones
     return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QSize CSkin::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                              const QWidget* widget) const
+{
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_ItemViewItem ? size + QSize(0, kRoomInRow) : size;
 }
 
 void CSkin::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

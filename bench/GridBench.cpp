@@ -40,12 +40,13 @@ private:
     std::filesystem::path m_path;
 };
 
-void SetUpFrame(CRecordingFrame& frame, const QString& path)
+/// With four digits two values of three lie outside the limits, which marks their cells; with five none does.
+void SetUpFrame(CRecordingFrame& frame, const QString& path, int digits)
 {
     DataItem item = DefaultItem();
     item.isArray = 1;
     item.arrayLength = kColumns;
-    item.integerDigits = 5;
+    item.integerDigits = digits;
     deriveBounds(item);
     frame.m_pDataFormat->insertItem(0, std::make_unique<DataItem>(item));
     frame.m_pDataFormat->itemCount = 1;
@@ -75,12 +76,21 @@ void Expose(QWidget& view)
     QCoreApplication::processEvents();
 }
 
-/// From the command to the painted window; the memory is what the shown rows add to an empty pane.
+/// Changes one value of every eighth row, so that each page shows some of their marks.
+void ChangeSomeValues(CGridCtrl& grid)
+{
+    constexpr std::int32_t kEvery = 8;
+    for (std::int32_t row = 1; row <= kRows; row += kEvery)
+        grid.SetItemText(row, 2 + row / kEvery % kColumns, QStringLiteral("7"));
+}
+
+/// From the command to the painted window; the memory is what the shown rows add to an empty pane. The argument is the
+/// number of digits.
 void ShowAMillionRows(benchmark::State& state)
 {
     const CBigRecipe recipe;
     CRecordingFrame frame;
-    SetUpFrame(frame, recipe.Path());
+    SetUpFrame(frame, recipe.Path(), static_cast<int>(state.range(0)));
     CRecipeDataShowView view(frame);
     Expose(view);
     const double before = ResidentMiB();
@@ -95,17 +105,21 @@ void ShowAMillionRows(benchmark::State& state)
     }
     state.counters["addedMiB"] = added;
 }
-BENCHMARK(ShowAMillionRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(ShowAMillionRows)->ArgName("digits")->Arg(5)->Arg(4)->Unit(benchmark::kMillisecond);
 
-/// One scroll step and its paint; the rows moved by each are the argument (0: a jump to anywhere).
+/// One scroll step and its paint. The arguments are the rows moved by each (0: a jump to anywhere) and whether there
+/// are changed values and such outside their limits.
 void ScrollStep(benchmark::State& state)
 {
     const CBigRecipe recipe;
+    const bool marked = state.range(1) != 0;
     CRecordingFrame frame;
-    SetUpFrame(frame, recipe.Path());
+    SetUpFrame(frame, recipe.Path(), marked ? 4 : 5);
     CRecipeDataShowView view(frame);
     Expose(view);
     view.ShowData(FileType::Rcp);
+    if (marked)
+        ChangeSomeValues(view.Grid());
     QCoreApplication::processEvents();
     QScrollBar& bar = *view.Grid().verticalScrollBar();
     const auto step = static_cast<int>(state.range(0));
@@ -117,6 +131,6 @@ void ScrollStep(benchmark::State& state)
         QCoreApplication::processEvents(); // paints
     }
 }
-BENCHMARK(ScrollStep)->ArgName("rows")->Arg(3)->Arg(30)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK(ScrollStep)->ArgNames({"rows", "marks"})->ArgsProduct({{3, 30, 0}, {0, 1}})->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -72,6 +72,7 @@ CInPlaceEdit::CInPlaceEdit(CInPlaceEditOwner& owner, QWidget* parent, int row, i
     setFrame(false);
     setMaxLength(std::numeric_limits<int>::max()); // the default would cut a long text
     setContextMenuPolicy(Qt::PreventContextMenu);
+    setAcceptDrops(false); // a file is for the window to open
     setText(text);
 }
 

@@ -63,9 +63,12 @@ bool CFile::Open(const fs::path& path, Mode mode)
     else
         file.m_handle =
             platform::OpenByName(path, mode == Mode::Read ? platform::Access::Read : platform::Access::Write);
-    if (!file.IsOpen() || !platform::IsRegular(file.m_handle))
+    if (!file.IsOpen())
         return false;
-    if (mode == Mode::Truncate && !file.CutTo(0)) { // only now that it is known to be a file
+    const bool isFile = platform::IsRegular(file.m_handle);
+    if (!isFile || (mode == Mode::Truncate && !file.CutTo(0))) { // cut only now that it is known to be a file
+        if (mode == Mode::CreateNew)
+            file.m_made = path; // to go with it
         file.Discard();
         return false;
     }

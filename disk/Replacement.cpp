@@ -33,10 +33,10 @@ bool MayBeWritten(const fs::path& target)
 /// Whether a rename over `target` takes nothing away: it is a file with this one name, or there is none.
 bool MayBeReplaced(const fs::path& target)
 {
-    std::error_code fault;
+    std::error_code ignored; // no count is 1 then
     const fs::file_type type = TypeOf(target);
     return type == fs::file_type::not_found ||
-           (type == fs::file_type::regular && fs::hard_link_count(target, fault) == 1 && !fault);
+           (type == fs::file_type::regular && fs::hard_link_count(target, ignored) == 1);
 }
 
 /// A short name, whatever the file's own is: with something behind that it could be longer than a name may be.

@@ -223,7 +223,7 @@ public:
             if (bytes.empty())
                 break;
             const auto byte = static_cast<unsigned char>(bytes.front());
-            text += IsFree(byte) ? static_cast<char16_t>(byte) : kReplacement;
+            text += StandsForItself(byte) ? static_cast<char16_t>(byte) : kReplacement;
             bytes.remove_prefix(1);
         }
     }
@@ -234,7 +234,7 @@ public:
             m_toBytes.Convert<char16_t, char>(text, [&bytes](std::string_view piece) { bytes += piece; });
             if (text.empty())
                 break;
-            bytes += IsFree(text.front()) ? static_cast<char>(text.front()) : '?';
+            bytes += StandsForItself(text.front()) ? static_cast<char>(text.front()) : '?';
             const bool isPair = text.size() > 1 && IsHighSurrogate(text[0]) && IsLowSurrogate(text[1]);
             text.remove_prefix(isPair ? 2 : 1);
         }
@@ -250,10 +250,11 @@ private:
         return bytes.empty();
     }
 
-    /// Whether the page gives the byte or control character `code` no meaning of its own.
-    bool IsFree(char16_t code) const
+    /// Whether the byte or character `code` is ASCII, which a C library without the page leaves over, too, or a control
+    /// to which the page gives no meaning of its own.
+    bool StandsForItself(char16_t code) const
     {
-        return code >= kFirstControl && code < kFirstControl + m_isFree.size() && m_isFree[code - kFirstControl];
+        return code < kFirstControl || (code < kFirstControl + m_isFree.size() && m_isFree[code - kFirstControl]);
     }
 
     CIconv m_toText;

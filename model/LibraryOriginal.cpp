@@ -6,7 +6,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <span>
 #include <string>
 #include <system_error>
@@ -20,35 +19,24 @@ bool IsNothingToKeep(const fs::path& file)
     std::error_code fault;
     if (!fs::exists(file, fault))
         return !fault;
-    return fs::is_empty(file, fault) && !fault;
-}
-
-bool HaveSameSize(const fs::path& a, const fs::path& b)
-{
-    std::error_code faultA;
-    std::error_code faultB;
-    const auto sizeA = fs::file_size(a, faultA);
-    const auto sizeB = fs::file_size(b, faultB);
-    return !faultA && !faultB && sizeA == sizeB;
+    return fs::is_empty(file, fault); // not when nobody can tell
 }
 
 bool HaveSameBytes(const fs::path& a, const fs::path& b)
 {
-    if (!HaveSameSize(a, b))
-        return false;
-    constexpr std::size_t kBlockSize = 4096;
-    std::ifstream fileA(a, std::ios::binary);
-    std::ifstream fileB(b, std::ios::binary);
-    std::array<char, kBlockSize> blockA{};
-    std::array<char, kBlockSize> blockB{};
-    while (fileA && fileB) {
-        fileA.read(blockA.data(), kBlockSize);
-        fileB.read(blockB.data(), kBlockSize);
-        const auto length = fileA.gcount();
-        if (length != fileB.gcount() || !std::equal(blockA.begin(), blockA.begin() + length, blockB.begin()))
+    const CFile fileA(a, CFile::Mode::Read);
+    const CFile fileB(b, CFile::Mode::Read);
+    std::array<std::byte, 4096> pieceA;
+    std::array<std::byte, 4096> pieceB;
+    for (std::uint64_t done = 0;;) {
+        const auto length = fileA.ReadAt(done, pieceA);
+        if (!length || length != fileB.ReadAt(done, pieceB) ||
+            !std::equal(pieceA.begin(), pieceA.begin() + static_cast<std::ptrdiff_t>(*length), pieceB.begin()))
             return false;
+        if (*length == 0)
+            return true;
+        done += *length;
     }
-    return fileA.eof() && fileB.eof();
 }
 
 /// Whether `name` is in use, be it by a link that leads nowhere.

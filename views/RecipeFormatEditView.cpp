@@ -146,7 +146,10 @@ void CRecipeFormatEditView::FillControls()
 /// After formats came or went.
 void CRecipeFormatEditView::ShowChangedFormats()
 {
-    m_pUi->buttonDeleteFormat->setEnabled(m_pUi->comboFormats->count() > 0);
+    const bool hasFormats = m_pUi->comboFormats->count() > 0;
+    m_pUi->buttonDeleteFormat->setEnabled(hasFormats);
+    for (QAction* command : m_pItemMenu->actions())
+        command->setEnabled(hasFormats);
     ShowSelectedFormat();
 }
 

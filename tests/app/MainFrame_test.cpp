@@ -234,13 +234,32 @@ TEST_F(MainFrame, AFileDroppedOnTheWindowIsOpened)
     EXPECT_TRUE(WaitFor([&] { return Title() == TitleWith("a.rcp"); }));
 }
 
+/// A field that takes drops of its own would get the file's name for its text.
+TEST_F(MainFrame, AFileDroppedOnAFieldGoesToTheWindow)
+{
+    MakeFile("a.rcp");
+    frame->OpenPath(Path("a.rcp"));
+    ClickCell(1, 2);
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    const QList<QLineEdit*> fields = frame->findChildren<QLineEdit*>();
+    ASSERT_EQ(fields.size(), 4); // three in the format pane and the open cell
+    for (const QLineEdit* field : fields) {
+        const QWidget* target = field;
+        while (!target->acceptDrops())
+            target = target->parentWidget();
+        EXPECT_EQ(target, frame.get()) << qPrintable(field->objectName());
+    }
+}
+
 TEST_F(MainFrame, OnlyASingleFileCanBeDropped)
 {
     QMimeData two;
     two.setUrls({QUrl::fromLocalFile(Path("a.rcp")), QUrl::fromLocalFile(Path("b.rcp"))});
+    QMimeData aFolder;
+    aFolder.setUrls({QUrl::fromLocalFile(Path(""))});
     QMimeData text;
     text.setText("not a file");
-    for (const QMimeData* data : {&two, &text}) {
+    for (const QMimeData* data : {&two, &aFolder, &text}) {
         QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
         enter.ignore();
         QCoreApplication::sendEvent(frame.get(), &enter);

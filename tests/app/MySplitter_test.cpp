@@ -1,8 +1,10 @@
 #include "app/MySplitter.h"
+#include "controls/GridCtrl.h"
 #include "tests/app/FrameFixture.h"
 
 #include <QAccessible>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSplitterHandle>
 #include <QTest>
 
@@ -96,12 +98,57 @@ TEST_F(Splitter, TheBarTogglesFromTheKeyboard)
     EXPECT_EQ(LeftWidth(), 360);
 }
 
+TEST_F(Splitter, TabComesToTheBarBetweenThePanes)
+{
+    auto& last = Find<QPushButton>("buttonUseFormat");
+    last.setFocus();
+    QTest::keyClick(&last, Qt::Key_Tab);
+    EXPECT_EQ(frame->focusWidget(), &Bar());
+    QTest::keyClick(&Bar(), Qt::Key_Tab);
+    EXPECT_EQ(frame->focusWidget(), &Grid());
+    QTest::keyClick(&Grid(), Qt::Key_Backtab);
+    EXPECT_EQ(frame->focusWidget(), &Bar());
+}
+
+TEST_F(Splitter, TheBarShowsPlainlyThatItHasTheFocus)
+{
+    const auto edge = [&] { return Bar().grab().toImage().pixelColor(0, Bar().height() / 2); };
+    const QColor frameColor = Bar().palette().color(QPalette::Highlight);
+    EXPECT_NE(edge(), frameColor);
+    Bar().setFocus();
+    EXPECT_EQ(edge(), frameColor);
+}
+
 TEST_F(Splitter, ACollapsedPaneDoesNotKeepTheFocus)
 {
     Find<QLineEdit>("editStartAddress").setFocus();
     Click();
     EXPECT_EQ(LeftWidth(), 0);
     EXPECT_FALSE(splitter->widget(0)->isAncestorOf(frame->focusWidget()));
+}
+
+TEST_F(Splitter, TabPassesByACollapsedPane)
+{
+    Click();
+    Grid().setFocus();
+    QTest::keyClick(&Grid(), Qt::Key_Tab);
+    EXPECT_EQ(frame->focusWidget(), &Bar());
+    QTest::keyClick(&Bar(), Qt::Key_Space);
+    EXPECT_EQ(LeftWidth(), 360);
+    QTest::keyClick(&Bar(), Qt::Key_Backtab);
+    EXPECT_EQ(frame->focusWidget(), &Find<QPushButton>("buttonUseFormat"));
+}
+
+TEST_F(Splitter, ACollapsedPaneThatIsDraggedOpenIsInUseAgain)
+{
+    Click();
+    EXPECT_FALSE(splitter->widget(0)->isEnabled());
+    const QPoint inTopBand = Bar().rect().topLeft() + QPoint(2, 1); // where a release does not toggle
+    QTest::mousePress(&Bar(), Qt::LeftButton, {}, inTopBand);
+    QTest::mouseMove(&Bar(), inTopBand + QPoint(300, 0));
+    QTest::mouseRelease(&Bar(), Qt::LeftButton, {}, inTopBand + QPoint(300, 0));
+    EXPECT_GT(LeftWidth(), 0);
+    EXPECT_TRUE(splitter->widget(0)->isEnabled());
 }
 
 TEST_F(Splitter, TheBarHasARoleAndAName)

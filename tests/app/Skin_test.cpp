@@ -2,7 +2,9 @@
 #include "app/Skin.h"
 #include "controls/GridCellPaint.h"
 
+#include <QFontMetrics>
 #include <QPalette>
+#include <QTreeWidget>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -75,6 +77,16 @@ TEST(Contrast, GoesFromOneToTwentyOne)
     EXPECT_NEAR(Contrast(QColor(118, 118, 118), Qt::white), 4.54, 0.01);
 }
 
+TEST(Skin, TheRowsOfAListLeaveRoomBetweenTheirTexts)
+{
+    QTreeWidget list;
+    CSkin skin;
+    list.setStyle(&skin);
+    list.addTopLevelItem(new QTreeWidgetItem({"16 bit signed number"}));
+    EXPECT_GE(list.visualItemRect(list.topLevelItem(0)).height(), list.fontMetrics().height() + 4);
+    list.setStyle(nullptr);
+}
+
 TEST_P(SkinOn, EveryTextIsReadable)
 {
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
@@ -106,6 +118,13 @@ TEST_P(SkinOn, AMarkedCellIsReadableAndItsMarksAreSeen)
     EXPECT_GE(Contrast(WarningColor(base), WarningTint(base)), 3);
     EXPECT_GE(Contrast(palette.color(QPalette::Highlight), base), 3);
     EXPECT_GE(Contrast(palette.color(QPalette::Highlight), WarningTint(base)), 3);
+}
+
+/// They have no gap between them.
+TEST_P(SkinOn, TheTitlesOfTheTableAreParted)
+{
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        EXPECT_GE(Contrast(palette.color(group, QPalette::Dark), palette.color(group, QPalette::Button)), 1.5) << group;
 }
 
 TEST_P(SkinOn, OnlyTheLightDesktopIsBlue)

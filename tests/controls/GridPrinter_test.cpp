@@ -13,6 +13,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -83,14 +84,24 @@ private:
         void drawPath(const QPainterPath&) override {}
         void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
         void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
-        void drawTextItem(const QPointF&, const QTextItem& item) override
+        /// In some languages the toolkit draws a text in pieces, each where the one before ended.
+        void drawTextItem(const QPointF& at, const QTextItem& item) override
         {
-            texts.push_back({item.text().toStdString(), item.font().family(), page});
+            const bool continues = page == m_endPage && at.y() == m_end.y() && std::abs(at.x() - m_end.x()) < 0.5;
+            if (!continues)
+                texts.push_back({{}, item.font().family(), page});
+            texts.back().text += item.text().toStdString();
+            m_end = at + QPointF(item.width(), 0);
+            m_endPage = page;
         }
         Type type() const override { return User; }
 
         int page = 1;
         std::vector<DrawnText> texts;
+
+    private:
+        QPointF m_end; ///< of the piece drawn last
+        int m_endPage = 0;
     };
 
     static QIODevice* Sink()

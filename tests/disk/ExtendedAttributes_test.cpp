@@ -86,4 +86,26 @@ TEST_F(ExtendedAttributes, OfTheFolderGiveAReplacedFileNoFurtherUsers)
     EXPECT_EQ(AttributeOf(path, kAccessList), "");
 }
 
+TEST_F(ExtendedAttributes, OfTheFolderStayWithAReplacedFileThatHasThemToo)
+{
+    const std::string list = AccessList({{1, 7}, {2, 7, 7}, {4, 5}, {16, 7}, {32, 5}});
+    ASSERT_EQ(setxattr(folder.Path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0), 0);
+    path = folder / "b";
+    WriteAll(path, BytesOf({1}));
+    const std::string before = AttributeOf(path, kAccessList);
+    ASSERT_NE(before, "");
+    Replace();
+    EXPECT_EQ(AttributeOf(path, kAccessList), before);
+}
+
+TEST_F(ExtendedAttributes, OfTheFolderDoNotTakeThePlaceOfAReplacedFilesOwn)
+{
+    const std::string own = AccessList({{1, 6}, {2, 6, 7}, {4, 4}, {16, 6}, {32, 0}});
+    const std::string others = AccessList({{1, 7}, {2, 7, 8}, {4, 5}, {16, 7}, {32, 5}});
+    ASSERT_EQ(setxattr(path.c_str(), kAccessList, own.data(), own.size(), 0), 0);
+    ASSERT_EQ(setxattr(folder.Path().c_str(), "system.posix_acl_default", others.data(), others.size(), 0), 0);
+    Replace();
+    EXPECT_EQ(AttributeOf(path, kAccessList), own);
+}
+
 } // namespace

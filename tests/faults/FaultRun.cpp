@@ -37,6 +37,7 @@ const std::vector<Fault>& AllFaults()
         {"short writes", "short", 0, 0},
         {"short write, then no space", "break", ENOSPC},
         {"short write, then input/output error", "break", EIO},
+        {"no byte taken", "none"},
         {"killed", "kill"},
     };
     return faults;

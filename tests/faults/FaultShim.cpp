@@ -1,15 +1,16 @@
 // Loaded before the C library, it makes one call that writes to a folder fail, cut short or the last that the program
 // makes, or one that reads there fail: a disk that breaks where a test wants it to.
 //
-//   VANTOR_FAULT_FOLDER  counts only calls on files in this folder
+//   VANTOR_FAULT_FOLDER  counts only calls on this folder, whose name ends with a slash, and on files in it
 //   VANTOR_FAULT_LOG     gets a line a counted call: its name, and "!" behind it when it was made to fail
 //   VANTOR_FAULT_AT      the call that fails, counted from 1; without it none does
 //   VANTOR_FAULT_TIMES   how many of the calls from there on fail; 0 for all
 //   VANTOR_FAULT_ERROR   with this error number
 //   VANTOR_FAULT_KIND    "error"; "short": a write takes half of its bytes, other calls do not fail; "break": a write
 //                        takes half of its bytes and the calls behind it fail with the error; "kill": the program ends
-//                        before the call; "read": an error, of the calls that read or ask for a file's state, which
-//                        are then counted instead
+//                        before the call; "none": a write takes no byte and says so; "read": an error, of the calls
+//                        that read or ask for a file's state, which are then counted instead; "attribute": the same of
+//                        those that ask for or set an extended attribute
 
 #include <algorithm>
 #include <array>
@@ -29,8 +30,8 @@
 
 namespace {
 
-enum class Kind { Error, Short, Break, Kill, Read };
-enum class Verdict { Goes, Fails, IsCutShort };
+enum class Kind { Error, Short, Break, Kill, None, Read, Attribute };
+enum class Verdict { Goes, Fails, IsCutShort, TakesNothing };
 
 enum Tracked : char { kOther, kReadOnly, kWritten };
 std::array<Tracked, 4096> tracked{};
@@ -53,15 +54,21 @@ Kind ChosenKind()
         return Kind::Short;
     if (kind == "break")
         return Kind::Break;
+    if (kind == "none")
+        return Kind::None;
     if (kind == "read")
         return Kind::Read;
+    if (kind == "attribute")
+        return Kind::Attribute;
     return kind == "kill" ? Kind::Kill : Kind::Error;
 }
 
 bool IsInFolder(const char* path)
 {
     const std::string_view folder = Setting("VANTOR_FAULT_FOLDER");
-    return !folder.empty() && path != nullptr && std::string_view(path).starts_with(folder);
+    if (folder.empty() || path == nullptr)
+        return false;
+    return std::string_view(path).starts_with(folder) || folder.substr(0, folder.size() - 1) == path;
 }
 
 Tracked TrackedAs(int file)
@@ -98,8 +105,16 @@ bool MayBeInterrupted(std::string_view call)
 
 bool Reads(std::string_view call)
 {
-    constexpr std::array kCalls = {"read", "readv", "pread", "lseek", "stat", "lstat"};
+    constexpr std::array kCalls = {"read", "readv", "pread", "lseek", "stat", "lstat", "fstat"};
     return std::find(kCalls.begin(), kCalls.end(), call) != kCalls.end();
+}
+
+/// Whether faults of `kind` are for `call`.
+bool IsCounted(std::string_view call, Kind kind)
+{
+    if (call.ends_with("xattr"))
+        return kind == Kind::Attribute;
+    return kind != Kind::Attribute && Reads(call) == (kind == Kind::Read);
 }
 
 /// Counts the call; what is to become of it.
@@ -110,17 +125,19 @@ Verdict Judge(const char* call, bool writes = false)
     const long at = NumberIn("VANTOR_FAULT_AT");
     const long times = NumberIn("VANTOR_FAULT_TIMES");
     const Kind kind = ChosenKind();
-    if (Reads(call) != (kind == Kind::Read))
+    if (!IsCounted(call, kind))
         return Verdict::Goes;
     ++count;
     const bool isHit = at > 0 && count >= at && (times == 0 || count < at + times);
     Verdict verdict = Verdict::Goes;
     if (kind == Kind::Error && isHit && (NumberIn("VANTOR_FAULT_ERROR") != EINTR || MayBeInterrupted(call)))
         verdict = Verdict::Fails;
-    if (kind == Kind::Read && isHit)
+    if ((kind == Kind::Read || kind == Kind::Attribute) && isHit)
         verdict = Verdict::Fails;
     if (kind == Kind::Short && isHit && writes)
         verdict = Verdict::IsCutShort;
+    if (kind == Kind::None && isHit && writes)
+        verdict = Verdict::TakesNothing;
     if (kind == Kind::Break && broken)
         verdict = Verdict::Fails;
     else if (kind == Kind::Break && count == at && writes) {
@@ -193,6 +210,8 @@ ssize_t Written(const char* call, int file, std::size_t size, Call write)
         return -1;
     case Verdict::IsCutShort:
         return write((size + 1) / 2);
+    case Verdict::TakesNothing:
+        return 0;
     case Verdict::Goes:
         break;
     }
@@ -320,6 +339,13 @@ VANTOR_STATE(lstat)
 VANTOR_PATH_CALL(unlink, noexcept)
 VANTOR_PATH_CALL(remove, noexcept)
 
+extern "C" int fstat(int file, struct stat* state) noexcept
+{
+    if (TrackedAs(file) != kOther && Fails("fstat"))
+        return -1;
+    return Real<int(int, struct stat*)>("fstat")(file, state);
+}
+
 extern "C" ssize_t read(int file, void* bytes, std::size_t size)
 {
     if (TrackedAs(file) != kOther && Fails("read"))
@@ -410,4 +436,48 @@ extern "C" int fchown(int file, uid_t owner, gid_t group) noexcept
 {
     return TrackedAs(file) == kWritten && Fails("chown") ? -1
                                                          : Real<int(int, uid_t, gid_t)>("fchown")(file, owner, group);
+}
+
+// Extended attributes, of a file by its name or of an open one.
+
+extern "C" ssize_t listxattr(const char* path, char* names, std::size_t size) noexcept
+{
+    if (IsInFolder(path) && Fails("listxattr"))
+        return -1;
+    return Real<ssize_t(const char*, char*, std::size_t)>("listxattr")(path, names, size);
+}
+
+extern "C" ssize_t getxattr(const char* path, const char* name, void* value, std::size_t size) noexcept
+{
+    if (IsInFolder(path) && Fails("getxattr"))
+        return -1;
+    return Real<ssize_t(const char*, const char*, void*, std::size_t)>("getxattr")(path, name, value, size);
+}
+
+extern "C" ssize_t flistxattr(int file, char* names, std::size_t size) noexcept
+{
+    if (TrackedAs(file) != kOther && Fails("flistxattr"))
+        return -1;
+    return Real<ssize_t(int, char*, std::size_t)>("flistxattr")(file, names, size);
+}
+
+extern "C" ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept
+{
+    if (TrackedAs(file) != kOther && Fails("fgetxattr"))
+        return -1;
+    return Real<ssize_t(int, const char*, void*, std::size_t)>("fgetxattr")(file, name, value, size);
+}
+
+extern "C" int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept
+{
+    if (TrackedAs(file) == kWritten && Fails("fsetxattr"))
+        return -1;
+    return Real<int(int, const char*, const void*, std::size_t, int)>("fsetxattr")(file, name, value, size, flags);
+}
+
+extern "C" int fremovexattr(int file, const char* name) noexcept
+{
+    if (TrackedAs(file) == kWritten && Fails("fremovexattr"))
+        return -1;
+    return Real<int(int, const char*)>("fremovexattr")(file, name);
 }

@@ -144,10 +144,26 @@ struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
         return RunWithFault(Program(), Path().arguments(place), place.folder.Path(), fault, at);
     }
 
-    bool MayBeLeft(const std::optional<Bytes>& bytes, const std::optional<Bytes>& old) const
+    bool MayBeLeft(const std::optional<Bytes>& bytes, const std::optional<Bytes>& old, bool isBeside) const
     {
         const bool isWrittenInPart = Path().leaves == Leaves::Emptied || Path().leaves == Leaves::Paged;
-        return bytes == old || (isWrittenInPart && bytes);
+        return bytes == old || ((isWrittenInPart || isBeside) && bytes);
+    }
+
+    static bool LeavesNoTemporaryFile(const SavePlace& place)
+    {
+        const fs::directory_iterator files(place.folder / "disk");
+        return std::none_of(begin(files), end(files),
+                            [](const auto& entry) { return entry.path().extension() == ".new"; });
+    }
+
+    /// Whether the new file is whole beside the one that it was to be copied into.
+    bool IsBeside(const SavePlace& place, const std::optional<Bytes>& fresh) const
+    {
+        const fs::directory_iterator files(place.folder / "disk");
+        return Path().leaves == Leaves::Copied && std::any_of(begin(files), end(files), [&](const auto& entry) {
+                   return entry.path().extension() == ".new" && BytesIn(entry.path()) == fresh;
+               });
     }
 };
 
@@ -170,8 +186,9 @@ TEST_P(ReadFaults, SpoilNoSave)
         } else {
             EXPECT_EQ(run.result.exitCode, 1) << where;
             EXPECT_NE(run.result.error, "") << where;
-            EXPECT_TRUE(MayBeLeft(bytes, old)) << where;
+            EXPECT_TRUE(MayBeLeft(bytes, old, IsBeside(place, fresh))) << where;
         }
+        EXPECT_TRUE(LeavesNoTemporaryFile(place) || IsBeside(place, fresh)) << where;
         if (static_cast<int>(run.calls.size()) < at)
             return;
     }

@@ -35,12 +35,27 @@ std::function<void(const SavePlace&)> HoldingLinked(const char* name)
     };
 }
 
+/// For the owner alone: other rights than those of a new file.
+void HoldingOwnExport(const SavePlace& place)
+{
+    WriteAll(place.Disk("out.json"), Pattern(90, 65));
+    fs::permissions(place.Disk("out.json"), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 void HoldingLibrary(const SavePlace& place)
 {
     FormatLibrary library;
     for (const char16_t* name : {u"One", u"Two", u"Three"})
         library.formats.push_back(std::make_unique<DataFormat>(MakeFormat(
             name, {MakeItem(u"Word", DataType::Signed16, 1, 5), MakeItem(u"Long", DataType::Signed32, 2, 9)})));
+    library.save(place.Disk("RecipeFile.Dat"));
+}
+
+/// As long as the one that is imported, and other bytes.
+void HoldingLibraryAsLong(const SavePlace& place)
+{
+    FormatLibrary library;
+    library.formats.push_back(std::make_unique<DataFormat>(MakeFormat(u"Old", {})));
     library.save(place.Disk("RecipeFile.Dat"));
 }
 
@@ -145,10 +160,11 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"MergeOverAFile",     Leaves::Emptied,  "m.rcp", "Merge file",   Holding("m.rcp", 300), Merging, 2},
         {"NewLibrary",         Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Nothing, Importing},
         {"Library",            Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, HoldingLibrary, Importing},
+        {"LibraryAsLong",      Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, HoldingLibraryAsLong, Importing},
         {"LibraryWithHardLink",Leaves::Copied,   "RecipeFile.Dat", kRecipeMessage, HoldingLinkedLibrary, Importing},
         {"LibraryNotUnderstood", Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Holding("RecipeFile.Dat", 700), Importing, 1, true},
         {"NewExport",          Leaves::OldOrNew, "out.json", kRecipeMessage, Nothing, Exporting},
-        {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, Holding("out.json", 90), Exporting},
+        {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, HoldingOwnExport, Exporting},
     };
     // clang-format on
     return paths;

@@ -197,6 +197,28 @@ TEST_F(CsvFailure, LongSaveIsGivenUpHalfWay)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
+TEST_F(CsvFailure, LongSaveOntoAFullDiskIsReportedAndTheOldFileStays)
+{
+    rows.LayOut({Signed16Column()}, 0, 500000);
+    {
+        const CFileSizeLimit limit(500000); // less than is written at once
+        EXPECT_FALSE(SaveCsv(rows, good, reporter, progress));
+    }
+    EXPECT_EQ(reporter.shown, Texts{u"Save file " + PathText(good) + u" failed!"});
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(CsvFailure, SaveWithoutMemoryIsReportedAndTheOldFileStays)
+{
+    {
+        const CAllocationLimit limit(CAllocationLimit::kNone, 100000); // less than is written at once
+        ExpectSaveFails(good);
+    }
+    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
+    EXPECT_EQ(FilesInFolder(), 1u);
+}
+
 TEST_F(CsvFailure, SaveUnderTheLongestNameMayBeGivenUp)
 {
     const fs::path longest = folder / (std::string(251, 'n') + ".csv");

@@ -254,6 +254,15 @@ TEST(PagePlaces, MayBeginAtTheLastByteThatAnEntryCanName)
     EXPECT_TRUE(places.Take(0xFFFFEFFF));
 }
 
+TEST_F(PagedNeighbours, DirectoryThatIsCutIsNoSounderTheSecondTime)
+{
+    WriteAll(path, Bytes(kTable - 1));
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    EXPECT_FALSE(file.IsSound(40000, 2));
+    EXPECT_FALSE(file.IsSound(40000, 2));
+}
+
 TEST(PagePlaces, NeverShareAByte)
 {
     CPagePlaces places;
@@ -266,6 +275,8 @@ TEST(PagePlaces, NeverShareAByte)
     EXPECT_TRUE(places.Take(81921)) << "close behind";
     EXPECT_TRUE(places.Take(0xFFFFF000)) << "the last";
     EXPECT_FALSE(places.Take(0xFFFFFFFF));
+    EXPECT_TRUE(places.Take(1)) << "the first";
+    EXPECT_FALSE(places.Take(4096));
 }
 
 } // namespace

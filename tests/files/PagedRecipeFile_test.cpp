@@ -236,6 +236,15 @@ TEST_F(PagedRecipe, ReadOfAMissingFileShowsTheWordsOfAZeroCharacter) // kept
     EXPECT_FALSE(fs::exists(path));
 }
 
+TEST_F(PagedRecipe, WordsOfAMissingFileAreNotSavedIntoOneThatIsThereMeanwhile)
+{
+    EXPECT_EQ(Read({Signed16Column()}, 0, 1), Texts{u"48"});
+    WriteAll(path, WordBytes({7}));
+    EXPECT_FALSE(SavePaged(rows, path, FileType::Frp, reporter, progress));
+    EXPECT_EQ(reporter.shown, Texts{u"Can't save file " + PathText(path) + u",please check file or your disk!"});
+    EXPECT_EQ(ReadAll(path), WordBytes({7}));
+}
+
 TEST_F(PagedRecipe, WordsOfAMissingFileSufficeForTheLongestValue) // kept
 {
     ColumnCoding longNumber = Signed16Column();

@@ -55,6 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Table, InvalidUtf8, testing::Values(
     Utf8Case{"OverlongInThree",   "\xE0\x80\xAF",     u"\uFFFD\uFFFD\uFFFD"},
     Utf8Case{"OverlongInFour",    "\xF0\x80\x80\xAF", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
     Utf8Case{"CodedSurrogate",    "\xED\xA0\x80",     u"\uFFFD\uFFFD\uFFFD"},
+    Utf8Case{"LowSurrogate",      "\xED\xB0\x80",     u"\uFFFD\uFFFD\uFFFD"},
     Utf8Case{"AboveTheLast",      "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
     Utf8Case{"NeverALead",        "\xFF",             u"\uFFFD"}), NameOf);
 // clang-format on

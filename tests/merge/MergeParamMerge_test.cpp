@@ -119,7 +119,8 @@ TEST_F(MergeParam, AFullDiskIsReportedAndLeavesWhatWasWritten)
         ClickMerge();
     }
     const std::u16string merged = PathText(folder / "merged.rcp");
-    ExpectStaysOpen(u"Merge file " + merged + u" failed!\nWriting " + merged + u": File too large", fields);
+    const std::u16string reason = ReasonText(std::make_error_code(std::errc::file_too_large)); // in the user's language
+    ExpectStaysOpen(u"Merge file " + merged + u" failed!\nWriting " + merged + u": " + reason, fields);
     ExpectMerged(1000, {});
     reporter.shown.clear();
     ClickMerge(); // there is room again

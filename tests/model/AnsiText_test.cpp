@@ -85,6 +85,7 @@ TEST(CodePage, ALoneSurrogateIsAQuestionMark)
     EXPECT_EQ(Bytes(1252, std::u16string({0xD800, u'a'})), "?a");
     EXPECT_EQ(Bytes(1252, std::u16string({0xDC00, u'\u00E9'})), "?\xE9");
     EXPECT_EQ(Bytes(936, std::u16string({0xD800, 0xD800, 0xDC00, u'中'})), "??\xD6\xD0");
+    EXPECT_EQ(Bytes(936, std::u16string({0xD800, 0xE000, u'中'})), "??\xD6\xD0");
 }
 
 TEST(CodePage, AByteThatStandsForNothingIsTheReplacementCharacter)
@@ -95,6 +96,15 @@ TEST(CodePage, AByteThatStandsForNothingIsTheReplacementCharacter)
               u"中\uFFFDA");
     EXPECT_EQ(Text(932, "\x93"), u"\uFFFD");
     EXPECT_EQ(Text(1253, "\xAA\xE1"), u"\uFFFDα");
+}
+
+TEST(CodePage, OneThatTheSystemLacksLeavesAsciiAsItIs)
+{
+    constexpr int kNoPage = 12345;
+    EXPECT_EQ(Bytes(kNoPage, u"aéb中"), "a?b?");
+    EXPECT_EQ(Text(kNoPage, "a\xE9"
+                            "b"),
+              u"a\uFFFDb");
 }
 
 TEST(CodePage, AnErrorDoesNotSpoilTheNextText)

@@ -1,5 +1,6 @@
 #include "model/LibraryOriginal.h"
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/Formats.h"
 #include "tests/support/TestFiles.h"
 
@@ -128,6 +129,19 @@ TEST_F(LibraryOriginal, WhatCannotBeCopiedIsAFailureAndLeavesNothing)
     EXPECT_FALSE(KeepOriginal(File()));
     EXPECT_EQ(Names(), ::Names{"RecipeFile.Dat"});
     EXPECT_FALSE(KeepOriginal(folder / std::string(5000, 'n'))); // no name for any file
+}
+
+TEST_F(LibraryOriginal, ACopyThatCannotBeReadIsTakenForAnother)
+{
+    WriteAll(File(), original);
+    WriteAll(Copy(), original);
+    fs::permissions(Copy(), fs::perms::none);
+    fs::permissions(folder.Path(), fs::perms::all);
+    {
+        const COrdinaryUser user;
+        EXPECT_TRUE(KeepOriginal(File()));
+    }
+    EXPECT_EQ(ReadAll(Copy(".bak2")), original);
 }
 
 TEST_F(LibraryOriginal, AFullDiskLeavesNoHalfCopy)

@@ -36,6 +36,11 @@ const ColumnCoding kDouble = Column(DataType::Double, 4, -9, 99);
 const ColumnCoding kString = Column(DataType::String, 2, 0, 0);
 const ColumnCoding kUnknown = Column(DataType::NotChosen, 1, 5, 6);
 
+// Fewer words than the value has, and limits that what is there is not within.
+const ColumnCoding kHalfFloat = Column(DataType::Float, 1, 5, 6);
+const ColumnCoding kHalfDouble = Column(DataType::Double, 2, 5, 6);
+const ColumnCoding kNoWord = Column(DataType::Signed16, 0, 5, 6);
+
 constexpr const char16_t* kWithin = nullptr;
 
 Bytes FloatBytes(float value)
@@ -96,6 +101,9 @@ INSTANTIATE_TEST_SUITE_P(Table, WordsOutsideLimits, testing::Values(
     WordsCase{"DoubleBelow",          &kDouble,     DoubleBytes(-9.25),          u"-9.25"},
     WordsCase{"String",               &kString,     WordBytes({0xFFFF, 0xFFFF}), kWithin},
     WordsCase{"UnknownType",          &kUnknown,    WordBytes({7}),              kWithin},
+    WordsCase{"HalfAFloat",           &kHalfFloat,  WordBytes({12000}),          kWithin},
+    WordsCase{"HalfADouble",          &kHalfDouble, WordBytes({12000, 12000}),   kWithin},
+    WordsCase{"NoWord",               &kNoWord,     WordBytes({12000}),          kWithin},
     WordsCase{"NotAllThere",          &kSigned32,   WordBytes({12000}),          kWithin}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
@@ -139,6 +147,8 @@ INSTANTIATE_TEST_SUITE_P(Table, TextOutsideLimits, testing::Values(
     TextCase{"DecimalsAbove",      &kDecimals,   u"100.00",  true},
     TextCase{"NegativeUnsigned",   &kUnsigned,   u"-1",      true},
     TextCase{"AsAnUnsignedIsShown",&kUnsigned32, u"-1",      false},
+    TextCase{"LargestUnsigned",    &kUnsigned32, u"4294967295", false},
+    TextCase{"AboveTheUnsigned",   &kUnsigned32, u"4294967296", true},
     TextCase{"HexWithin",          &kHex,        u"FFF",     false},
     TextCase{"HexAbove",           &kHex,        u"1000",    true},
     TextCase{"FloatWithin",        &kFloat,      u"99.00",   false},

@@ -87,6 +87,18 @@ INSTANTIATE_TEST_SUITE_P(Table, DeletedFormat, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
+TEST_F(FormatCommands, TheCommandsOfTheItemsAreOffWithoutAFormat)
+{
+    Start();
+    Press("buttonDeleteFormat");
+    for (const char* command : {"actionAddItem", "actionModifyItem", "actionDeleteItem", "actionDeleteAllItems"})
+        EXPECT_FALSE(Find<QAction>(command).isEnabled()) << command;
+    const CModalAnswer answer({Name("Test")});
+    Press("buttonAddFormat");
+    EXPECT_TRUE(Find<QAction>("actionAddItem").isEnabled());
+    EXPECT_TRUE(Find<QAction>("actionDeleteAllItems").isEnabled());
+}
+
 TEST_F(FormatCommands, DeletingTheOnlyFormatEmptiesAllAndClearsTheData)
 {
     Start();

@@ -134,6 +134,20 @@ TEST_F(DataPane, RowsThatCouldNotBeReadAreNotWritten)
     EXPECT_TRUE(view.WriteData(FileType::Rcp));
 }
 
+TEST_F(DataPane, RowsOfATableThatCouldNotBeReadAreNotWritten)
+{
+    Use(MakeFormat(u"word", {kWord}), 0, 2);
+    const Bytes table = BytesOf({'7', '\n', '8'});
+    Open("a.csv", table);
+    std::filesystem::rename(folder / "a.csv", folder / "away.csv");
+    view.ShowData(FileType::Csv);
+    std::filesystem::rename(folder / "away.csv", folder / "a.csv");
+    frame.reporter.shown.clear();
+    EXPECT_FALSE(view.WriteData(FileType::Csv));
+    EXPECT_EQ(frame.reporter.shown, std::vector{u"Save file " + frame.m_strFilePath.toStdU16String() + u" failed!"});
+    EXPECT_EQ(ReadAll(folder / "a.csv"), table);
+}
+
 TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
 {
     Use(MakeFormat(u"word", {kWord}), 0, 2);

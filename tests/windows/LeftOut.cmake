@@ -34,12 +34,14 @@ set(vantor_model_tests_left_out
   FormatLibrarySave.KeepsThePermissions
   FormatLibrarySave.RefusesADevice
   FormatLibrarySave.RewritesAFileWithFurtherNamesInPlace
+  LibraryOriginal.ACopyThatCannotBeReadIsTakenForAnother
   LibraryOriginal.AFolderOrALinkThatLeadsNowhereTakesTheName
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
   LibraryOriginal.WhatCannotBeCopiedIsAFailureAndLeavesNothing
   CodePage.ACharacterThatItDoesNotHoldIsAQuestionMark
   CodePage.ALoneSurrogateIsAQuestionMark
   CodePage.AByteThatStandsForNothingIsTheReplacementCharacter
+  CodePage.OneThatTheSystemLacksLeavesAsciiAsItIs
   CodePage.AnErrorDoesNotSpoilTheNextText)
 
 # The same, pipes in the file system, and names that are no valid text.
