@@ -376,9 +376,16 @@ void CRecipeFormatEditView::OnAddItem()
     UseChange();
 }
 
+/// The row that the menu was opened on, -1 for none. It is one no longer when rows went since.
+int CRecipeFormatEditView::TakeContextItem()
+{
+    const int row = std::exchange(m_nContextItem, -1);
+    return row < m_pUi->listItems->topLevelItemCount() ? row : -1;
+}
+
 void CRecipeFormatEditView::OnModifyItem()
 {
-    EditItem(std::exchange(m_nContextItem, -1));
+    EditItem(TakeContextItem());
 }
 
 void CRecipeFormatEditView::EditItem(int row)
@@ -396,7 +403,8 @@ void CRecipeFormatEditView::EditItem(int row)
 
 void CRecipeFormatEditView::OnDeleteItem()
 {
-    DeleteItem(std::exchange(m_nContextItem, -1));
+    if (const int row = TakeContextItem(); row >= 0)
+        DeleteItem(row);
 }
 
 /// kept: the numbers of the rows behind it stay as they are, until the list is filled again

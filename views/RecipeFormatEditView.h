@@ -72,6 +72,7 @@ private:
     void OpenItemMenu(int row, const QPoint& globalPosition);
     void OpenItemMenuAtCurrentRow();
     void OnAddItem();
+    int TakeContextItem();
     void OnModifyItem();
     void OnDeleteItem();
     void OnDeleteAllItems();

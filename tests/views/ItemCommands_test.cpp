@@ -82,6 +82,21 @@ TEST_F(FormatCommands, TheKeyboardOpensTheMenuForTheCurrentRow)
     EXPECT_FALSE(Find<QAction>("actionModifyItem").isEnabled());
 }
 
+TEST_F(FormatCommands, ARowThatWentWithItsMenuIsNoLongerMeant)
+{
+    Start();
+    RightClickRow(3);
+    ItemMenu().close();
+    Find<QAction>("actionDeleteAllItems").trigger(); // out of the menu, as a screen reader may
+    const CModalAnswer answer({kCancel});
+    Find<QAction>("actionModifyItem").trigger();
+    Find<QAction>("actionDeleteItem").trigger();
+    EXPECT_EQ(answer.titles, std::vector<QString>{});
+    DataFormat empty = kLine;
+    empty.clear();
+    ExpectStored({empty});
+}
+
 namespace {
 
 struct AddCase {
