@@ -143,8 +143,7 @@ char Narrow(char16_t c)
 
 double ReadLongDecimal(std::u16string_view text)
 {
-    thread_local std::string narrow; // reused: no allocation a value
-    narrow.resize(text.size());
+    std::string narrow(text.size(), '\0');
     std::transform(text.begin(), text.end(), narrow.begin(), Narrow);
     return ReadNarrow(narrow);
 }
