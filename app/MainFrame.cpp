@@ -255,7 +255,7 @@ void CMainFrame::OpenPath(const QString& path)
 /// There are two panes, so the next and the previous one are the same; a collapsed left pane is none.
 void CMainFrame::SwitchPane()
 {
-    const bool toFormatPane = m_pSplitter->IsExpanded() && !m_pFormatPane->isAncestorOf(focusWidget());
+    const bool toFormatPane = m_pSplitter->ShowsLeftPane() && !m_pFormatPane->isAncestorOf(focusWidget());
     QWidget* pane = toFormatPane ? static_cast<QWidget*>(m_pFormatPane) : m_pDataPane;
     pane->setFocus(Qt::ShortcutFocusReason);
 }

@@ -98,7 +98,7 @@ void CMySplitter::Toggle()
 
 void CMySplitter::DisableHiddenPane()
 {
-    widget(0)->setEnabled(sizes().front() > 0);
+    widget(0)->setEnabled(ShowsLeftPane());
 }
 
 void CMySplitter::mouseReleaseEvent(QMouseEvent* event)

@@ -17,6 +17,9 @@ public:
     /// Whether the left pane is at its normal width.
     bool IsExpanded() const { return m_bExpanded; }
 
+    /// Whether there is anything of the left pane to be seen: it may have been dragged open or shut.
+    bool ShowsLeftPane() const { return sizes().front() > 0; }
+
     /// Collapses or restores the left pane.
     void Toggle();
 

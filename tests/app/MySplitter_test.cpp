@@ -23,6 +23,15 @@ struct Splitter : FrameFixture {
     QWidget& Bar() { return *splitter->handle(1); }
     void Click() { QTest::mouseClick(&Bar(), Qt::LeftButton, {}, Bar().rect().center()); }
 
+    /// Where a release does not toggle, so that the bar stays where it was dragged to.
+    void DragInTopBand(int pixels)
+    {
+        const QPoint inTopBand = Bar().rect().topLeft() + QPoint(2, 1);
+        QTest::mousePress(&Bar(), Qt::LeftButton, {}, inTopBand);
+        QTest::mouseMove(&Bar(), inTopBand + QPoint(pixels, 0));
+        QTest::mouseRelease(&Bar(), Qt::LeftButton, {}, inTopBand + QPoint(pixels, 0));
+    }
+
     CMySplitter* splitter = nullptr;
 };
 
@@ -143,12 +152,28 @@ TEST_F(Splitter, ACollapsedPaneThatIsDraggedOpenIsInUseAgain)
 {
     Click();
     EXPECT_FALSE(splitter->widget(0)->isEnabled());
-    const QPoint inTopBand = Bar().rect().topLeft() + QPoint(2, 1); // where a release does not toggle
-    QTest::mousePress(&Bar(), Qt::LeftButton, {}, inTopBand);
-    QTest::mouseMove(&Bar(), inTopBand + QPoint(300, 0));
-    QTest::mouseRelease(&Bar(), Qt::LeftButton, {}, inTopBand + QPoint(300, 0));
+    DragInTopBand(300);
     EXPECT_GT(LeftWidth(), 0);
     EXPECT_TRUE(splitter->widget(0)->isEnabled());
+}
+
+TEST_F(Splitter, F6ComesToAPaneThatWasDraggedOpen)
+{
+    Click();
+    DragInTopBand(300);
+    ASSERT_GT(LeftWidth(), 0);
+    Grid().setFocus();
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    EXPECT_TRUE(splitter->widget(0)->isAncestorOf(frame->focusWidget()));
+}
+
+TEST_F(Splitter, F6PassesByAPaneThatWasDraggedShut)
+{
+    DragInTopBand(-LeftWidth());
+    ASSERT_EQ(LeftWidth(), 0);
+    Bar().setFocus();
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    EXPECT_EQ(frame->focusWidget(), &Grid());
 }
 
 TEST_F(Splitter, TheBarHasARoleAndAName)
