@@ -81,6 +81,7 @@ bool CPagedFile::Open(const fs::path& path, PagedKind kind)
     m_tables.clear();
     m_tables.resize(std::tuple_size_v<decltype(Table::entries)>);
     m_places = CPagePlaces();
+    m_places.Take(m_flatBytes); // the directory's, whether there is one yet or not
     return m_file.Open(path, CFile::Mode::ReadWrite);
 }
 

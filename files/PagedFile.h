@@ -17,8 +17,7 @@
 //   0 to L - 1    the bytes with A below L, flat
 //   L             the directory: 1024 offsets of page tables, of 4 bytes each, little-endian; 0 for none
 //   L + 4096 on   page tables (1024 offsets of pages each, likewise) and pages of 4096 bytes, in the order in which
-//   they
-//                 came to be
+//                 they came to be
 //
 // The byte at A, from L on, is byte A modulo 4096 of the page that entry A / 4096 modulo 1024 of a table gives, which
 // entry A / 4194304 of the directory gives: A itself, not A - L.
@@ -29,7 +28,7 @@ enum PagedKind : std::int32_t {
     kFrp = 2, ///< a flat part of 64 KiB
 };
 
-/// Which places of a paged file hold a table or a page, 4096 bytes each, so that no two share a byte.
+/// Which places of a paged file hold a directory, a table or a page, 4096 bytes each, so that no two share a byte.
 class CPagePlaces {
 public:
     /// Takes the place that begins at `offset`, not 0; false when part of it is taken.

@@ -236,6 +236,18 @@ TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
     EXPECT_TRUE(file.Read(0, word)) << "the flat part may be of any length";
 }
 
+/// What is made anew must not come to lie in the directory that is at hand.
+TEST_F(PagedNeighbours, DirectoryCutWhileOpenFailsTheWriteAndNothingIsWritten)
+{
+    WriteAll(path, Bytes(kTable));
+    CPagedFile file;
+    ASSERT_TRUE(file.Open(path, kFrp));
+    ASSERT_TRUE(file.IsSound(40000, 2));
+    fs::resize_file(path, kTable - 1);
+    EXPECT_FALSE(file.Write(40000, WordBytes({7})));
+    EXPECT_TRUE(ReadAll(path) == Bytes(kTable - 1));
+}
+
 TEST(PagePlaces, NeverShareAByteAtTheBeginning)
 {
     CPagePlaces places;
