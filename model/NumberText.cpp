@@ -143,9 +143,14 @@ char Narrow(char16_t c)
 
 double ReadLongDecimal(std::u16string_view text)
 {
-    std::string narrow(text.size(), '\0');
-    std::transform(text.begin(), text.end(), narrow.begin(), Narrow);
-    return ReadNarrow(narrow);
+    std::array<char, 64> few; // most are this short, and it is quicker than memory of its own
+    if (text.size() <= few.size()) {
+        std::transform(text.begin(), text.end(), few.begin(), Narrow);
+        return ReadNarrow({few.data(), text.size()});
+    }
+    std::string many(text.size(), '\0');
+    std::transform(text.begin(), text.end(), many.begin(), Narrow);
+    return ReadNarrow(many);
 }
 
 } // namespace
