@@ -143,12 +143,12 @@ char Narrow(char16_t c)
 
 double ReadLongDecimal(std::u16string_view text)
 {
-    std::array<char, 64> few; // most are this short, and it is quicker than memory of its own
+    std::array<char, std::numeric_limits<double>::max_exponent10> few; // enough for most, without memory of their own
     if (text.size() <= few.size()) {
         std::transform(text.begin(), text.end(), few.begin(), Narrow);
         return ReadNarrow({few.data(), text.size()});
     }
-    std::string many(text.size(), '\0');
+    std::string many(text.size(), char{});
     std::transform(text.begin(), text.end(), many.begin(), Narrow);
     return ReadNarrow(many);
 }

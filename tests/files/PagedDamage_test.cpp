@@ -99,6 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Table, PagedDamage, testing::Values(
     DamageCase{"TableFarAway",                 kDirectory,         0xFFFFFFFF,  kEnd},
     DamageCase{"TableCutByTheEnd",             kDirectory,         kPage + 1,   kEnd},
     DamageCase{"TableInTheFlatPart",           kDirectory,         0x1000,      kEnd},
+    DamageCase{"TableInTheLastOfTheFlatPart",  kDirectory,         61440,       kEnd},
     DamageCase{"TableAtTheFirstByte",          kDirectory,         1,           kEnd},
     DamageCase{"TableAtTheEndOfTheFlatPart",   kDirectory,         65532,       kEnd},
     DamageCase{"TableIsTheDirectory",          kDirectory,         kDirectory,  kEnd},
