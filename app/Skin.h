@@ -4,8 +4,8 @@
 
 /// The blue look of the program: bars, splitter and headers shaded in blue, dialogs and controls in the toolkit's own
 /// even style. Where the user's desktop is dark or of high contrast its own colours are kept, but a text that could
-/// hardly be read on its background (4.5:1) is given another one, and controls and the table's titles
-/// get an outline that shows on dark.
+/// hardly be read on its background (4.5:1) is given another one, and controls and the table's titles get an outline
+/// that shows on dark.
 class CSkin final : public QProxyStyle {
     Q_OBJECT
 

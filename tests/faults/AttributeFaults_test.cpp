@@ -89,17 +89,14 @@ TEST_F(MarkedTable, IsReplacedWhereTheFileSystemKnowsNoAttributes)
 /// A file system that knows no such call has nothing to refuse.
 TEST(Flush, ThatIsNotThereFailsNoSave)
 {
-    const std::vector<SavePath>& paths = CommandLineSavePaths();
-    const auto path =
-        std::find_if(paths.begin(), paths.end(), [](const SavePath& p) { return std::string(p.name) == "Table"; });
-    ASSERT_NE(path, paths.end());
+    const SavePath& path = CommandLineSavePath("Table");
     const auto run = [&](const SavePlace& place, const Fault& fault, int at) {
-        path->prepare(place);
-        return RunWithFault(VANTOR_CLI_PROGRAM, path->arguments(place), place.folder / "disk", fault, at);
+        path.prepare(place);
+        return RunWithFault(VANTOR_CLI_PROGRAM, path.arguments(place), place.folder / "disk", fault, at);
     };
     const SavePlace whole;
     const FaultRun calls = run(whole, {"none", "error"}, 0);
-    const Bytes fresh = ReadAll(whole.Disk(path->target));
+    const Bytes fresh = ReadAll(whole.Disk(path.target));
     int flushes = 0;
     for (const int error : {EINVAL, ENOSYS, EIO})
         for (std::size_t i = 0; i < calls.calls.size(); ++i) {
@@ -109,7 +106,7 @@ TEST(Flush, ThatIsNotThereFailsNoSave)
             const FaultRun failed = run(place, {"no flush", "error", error}, static_cast<int>(i) + 1);
             EXPECT_EQ(failed.result.exitCode, error == EIO ? 1 : 0) << calls.calls[i] << failed.result.error;
             if (error != EIO) {
-                EXPECT_EQ(ReadAll(place.Disk(path->target)), fresh);
+                EXPECT_EQ(ReadAll(place.Disk(path.target)), fresh);
             }
             ++flushes;
         }

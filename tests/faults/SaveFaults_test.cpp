@@ -76,13 +76,6 @@ struct PagedSave : testing::TestWithParam<int> {
         old = BytesIn(place.Disk(path.target));
     }
 
-    static const SavePath& Path()
-    {
-        const auto& paths = CommandLineSavePaths();
-        return *std::find_if(paths.begin(), paths.end(),
-                             [](const SavePath& one) { return std::string(one.name) == "PagedNewTable"; });
-    }
-
     /// The first call that asks for room; 0 when there is none.
     int FirstRequest() const
     {
@@ -98,7 +91,7 @@ struct PagedSave : testing::TestWithParam<int> {
         return RunWithFault(Program(), path.arguments(where), where.folder / "disk", fault, at);
     }
 
-    const SavePath& path = Path();
+    const SavePath& path = CommandLineSavePath("PagedNewTable");
     const SavePlace place;
     std::optional<Bytes> old;
 };

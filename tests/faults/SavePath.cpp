@@ -4,6 +4,8 @@
 #include "model/FormatLibrary.h"
 #include "tests/support/Formats.h"
 
+#include <stdexcept>
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -168,6 +170,14 @@ const std::vector<SavePath>& CommandLineSavePaths()
     };
     // clang-format on
     return paths;
+}
+
+const SavePath& CommandLineSavePath(std::string_view name)
+{
+    for (const SavePath& path : CommandLineSavePaths())
+        if (path.name == name)
+            return path;
+    throw std::invalid_argument("no save path of this name");
 }
 
 std::optional<Bytes> BytesIn(const fs::path& path)

@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What may be on the disk when a save did not succeed.
@@ -43,6 +44,9 @@ struct SavePath {
 
 /// Every way in which vantor-cli writes a file.
 const std::vector<SavePath>& CommandLineSavePaths();
+
+/// The one of that name, which there must be.
+const SavePath& CommandLineSavePath(std::string_view name);
 
 /// The file's bytes; nothing where there is no file.
 std::optional<Bytes> BytesIn(const std::filesystem::path& path);

@@ -286,10 +286,4 @@ TEST(DecimalText, WritesAnyInteger)
     EXPECT_EQ(DecimalText(INT64_MAX), u"9223372036854775807");
 }
 
-TEST(NumberLimits, TheHighestIntegerLiesBelowTheDoubleNextToIt)
-{
-    EXPECT_TRUE(IsAbove(0x1p63, std::numeric_limits<std::int64_t>::max()));
-    EXPECT_FALSE(IsBelow(0x1p63, std::numeric_limits<std::int64_t>::max()));
-}
-
 } // namespace
