@@ -18,6 +18,7 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QStyle>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <limits>
@@ -66,6 +67,7 @@ CMainFrame::~CMainFrame()
 
 void CMainFrame::CreatePanes()
 {
+    m_pStrip = new CStrip; // first: the panes may have something to say while they are made
     m_pSplitter = new CMySplitter(this);
     m_pSplitter->setObjectName(QStringLiteral("splitter"));
     m_pFormatPane = new CRecipeFormatEditView(*this, m_executable);
@@ -79,7 +81,13 @@ void CMainFrame::CreatePanes()
     PlaceSplitter();
     m_nLeftPaneWidth = kFormatPaneSize.width() + 5;
     m_pSplitter->SetLeftPaneWidth(m_nLeftPaneWidth);
-    setCentralWidget(m_pSplitter);
+    auto* client = new QWidget;
+    auto* layout = new QVBoxLayout(client);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_pStrip);
+    layout->addWidget(m_pSplitter, 1);
+    setCentralWidget(client);
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
 }
 
@@ -180,8 +188,8 @@ void CMainFrame::AddAccelerators()
         if (auto* field = qobject_cast<QLineEdit*>(focusWidget()))
             field->undo();
     });
-    add(this, "accelNextPane", 57680, {Qt::Key_F6}, [this] { SwitchPane(); });
-    add(this, "accelPreviousPane", 57681, {Qt::SHIFT | Qt::Key_F6}, [this] { SwitchPane(); });
+    add(this, "accelNextPane", 57680, {Qt::Key_F6}, [this] { SwitchPane(+1); });
+    add(this, "accelPreviousPane", 57681, {Qt::SHIFT | Qt::Key_F6}, [this] { SwitchPane(-1); });
 
     CGridCtrl& grid = m_pDataPane->Grid();
     add(m_pDataPane, "accelCut", 57635, {Qt::CTRL | Qt::Key_X, Qt::SHIFT | Qt::Key_Delete}, [&grid] { grid.Cut(); });
@@ -252,12 +260,37 @@ void CMainFrame::OpenPath(const QString& path)
     m_pFileCommands->OpenPath(path);
 }
 
-/// There are two panes, so the next and the previous one are the same; a collapsed left pane is none.
-void CMainFrame::SwitchPane()
+/// Those that the focus can go to, in the order of F6: the strip is one while it says something, a collapsed left pane
+/// is none.
+QList<QWidget*> CMainFrame::PanesInSight() const
 {
-    const bool toFormatPane = m_pSplitter->ShowsLeftPane() && !m_pFormatPane->isAncestorOf(focusWidget());
-    QWidget* pane = toFormatPane ? static_cast<QWidget*>(m_pFormatPane) : m_pDataPane;
-    pane->setFocus(Qt::ShortcutFocusReason);
+    QList<QWidget*> panes;
+    if (m_pStrip->isVisible())
+        panes << m_pStrip;
+    if (m_pSplitter->ShowsLeftPane())
+        panes << m_pFormatPane;
+    panes << m_pDataPane;
+    return panes;
+}
+
+void CMainFrame::SwitchPane(int direction)
+{
+    const QList<QWidget*> panes = PanesInSight();
+    const auto count = panes.size();
+    const auto hasFocus = [this](const QWidget* pane) { return pane->isAncestorOf(focusWidget()); };
+    const auto current = std::find_if(panes.begin(), panes.end(), hasFocus) - panes.begin();
+    const auto next = current == count ? (direction > 0 ? 0 : count - 1) : (current + direction + count) % count;
+    panes[next]->setFocus(Qt::ShortcutFocusReason);
+}
+
+void CMainFrame::ShowStrip(StripSubject subject, const StripMessage& message)
+{
+    m_pStrip->ShowMessage(static_cast<int>(subject), message);
+}
+
+void CMainFrame::WithdrawStrip(StripSubject subject)
+{
+    m_pStrip->Withdraw(static_cast<int>(subject));
 }
 
 void CMainFrame::MergeFiles()

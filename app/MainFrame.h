@@ -36,6 +36,8 @@ public:
     bool ValidateCellValue(int gridColumn, const QString& text) const override;
     void SetTitle(const QString& title) override;
     void UpdateCommands() override;
+    void ShowStrip(StripSubject subject, const StripMessage& message) override;
+    void WithdrawStrip(StripSubject subject) override;
     CReporter& Reporter() override { return m_reporter; }
 
     /// Opens the file at `path` as the Open command opens a chosen one.
@@ -59,7 +61,8 @@ private:
     void ShowLockKeys();
     void TellState(const SaveResult& result);
     void ShowMessage();
-    void SwitchPane();
+    void SwitchPane(int direction);
+    QList<QWidget*> PanesInSight() const;
     void MergeFiles();
     void ShowAbout();
 
@@ -67,6 +70,7 @@ private:
     std::unique_ptr<Ui::CMainFrame> m_pUi;
     CMessageBoxReporter m_reporter;
     CLockKeys m_lockKeys;
+    CStrip* m_pStrip = nullptr;
     CMySplitter* m_pSplitter = nullptr;
     CRecipeFormatEditView* m_pFormatPane = nullptr;
     CRecipeDataShowView* m_pDataPane = nullptr;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "controls/Strip.h"
 #include "files/RecipeFile.h"
 #include "model/DataFormat.h"
 #include "model/Reporter.h"
+#include "views/StripSubject.h"
 
 #include <QString>
 
@@ -32,6 +34,13 @@ public:
 
     /// Enables and disables the commands for the state as it is now.
     virtual void UpdateCommands() = 0;
+
+    /// Says `message` in the strip above the panes, in the place of an earlier one on the same subject. It stays until
+    /// it is withdrawn or the user dismisses it.
+    virtual void ShowStrip(StripSubject subject, const StripMessage& message) = 0;
+
+    /// Takes back what the strip says on `subject`, if it says anything.
+    virtual void WithdrawStrip(StripSubject subject) = 0;
 
     /// Where messages go; lives as long as the frame.
     virtual CReporter& Reporter() = 0;

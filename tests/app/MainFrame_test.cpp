@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
@@ -166,6 +167,23 @@ INSTANTIATE_TEST_SUITE_P(Keys, Accelerator, testing::Values( // each meets unsav
     KeyCase{"Save", Qt::ControlModifier, Qt::Key_S, "Save as"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
+
+TEST_F(MainFrame, F6ComesToTheStripWhileItSaysSomething)
+{
+    Start();
+    frame->ShowStrip(StripSubject::NotWritten, {QStringLiteral("told"), {{QStringLiteral("Do"), [] {}}}});
+    Grid().setFocus();
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    const auto* button = qobject_cast<QPushButton*>(frame->focusWidget());
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->text(), QStringLiteral("Do"));
+    QTest::keyClick(frame.get(), Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_EQ(frame->focusWidget(), &Grid());
+    frame->WithdrawStrip(StripSubject::NotWritten);
+    QTest::keyClick(frame.get(), Qt::Key_F6, Qt::ShiftModifier);
+    QTest::keyClick(frame.get(), Qt::Key_F6);
+    EXPECT_EQ(frame->focusWidget(), &Grid());
+}
 
 TEST_F(MainFrame, F6GoesFromPaneToPane)
 {

@@ -4,6 +4,7 @@
 #include "views/RecipeFrame.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,12 @@ public:
     }
     void SetTitle(const QString& title) override { calls.push_back("title " + title.toStdString()); }
     void UpdateCommands() override {}
+    void ShowStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
+    void WithdrawStrip(StripSubject subject) override { strip.erase(subject); }
     CReporter& Reporter() override { return reporter; }
 
     std::vector<std::string> calls;
+    std::map<StripSubject, StripMessage> strip; ///< what it says
     CRecordingReporter reporter;
     std::function<bool(int gridColumn, const QString& text)> acceptsValue = [](int, const QString&) { return true; };
 };

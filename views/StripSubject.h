@@ -1,0 +1,8 @@
+#pragma once
+
+/// What the strip above the panes may speak of, the lightest first: of several messages the heaviest is seen.
+enum class StripSubject {
+    FormatCount,    ///< a format's count leaves out items that are shown
+    LibraryNotKept, ///< the format library is damaged, or changes to it are not kept
+    NotWritten,     ///< a save wrote nothing
+};
