@@ -12,7 +12,7 @@ if(VANTOR_WINE)
   set_tests_properties(Wine.Starts PROPERTIES FIXTURES_SETUP wine TIMEOUT 300 ENVIRONMENT "${wine_environment}")
 endif()
 
-function(vantor_discover target)
+function(vantor_add_suite target)
   list(JOIN ${target}_left_out ":" left_out)
   add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 --gtest_filter=-${left_out})
   set_tests_properties(${target} PROPERTIES FIXTURES_REQUIRED wine TIMEOUT 300 ENVIRONMENT "${wine_environment}" ${ARGN})
