@@ -272,7 +272,7 @@ private:
     static std::u16string ReadName(CFieldReader& in)
     {
         const auto name = in.TakeText<128>();
-        return std::u16string(TextOf(name).substr(0, kReadNameLength));
+        return std::u16string(CutText(TextOf(name), kReadNameLength));
     }
 
     bool ReadItems(DataFormat& format)
