@@ -146,13 +146,12 @@ void PutSettings(CFieldWriter& out, const FormatLibrary& library)
 
 void PutFormat(CFieldWriter& out, const DataFormat& format)
 {
-    const auto mostRecords = static_cast<std::int64_t>(format.items.size());
-    const auto count = static_cast<std::int32_t>(std::clamp<std::int64_t>(format.itemCount, 0, mostRecords));
+    const std::size_t count = format.savedItemCount();
     out.Put32(kStartMark);
     out.PutText(format.name);
-    out.Put32(count);
-    for (std::int32_t i = 0; i < count; ++i)
-        PutItem(out, *format.items[static_cast<std::size_t>(i)]);
+    out.Put32(static_cast<std::int32_t>(count));
+    for (std::size_t i = 0; i < count; ++i)
+        PutItem(out, *format.items[i]);
     out.Put32(kEndMark);
 }
 
