@@ -23,7 +23,6 @@ constexpr std::int32_t kStartMark = 100;
 constexpr std::int32_t kEndMark = 200;
 constexpr std::size_t kMarkerSize = 32; ///< bytes of the marker with its zeros
 constexpr std::size_t kMarkerLength = kMarkerSize / sizeof(char16_t);
-constexpr std::size_t kReadNameLength = 64;  ///< units of a stored name that are read; kept: it has room for 128
 constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
 constexpr std::size_t kMarkSize = 4;
 
@@ -271,7 +270,7 @@ private:
     static std::u16string ReadName(CFieldReader& in)
     {
         const auto name = in.TakeText<128>();
-        return std::u16string(CutText(TextOf(name), kReadNameLength));
+        return std::u16string(CutText(TextOf(name), FormatLibrary::kReadNameLength));
     }
 
     bool ReadItems(DataFormat& format)
