@@ -387,9 +387,10 @@ int FormatLibrary::save(const fs::path& libraryPath) const
 {
     const std::string text = StoredBytes(*this);
     const auto bytes = std::as_bytes(std::span(text));
+    if (HoldsAlready(libraryPath, bytes))
+        return 0;
     CReplacement file(libraryPath);
-    const bool isSaved = file.IsOpen() && (HoldsAlready(libraryPath, bytes) || (file.Append(bytes) && file.Finish()));
-    return isSaved ? 0 : -1;
+    return file.IsOpen() && file.Append(bytes) && file.Finish() ? 0 : -1;
 }
 
 fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)
