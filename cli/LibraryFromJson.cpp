@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <vector>
 
 namespace {
@@ -45,6 +46,17 @@ bool IsInteger(std::string_view number)
     return number.find_first_not_of("-0123456789") == std::string_view::npos;
 }
 
+std::u16string TooLong(std::size_t most)
+{
+    return FillMessage(u"the text is longer than %d characters", {static_cast<std::int64_t>(most)});
+}
+
+/// Zeros after the text.
+void Fill(std::span<char16_t> field, std::u16string_view text)
+{
+    std::fill(std::copy(text.begin(), text.end(), field.begin()), field.end(), u'\0');
+}
+
 /// Takes the parser's events in the order of the text and fills a library from them. An event's answer is false to end
 /// the parsing.
 class CLibraryReader final : public nlohmann::json_sax<Json> {
@@ -68,8 +80,13 @@ public:
     bool parse_error(std::size_t position, const std::string&, const Json::exception& fault) override;
 
 private:
-    enum class Level { Document, Library, Formats, Format, Items, Item };
-    enum class Kind { Object, Array, Integer, Text };
+    enum class Level { Document, Library, Formats, Format, Items, Item, Pieces };
+    enum class Kind { Object, Array, Integer, Text, Piece };
+
+    struct Range {
+        std::int64_t least;
+        std::int64_t most;
+    };
 
     /// An object or array that has begun and not ended yet.
     struct Open {
@@ -84,13 +101,17 @@ private:
     DataItem& Item() { return *Format().items.back(); }
 
     Kind Wanted() const;
+    bool WantsInteger() const { return Wanted() == Kind::Integer || Wanted() == Kind::Piece; }
     bool IsKnown(std::string_view key) const;
     bool Begin(Level level);
     bool End();
     void EndItem();
+    Range WantedRange() const;
     bool TakeInteger(std::int64_t value);
-    template <std::size_t N>
-    bool TakeText(FixedText<N>& field, std::string_view text);
+    std::span<char16_t> TextField();
+    bool TakeText(std::u16string_view text);
+    bool TakePiece(std::u16string_view units);
+    bool EndPieces();
 
     std::u16string Place() const;
     std::u16string WrongKind() const;
@@ -100,17 +121,18 @@ private:
     std::string_view m_json;
     FormatLibrary& m_library;
     std::vector<Open> m_open;
+    std::u16string m_pieces; ///< the units of the field whose list is open
     std::optional<JsonFault> m_fault;
 };
 
 bool CLibraryReader::number_integer(number_integer_t value)
 {
-    return Wanted() == Kind::Integer ? TakeInteger(value) : Refuse(WrongKind());
+    return WantsInteger() ? TakeInteger(value) : Refuse(WrongKind());
 }
 
 bool CLibraryReader::number_unsigned(number_unsigned_t value)
 {
-    if (Wanted() != Kind::Integer)
+    if (!WantsInteger())
         return Refuse(WrongKind());
     if (value > static_cast<number_unsigned_t>(std::numeric_limits<std::int64_t>::max()))
         return Refuse(OutOfRange());
@@ -120,16 +142,17 @@ bool CLibraryReader::number_unsigned(number_unsigned_t value)
 /// An integer of too many digits comes as a real number, too.
 bool CLibraryReader::number_float(number_float_t, const string_t& number)
 {
-    return Refuse(Wanted() == Kind::Integer && IsInteger(number) ? OutOfRange() : WrongKind());
+    return Refuse(WantsInteger() && IsInteger(number) ? OutOfRange() : WrongKind());
 }
 
 bool CLibraryReader::string(string_t& text)
 {
-    if (Wanted() != Kind::Text)
+    if (Wanted() != Kind::Text && Wanted() != Kind::Piece)
         return Refuse(WrongKind());
-    if (At() == Level::Library)
-        return TakeText(m_library.filePattern, text);
-    return At() == Level::Format ? TakeText(Format().name, text) : TakeText(Item().description, text);
+    const std::u16string units = FromUtf8(text);
+    if (units.find(u'\0') != std::u16string::npos)
+        return Refuse(u"the text holds a zero character");
+    return At() == Level::Pieces ? TakePiece(units) : TakeText(units);
 }
 
 bool CLibraryReader::start_object(std::size_t)
@@ -168,6 +191,10 @@ bool CLibraryReader::end_object()
 
 bool CLibraryReader::start_array(std::size_t)
 {
+    if (Wanted() == Kind::Text) {
+        m_pieces.clear();
+        return Begin(Level::Pieces);
+    }
     if (Wanted() != Kind::Array)
         return Refuse(WrongKind());
     return Begin(At() == Level::Library ? Level::Formats : Level::Items);
@@ -175,14 +202,14 @@ bool CLibraryReader::start_array(std::size_t)
 
 bool CLibraryReader::end_array()
 {
-    return End();
+    return At() == Level::Pieces ? EndPieces() : End();
 }
 
 bool CLibraryReader::parse_error(std::size_t position, const std::string&, const Json::exception& fault)
 {
     constexpr int kNumberOverflow = 406;
     if (fault.id == kNumberOverflow)
-        return Refuse(Wanted() == Kind::Integer ? OutOfRange() : WrongKind());
+        return Refuse(WantsInteger() ? OutOfRange() : WrongKind());
     return Refuse(FillMessage(u"%s is no valid JSON", {LineAndColumn(m_json, position)}));
 }
 
@@ -195,6 +222,8 @@ CLibraryReader::Kind CLibraryReader::Wanted() const
         return Key() == "items" ? Kind::Array : Kind::Text;
     case Level::Item:
         return Key() == "description" ? Kind::Text : Kind::Integer;
+    case Level::Pieces:
+        return Kind::Piece;
     default:
         return Kind::Object;
     }
@@ -235,38 +264,73 @@ void CLibraryReader::EndItem()
         deriveBounds(Item());
 }
 
+CLibraryReader::Range CLibraryReader::WantedRange() const
+{
+    if (At() == Level::Pieces)
+        return {0, std::numeric_limits<char16_t>::max()};
+    if (At() != Level::Item)
+        return {Int32Limits::min(), Int32Limits::max()};
+    const ItemField& field = *FindItemField(Key());
+    return {field.least, field.most};
+}
+
 bool CLibraryReader::TakeInteger(std::int64_t value)
 {
-    if (At() == Level::Item) {
-        const ItemField& field = *FindItemField(Key());
-        if (value < field.least || value > field.most)
-            return Refuse(OutOfRange());
-        field.set(Item(), value);
-        return true;
-    }
-    if (value < Int32Limits::min() || value > Int32Limits::max())
+    const Range range = WantedRange();
+    if (value < range.least || value > range.most)
         return Refuse(OutOfRange());
-    (Key() == "rowCount" ? m_library.rowCount : m_library.startAddress) = static_cast<std::int32_t>(value);
+    if (At() == Level::Pieces)
+        return TakePiece(std::u16string(1, static_cast<char16_t>(value)));
+    if (At() == Level::Item)
+        FindItemField(Key())->set(Item(), value);
+    else
+        (Key() == "rowCount" ? m_library.rowCount : m_library.startAddress) = static_cast<std::int32_t>(value);
     return true;
 }
 
-template <std::size_t N>
-bool CLibraryReader::TakeText(FixedText<N>& field, std::string_view text)
+/// The field that the last key names, in the object that is open or that the open list stands in.
+std::span<char16_t> CLibraryReader::TextField()
 {
-    const std::u16string units = FromUtf8(text);
-    if (units.find(u'\0') != std::u16string::npos)
-        return Refuse(u"the text holds a zero character");
-    if (units.size() >= N)
-        return Refuse(FillMessage(u"the text is longer than %d characters", {std::int64_t{N - 1}}));
-    SetText(field, units);
+    const std::size_t inner = At() == Level::Pieces ? 2 : 1;
+    switch (m_open[m_open.size() - inner].level) {
+    case Level::Library:
+        return m_library.filePattern;
+    case Level::Format:
+        return Format().name;
+    default:
+        return Item().description;
+    }
+}
+
+bool CLibraryReader::TakeText(std::u16string_view text)
+{
+    const std::span<char16_t> field = TextField();
+    if (text.size() >= field.size())
+        return Refuse(TooLong(field.size() - 1));
+    Fill(field, text);
     return true;
+}
+
+bool CLibraryReader::TakePiece(std::u16string_view units)
+{
+    m_pieces += units;
+    if (m_pieces.size() > TextField().size())
+        return Refuse(TooLong(TextField().size()));
+    ++m_open.back().index;
+    return true;
+}
+
+bool CLibraryReader::EndPieces()
+{
+    Fill(TextField(), m_pieces);
+    return End();
 }
 
 std::u16string CLibraryReader::Place() const
 {
     std::string place;
     for (const Open& open : m_open) {
-        if (open.level == Level::Formats || open.level == Level::Items)
+        if (open.level == Level::Formats || open.level == Level::Items || open.level == Level::Pieces)
             place += "/" + std::to_string(open.index);
         else if (!open.keys.empty())
             place += "/" + EscapedKey(open.keys.back());
@@ -283,6 +347,8 @@ std::u16string CLibraryReader::WrongKind() const
         return u"an array is expected";
     case Kind::Text:
         return u"a text is expected";
+    case Kind::Piece:
+        return u"a text or an integer is expected";
     case Kind::Integer:
         break;
     }
@@ -291,10 +357,8 @@ std::u16string CLibraryReader::WrongKind() const
 
 std::u16string CLibraryReader::OutOfRange() const
 {
-    const bool isItem = At() == Level::Item;
-    const std::int64_t least = isItem ? FindItemField(Key())->least : Int32Limits::min();
-    const std::int64_t most = isItem ? FindItemField(Key())->most : Int32Limits::max();
-    return FillMessage(u"the number is not between %d and %d", {least, most});
+    const Range range = WantedRange();
+    return FillMessage(u"the number is not between %d and %d", {range.least, range.most});
 }
 
 bool CLibraryReader::Refuse(std::u16string_view text)

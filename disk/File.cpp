@@ -180,6 +180,21 @@ bool CFile::TakeAttributesOf(const fs::path& path)
     return IsOpen() && platform::TakeAttributes(m_handle, path);
 }
 
+Holder CFile::Hold()
+{
+    return IsOpen() ? platform::TakeHold(m_handle) : Holder::Unknown;
+}
+
+bool CFile::IsAt(const fs::path& path) const
+{
+    return IsOpen() && platform::IsAt(m_handle, path);
+}
+
+bool CFile::IsOwn() const
+{
+    return IsOpen() && platform::IsOwn(m_handle);
+}
+
 bool CFile::Flush()
 {
     if (!std::exchange(m_changed, false) || platform::FlushToDisk(m_handle))

@@ -8,6 +8,13 @@
 #include <string>
 #include <system_error>
 
+/// Which open file has the one hold of a file on the disk that there is at a time.
+enum class Holder {
+    ThisFile,
+    AnotherFile, ///< of this or another program
+    Unknown,     ///< the file system cannot tell, as many network shares
+};
+
 /// A regular file, opened once and closed with the object: the only place that makes the platform's file calls. A
 /// folder, a pipe or a device is refused as if it could not be opened. Paths are in the platform's native encoding and
 /// may be of any length. All offsets are bytes from the file's start; no call moves a shared position. A file never
@@ -55,6 +62,16 @@ public:
 
     /// Gives the file the owner, rights and extended attributes of the one at `path`; false when that is not allowed.
     bool TakeAttributesOf(const std::filesystem::path& path);
+
+    /// Takes the hold of the file until it is closed, however the program ends, unless another open file has it. It
+    /// keeps nobody from reading, writing or removing the file: it is a sign for those who ask for it, too.
+    Holder Hold();
+
+    /// Whether `path` names this very file; a link that leads to it does not.
+    bool IsAt(const std::filesystem::path& path) const;
+
+    /// Whether it belongs to the user who runs the program.
+    bool IsOwn() const;
 
     /// Waits until the disk has what was written. False when it refuses it.
     bool Flush();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "disk/File.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -44,6 +46,15 @@ std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t
 
 /// Gives the file the owner, rights and extended attributes of the one at `path`.
 bool TakeAttributes(std::intptr_t file, const std::filesystem::path& path);
+
+/// Takes the hold of the file, which ends with its release.
+Holder TakeHold(std::intptr_t file);
+
+/// Whether `path` names this file, not a link to it.
+bool IsAt(std::intptr_t file, const std::filesystem::path& path);
+
+/// Whether it belongs to the user who runs the program.
+bool IsOwn(std::intptr_t file);
 
 /// Waits until the disk has the file's content, or knows what files the folder holds.
 bool FlushToDisk(std::intptr_t file);

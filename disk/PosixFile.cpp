@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <map>
 #include <string>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -189,6 +190,27 @@ bool TakeAttributes(std::intptr_t file, const fs::path& path)
     const bool owned = sameOwner || fchown(number, from.st_uid, from.st_gid) == 0;
     const bool permitted = (sameOwner && from.st_mode == to.st_mode) || fchmod(number, from.st_mode & 07777) == 0;
     return owned && permitted && TakeMarks(number, path); // last: a change of the owner takes some away
+}
+
+Holder TakeHold(std::intptr_t file)
+{
+    if (Restarted([&] { return flock(static_cast<int>(file), LOCK_EX | LOCK_NB); }) == 0)
+        return Holder::ThisFile;
+    return errno == EWOULDBLOCK ? Holder::AnotherFile : Holder::Unknown;
+}
+
+bool IsAt(std::intptr_t file, const fs::path& path)
+{
+    struct stat open {};
+    struct stat named {};
+    return fstat(static_cast<int>(file), &open) == 0 && lstat(path.c_str(), &named) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+bool IsOwn(std::intptr_t file)
+{
+    struct stat status {};
+    return fstat(static_cast<int>(file), &status) == 0 && status.st_uid == geteuid();
 }
 
 bool FlushToDisk(std::intptr_t file)

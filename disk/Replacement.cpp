@@ -1,7 +1,7 @@
 #include "disk/Replacement.h"
 
-#include <chrono>
-#include <string>
+#include "disk/TemporaryFile.h"
+
 #include <system_error>
 #include <vector>
 
@@ -39,12 +39,6 @@ bool MayBeReplaced(const fs::path& target)
            (type == fs::file_type::regular && fs::hard_link_count(target, ignored) == 1);
 }
 
-/// A short name, whatever the file's own is: with something behind that it could be longer than a name may be.
-fs::path TemporaryName()
-{
-    return "vantor-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".new";
-}
-
 } // namespace
 
 CReplacement::CReplacement(const fs::path& path) : m_target(LinkTarget(path))
@@ -62,12 +56,20 @@ CReplacement::CReplacement(const fs::path& path) : m_target(LinkTarget(path))
 CReplacement::~CReplacement()
 {
     m_file.Close();
-    std::error_code ignored;
     if (!m_fresh.empty())
-        fs::remove(m_fresh, ignored);
+        RemoveFresh();
 }
 
 bool CReplacement::GrowIn(const fs::path& folder)
+{
+    RemoveLeftOvers(folder);
+    int tries = 3; // where the disk cannot tell whether it is there, the last one has to do
+    while (MakeFileIn(folder) && IsTakenAway() && --tries > 0)
+        RemoveFresh();
+    return IsOpen();
+}
+
+bool CReplacement::MakeFileIn(const fs::path& folder)
 {
     do
         m_fresh = folder / TemporaryName();
@@ -76,6 +78,20 @@ bool CReplacement::GrowIn(const fs::path& folder)
     if (!IsOpen())
         m_fresh.clear();
     return IsOpen();
+}
+
+/// Holds the new file. Before that another program may have taken it for a left-over.
+bool CReplacement::IsTakenAway()
+{
+    if (!m_guard.Open(m_fresh, CFile::Mode::Read))
+        return IsMissing(m_fresh);
+    return m_guard.Hold() == Holder::AnotherFile || !m_guard.IsAt(m_fresh);
+}
+
+void CReplacement::RemoveFresh()
+{
+    std::error_code ignored;
+    fs::remove(m_fresh, ignored);
 }
 
 void CReplacement::GrowInTemporaryFolder()
@@ -118,7 +134,7 @@ bool CReplacement::CopyIntoTarget()
     const CFile source(m_fresh, CFile::Mode::Read);
     CFile target(m_target, CFile::Mode::ReadWrite);
     const auto oldSize = target.Size();
-    if (!source.IsOpen() || !oldSize || !target.Reserve(0, m_written))
+    if (!source.IsOpen() || !oldSize || !KeepForGood() || !target.Reserve(0, m_written))
         return false;
     if (CopyContent(source, target, m_written, piece) && target.CutTo(m_written) && target.Close())
         return true;
@@ -126,4 +142,16 @@ bool CReplacement::CopyIntoTarget()
     m_isMixed = true;
     m_fresh.clear(); // the only whole one that is left
     return false;
+}
+
+/// From now on it may be the only whole one: nobody is to take it for a left-over, should the program end here.
+bool CReplacement::KeepForGood()
+{
+    std::error_code fault;
+    const fs::path kept = KeptName(m_fresh);
+    fs::rename(m_fresh, kept, fault);
+    if (fault)
+        return false;
+    m_fresh = kept;
+    return true;
 }

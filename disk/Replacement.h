@@ -14,6 +14,8 @@
 /// Where it cannot take the old one's place, because that has further names (hard links) or another owner or lies in a
 /// folder that takes no new file, it grows all the same, beside it or in the system's folder for temporary files, and
 /// is copied into the old file when it is complete.
+///
+/// What programs that were killed in the middle left in the folder where it grows is removed first (TemporaryFile.h).
 class CReplacement {
 public:
     explicit CReplacement(const std::filesystem::path& path);
@@ -30,19 +32,24 @@ public:
     /// Puts the new file in the old one's place, once everything is on the disk. False when that fails.
     bool Finish();
 
-    /// Whether a Finish that failed may have left old and new bytes in the file. The complete new file is then kept,
-    /// under its temporary name.
+    /// Whether a Finish that failed may have left old and new bytes in the file. The complete new file is then kept
+    /// where it grew, under its KeptName (TemporaryFile.h), as it is when the program is killed while it copies.
     bool MayHoldOldAndNew() const { return m_isMixed; }
 
 private:
     bool GrowIn(const std::filesystem::path& folder);
+    bool MakeFileIn(const std::filesystem::path& folder);
+    bool IsTakenAway();
+    void RemoveFresh();
     void GrowInTemporaryFolder();
     bool TakePlace();
     bool CopyIntoTarget();
+    bool KeepForGood();
 
     std::filesystem::path m_target; ///< what the path leads to
     std::filesystem::path m_fresh;  ///< where the new file grows; empty when there is none
     CFile m_file;
+    CFile m_guard; ///< holds the new file until it has its place
     std::uint64_t m_written = 0;
     bool m_takesPlace = false; ///< it may be renamed over the old file
     bool m_isMixed = false;

@@ -31,6 +31,21 @@ std::wstring OpenableName(const fs::path& path)
     return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
 }
 
+/// The numbers by which the system knows the file; nothing after an error.
+std::optional<BY_HANDLE_FILE_INFORMATION> IdentityOf(HANDLE file)
+{
+    BY_HANDLE_FILE_INFORMATION identity{};
+    if (!GetFileInformationByHandle(file, &identity))
+        return std::nullopt;
+    return identity;
+}
+
+bool AreSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other)
+{
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
+           one.nFileIndexLow == other.nFileIndexLow;
+}
+
 OVERLAPPED PlaceOf(std::uint64_t offset)
 {
     OVERLAPPED place{};
@@ -103,6 +118,36 @@ std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t
 
 /// The rights of a new file are those that its folder passes on, here as for the old one.
 bool TakeAttributes(std::intptr_t, const fs::path&)
+{
+    return true;
+}
+
+/// A lock keeps others from the bytes it is on: it is on one behind all that a file can hold.
+Holder TakeHold(std::intptr_t file)
+{
+    constexpr std::uint64_t kBehindAll = (std::uint64_t{1} << 63) - 2;
+    OVERLAPPED place = PlaceOf(kBehindAll);
+    if (LockFileEx(HandleOf(file), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place))
+        return Holder::ThisFile;
+    const DWORD error = GetLastError();
+    return error == ERROR_LOCK_VIOLATION || error == ERROR_IO_PENDING ? Holder::AnotherFile : Holder::Unknown;
+}
+
+bool IsAt(std::intptr_t file, const fs::path& path)
+{
+    const HANDLE named = CreateFileW(OpenableName(path).c_str(), FILE_READ_ATTRIBUTES,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (named == INVALID_HANDLE_VALUE)
+        return false;
+    const auto there = IdentityOf(named);
+    CloseHandle(named);
+    const auto here = IdentityOf(HandleOf(file));
+    return here && there && AreSame(*here, *there);
+}
+
+/// Here a folder that one may remove files from is one's own.
+bool IsOwn(std::intptr_t)
 {
     return true;
 }

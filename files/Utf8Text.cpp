@@ -1,20 +1,12 @@
 #include "files/Utf8Text.h"
 
+#include "model/Surrogates.h"
+
 #include <cstddef>
 
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-
-constexpr bool IsHighSurrogate(char32_t unit)
-{
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-constexpr bool IsLowSurrogate(char32_t unit)
-{
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
 
 /// Whether `character` is one, and needs all of the `length` bytes that it was written in.
 bool IsWellFormed(char32_t character, std::size_t length)

@@ -1,5 +1,7 @@
 #include "model/AnsiText.h"
 
+#include "model/Surrogates.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -190,16 +192,6 @@ private:
 std::string PageName(int number)
 {
     return "CP" + std::to_string(number);
-}
-
-bool IsHighSurrogate(char16_t c)
-{
-    return c >= 0xD800 && c < 0xDC00;
-}
-
-bool IsLowSurrogate(char16_t c)
-{
-    return c >= 0xDC00 && c < 0xE000;
 }
 
 } // namespace

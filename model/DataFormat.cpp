@@ -80,6 +80,11 @@ void DataFormat::clear()
     itemCount = 0;
 }
 
+std::size_t DataFormat::savedItemCount() const
+{
+    return std::min(static_cast<std::size_t>(std::max(itemCount, 0)), items.size());
+}
+
 std::int64_t DataFormat::totalLength() const
 {
     std::int64_t words = 0;

@@ -31,6 +31,10 @@ public:
     /// Frees all items; `itemCount` becomes 0.
     void clear();
 
+    /// The items that a save keeps, the first so many: `itemCount`, but no more than there are, and none of a negative
+    /// count.
+    std::size_t savedItemCount() const;
+
     /// The words that one row takes: dataLength of each item, times arrayLength for an array. 0 without items. Sums
     /// beyond what a stored record can mean are held at the limits of the type.
     std::int64_t totalLength() const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/Surrogates.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -16,11 +18,11 @@ std::u16string_view TextOf(const FixedText<N>& field)
     return {field.data(), static_cast<std::size_t>(std::find(field.begin(), field.end(), u'\0') - field.begin())};
 }
 
-/// Puts `text` into `field`, cut to N - 1 units so that a zero ends it, zeros behind it.
+/// Puts `text` into `field`, cut to N - 1 units so that a zero ends it, zeros after it. Never cuts a character in two.
 template <std::size_t N>
 void SetText(FixedText<N>& field, std::u16string_view text)
 {
     field.fill(u'\0');
-    text = text.substr(0, N - 1);
+    text = CutText(text, N - 1);
     std::copy(text.begin(), text.end(), field.begin());
 }

@@ -23,7 +23,6 @@ constexpr std::int32_t kStartMark = 100;
 constexpr std::int32_t kEndMark = 200;
 constexpr std::size_t kMarkerSize = 32; ///< bytes of the marker with its zeros
 constexpr std::size_t kMarkerLength = kMarkerSize / sizeof(char16_t);
-constexpr std::size_t kReadNameLength = 64;  ///< units of a stored name that are read; kept: it has room for 128
 constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
 constexpr std::size_t kMarkSize = 4;
 
@@ -146,13 +145,12 @@ void PutSettings(CFieldWriter& out, const FormatLibrary& library)
 
 void PutFormat(CFieldWriter& out, const DataFormat& format)
 {
-    const auto mostRecords = static_cast<std::int64_t>(format.items.size());
-    const auto count = static_cast<std::int32_t>(std::clamp<std::int64_t>(format.itemCount, 0, mostRecords));
+    const std::size_t count = format.savedItemCount();
     out.Put32(kStartMark);
     out.PutText(format.name);
-    out.Put32(count);
-    for (std::int32_t i = 0; i < count; ++i)
-        PutItem(out, *format.items[static_cast<std::size_t>(i)]);
+    out.Put32(static_cast<std::int32_t>(count));
+    for (std::size_t i = 0; i < count; ++i)
+        PutItem(out, *format.items[i]);
     out.Put32(kEndMark);
 }
 
@@ -272,7 +270,7 @@ private:
     static std::u16string ReadName(CFieldReader& in)
     {
         const auto name = in.TakeText<128>();
-        return std::u16string(TextOf(name).substr(0, kReadNameLength));
+        return std::u16string(CutText(TextOf(name), FormatLibrary::kReadNameLength));
     }
 
     bool ReadItems(DataFormat& format)
@@ -389,9 +387,10 @@ int FormatLibrary::save(const fs::path& libraryPath) const
 {
     const std::string text = StoredBytes(*this);
     const auto bytes = std::as_bytes(std::span(text));
+    if (HoldsAlready(libraryPath, bytes))
+        return 0;
     CReplacement file(libraryPath);
-    const bool isSaved = file.IsOpen() && (HoldsAlready(libraryPath, bytes) || (file.Append(bytes) && file.Finish()));
-    return isSaved ? 0 : -1;
+    return file.IsOpen() && file.Append(bytes) && file.Finish() ? 0 : -1;
 }
 
 fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)

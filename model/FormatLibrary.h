@@ -4,6 +4,7 @@
 #include "model/FixedText.h"
 #include "model/Reporter.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <ios>
@@ -37,6 +38,9 @@ public:
     static constexpr std::u16string_view kMarker = u"RecipeFile2.0";
     static constexpr std::u16string_view kFileName = u"RecipeFile.Dat";
 
+    /// The units of a stored name that are read; kept: it has room for 128.
+    static constexpr std::size_t kReadNameLength = 64;
+
     /// The version that this program writes, made from the marker: 20.
     static std::int32_t ProgramVersion();
 
@@ -53,10 +57,11 @@ public:
     std::int64_t loadReadOnly(const std::filesystem::path& libraryPath);
 
     /// Writes the library to `libraryPath` as version 20: a complete new file that takes the old one's place
-    /// (CReplacement). A file that holds these very bytes is left alone. Returns 0 once they are on the disk, or -1
-    /// after a failure, which leaves the old file as it was wherever it could be replaced. Reports nothing. A link
-    /// keeps leading to the file; what exists and is no regular file is refused. Of each format `itemCount` items are
-    /// written, but no more than it holds, and the number written is the count in the file.
+    /// (CReplacement). Where a file holds these very bytes, be it one that may only be read, nothing is written or
+    /// made. Returns 0 once they are on the disk, or -1 after a failure, which leaves the old file as it was wherever
+    /// it could be replaced. Reports nothing. A link keeps leading to the file; what exists and is no regular file is
+    /// refused. Of each format `itemCount` items are written, but no more than it holds, and the number written is the
+    /// count in the file.
     int save(const std::filesystem::path& libraryPath) const;
 
     std::vector<std::unique_ptr<DataFormat>> formats;        ///< in file order; the first is selected at start

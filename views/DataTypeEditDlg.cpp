@@ -1,7 +1,10 @@
 #include "views/DataTypeEditDlg.h"
 
+#include "model/LimitsNotice.h"
 #include "model/NumberText.h"
+#include "model/Surrogates.h"
 #include "ui_DataTypeEditDlg.h"
+#include "views/NoticeLine.h"
 #include "views/OneLineEdit.h"
 #include "views/TextCrossing.h"
 
@@ -58,6 +61,7 @@ CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem& item, Mode mode, CReport
         ProposeItem(index);
     else
         ShowItem();
+    TellLimits();
     m_pUi->editDescription->setFocus();
     m_pUi->editDescription->selectAll();
     ConnectControls();
@@ -82,6 +86,11 @@ void CDataTypeEditDlg::ConnectControls()
     connect(m_pUi->comboType, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnTypeChanged);
     connect(m_pUi->comboDecimal, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnDecimalChanged);
     connect(m_pUi->comboInteger, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnIntegerChanged);
+    // The rejection is told after the part of the text that was taken.
+    connect(m_pUi->editDescription, &QLineEdit::textEdited, this, [this] { TellDescriptionLength(false); });
+    connect(
+        m_pUi->editDescription, &QLineEdit::inputRejected, this, [this] { TellDescriptionLength(true); },
+        Qt::QueuedConnection);
     connect(m_pUi->buttonOk, &QPushButton::clicked, this, &CDataTypeEditDlg::OnOK);
 }
 
@@ -112,7 +121,8 @@ void CDataTypeEditDlg::ShowItem()
         m_pUi->editArrayLength->setText(QString::number(m_pItem->arrayLength));
     ShowArrayLength(isArray);
     m_pUi->editLength->setText(QString::number(m_pItem->dataLength));
-    m_pUi->editDescription->setText(ToQString(TextOf(m_pItem->description)));
+    const auto most = static_cast<std::size_t>(m_pUi->editDescription->maxLength());
+    m_pUi->editDescription->setText(ToQString(CutText(TextOf(m_pItem->description), most)));
     ShowStringControls();
 }
 
@@ -132,10 +142,26 @@ void CDataTypeEditDlg::ShowStringControls()
     m_pUi->radioBcd->setEnabled(false);
 }
 
+/// Without it there is room for what is to be told of the limits.
 void CDataTypeEditDlg::ShowArrayLength(bool shown)
 {
     EnableAndShow(*m_pUi->editArrayLength, shown);
     m_pUi->groupArrayLength->setVisible(shown);
+    m_pUi->layoutBelowCodeType->addWidget(m_pUi->labelLimitsNotice, shown ? 1 : 0, 0);
+    GrowToFit(*this);
+}
+
+void CDataTypeEditDlg::TellLimits()
+{
+    const QString notice = ToQString(LimitsNotice(SelectedType(), SelectedDigits()).value_or(u""));
+    ShowNotice(*m_pUi->labelLimitsNotice, notice, {m_pUi->comboType, m_pUi->comboInteger, m_pUi->comboDecimal});
+}
+
+void CDataTypeEditDlg::TellDescriptionLength(bool isTooLong)
+{
+    const QString notice = tr("A description has at most %1 characters: the rest is left out.");
+    ShowNotice(*m_pUi->labelDescriptionNotice, isTooLong ? notice.arg(m_pUi->editDescription->maxLength()) : QString(),
+               {m_pUi->editDescription});
 }
 
 void CDataTypeEditDlg::OnArrayClicked()
@@ -160,16 +186,19 @@ void CDataTypeEditDlg::OnTypeChanged()
     EnableAndShow(*m_pUi->checkUnicode, isString);
     if (isString)
         m_pItem->unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0; // kept: before OK, and in spite of Cancel
+    TellLimits();
 }
 
 void CDataTypeEditDlg::OnDecimalChanged()
 {
     Select(*m_pUi->comboDecimal, FitDecimalDigits(SelectedType(), SelectedDigits()).decimalDigits);
+    TellLimits();
 }
 
 void CDataTypeEditDlg::OnIntegerChanged()
 {
     Select(*m_pUi->comboInteger, FitIntegerDigits(SelectedType(), SelectedDigits()).integerDigits - 1);
+    TellLimits();
 }
 
 DataType CDataTypeEditDlg::SelectedType() const

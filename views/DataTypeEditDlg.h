@@ -13,7 +13,8 @@ class CDataTypeEditDlg;
 }
 
 /// Asks for everything that a data item holds. OK checks it, writes it into the item and derives the item's bounds;
-/// Cancel leaves the item as it was.
+/// Cancel leaves the item as it was. A line in the dialog tells beforehand when the digits are of no use for the type
+/// (LimitsNotice.h), and when a description is longer than its field.
 ///
 /// kept: choosing the string type sets the item's `unicode` at once, also when the dialog is cancelled after that.
 class CDataTypeEditDlg final : public QDialog {
@@ -34,6 +35,8 @@ private:
     void ShowItem();
     void ShowStringControls();
     void ShowArrayLength(bool shown);
+    void TellLimits();
+    void TellDescriptionLength(bool isTooLong);
 
     void OnArrayClicked();
     void OnTypeChanged();

@@ -2,6 +2,7 @@
 
 #include "model/FormatNameCheck.h"
 #include "ui_NewFormatNameDlg.h"
+#include "views/NoticeLine.h"
 #include "views/OneLineEdit.h"
 #include "views/TextCrossing.h"
 
@@ -19,14 +20,26 @@ CNewFormatNameDlg::CNewFormatNameDlg(CReporter& reporter, QWidget* parent)
     m_pUi->setupUi(this);
     resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height());
     KeepOnOneLine(*m_pUi->editName);
+    connect(m_pUi->editName, &QLineEdit::textChanged, this, &CNewFormatNameDlg::TellWhatIsKept);
     connect(m_pUi->buttonOk, &QPushButton::clicked, this, &CNewFormatNameDlg::OnOK);
 }
 
 CNewFormatNameDlg::~CNewFormatNameDlg() = default;
 
+QString CNewFormatNameDlg::TypedName() const
+{
+    return m_pUi->editName->text().trimmed();
+}
+
+void CNewFormatNameDlg::TellWhatIsKept()
+{
+    const QString name = TypedName();
+    ShowNotice(*m_pUi->labelNotice, ToQString(FormatNameNotice(ViewOf(name)).value_or(u"")), {m_pUi->editName});
+}
+
 void CNewFormatNameDlg::OnOK()
 {
-    const QString name = m_pUi->editName->text().trimmed();
+    const QString name = TypedName();
     if (const auto fault = FormatNameFault(ViewOf(name))) {
         m_reporter.ShowError(*fault);
         return;

@@ -11,7 +11,8 @@ namespace Ui {
 class CNewFormatNameDlg;
 }
 
-/// Asks for the name of a new data format. Ends with OK only when the name may stand; a refused one stays as typed.
+/// Asks for the name of a new data format. Ends with OK only when the name may stand; a refused one stays as typed. Of
+/// a long one a line tells, while it is typed, how much of it is kept.
 class CNewFormatNameDlg final : public QDialog {
     Q_OBJECT
 
@@ -24,6 +25,8 @@ public:
     const QString& Name() const { return m_strName; }
 
 private:
+    QString TypedName() const;
+    void TellWhatIsKept();
     void OnOK();
 
     std::unique_ptr<Ui::CNewFormatNameDlg> m_pUi;

@@ -6,6 +6,7 @@
 #include "ui_RecipeFormatEditView.h"
 #include "views/DataItemRow.h"
 #include "views/DataTypeEditDlg.h"
+#include "views/IntegerEdit.h"
 #include "views/NewFormatNameDlg.h"
 #include "views/TextCrossing.h"
 
@@ -60,6 +61,8 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
     setWidget(form);
     setFocusProxy(m_pUi->editStartAddress);
     m_pUi->checkAutoUse->setChecked(m_bAutoUse);
+    TakeIntegersOnly(*m_pUi->editStartAddress);
+    TakeIntegersOnly(*m_pUi->editReadCount);
 
     SetUpList();
     CreateItemMenu();

@@ -26,6 +26,17 @@ struct FormatsExport : CliTest {
         "\"description\": \"Word\", \"isArray\": 0, \"arrayLength\": -1, \"minValue\": -32768, \"maxValue\": 32767, "
         "\"unicode\": 0, \"reserved0\": 0, \"reserved1\": -1, \"reserved2\": 0}]}\n"
         "]}\n";
+
+    void ExpectSameAfterImport()
+    {
+        SaveLibrary();
+        const Bytes before = ReadAll(libraryPath);
+        const std::string file = folder / "formats.json";
+        ExpectDone({"formats", "export", "-o", file});
+        fs::remove(libraryPath);
+        ExpectDone({"formats", "import", file});
+        EXPECT_EQ(ReadAll(libraryPath), before);
+    }
 };
 
 TEST_F(FormatsList, PrintsALineAFormat)
@@ -121,16 +132,18 @@ TEST_F(FormatsExport, MissingOrEmptyLibraryHasNoFormats)
     EXPECT_EQ(Run({"formats", "export"}).out, kEmptyLibrary);
 }
 
-TEST_F(FormatsExport, HalfAPairBecomesAReplacement)
+TEST_F(FormatsExport, WhatIsNoTextIsAListOfTextsAndUnits)
 {
+    library.filePattern.fill(u'p'); // without a zero at its end
     SetText(library.formats[0]->name, u"\xD800"
-                                      u"a\xDC00");
+                                      u"a\U0001F600\xDC00");
+    library.formats[0]->items[0]->description = {u'"', 0, 0, u'x', u'y'};
     SaveLibrary();
     const std::string out = Run({"formats", "export"}).out;
-    EXPECT_NE(out.find("{\"name\": \"\xEF\xBF\xBD"
-                       "a\xEF\xBF\xBD\", "),
-              std::string::npos)
-        << out;
+    for (const char* field :
+         {"\"filePattern\": [\"pppppppppppppppp\"],", "\"name\": [55296, \"a\xF0\x9F\x98\x80\", 56320],",
+          "\"description\": [\"\\\"\", 0, 0, \"xy\"],"})
+        EXPECT_NE(out.find(field), std::string::npos) << field << " in " << out;
 }
 
 TEST_F(FormatsExport, FileThatCannotBeWrittenIsReported)
@@ -169,13 +182,21 @@ TEST_F(FormatsExport, ImportGivesTheSameLibrary)
                     .maxValue = std::numeric_limits<std::int64_t>::max(),
                     .unicode = 12};
     SetText(item.description, u"\"\\\n\u5B8B \U0001F600");
-    SaveLibrary();
-    const Bytes before = ReadAll(libraryPath);
-    const std::string file = folder / "formats.json";
-    ExpectDone({"formats", "export", "-o", file});
-    fs::remove(libraryPath);
-    ExpectDone({"formats", "import", file});
-    EXPECT_EQ(ReadAll(libraryPath), before);
+    ExpectSameAfterImport();
+}
+
+TEST_F(FormatsExport, ImportGivesTheSameUnitsOfFullFields)
+{
+    library.filePattern.fill(u'\u5B8B');
+    library.formats[0]->items[0]->description.fill(u'd');
+    ExpectSameAfterImport();
+    library.filePattern.back() = u'\xD83D';
+    library.formats[0]->items[0]->description.back() = u'\xD83D';
+    SetText(library.formats[0]->name, std::u16string(63, u'n') + u'\xDE00');
+    ExpectSameAfterImport();
+    library.filePattern = {0, u'*', 0, 7};
+    library.formats[0]->items[0]->description = {u'a', 0, u'\xDE00', u'\xD83D', 0, 127};
+    ExpectSameAfterImport();
 }
 
 } // namespace

@@ -134,6 +134,19 @@ TEST_F(FormatsImport, ByteOrderMarkIsNoFault)
     EXPECT_EQ(Imported("\xEF\xBB\xBF{\"rowCount\": 3}").rowCount, 3);
 }
 
+TEST_F(FormatsImport, AListOfTextsAndUnitsFillsTheFieldAsItStands)
+{
+    const FormatLibrary imported =
+        Imported("{\"filePattern\": [\"*.\", 0, \"12345678901\", 55357, 0], \"formats\": [{\"name\": [], \"items\": ["
+                 "{\"description\": [\"" +
+                 std::string(100, 'a') + "\", 65535, \"" + std::string(27, 'b') + "\"]}]}]}");
+    EXPECT_EQ(imported.filePattern, (FixedText<16>{u'*', u'.', 0, u'1', u'2', u'3', u'4', u'5', u'6', u'7', u'8', u'9',
+                                                   u'0', u'1', u'\xD83D', 0}));
+    EXPECT_EQ(TextOf(imported.formats[0]->name), u"");
+    EXPECT_EQ(TextOf(imported.formats[0]->items[0]->description),
+              std::u16string(100, u'a') + u'\xFFFF' + std::u16string(27, u'b'));
+}
+
 struct RefusedJson {
     const char* name;
     std::string json;
@@ -208,6 +221,17 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatsImportRefused, testing::Values(
                 "/formats/0/name: the text is longer than 127 characters"},
     RefusedJson{"DescriptionTooLong", WithItem("\"description\": \"" + k128 + "\""),
                 "/formats/1/items/2/description: the text is longer than 127 characters"},
+    RefusedJson{"UnitTooLarge", "{\"filePattern\": [\"a\", 65536]}",
+                "/filePattern/1: the number is not between 0 and 65535"},
+    RefusedJson{"UnitTooSmall", "{\"filePattern\": [-1]}", "/filePattern/0: the number is not between 0 and 65535"},
+    RefusedJson{"UnitIsReal", "{\"filePattern\": [1.5]}", "/filePattern/0: a text or an integer is expected"},
+    RefusedJson{"UnitIsList", WithItem("\"description\": [7, []]"),
+                "/formats/1/items/2/description/1: a text or an integer is expected"},
+    RefusedJson{"ListTooLong", "{\"filePattern\": [\"123456789012345\", 6, 7]}",
+                "/filePattern/2: the text is longer than 16 characters"},
+    RefusedJson{"ZeroCharacterInList", "{\"filePattern\": [0, \"a\\u0000b\"]}",
+                "/filePattern/1: the text holds a zero character"},
+    RefusedJson{"ListForInteger", "{\"rowCount\": []}", "/rowCount: an integer is expected"},
     RefusedJson{"ZeroCharacter", "{\"filePattern\": \"a\\u0000b\"}", "/filePattern: the text holds a zero character"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on

@@ -400,4 +400,36 @@ TEST_F(FileReason, OfAPlaceBeyondAnyFileIsTheArgument)
     EXPECT_EQ(file.LastError(), std::errc::invalid_argument);
 }
 
+TEST(File, IsHeldByOneUntilItIsClosed)
+{
+    const CTempFolder folder;
+    const fs::path path = folder / "a";
+    WriteAll(path, BytesOf({1}));
+    CFile one(path, CFile::Mode::Read);
+    CFile other(path, CFile::Mode::ReadWrite);
+    EXPECT_EQ(one.Hold(), Holder::ThisFile);
+    EXPECT_EQ(other.Hold(), Holder::AnotherFile);
+    EXPECT_TRUE(other.WriteAt(0, BytesOf({2}))) << "a hold keeps nobody from writing";
+    {
+        const CFile third(path, CFile::Mode::Read); // one that is closed again takes nobody's hold along
+    }
+    EXPECT_EQ(other.Hold(), Holder::AnotherFile);
+    one.Close();
+    EXPECT_EQ(other.Hold(), Holder::ThisFile);
+    EXPECT_EQ(CFile().Hold(), Holder::Unknown);
+}
+
+TEST(File, KnowsWhetherANameIsItsOwn)
+{
+    const CTempFolder folder;
+    const fs::path path = folder / "a";
+    WriteAll(path, BytesOf({1}));
+    WriteAll(folder / "other", BytesOf({1}));
+    const CFile file(path, CFile::Mode::Read);
+    EXPECT_TRUE(file.IsAt(path));
+    EXPECT_FALSE(file.IsAt(folder / "other"));
+    EXPECT_FALSE(file.IsAt(folder / "missing"));
+    EXPECT_FALSE(CFile().IsAt(path));
+}
+
 } // namespace

@@ -44,5 +44,5 @@ void CutNames(FormatLibrary& library)
 {
     constexpr std::size_t kReadUnits = 64;
     for (const auto& format : library.formats)
-        SetText(format->name, std::u16string(TextOf(format->name).substr(0, kReadUnits)));
+        SetText(format->name, std::u16string(CutText(TextOf(format->name), kReadUnits)));
 }

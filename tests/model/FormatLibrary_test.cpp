@@ -263,6 +263,14 @@ TEST_F(FormatLibraryLoad, CutsALongNameToSixtyFour)
     EXPECT_EQ(TextOf(library.formats[0]->name), std::u16string(64, u'n')); // kept
 }
 
+TEST_F(FormatLibraryLoad, CutsALongNameBeforeACharacterOfTwoUnits)
+{
+    const std::u16string name = std::u16string(63, u'n') + u"\U0001F600";
+    Load(CPicture().Header(u"RecipeFile2.0").FormatHead(name, 0).End());
+    ASSERT_EQ(library.formats.size(), 1U);
+    EXPECT_EQ(TextOf(library.formats[0]->name), std::u16string(63, u'n'));
+}
+
 TEST_F(FormatLibraryLoad, TakesANameUpToItsFirstZero)
 {
     Load(CPicture().Header(u"RecipeFile2.0").Int(100).Text(u"Name", 128, u'x').Int(0).End());

@@ -19,6 +19,29 @@ struct NameCase {
 
 struct FormatName : testing::TestWithParam<NameCase> {};
 
+std::u16string AllSaved(const char* length, const char* read)
+{
+    const std::string text = std::string("All ") + length + " characters are saved, but only the first " + read +
+                             " are read at the next start.";
+    return {text.begin(), text.end()};
+}
+
+std::u16string Cut(const char* saved)
+{
+    const std::string text = std::string("Of 128 characters the first ") + saved +
+                             " are saved, and only the first 64 are read at the next start.";
+    return {text.begin(), text.end()};
+}
+
+struct NoticeCase {
+    const char* name;
+    std::u16string text;
+    std::u16string notice; ///< empty for none
+    friend void PrintTo(const NoticeCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct LongFormatName : testing::TestWithParam<NoticeCase> {};
+
 } // namespace
 
 TEST_P(FormatName, IsCheckedInOrder)
@@ -48,5 +71,23 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatName, testing::Values(
     NameCase{"Colon",                  u"x:y",                          kCharacter},
     NameCase{"AtTheFront",             u".ab",                          kCharacter},
     NameCase{"AtTheEnd",               u"ab:",                          kCharacter}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_P(LongFormatName, TellsWhatBecomesOfIt)
+{
+    EXPECT_EQ(FormatNameNotice(GetParam().text).value_or(u""), GetParam().notice);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, LongFormatName, testing::Values(
+    NoticeCase{"Empty",           u"",                                        u""},
+    NoticeCase{"AllIsRead",       std::u16string(64, u'n'),                   u""},
+    NoticeCase{"NotAllIsRead",    std::u16string(65, u'n'),                   AllSaved("65", "64")},
+    NoticeCase{"PairAtTheCut",    std::u16string(63, u'n') + u"\U0001F600",   AllSaved("65", "63")},
+    NoticeCase{"AllIsSaved",      std::u16string(127, u'n'),                  AllSaved("127", "64")},
+    NoticeCase{"NotAllIsSaved",   std::u16string(128, u'n'),                  Cut("127")},
+    NoticeCase{"PairAtTheEnd",    std::u16string(126, u'n') + u"\U0001F600",  Cut("126")},
+    NoticeCase{"TooLong",         std::u16string(129, u'n'),                  u"This name has 129 characters; 128 are the most."}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on

@@ -1,4 +1,5 @@
 #include "model/FormatLibrary.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -157,6 +158,34 @@ TEST_F(FormatLibrarySave, LeavesAFileAloneThatHoldsTheSameBytes)
     ASSERT_EQ(library.save(File()), 0);
     EXPECT_NE(fs::last_write_time(File()), before);
     EXPECT_EQ(LoadLE32(ReadAll(File()), 36), 11);
+}
+
+/// Not even a new file beside it that goes again, which would change the folder.
+TEST_F(FormatLibrarySave, LeavesTheFolderAloneWhereTheFileHoldsTheSameBytes)
+{
+    ASSERT_EQ(library.save(File()), 0);
+    const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    fs::last_write_time(folder.Path(), past);
+    const auto before = fs::last_write_time(folder.Path());
+    ASSERT_EQ(library.save(File()), 0);
+    EXPECT_EQ(fs::last_write_time(folder.Path()), before);
+}
+
+TEST_F(FormatLibrarySave, NeedsNoRightToWriteWhereNothingChanged)
+{
+    ASSERT_EQ(library.save(File()), 0);
+    const Bytes before = ReadAll(File());
+    fs::permissions(File(), fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    fs::permissions(folder.Path(),
+                    fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec);
+    {
+        const COrdinaryUser user;
+        EXPECT_EQ(library.save(File()), 0);
+        library.rowCount = 11;
+        EXPECT_EQ(library.save(File()), -1);
+    }
+    fs::permissions(folder.Path(), fs::perms::owner_all);
+    EXPECT_EQ(ReadAll(File()), before);
 }
 
 TEST_F(FormatLibrarySave, KeepsThePermissions)

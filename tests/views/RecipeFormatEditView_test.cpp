@@ -150,7 +150,12 @@ constexpr const char16_t* kBadRows = u"The array number is error ,it must be Int
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Table, ReadSettings, testing::Values(
     SettingsCase{"Plain",              "12",   "7",     12, 7,  nullptr},
-    SettingsCase{"LeadingDigits",      "12ab", "7.9",   12, 7,  nullptr},
+    SettingsCase{"KeysThatAreNoDigits", "12ab", "7.9",  12, 79, nullptr},
+    SettingsCase{"AddressAsInTheTable", "RW140", "r3",  140, 3, nullptr},
+    SettingsCase{"MinusInTheMiddle",   "1-2",  "7-",    12, 7,  nullptr},
+    SettingsCase{"MinusTwice",         "--12", "7",     -12, 7, kBadStart},
+    SettingsCase{"MinusAlone",         "-",    "7",     0,  7,  nullptr},
+    SettingsCase{"FullWidthDigits",    "１４０", "３",  140, 3, nullptr},
     SettingsCase{"NoNumberIsZero",     "abc",  "2",     0,  2,  nullptr},
     SettingsCase{"NegativeStart",      "-1",   "7",     -1, 7,  kBadStart},
     SettingsCase{"NoRows",             "0",    "0",     0,  0,  kBadRows},
