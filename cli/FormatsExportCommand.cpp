@@ -33,7 +33,7 @@ bool SaveJson(const fs::path& path, const std::string& json, const fs::path& lib
 bool ExportFormats(const FormatsExportOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     FormatLibrary library;
-    const fs::path libraryPath = LibraryPath(options.library, reporter);
+    const fs::path libraryPath = LibraryToRead(options.library, reporter);
     if (!LoadLibrary(libraryPath, library, reporter))
         return false;
     const std::string json = LibraryToJson(library);

@@ -15,13 +15,6 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{64} << 20; // of one read or write; the usual stretch is one piece
 
-std::size_t BytesInFile(std::uint64_t fileSize, const CRecipeRows& rows)
-{
-    if (fileSize <= rows.FirstByte())
-        return 0;
-    return static_cast<std::size_t>(std::min(fileSize - rows.FirstByte(), rows.StretchBytes()));
-}
-
 Outcome ReadImage(const fs::path& path, const CRecipeRows& rows, CByteBuffer& image, CProgress& progress)
 try {
     const CFile file(path, CFile::Mode::Read);
@@ -29,7 +22,7 @@ try {
     if (!fileSize)
         return Outcome::Failed;
 
-    const std::size_t total = BytesInFile(*fileSize, rows);
+    const std::size_t total = static_cast<std::size_t>(rows.BytesWithin(*fileSize));
     image = CByteBuffer(total);
     std::size_t done = 0;
     while (done < total) {

@@ -13,6 +13,12 @@ inline constexpr std::u16string_view kSaveFileError = u"Can't save file %s,pleas
 inline constexpr std::u16string_view kOpenTableError = u"Can't open file %s!";
 inline constexpr std::u16string_view kSaveTableError = u"Save file %s failed!";
 
+/// What reading a file of `type` tells when it fails.
+constexpr std::u16string_view OpenErrorOf(FileType type)
+{
+    return type == FileType::Csv ? kOpenTableError : kOpenFileError;
+}
+
 /// What a save of `type` tells when it fails.
 constexpr std::u16string_view SaveErrorOf(FileType type)
 {

@@ -84,6 +84,13 @@ bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool new
     return true; // any other number reads nothing
 }
 
+bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (IsPaged(type))
+        return ReadPagedOnly(rows, path, type, reporter, progress);
+    return ReadRecipe(type, rows, path, false, reporter, progress);
+}
+
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
                       CProgress& progress)
 {

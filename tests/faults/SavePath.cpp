@@ -156,8 +156,6 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"PagedNewTable",      Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp", "3000000")},
         {"PagedGrowsToFlatEnd",Leaves::Paged,    "a.frp", "a.frp", Holding("a.frp", 20), Setting("a.frp", "50")},
         {"NewPaged",           Leaves::Paged,    "n.frp", "file",         Nothing, Converting("n.frp", "32764")},
-        {"PagedReadMakesPages",Leaves::Paged,    "a.frp", "Open file",    HoldingPages, [](const SavePlace& place) {
-             return Reading(place, {"show", place.Disk("a.frp")}, "40000"); }},
         {"NewMerge",           Leaves::Emptied,  "m.rcp", "Merge file",   Nothing, Merging, 2},
         {"MergeOverAFile",     Leaves::Emptied,  "m.rcp", "Merge file",   Holding("m.rcp", 300), Merging, 2},
         {"NewLibrary",         Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Nothing, Importing},

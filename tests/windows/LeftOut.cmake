@@ -59,6 +59,7 @@ set(vantor_files_tests_left_out
   CsvFailure.UnreadableFileIsReported
   PagedFile.ThatCannotBeOpenedIsLeftAlone
   PagedFile.ThatCannotBeWrittenCannotBeReadEither
+  PagedReader.ReadsAFileThatMayOnlyBeRead
   PagedRecipe.FileThatCannotBeWrittenIsNeitherReadNorSaved
   PagedRecipe.SaveToWhatIsNoFileShowsNothing
   PathText.ShowsInvalidBytesAsReplacementCharacters
