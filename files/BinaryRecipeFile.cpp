@@ -77,7 +77,9 @@ Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const s
     return MixedOver(*oldSize, offset);
 }
 
-Outcome SaveImage(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
+} // namespace
+
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
 try {
     if (rows.StartAddress() < 0) // no file has such words
         return Outcome::Failed;
@@ -89,8 +91,6 @@ try {
 } catch (const std::bad_alloc&) {
     return Outcome::Failed;
 }
-
-} // namespace
 
 bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter, CProgress& progress)
 {
@@ -110,7 +110,7 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CRe
 
 SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
-    const Outcome outcome = SaveImage(rows, path, progress);
+    const Outcome outcome = WriteBinaryRecipe(rows, path, progress);
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);

@@ -134,3 +134,9 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);
 }
+
+Outcome WritePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
+{
+    CPagedFile file;
+    return file.Open(path, KindOf(type)) ? SaveStretch(rows, path, KindOf(type), file, progress) : Outcome::Failed;
+}

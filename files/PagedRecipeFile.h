@@ -42,3 +42,6 @@ bool ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileTyp
 /// anything was written. A damaged file is left as it is, and so is one for which the disk has no room.
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                      CProgress& progress);
+
+/// Likewise, with the failure left for the caller to report; that the file cannot be opened is one, too.
+Outcome WritePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CProgress& progress);

@@ -86,8 +86,6 @@ std::string CSaveVerdict::ComplaintOfTarget(const SavePlace& place, const Fault&
     case Leaves::Emptied:
         return IsMix(*bytes) ? "" : "something else than the new file as far as it was written";
     case Leaves::Paged:
-        if (*bytes == m_old.value_or(Bytes())) // a new one is made empty first
-            return "";
         if (!isTorn && run.failed.front() == "posix_fallocate")
             return "had no room, and yet is not the old file";
         return IsSoundMix(place) ? "" : "damaged, or with words that are neither old nor new";

@@ -64,7 +64,9 @@ set(vantor_files_tests_left_out
   PagedRecipe.SaveToWhatIsNoFileShowsNothing
   PathText.ShowsInvalidBytesAsReplacementCharacters
   PathText.ShowsTheNameAsText
-  RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit)
+  RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit
+  RecipeReplacement.FailsWhereTheNewFileDoesNotFitAndLeavesTheOldOne
+  RecipeReplacement.SpeaksInTheWordsOfSaveAs)
 
 set(vantor_merge_tests_left_out
   MergeFailure.FirstFileThatCannotBeReadIsReportedAndLeavesZeros
