@@ -84,7 +84,7 @@ void AddConvert(CLI::App& app, Session& session)
 {
     CLI::App* command = app.add_subcommand("convert", "Save the rows of a recipe file as another, by its type");
     AddFile(*command, "SOURCE", session.convert.source, kRecipeFile);
-    AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is written over");
+    AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is replaced");
     AddReadOptions(*command, session.convert.read);
     command->callback([&session] { session.done = ConvertRecipe(session.convert, session.reporter); });
 }

@@ -1,23 +1,21 @@
 #include "cli/ConvertCommand.h"
 
 #include "cli/RecipeSource.h"
-
-#include <system_error>
+#include "disk/File.h"
+#include "files/FileMessages.h"
+#include "files/RecipeReplacement.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-/// Saves `rows` to `target`, of which nothing is left after a failure unless it was there before.
-bool SaveAs(FileType type, const CRecipeRows& rows, std::int32_t startAddress, const fs::path& target,
-            CReporter& reporter)
+/// What is written would take words away from what is read.
+bool IsAnotherFile(const fs::path& target, const fs::path& source, CReporter& reporter)
 {
-    std::error_code ignored;
-    const bool isNew = fs::symlink_status(target, ignored).type() == fs::file_type::not_found; // for certain
-    const bool isSaved = PrepareSaveAs(type, target, startAddress, reporter) && SaveRows(type, rows, target, reporter);
-    if (isNew && !isSaved)
-        fs::remove(target, ignored);
-    return isSaved;
+    if (!IsSameFile(target, source))
+        return true;
+    ShowFileError(reporter, u"The file %s can't be converted into itself!", target);
+    return false;
 }
 
 } // namespace
@@ -30,6 +28,6 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
     const fs::path target(options.target);
     const auto type = KnownTypeOf(target, reporter);
     CRecipeRows rows;
-    return type && ReadRows(*source, rows, reporter) &&
-           SaveAs(*type, rows, source->settings.startAddress, target, reporter);
+    return type && IsAnotherFile(target, source->path, reporter) && ReadRows(*source, rows, reporter) &&
+           ReplaceRecipe(*type, rows, target, source->settings.startAddress, reporter).isSaved;
 }

@@ -10,6 +10,7 @@ struct ConvertOptions {
     ReadOptions read;
 };
 
-/// Reads the rows of one recipe file and saves them as another, by its type; an existing one is written to as the type
-/// has it. Source and target may be the same file. False after a failure, then reported.
+/// Reads the rows of one recipe file and saves them as another, by its type, all at once (files/RecipeReplacement.h). A
+/// target that is the source itself, by whatever name or link, is refused. False after a failure, then reported; the
+/// target is as it was, or missing as before.
 bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter);

@@ -2,11 +2,11 @@
 
 #include "cli/LibraryFile.h"
 #include "cli/LibraryToJson.h"
+#include "disk/File.h"
 #include "disk/Replacement.h"
 #include "files/FileMessages.h"
 
 #include <span>
-#include <system_error>
 
 namespace fs = std::filesystem;
 
@@ -21,8 +21,7 @@ bool WriteFile(const fs::path& path, const std::string& text)
 /// Never over the library itself, whatever name it goes by.
 bool SaveJson(const fs::path& path, const std::string& json, const fs::path& library, CReporter& reporter)
 {
-    std::error_code missing;
-    if (!fs::equivalent(path, library, missing) && WriteFile(path, json))
+    if (!IsSameFile(path, library) && WriteFile(path, json))
         return true;
     ShowFileError(reporter, kSaveFileError, path);
     return false;
@@ -33,7 +32,7 @@ bool SaveJson(const fs::path& path, const std::string& json, const fs::path& lib
 bool ExportFormats(const FormatsExportOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     FormatLibrary library;
-    const fs::path libraryPath = LibraryPath(options.library, reporter);
+    const fs::path libraryPath = LibraryToRead(options.library, reporter);
     if (!LoadLibrary(libraryPath, library, reporter))
         return false;
     const std::string json = LibraryToJson(library);

@@ -63,7 +63,7 @@ bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
             FillMessage(u"Import error! File %s, at %s: %s!", {PathText(path), fault->place, fault->text}));
         return false;
     }
-    const fs::path libraryPath = LibraryPath(options.library, reporter);
+    const fs::path libraryPath = LibraryToWrite(options.library, reporter);
     if (Replace(libraryPath, library))
         return true;
     ShowFileError(reporter, kSaveFileError, libraryPath);

@@ -19,7 +19,7 @@ std::string LineOf(const DataFormat& format)
 bool ListFormats(const FormatsListOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     FormatLibrary library;
-    if (!LoadLibrary(LibraryPath(options.library, reporter), library, reporter))
+    if (!LoadLibrary(LibraryToRead(options.library, reporter), library, reporter))
         return false;
     for (const auto& format : library.formats)
         output.Write(LineOf(*format));

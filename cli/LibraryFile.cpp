@@ -6,7 +6,12 @@
 
 namespace fs = std::filesystem;
 
-fs::path LibraryPath(const std::optional<std::string>& given, CReporter& reporter)
+fs::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter)
+{
+    return given ? fs::path(*given) : ProgramLibraryToRead(ExecutablePath(), reporter);
+}
+
+fs::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter)
 {
     return given ? fs::path(*given) : ProgramLibraryPath(ExecutablePath(), reporter);
 }

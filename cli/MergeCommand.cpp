@@ -15,6 +15,24 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// `file`, or no path when nothing but white space stands there.
+fs::path PathUnlessBlank(const std::string& file)
+{
+    fs::path path(file);
+    return Trimmed(PathText(path)).empty() ? fs::path() : path;
+}
+
+/// Whether both files to merge are named; reported when not, as the first checks of a merge do.
+bool AreFilesNamed(const MergeOptions& options, CReporter& reporter)
+{
+    const MergeParams named = {.firstPath = PathUnlessBlank(options.first.file),
+                               .secondPath = PathUnlessBlank(options.second.file)};
+    if (!named.firstPath.empty() && !named.secondPath.empty())
+        return true;
+    reporter.ShowError(*ValidateMergeParams(named));
+    return false;
+}
+
 /// `given` with the ending of the merged file. Its own bytes stay as they are, valid text or not.
 fs::path WithEnding(fs::path given, std::u16string_view text)
 {
@@ -54,6 +72,8 @@ std::int32_t WordsIn(std::int64_t bytes)
 
 bool MergeRecipes(const MergeOptions& options, CReporter& reporter)
 {
+    if (!AreFilesNamed(options, reporter))
+        return false;
     const auto target = ChooseTarget(options, reporter);
     if (!target)
         return false;

@@ -36,7 +36,7 @@ std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
 std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter)
 {
     FormatLibrary library;
-    if (!LoadLibrary(LibraryPath(options.library, reporter), library, reporter))
+    if (!LoadLibrary(LibraryToRead(options.library, reporter), library, reporter))
         return std::nullopt;
     if (library.formats.empty())
         library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));

@@ -39,18 +39,19 @@ std::optional<FileType> KnownTypeOf(const fs::path& path, CReporter& reporter)
     return type;
 }
 
+CRecipeRows LayOutRows(const ReadSettings& settings)
+{
+    CRecipeRows rows;
+    if (settings.format.totalLength() != 0)
+        rows.LayOut(LayOutColumns(settings.format), settings.startAddress, settings.rowCount);
+    return rows;
+}
+
 bool ReadRows(const RecipeSource& source, CRecipeRows& rows, CReporter& reporter)
 {
-    const ReadSettings& settings = source.settings;
-    rows.Clear();
-    if (settings.format.totalLength() == 0)
-        return true;
-    rows.LayOut(LayOutColumns(settings.format), settings.startAddress, settings.rowCount);
+    rows = LayOutRows(source.settings);
     CNoProgress progress;
-    if (!ReadRecipe(source.type, rows, source.path, false, reporter, progress))
-        return false;
-    // A paged file that cannot be opened. A user would see the same value in every cell, but no script would notice.
-    return !rows.ShowsTheSameEverywhere() || Failed(kOpenFileError, source.path, reporter);
+    return rows.RowCount() == 0 || ReadRecipeOnly(source.type, rows, source.path, reporter, progress);
 }
 
 bool SaveRows(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter)

@@ -23,8 +23,11 @@ std::optional<RecipeSource> FindSource(const std::string& file, const ReadOption
 /// The type that goes with the extension of `path`; nothing, and then reported, for an unknown one.
 std::optional<FileType> KnownTypeOf(const std::filesystem::path& path, CReporter& reporter);
 
-/// Fills `rows` with all that the source holds of them: nothing of the file is needed any more. A format without words
-/// leaves no rows and no columns. False after a failure, then reported.
+/// The rows that the settings ask for, with nothing in them yet. A format without words has no rows and no columns.
+CRecipeRows LayOutRows(const ReadSettings& settings);
+
+/// Lays `rows` out so and fills them with all that the source holds of them: nothing of the file is needed any more.
+/// Never writes. False after a failure, then reported.
 bool ReadRows(const RecipeSource& source, CRecipeRows& rows, CReporter& reporter);
 
 /// Writes `rows` to `path`. False after a failure, then reported; a paged file that cannot be opened is one, too.

@@ -3,101 +3,182 @@
 #include "cli/JsonText.h"
 #include "cli/RecipeSource.h"
 #include "cli/TextTable.h"
-#include "files/CellTexts.h"
+#include "files/RecipeWalk.h"
 #include "model/NumberText.h"
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 namespace {
 
 using Align = CTextTable::Align;
 
-constexpr std::size_t kFixedColumns = 2; // "ID" and "RW_Addr"
+constexpr std::u16string_view kIdTitle = u"ID";
+constexpr std::u16string_view kAddressTitle = u"RW_Addr";
+constexpr std::size_t kFixedColumns = 2;
+
+std::u16string IdText(std::int32_t row)
+{
+    return DecimalText(std::int64_t{row} + 1);
+}
 
 std::u16string AddressText(const CRecipeRows& rows, std::int32_t row)
 {
     return u"RW" + DecimalText(rows.WordAddress(row));
 }
 
-/// Calls `take` with the table column and the text of every cell, line by line, the titles first.
-template <typename Take>
-void ForEachCell(const CRecipeRows& rows, Take take)
-{
-    const std::size_t columns = rows.Columns().size();
-    take(0, u"ID");
-    take(1, u"RW_Addr");
-    for (std::size_t column = 0; column < columns; ++column)
-        take(kFixedColumns + column, rows.Columns()[column].title);
+/// The rows of a source: what is printed, but for the texts of the cells.
+struct Sheet {
+    const RecipeSource& source;
+    CRecipeRows layout;
+};
 
-    CCellTexts cells(rows);
-    for (std::int32_t row = 0; row < rows.RowCount(); ++row) {
-        take(0, DecimalText(std::int64_t{row} + 1));
-        take(1, AddressText(rows, row));
-        for (std::size_t column = 0; column < columns; ++column) {
-            cells.MoveTo(row, column);
-            take(kFixedColumns + column, cells.Text());
-        }
-    }
+/// Hands every cell to `taker`. False after a failure, then reported.
+bool Walk(const Sheet& sheet, CCellTaker& taker, CReporter& reporter)
+{
+    return sheet.layout.RowCount() == 0 ||
+           WalkRecipe(sheet.source.type, sheet.layout, sheet.source.path, taker, reporter);
 }
 
-CTextTable TableFor(const CRecipeRows& rows)
+CTextTable TableWithTitles(const CRecipeRows& layout)
 {
     std::vector<Align> aligns = {Align::Right, Align::Left};
-    for (const ColumnCoding& column : rows.Columns())
+    for (const ColumnCoding& column : layout.Columns())
         aligns.push_back(column.dataType == DataType::String ? Align::Left : Align::Right);
     CTextTable table(aligns);
-    ForEachCell(rows, [&](std::size_t column, std::u16string_view text) { table.MakeRoom(column, text); });
+    table.MakeRoom(0, kIdTitle);
+    table.MakeRoom(1, kAddressTitle);
+    for (std::size_t column = 0; column < layout.Columns().size(); ++column)
+        table.MakeRoom(kFixedColumns + column, layout.Columns()[column].title);
+    if (layout.RowCount() > 0) { // of these, the last row's are the longest
+        table.MakeRoom(0, IdText(layout.RowCount() - 1));
+        table.MakeRoom(1, AddressText(layout, layout.RowCount() - 1));
+    }
     return table;
 }
 
-void PrintTable(const CRecipeRows& rows, CStandardOutput& output)
+/// Widens the columns of a table for every cell.
+class CCellMeasure final : public CCellTaker {
+public:
+    explicit CCellMeasure(CTextTable& table) : m_table(table) {}
+
+    void TakeCell(std::int32_t, std::size_t column, std::u16string_view text) override
+    {
+        m_table.MakeRoom(kFixedColumns + column, text);
+    }
+
+private:
+    CTextTable& m_table;
+};
+
+/// Prints every cell as one of a table that has room for it.
+class CTablePrinter final : public CCellTaker {
+public:
+    CTablePrinter(const CRecipeRows& layout, CTextTable& table, CStandardOutput& output)
+        : m_layout(layout),
+          m_table(table),
+          m_output(output)
+    {
+    }
+
+    void PrintTitles()
+    {
+        Print(kIdTitle);
+        Print(kAddressTitle);
+        for (const ColumnCoding& column : m_layout.Columns())
+            Print(column.title);
+    }
+
+    void TakeCell(std::int32_t row, std::size_t column, std::u16string_view text) override
+    {
+        if (column == 0) {
+            Print(IdText(row));
+            Print(AddressText(m_layout, row));
+        }
+        Print(text);
+    }
+
+private:
+    void Print(std::u16string_view text)
+    {
+        m_cell.clear();
+        m_table.AppendCell(text, m_cell);
+        m_output.Write(m_cell);
+    }
+
+    const CRecipeRows& m_layout;
+    CTextTable& m_table;
+    CStandardOutput& m_output;
+    std::string m_cell;
+};
+
+/// Goes over the file twice, since the first line is as wide as the widest.
+bool PrintTable(const Sheet& sheet, CStandardOutput& output, CReporter& reporter)
 {
-    CTextTable table = TableFor(rows);
-    std::string cell;
-    ForEachCell(rows, [&](std::size_t, std::u16string_view text) {
-        cell.clear();
-        table.AppendCell(text, cell);
-        output.Write(cell);
-    });
+    CTextTable table = TableWithTitles(sheet.layout);
+    CCellMeasure measure(table);
+    if (!Walk(sheet, measure, reporter))
+        return false;
+    CTablePrinter printer(sheet.layout, table, output);
+    printer.PrintTitles();
+    return Walk(sheet, printer, reporter);
 }
 
-void AppendTitles(const CRecipeRows& rows, std::string& json)
-{
-    for (std::size_t column = 0; column < rows.Columns().size(); ++column) {
-        json += column == 0 ? "" : ", ";
-        AppendJsonText(rows.Columns()[column].title, json);
-    }
-}
+/// Prints every cell as a text of its row's object, a line a row.
+class CJsonPrinter final : public CCellTaker {
+public:
+    CJsonPrinter(const CRecipeRows& layout, CStandardOutput& output) : m_layout(layout), m_output(output) {}
 
-void AppendRow(const CRecipeRows& rows, std::int32_t row, CCellTexts& cells, std::string& json)
-{
-    json += "{\"id\": " + std::to_string(std::int64_t{row} + 1) + ", \"address\": ";
-    AppendJsonText(AddressText(rows, row), json);
-    json += ", \"cells\": [";
-    for (std::size_t column = 0; column < rows.Columns().size(); ++column) {
-        json += column == 0 ? "" : ", ";
-        cells.MoveTo(row, column);
-        AppendJsonText(cells.Text(), json);
+    void PrintTitles()
+    {
+        m_json = "{\"titles\": [";
+        for (std::size_t column = 0; column < m_layout.Columns().size(); ++column) {
+            m_json += column == 0 ? "" : ", ";
+            AppendJsonText(m_layout.Columns()[column].title, m_json);
+        }
+        m_json += "], \"rows\": [";
+        m_output.Write(m_json);
     }
-    json += "]}";
-}
 
-/// One object, a line a row.
-void PrintJson(const CRecipeRows& rows, CStandardOutput& output)
-{
-    std::string json = "{\"titles\": [";
-    AppendTitles(rows, json);
-    json += "], \"rows\": [";
-    CCellTexts cells(rows);
-    for (std::int32_t row = 0; row < rows.RowCount(); ++row) {
-        json += row == 0 ? "\n" : ",\n";
-        AppendRow(rows, row, cells, json);
-        output.Write(json);
-        json.clear();
+    void TakeCell(std::int32_t row, std::size_t column, std::u16string_view text) override
+    {
+        m_json.clear();
+        if (column == 0)
+            BeginRow(row);
+        else
+            m_json += ", ";
+        AppendJsonText(text, m_json);
+        if (column + 1 == m_layout.Columns().size())
+            m_json += "]}";
+        m_output.Write(m_json);
     }
-    json += rows.RowCount() == 0 ? "]}\n" : "\n]}\n";
-    output.Write(json);
+
+    void PrintEnd() { m_output.Write(m_layout.RowCount() == 0 ? "]}\n" : "\n]}\n"); }
+
+private:
+    void BeginRow(std::int32_t row)
+    {
+        m_json += row == 0 ? "\n" : ",\n";
+        m_json += "{\"id\": " + std::to_string(std::int64_t{row} + 1) + ", \"address\": ";
+        AppendJsonText(AddressText(m_layout, row), m_json);
+        m_json += ", \"cells\": [";
+    }
+
+    const CRecipeRows& m_layout;
+    CStandardOutput& m_output;
+    std::string m_json;
+};
+
+/// One object.
+bool PrintJson(const Sheet& sheet, CStandardOutput& output, CReporter& reporter)
+{
+    CJsonPrinter printer(sheet.layout, output);
+    printer.PrintTitles();
+    if (!Walk(sheet, printer, reporter))
+        return false;
+    printer.PrintEnd();
+    return true;
 }
 
 } // namespace
@@ -105,12 +186,9 @@ void PrintJson(const CRecipeRows& rows, CStandardOutput& output)
 bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     const auto source = FindSource(options.file, options.read, reporter);
-    CRecipeRows rows;
-    if (!source || !ReadRows(*source, rows, reporter))
+    if (!source)
         return false;
-    if (options.json)
-        PrintJson(rows, output);
-    else
-        PrintTable(rows, output);
-    return output.Finish(reporter);
+    const Sheet sheet{*source, LayOutRows(source->settings)};
+    const bool isPrinted = options.json ? PrintJson(sheet, output, reporter) : PrintTable(sheet, output, reporter);
+    return isPrinted && output.Finish(reporter);
 }

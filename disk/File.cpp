@@ -249,6 +249,12 @@ bool IsMissing(const fs::path& path)
     return fs::status(path, ignored).type() == fs::file_type::not_found;
 }
 
+bool IsSameFile(const fs::path& one, const fs::path& other)
+{
+    std::error_code missing; // a file that is not there is no other's
+    return fs::equivalent(one, other, missing);
+}
+
 fs::path LinkTarget(fs::path path)
 {
     constexpr int kMostLinks = 40; // more are a circle

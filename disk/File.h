@@ -106,6 +106,9 @@ bool FlushFolderOf(const std::filesystem::path& path);
 /// Whether for certain nothing has the name, or a link there leads nowhere; false when that cannot be told.
 bool IsMissing(const std::filesystem::path& path);
 
+/// Whether both paths lead to one file, by whatever names or links; false for what is not there.
+bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
+
 /// What `path` names when all symbolic links at its end are followed; it need not exist. A circle of links ends in one
 /// of them.
 std::filesystem::path LinkTarget(std::filesystem::path path);

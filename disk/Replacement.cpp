@@ -2,6 +2,8 @@
 
 #include "disk/TemporaryFile.h"
 
+#include <algorithm>
+#include <array>
 #include <system_error>
 #include <vector>
 
@@ -37,6 +39,11 @@ bool MayBeReplaced(const fs::path& target)
     const fs::file_type type = TypeOf(target);
     return type == fs::file_type::not_found ||
            (type == fs::file_type::regular && fs::hard_link_count(target, ignored) == 1);
+}
+
+bool IsZero(std::span<const std::byte> bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b == std::byte{0}; });
 }
 
 } // namespace
@@ -110,6 +117,34 @@ bool CReplacement::Append(std::span<const std::byte> bytes)
     return true;
 }
 
+bool CReplacement::AppendZeros(std::uint64_t count)
+{
+    const std::array lastZero = {std::byte{0}}; // those before it are a gap, which reads as zeros
+    if (count > 0 && !m_file.WriteAt(m_written + count - 1, lastZero))
+        return false;
+    m_written += count;
+    return true;
+}
+
+bool CReplacement::AppendOld()
+{
+    if (TypeOf(m_target) == fs::file_type::not_found)
+        return true;
+    std::array<std::byte, 65536> piece;
+    const CFile old(m_target, CFile::Mode::Read);
+    for (std::uint64_t done = 0;;) {
+        const auto length = old.ReadAt(done, piece);
+        if (!length)
+            return false;
+        if (*length == 0)
+            return true;
+        const auto bytes = std::span(piece).first(*length);
+        if (IsZero(bytes) ? !AppendZeros(*length) : !Append(bytes)) // what was a hole stays one
+            return false;
+        done += *length;
+    }
+}
+
 bool CReplacement::Finish()
 {
     return m_file.Close() && (TakePlace() ? FlushFolderOf(m_target) : CopyIntoTarget());
@@ -134,9 +169,10 @@ bool CReplacement::CopyIntoTarget()
     const CFile source(m_fresh, CFile::Mode::Read);
     CFile target(m_target, CFile::Mode::ReadWrite);
     const auto oldSize = target.Size();
-    if (!source.IsOpen() || !oldSize || !KeepForGood() || !target.Reserve(0, m_written))
+    const auto newSize = source.Size();
+    if (!newSize || !oldSize || !KeepForGood() || !target.Reserve(0, *newSize))
         return false;
-    if (CopyContent(source, target, m_written, piece) && target.CutTo(m_written) && target.Close())
+    if (CopyContent(source, target, *newSize, piece) && target.CutTo(*newSize) && target.Close())
         return true;
     target.CutTo(*oldSize);
     m_isMixed = true;

@@ -29,6 +29,17 @@ public:
     /// Writes `bytes` behind what was written before. False after an error.
     bool Append(std::span<const std::byte> bytes);
 
+    /// Leaves `count` zero bytes behind what was written before, which take no room where the disk has holes. False
+    /// after an error.
+    bool AppendZeros(std::uint64_t count);
+
+    /// Writes what the old file holds behind what was written before; nothing where there is none. False after an
+    /// error.
+    bool AppendOld();
+
+    /// Where the new file grows. It may be opened and written by this name once all is appended that is to be.
+    const std::filesystem::path& FreshPath() const { return m_fresh; }
+
     /// Puts the new file in the old one's place, once everything is on the disk. False when that fails.
     bool Finish();
 

@@ -15,13 +15,6 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{64} << 20; // of one read or write; the usual stretch is one piece
 
-std::size_t BytesInFile(std::uint64_t fileSize, const CRecipeRows& rows)
-{
-    if (fileSize <= rows.FirstByte())
-        return 0;
-    return static_cast<std::size_t>(std::min(fileSize - rows.FirstByte(), rows.StretchBytes()));
-}
-
 Outcome ReadImage(const fs::path& path, const CRecipeRows& rows, CByteBuffer& image, CProgress& progress)
 try {
     const CFile file(path, CFile::Mode::Read);
@@ -29,7 +22,7 @@ try {
     if (!fileSize)
         return Outcome::Failed;
 
-    const std::size_t total = BytesInFile(*fileSize, rows);
+    const std::size_t total = static_cast<std::size_t>(rows.BytesWithin(*fileSize));
     image = CByteBuffer(total);
     std::size_t done = 0;
     while (done < total) {
@@ -84,7 +77,9 @@ Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const s
     return MixedOver(*oldSize, offset);
 }
 
-Outcome SaveImage(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
+} // namespace
+
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
 try {
     if (rows.StartAddress() < 0) // no file has such words
         return Outcome::Failed;
@@ -96,8 +91,6 @@ try {
 } catch (const std::bad_alloc&) {
     return Outcome::Failed;
 }
-
-} // namespace
 
 bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter, CProgress& progress)
 {
@@ -117,7 +110,7 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CRe
 
 SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
-    const Outcome outcome = SaveImage(rows, path, progress);
+    const Outcome outcome = WriteBinaryRecipe(rows, path, progress);
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);

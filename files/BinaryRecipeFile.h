@@ -27,3 +27,6 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool
 /// touched; a file that then cannot be written is cut back to its old length, a new one is removed.
 SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                             CProgress& progress);
+
+/// The same, with the failure left for the caller to report.
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CProgress& progress);

@@ -7,9 +7,7 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <span>
-#include <stdexcept>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -38,10 +36,11 @@ std::u16string_view WithoutQuotes(std::u16string_view field)
     return field;
 }
 
-/// Finds lines and fields in a text that arrives in pieces.
+/// Finds lines and fields in a text that arrives in pieces, and hands them to a taker: a CFieldTable or a CFieldTaker.
+template <class Fields>
 class CFieldSplitter {
 public:
-    CFieldSplitter(TextForm form, std::size_t lines, std::size_t columns, CFieldTable& fields)
+    CFieldSplitter(TextForm form, std::size_t lines, std::size_t columns, Fields& fields)
         : m_form(form),
           m_lines(lines),
           m_columns(columns),
@@ -52,7 +51,7 @@ public:
     /// The text that is not split yet, for the next piece to be appended to.
     std::u16string& Text() { return m_text; }
 
-    bool HasAllLines() const { return m_fields.LineCount() >= m_lines; }
+    bool HasAllLines() const { return m_ended >= m_lines; }
 
     /// Takes off the text the fields that have an end.
     void Split()
@@ -104,16 +103,18 @@ private:
         if (m_column < m_columns && !field.empty()) // nothing behind a separator is no field
             m_fields.AddField(field);               // kept: with its quotes
         m_fields.EndLine();
+        ++m_ended;
         m_column = 0;
     }
 
     const TextForm m_form;
     const std::size_t m_lines;
     const std::size_t m_columns;
-    CFieldTable& m_fields;
+    Fields& m_fields;
     std::u16string m_text;
     std::size_t m_searched = 0; ///< so much of the text has no mark
     std::size_t m_column = 0;
+    std::size_t m_ended = 0; ///< lines
 };
 
 /// Cuts ANSI bytes into lines as a text stream with a small buffer does, and appends them to a text with a line feed
@@ -205,7 +206,8 @@ Outcome ReadPieces(const CFile& file, std::uint64_t pos, CProgress& progress, Is
     return Outcome::Done;
 }
 
-Outcome ReadUtf16(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
+template <class Splitter>
+Outcome ReadUtf16(const CFile& file, Splitter& splitter, CProgress& progress)
 {
     return ReadPieces(
         file, kMarkBytes, progress, [&] { return !splitter.HasAllLines(); },
@@ -215,7 +217,8 @@ Outcome ReadUtf16(const CFile& file, CFieldSplitter& splitter, CProgress& progre
         });
 }
 
-Outcome ReadAnsi(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
+template <class Splitter>
+Outcome ReadAnsi(const CFile& file, Splitter& splitter, CProgress& progress)
 {
     CAnsiLines ansiLines(splitter.Text());
     const Outcome outcome = ReadPieces(
@@ -229,24 +232,37 @@ Outcome ReadAnsi(const CFile& file, CFieldSplitter& splitter, CProgress& progres
     return outcome;
 }
 
+template <class Fields>
+Outcome Split(const CFile& file, std::size_t lines, std::size_t columns, Fields& fields, CProgress& progress)
+{
+    const bool isUtf16 = HoldsUtf16(file);
+    CFieldSplitter<Fields> splitter(isUtf16 ? kUtf16Form : kAnsiForm, lines, columns, fields);
+    const Outcome outcome = isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
+    if (outcome == Outcome::Done)
+        splitter.Finish();
+    return outcome;
+}
+
 } // namespace
 
 Outcome ReadCsvFields(const fs::path& path, std::size_t lines, std::size_t columns, CFieldTable& fields,
                       CProgress& progress)
-try {
-    const CFile file(path, CFile::Mode::Read);
-    const auto size = file.Size();
-    if (!size)
-        return Outcome::Failed;
-    const bool isUtf16 = HoldsUtf16(file);
-    const auto characters = static_cast<std::size_t>(std::min<std::uint64_t>(*size, kMostReserved));
-    fields.Reserve(characters, std::min(lines * columns, characters / 4));
-    CFieldSplitter splitter(isUtf16 ? kUtf16Form : kAnsiForm, lines, columns, fields);
-    const Outcome outcome = isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
-    splitter.Finish();
-    return outcome;
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
-} catch (const std::length_error&) {
-    return Outcome::Failed;
+{
+    return WithinMemory([&] {
+        const CFile file(path, CFile::Mode::Read);
+        const auto size = file.Size();
+        if (!size)
+            return Outcome::Failed;
+        const auto characters = static_cast<std::size_t>(std::min<std::uint64_t>(*size, kMostReserved));
+        fields.Reserve(characters, std::min(lines * columns, characters / 4));
+        return Split(file, lines, columns, fields, progress);
+    });
+}
+
+Outcome WalkCsvFields(const fs::path& path, std::size_t lines, std::size_t columns, CFieldTaker& fields)
+{
+    return WithinMemory([&] {
+        CNoProgress progress;
+        return Split(CFile(path, CFile::Mode::Read), lines, columns, fields, progress);
+    });
 }

@@ -10,8 +10,16 @@
 
 inline constexpr std::u16string_view kOpenFileError = u"Open file %s error!";
 inline constexpr std::u16string_view kSaveFileError = u"Can't save file %s,please check file or your disk!";
+inline constexpr std::u16string_view kMakeFileError = u"Open %s failed ,It can't save!";
+inline constexpr std::u16string_view kOpenPagedError = u"Can't open the file that need save!"; // kept: names none
 inline constexpr std::u16string_view kOpenTableError = u"Can't open file %s!";
 inline constexpr std::u16string_view kSaveTableError = u"Save file %s failed!";
+
+/// What reading a file of `type` tells when it fails.
+constexpr std::u16string_view OpenErrorOf(FileType type)
+{
+    return type == FileType::Csv ? kOpenTableError : kOpenFileError;
+}
 
 /// What a save of `type` tells when it fails.
 constexpr std::u16string_view SaveErrorOf(FileType type)

@@ -25,20 +25,43 @@ void MakeFromSample(const fs::path& library, const fs::path& sample)
     formats.save(library);
 }
 
-} // namespace
+fs::path LibraryIn(const fs::path& dataFolder)
+{
+    return dataFolder / "vantor" / FormatLibrary::kFileName;
+}
 
-fs::path ProgramLibraryPath(const fs::path& executable, CReporter& reporter)
+/// What `ofUser` makes of the user's data folder and the sample; the library beside the program where that is the one.
+template <class OfUser>
+fs::path LibraryOf(const fs::path& executable, CReporter& reporter, OfUser ofUser)
 {
     const fs::path dataFolder = kSample.empty() ? fs::path() : UserDataFolder();
     if (dataFolder.empty())
         return LibraryPathBeside(executable, reporter);
-    return UserLibraryPath(dataFolder, executable.parent_path() / kSample);
+    return ofUser(dataFolder, executable.parent_path() / kSample);
+}
+
+} // namespace
+
+fs::path ProgramLibraryPath(const fs::path& executable, CReporter& reporter)
+{
+    return LibraryOf(executable, reporter, UserLibraryPath);
+}
+
+fs::path ProgramLibraryToRead(const fs::path& executable, CReporter& reporter)
+{
+    return LibraryOf(executable, reporter, UserLibraryToRead);
 }
 
 fs::path UserLibraryPath(const fs::path& dataFolder, const fs::path& sample)
 {
-    fs::path library = dataFolder / "vantor" / FormatLibrary::kFileName;
+    fs::path library = LibraryIn(dataFolder);
     if (IsMissing(library))
         MakeFromSample(library, sample);
     return library;
+}
+
+fs::path UserLibraryToRead(const fs::path& dataFolder, const fs::path& sample)
+{
+    fs::path library = LibraryIn(dataFolder);
+    return IsMissing(library) && !IsMissing(sample) ? sample : library;
 }

@@ -12,7 +12,14 @@
 /// reports is reported.
 std::filesystem::path ProgramLibraryPath(const std::filesystem::path& executable, CReporter& reporter);
 
+/// The same for what only reads: nothing is made. While the user has no library of their own, it is the sample that one
+/// would be made from.
+std::filesystem::path ProgramLibraryToRead(const std::filesystem::path& executable, CReporter& reporter);
+
 /// The format library in `dataFolder`: "RecipeFile.Dat" in a folder of Vantor's own. Where there is none yet, it is
 /// made from the library file `sample` first. That this failed is not reported: the library is missing then, as it is
 /// when there is no sample.
 std::filesystem::path UserLibraryPath(const std::filesystem::path& dataFolder, const std::filesystem::path& sample);
+
+/// The same file, or `sample` where there is none yet but a sample; nothing is made.
+std::filesystem::path UserLibraryToRead(const std::filesystem::path& dataFolder, const std::filesystem::path& sample);

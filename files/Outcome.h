@@ -1,5 +1,8 @@
 #pragma once
 
+#include <new>
+#include <stdexcept>
+
 /// How a piece of work on a file ended.
 enum class Outcome {
     Done,
@@ -7,6 +10,17 @@ enum class Outcome {
     FailedMixed, ///< the same, and the file may hold old and new words now
     GivenUp,     ///< by the user's wish: nothing to report
 };
+
+/// What `work` comes to; Failed when there is no memory for it.
+template <class Work>
+Outcome WithinMemory(Work work)
+try {
+    return work();
+} catch (const std::bad_alloc&) {
+    return Outcome::Failed;
+} catch (const std::length_error&) {
+    return Outcome::Failed;
+}
 
 /// How a save ended, once its failure was reported. Reads as whether it counts as saved: everything is in the file, and
 /// on the disk.

@@ -1,7 +1,5 @@
 #include "files/PagedFile.h"
 
-#include "model/LittleEndian.h"
-
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -11,43 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kBlockBytes = 4096; // of the directory, of a table and of a page
-constexpr std::uint64_t kAddressEnd = std::uint64_t{1} << 32;
 constexpr int kMostTries = 8;
 constexpr std::chrono::milliseconds kPauseBetweenTries{10};
-
-std::size_t DirectoryIndex(std::uint64_t address)
-{
-    return address >> 22 & 0x3FF;
-}
-
-std::size_t TableIndex(std::uint64_t address)
-{
-    return address >> 12 & 0x3FF;
-}
-
-/// How many of the next `left` bytes lie in the page of `address`.
-std::size_t BytesInPage(std::uint64_t address, std::size_t left)
-{
-    return std::min<std::size_t>(left, kBlockBytes - address % kBlockBytes);
-}
-
-bool HasAddress(std::int64_t wordAddress, std::uint64_t byteCount)
-{
-    if (wordAddress < 0 || wordAddress > static_cast<std::int64_t>(kAddressEnd / 2))
-        return false;
-    return byteCount <= kAddressEnd - 2 * static_cast<std::uint64_t>(wordAddress);
-}
-
-std::uint64_t ByteAddress(std::int64_t wordAddress)
-{
-    return 2 * static_cast<std::uint64_t>(wordAddress);
-}
-
-std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
-{
-    return LoadLittleEndian<std::uint32_t>(bytes.subspan(4 * index));
-}
 
 std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> entries)
 {
@@ -61,47 +24,6 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 
 } // namespace
 
-bool CPagePlaces::Take(std::uint32_t offset)
-{
-    const std::size_t block = offset / kBlockBytes;
-    m_begins.resize(std::max(m_begins.size(), block + 2));
-    const bool isHereFree = m_begins[block] == 0;
-    const bool isBeforeFree = block == 0 || offset - m_begins[block - 1] >= kBlockBytes; // also from 0, for none
-    const bool isBehindFree = m_begins[block + 1] == 0 || m_begins[block + 1] - offset >= kBlockBytes;
-    if (!isHereFree || !isBeforeFree || !isBehindFree)
-        return false;
-    m_begins[block] = offset;
-    return true;
-}
-
-bool CPagedFile::Open(const fs::path& path, PagedKind kind)
-{
-    m_flatBytes = kind == kErp ? 1U << 20 : 1U << 16;
-    m_directory.reset();
-    m_tables.clear();
-    m_tables.resize(std::tuple_size_v<decltype(Table::entries)>);
-    m_places = CPagePlaces();
-    m_places.Take(m_flatBytes); // the directory's, whether there is one yet or not
-    return m_file.Open(path, CFile::Mode::ReadWrite);
-}
-
-bool CPagedFile::IsSound(std::int64_t wordAddress, std::uint64_t byteCount)
-{
-    const auto size = m_file.Size();
-    if (!size || !HasAddress(wordAddress, byteCount))
-        return false;
-    const std::uint64_t end = ByteAddress(wordAddress) + byteCount;
-    if (byteCount == 0 || end <= m_flatBytes || *size <= m_flatBytes)
-        return true;
-    if (!LoadDirectory())
-        return false;
-    const std::uint64_t first = std::max<std::uint64_t>(ByteAddress(wordAddress), m_flatBytes);
-    for (std::size_t index = DirectoryIndex(first); index <= DirectoryIndex(end - 1); ++index)
-        if (m_directory->entries[index] != 0 && !LoadTable(index))
-            return false;
-    return true;
-}
-
 bool CPagedFile::MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount)
 {
     const auto oldEnd = m_file.Size();
@@ -114,7 +36,7 @@ bool CPagedFile::MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount)
     return newEnd && (*newEnd == *oldEnd || GrowTo(*oldEnd, *newEnd));
 }
 
-bool CPagedFile::MakeRoomToRead(std::int64_t wordAddress, std::uint64_t byteCount)
+bool CPagedFile::PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount)
 {
     const auto size = m_file.Size();
     return size && (*size > m_flatBytes ? MakeRoom(wordAddress, byteCount) : IsSound(wordAddress, byteCount));
@@ -136,37 +58,6 @@ bool CPagedFile::Write(std::int64_t wordAddress, std::span<const std::byte> byte
         done += piece.size();
     }
     return true;
-}
-
-bool CPagedFile::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
-{
-    std::fill(bytes.begin(), bytes.end(), std::byte{0});
-    const auto size = m_file.Size();
-    if (!size || !MakeRoomToRead(wordAddress, bytes.size()))
-        return false;
-    const std::uint64_t first = ByteAddress(wordAddress);
-    std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (!m_file.ReadAt(first, bytes.first(done)))
-        return false;
-    while (done < bytes.size() && *size > m_flatBytes) {
-        const std::uint64_t address = first + done;
-        const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
-        if (m_file.ReadAt(PageOf(address) + address % kBlockBytes, piece) != piece.size())
-            return false;
-        done += piece.size();
-    }
-    return true;
-}
-
-std::size_t CPagedFile::BytesInFlatPart(std::uint64_t first, std::size_t count) const
-{
-    return std::min<std::size_t>(count, m_flatBytes - std::min<std::uint64_t>(first, m_flatBytes));
-}
-
-/// The offset of the page that holds the byte at `address`, for which there is room.
-std::uint32_t CPagedFile::PageOf(std::uint64_t address) const
-{
-    return m_tables[DirectoryIndex(address)]->entries[TableIndex(address)];
 }
 
 /// Enters all that the bytes from `first` to `end` lack in the directory and the tables at hand, in the order of the
@@ -287,44 +178,6 @@ std::unique_ptr<CPagedFile::Table> CPagedFile::MakeTable(std::uint32_t offset)
     table->offset = offset;
     table->isChanged = true;
     return table;
-}
-
-bool CPagedFile::LoadDirectory()
-{
-    if (!m_directory)
-        m_directory = ReadTable(m_flatBytes);
-    return m_directory != nullptr;
-}
-
-bool CPagedFile::LoadTable(std::size_t directoryIndex)
-{
-    auto& table = m_tables[directoryIndex];
-    if (!table)
-        table = ReadTable(m_directory->entries[directoryIndex]);
-    return table != nullptr;
-}
-
-/// The table at `offset`, whose entries take their places; null when one of them cannot or the end of the file cuts it.
-std::unique_ptr<CPagedFile::Table> CPagedFile::ReadTable(std::uint32_t offset)
-{
-    std::array<std::byte, kBlockBytes> bytes;
-    if (m_file.ReadAt(offset, bytes) != bytes.size())
-        return nullptr;
-    auto table = std::make_unique<Table>();
-    table->offset = offset;
-    for (std::size_t i = 0; i < table->entries.size(); ++i) {
-        table->entries[i] = LoadEntry(bytes, i);
-        if (table->entries[i] != 0 && !TakesPlace(table->entries[i]))
-            return nullptr;
-    }
-    return table;
-}
-
-/// Whether what an entry leads to lies in the file, behind the directory, where nothing else lies.
-bool CPagedFile::TakesPlace(std::uint32_t offset)
-{
-    const auto size = m_file.Size();
-    return size && offset >= m_flatBytes + kBlockBytes && offset + kBlockBytes <= *size && m_places.Take(offset);
 }
 
 bool PagedWrite(const fs::path& path, std::int64_t wordAddress, std::size_t wordCount, std::span<const std::byte> bytes,

@@ -16,11 +16,6 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
-PagedKind KindOf(FileType type)
-{
-    return type == FileType::Erp ? kErp : kFrp;
-}
-
 /// The word at byte `pos` of the stretch that `rows` show.
 std::int64_t WordAt(const CRecipeRows& rows, std::size_t pos)
 {
@@ -39,9 +34,9 @@ CByteBuffer WordsOfNoFile(const CRecipeRows& rows)
     return buffer;
 }
 
-Outcome ReadStretch(const CRecipeRows& rows, CPagedFile& file, CByteBuffer& image, CProgress& progress)
+Outcome ReadStretch(const CRecipeRows& rows, CPagedReader& file, CByteBuffer& image, CProgress& progress)
 {
-    if (!file.MakeRoomToRead(rows.StartAddress(), rows.StretchBytes()))
+    if (!file.PrepareToRead(rows.StartAddress(), rows.StretchBytes()))
         return Outcome::Failed;
     image = CByteBuffer(static_cast<std::size_t>(rows.StretchBytes()));
     const std::size_t total = image.Bytes().size();
@@ -87,20 +82,20 @@ try {
 }
 
 /// Fills `rows` when that is done.
-Outcome ReadRows(CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
-try {
-    CPagedFile file;
-    if (!file.Open(path, KindOf(type))) {
-        rows.ShowEverywhere(WordsOfNoFile(rows), RecipeKind::Paged);
-        return Outcome::Done;
-    }
+Outcome ReadRows(CRecipeRows& rows, CPagedReader& file, CProgress& progress)
+{
     CByteBuffer image;
     const Outcome outcome = ReadStretch(rows, file, image, progress);
     if (outcome == Outcome::Done)
         rows.ShowWords(std::move(image), RecipeKind::Paged);
     return outcome;
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
+}
+
+bool IsRead(Outcome outcome, const fs::path& path, CReporter& reporter)
+{
+    if (outcome == Outcome::Failed)
+        ShowFileError(reporter, kOpenFileError, path);
+    return outcome == Outcome::Done;
 }
 
 } // namespace
@@ -108,10 +103,24 @@ try {
 bool ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
 {
     rows.ShowNothing();
-    const Outcome outcome = ReadRows(rows, path, type, progress);
-    if (outcome == Outcome::Failed)
-        ShowFileError(reporter, kOpenFileError, path);
-    return outcome == Outcome::Done;
+    const Outcome outcome = WithinMemory([&] {
+        CPagedFile file;
+        if (file.Open(path, KindOf(type)))
+            return ReadRows(rows, file, progress);
+        rows.ShowEverywhere(WordsOfNoFile(rows), RecipeKind::Paged);
+        return Outcome::Done;
+    });
+    return IsRead(outcome, path, reporter);
+}
+
+bool ReadPagedOnly(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+{
+    rows.ShowNothing();
+    const Outcome outcome = WithinMemory([&] {
+        CPagedReader file;
+        return file.Open(path, KindOf(type)) ? ReadRows(rows, file, progress) : Outcome::Failed;
+    });
+    return IsRead(outcome, path, reporter);
 }
 
 SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter,
@@ -124,4 +133,10 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);
+}
+
+Outcome WritePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
+{
+    CPagedFile file;
+    return file.Open(path, KindOf(type)) ? SaveStretch(rows, path, KindOf(type), file, progress) : Outcome::Failed;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/Outcome.h"
+#include "files/PagedLayout.h"
 #include "files/Progress.h"
 #include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
@@ -10,16 +11,25 @@
 
 // Rows out of and into the paged recipe files (PagedFile.h). `type` is FileType::Erp or FileType::Frp.
 
-/// Fills `rows` from the file at `path`. What it does not hold reads as zero bytes.
+constexpr PagedKind KindOf(FileType type)
+{
+    return type == FileType::Erp ? kErp : kFrp;
+}
+
+/// Fills `rows` from the file at `path`, as the window does. What it does not hold reads as zero bytes.
 ///
-/// kept: reading needs a file that can be written, too, and makes missing tables and pages in one that is longer than
-/// its flat part. When it cannot be opened so, nothing is shown and every cell is that of the words 0x0030, 0x0000: an
-/// integer shows "48", a hexadecimal value "30"; CRecipeRows::ShowsTheSameEverywhere tells.
+/// kept: this reading needs a file that can be written, too, and makes missing tables and pages in one that is longer
+/// than its flat part. When it cannot be opened so, nothing is shown and every cell is that of the words 0x0030,
+/// 0x0000: an integer shows "48", a hexadecimal value "30"; CRecipeRows::ShowsTheSameEverywhere tells.
 ///
 /// False, with every cell empty, when the file is damaged or cannot be read (then reported: "Open file %s error!") or
 /// the work was given up.
 bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                CProgress& progress);
+
+/// Likewise, but never writes: the file need not be writable, and one that cannot be opened is a failure as others are.
+bool ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
+                   CProgress& progress);
 
 /// Writes `rows` into the file at `path`. Every cell is coded first; words before and behind the stretch stay as they
 /// are.
@@ -32,3 +42,6 @@ bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType ty
 /// anything was written. A damaged file is left as it is, and so is one for which the disk has no room.
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                      CProgress& progress);
+
+/// Likewise, with the failure left for the caller to report; that the file cannot be opened is one, too.
+Outcome WritePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CProgress& progress);

@@ -84,6 +84,13 @@ bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool new
     return true; // any other number reads nothing
 }
 
+bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (IsPaged(type))
+        return ReadPagedOnly(rows, path, type, reporter, progress);
+    return ReadRecipe(type, rows, path, false, reporter, progress);
+}
+
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
                       CProgress& progress)
 {
@@ -105,13 +112,13 @@ bool PrepareSaveAs(FileType type, const fs::path& path, std::int32_t startAddres
     case FileType::Rcp:
         if (startAddress == 0 || CreateWithZeros(path, startAddress))
             return true;
-        ShowFileError(reporter, u"Open %s failed ,It can't save!", path);
+        ShowFileError(reporter, kMakeFileError, path);
         return false;
     case FileType::Erp:
     case FileType::Frp:
         if (OpensOrIsCreated(path))
             return true;
-        reporter.ShowError(u"Can't open the file that need save!");
+        reporter.ShowError(kOpenPagedError);
         return false;
     case FileType::Csv:
         break;

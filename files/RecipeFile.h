@@ -17,6 +17,11 @@ enum class FileType : std::int32_t {
     Frp = 3, ///< paged word image, flat part of 64 KiB
 };
 
+constexpr bool IsPaged(FileType type)
+{
+    return type == FileType::Erp || type == FileType::Frp;
+}
+
 /// The type that goes with the extension of `path`, whatever its case; nothing for any other extension.
 std::optional<FileType> FileTypeOf(const std::filesystem::path& path);
 
@@ -25,6 +30,11 @@ std::optional<FileType> FileTypeOf(const std::filesystem::path& path);
 /// failure (PagedRecipeFile.h).
 bool ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
                 CProgress& progress);
+
+/// As ReadRecipe for a file that there is, but never writes: a paged file need not be writable, gets no pages, and one
+/// that cannot be opened is a failure, too.
+bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                    CProgress& progress);
 
 /// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
 /// or when the work was given up. kept: a paged file that is missing or cannot be written counts as saved, though

@@ -36,6 +36,11 @@ std::uint64_t CRecipeRows::FirstByte() const
     return 2 * static_cast<std::uint64_t>(m_startAddress);
 }
 
+std::uint64_t CRecipeRows::BytesWithin(std::uint64_t fileSize) const
+{
+    return fileSize <= FirstByte() ? 0 : std::min(fileSize - FirstByte(), StretchBytes());
+}
+
 std::int64_t CRecipeRows::WordAddress(std::int32_t row) const
 {
     return m_startAddress + static_cast<std::int64_t>(m_wordsPerRow) * row;

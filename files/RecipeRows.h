@@ -30,9 +30,10 @@ public:
     std::int32_t RowCount() const { return m_rowCount; }
     std::int32_t StartAddress() const { return m_startAddress; } ///< word address of row 0
     std::int32_t WordsPerRow() const { return m_wordsPerRow; }
-    std::uint64_t StretchBytes() const;               ///< the bytes that all rows take
-    std::uint64_t FirstByte() const;                  ///< where row 0 begins in a flat file
-    std::int64_t WordAddress(std::int32_t row) const; ///< of the row's first word
+    std::uint64_t StretchBytes() const;                      ///< the bytes that all rows take
+    std::uint64_t FirstByte() const;                         ///< where row 0 begins in a flat file
+    std::uint64_t BytesWithin(std::uint64_t fileSize) const; ///< of them, those that such a flat file holds
+    std::int64_t WordAddress(std::int32_t row) const;        ///< of the row's first word
     std::int32_t WordOffset(std::size_t column) const { return m_wordOffsets[column]; } ///< within a row
 
     /// Every cell becomes empty.

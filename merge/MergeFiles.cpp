@@ -9,7 +9,6 @@
 #include <array>
 #include <span>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -46,12 +45,6 @@ bool FitsInto(std::int32_t mergedWords, const Stretch& stretch)
 {
     return stretch.readStart >= 0 && stretch.length >= 0 && stretch.place >= 0 && stretch.length <= mergedWords &&
            stretch.place <= mergedWords - stretch.length;
-}
-
-bool IsSameFile(const fs::path& one, const fs::path& other)
-{
-    std::error_code missing; // a file that is not there is no other's
-    return fs::equivalent(one, other, missing);
 }
 
 /// One run, which tells of its first failure.

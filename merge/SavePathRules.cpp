@@ -10,14 +10,6 @@ constexpr std::u16string_view kWhiteSpace = u"\t\n\v\f\r \u0085\u00A0\u1680\u200
 constexpr std::u16string_view kNotInNames = u"|\\\"*/<>?:"; // on every platform: the file may travel to another
 constexpr std::u16string_view kEnding = u".rcp";
 
-std::u16string_view Trimmed(std::u16string_view text)
-{
-    const std::size_t first = text.find_first_not_of(kWhiteSpace);
-    if (first == std::u16string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
-}
-
 /// Without a separator in it there is no folder: npos + 1 is 0.
 std::u16string_view FolderPart(std::u16string_view path, char16_t separator)
 {
@@ -36,6 +28,14 @@ std::u16string WithoutDoubles(std::u16string_view path, char16_t separator)
 }
 
 } // namespace
+
+std::u16string_view Trimmed(std::u16string_view text)
+{
+    const std::size_t first = text.find_first_not_of(kWhiteSpace);
+    if (first == std::u16string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
 
 std::u16string ExecutableFolder(std::u16string_view executable, char16_t separator, const FolderTest& folderExists)
 {

@@ -11,6 +11,9 @@
 /// True when the folder exists.
 using FolderTest = std::function<bool(std::u16string_view folder)>;
 
+/// `text` without the white space at both ends.
+std::u16string_view Trimmed(std::u16string_view text);
+
 /// The folder to start in: that of the program's own `executable`, in lower case. Only where that does not exist and
 /// the folder as it is really written does (the file system minds case) it is the latter.
 std::u16string ExecutableFolder(std::u16string_view executable, char16_t separator, const FolderTest& folderExists);

@@ -1,4 +1,6 @@
+#include "files/PagedFile.h"
 #include "tests/cli/CliTest.h"
+#include "tests/files/OrdinaryUser.h"
 
 namespace fs = std::filesystem;
 
@@ -35,7 +37,7 @@ TEST_F(ConvertCommand, NewRcpHasZerosBeforeTheRows)
     EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
 }
 
-TEST_F(ConvertCommand, ExistingRcpIsEmptiedFirst)
+TEST_F(ConvertCommand, ExistingRcpIsMadeAnew)
 {
     const fs::path target = folder / "b.rcp";
     WriteAll(target, Bytes(100, std::byte{7}));
@@ -43,18 +45,12 @@ TEST_F(ConvertCommand, ExistingRcpIsEmptiedFirst)
     EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
 }
 
-TEST_F(ConvertCommand, ExistingRcpIsNotEmptiedForRowsFromWordZero)
+TEST_F(ConvertCommand, ExistingRcpKeepsItsOtherWordsForRowsFromWordZero)
 {
     const fs::path target = folder / "b.rcp";
     WriteAll(target, WordBytes({7, 7, 7, 7}));
     ExpectDone(To(target, {"--format", "W\xC3\xB6rter", "--start", "0"}));
     EXPECT_EQ(ReadAll(target), WordBytes({99, 5, 7, 7}));
-}
-
-TEST_F(ConvertCommand, FileMayBeItsOwnTarget)
-{
-    ExpectDone(To(recipe));
-    EXPECT_EQ(ReadAll(recipe), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
 }
 
 TEST_F(ConvertCommand, PagedSourceThatCannotBeOpenedGivesNoRows) // the window shows 48 in every cell of such a file
@@ -66,13 +62,92 @@ TEST_F(ConvertCommand, PagedSourceThatCannotBeOpenedGivesNoRows) // the window s
     EXPECT_FALSE(fs::exists(target));
 }
 
-TEST_F(ConvertCommand, TableMayBeItsOwnTarget)
+/// A target that is the source, by another name.
+struct SourceAgain {
+    const char* name;
+    const char* source;
+    const char* target;
+    void (*makeTarget)(const fs::path& source, const fs::path& target);
+    friend void PrintTo(const SourceAgain& c, std::ostream* out) { *out << c.name; }
+};
+
+struct ConvertToItself : ConvertCommand, testing::WithParamInterface<SourceAgain> {};
+
+TEST_P(ConvertToItself, IsRefusedAndLeavesTheFileAsItIs)
 {
-    recipe = folder / "a.csv";
-    WriteAll(recipe, TextBytes("5,12.3,100.0,A\n600,4.5,0.0,B\n"));
-    ExpectDone(To(recipe));
-    EXPECT_EQ(ReadAll(recipe),
-              UnitBytes(u"\uFEFF\"5\"\t\"12.3\"\t\"100.0\"\t\"A\"\r\n\"600\"\t\"4.5\"\t\"0.0\"\t\"B\"\r\n"));
+    recipe = folder / GetParam().source;
+    WriteAll(recipe, Bytes(1024, std::byte{7}));
+    const fs::path target = folder / GetParam().target;
+    GetParam().makeTarget(recipe, target);
+    for (const char* start : {"0", "100"})
+        ExpectRefused(To(target, {"--start", start}),
+                      "The file " + target.string() + " can't be converted into itself!");
+    EXPECT_EQ(ReadAll(recipe), Bytes(1024, std::byte{7}));
+}
+
+void MakeNothing(const fs::path&, const fs::path&) {}
+
+void MakeSymbolicLink(const fs::path& source, const fs::path& target)
+{
+    fs::create_symlink(source, target);
+}
+
+void MakeHardLink(const fs::path& source, const fs::path& target)
+{
+    fs::create_hard_link(source, target);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Names, ConvertToItself, testing::Values(
+    SourceAgain{"Rcp",             "c.rcp", "c.rcp",   MakeNothing},
+    SourceAgain{"Csv",             "c.csv", "c.csv",   MakeNothing},
+    SourceAgain{"Erp",             "c.erp", "c.erp",   MakeNothing},
+    SourceAgain{"Frp",             "c.frp", "c.frp",   MakeNothing},
+    SourceAgain{"ByAnotherWay",    "c.rcp", "./c.rcp", MakeNothing},
+    SourceAgain{"ByASymbolicLink", "c.rcp", "d.csv",   MakeSymbolicLink},
+    SourceAgain{"ByAHardLink",     "c.rcp", "d.frp",   MakeHardLink}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(ConvertCommand, ReadsASourceThatMayOnlyBeReadAndLeavesItAsItIs)
+{
+    recipe = folder / "c.frp";
+    WriteAll(recipe, Bytes(65536 + 4096)); // with a directory, but no pages
+    fs::permissions(recipe, static_cast<fs::perms>(0444));
+    fs::permissions(folder.Path(), fs::perms::all);
+    const fs::path target = folder / "b.rcp";
+    ProcessResult result;
+    {
+        const COrdinaryUser user;
+        result = Run(To(target, {"--start", "32766", "--rows", "1"}));
+    }
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    EXPECT_EQ(ReadAll(target), Bytes(2 * (32766 + 5)));
+    EXPECT_EQ(ReadAll(recipe), Bytes(65536 + 4096));
+}
+
+/// What the rows do not cover stays, in the file that takes the old one's place.
+TEST_F(ConvertCommand, ExistingPagedFileKeepsItsPages)
+{
+    const fs::path target = folder / "b.frp";
+    WriteAll(target, {});
+    for (const std::int64_t address : {3, 40000, 2100000})
+        ASSERT_TRUE(PagedWrite(target, address, 1, WordBytes({77}), kFrp));
+    Bytes wanted = ReadAll(target);
+    wanted[2] = std::byte{5};
+    ExpectDone({"convert", recipe.string(), target.string(), "--format", "W\xC3\xB6rter", "--rows", "1"});
+    EXPECT_TRUE(ReadAll(target) == wanted);
+}
+
+TEST_F(ConvertCommand, DamagedPagedTargetIsReportedAndLeftAsItIs)
+{
+    const fs::path target = folder / "b.frp";
+    Bytes damaged(65536 + 4096);
+    damaged[65536] = std::byte{1};
+    WriteAll(target, damaged);
+    ExpectRefused(To(target, {"--start", "32766"}),
+                  "Can't save file " + target.string() + ",please check file or your disk!");
+    EXPECT_EQ(ReadAll(target), damaged);
 }
 
 TEST_F(ConvertCommand, WritesATable)

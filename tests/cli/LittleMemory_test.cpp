@@ -1,4 +1,8 @@
 #include "tests/cli/CliTest.h"
+#include "tests/support/Formats.h"
+
+#include <fstream>
+#include <memory>
 
 namespace fs = std::filesystem;
 
@@ -43,10 +47,32 @@ TEST_F(LittleMemory, IsEnoughForASmallRecipe)
     EXPECT_EQ(result.exitCode, 0) << result.out;
 }
 
+/// A table of half a megabyte a row: more rows than the memory holds, and more than the files do.
+TEST_F(LittleMemory, IsEnoughToShowAnyNumberOfRows)
+{
+    library.formats.insert(library.formats.begin(), std::make_unique<DataFormat>(MakeFormat(
+                                                        u"Long", {MakeItem(u"Text", DataType::String, 262144, 0)})));
+    SaveLibrary();
+    WriteAll(folder / "b.frp", Bytes(69632)); // with a directory, but no pages
+    WriteAll(folder / "b.csv", BytesOf({0xFF, 0xFE}));
+    std::ofstream table(folder / "b.csv", std::ios::binary | std::ios::app);
+    for (int line = 0; line < 10000; ++line)
+        table << std::string(2001, '\1').replace(2000, 1, "\n") << '\0'; // a thousand characters U+0101
+    table.close();
+    const std::string name = folder / "b.";
+    fs::rename(large, name + "rcp");
+    for (const char* ending : {"rcp", "frp", "csv"})
+        for (const char* form : {"--format=Long", "--json"}) {
+            const ProcessResult result = RunSmall({"show", name + ending, form, "--start", "0", "--rows", "8191"});
+            EXPECT_EQ(result.exitCode, 0) << ending << form << result.out.substr(0, 200);
+            EXPECT_NE(result.out.find("RW2146959360"), std::string::npos) << ending << form;
+        }
+    EXPECT_EQ(fs::file_size(name + "frp"), 69632u);
+}
+
 TEST_F(LittleMemory, IsReportedWhenRowsAreRead)
 {
     const std::string message = "Open file " + large.string() + " error!";
-    ExpectMessage({"show", large.string(), "--rows", kMostRows}, message);
     ExpectMessage({"set", large.string(), "--rows", kMostRows, "--cell", "1", "2", "7"}, message);
     EXPECT_TRUE(ReadAll(large) == Bytes(std::size_t{32} << 20));
 }

@@ -70,6 +70,26 @@ TEST_F(MergeCommand, TakesWholeFilesUnlessToldOtherwise)
     EXPECT_EQ(ReadAll(target), Merged({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 21, 22, 23, 24}));
 }
 
+TEST_F(MergeCommand, AFileThatIsNotNamedIsToldBeforeAnythingElse)
+{
+    const std::string noFirst = "Please select the first file  which you want to merge!";
+    const std::string noSecond = "Please select the second file which you want to merge!";
+    const fs::path named = first;
+    for (const char* blank : {"", " ", "\t \n", "\xE3\x80\x80"}) { // an ideographic space
+        first = blank;
+        ExpectRefused({}, noFirst);
+        first = named;
+        second = blank;
+        ExpectRefused({}, noSecond);
+        target = folder / "a?.rcp"; // no name for a merged file
+        ExpectRefused({}, noSecond);
+        first = "";
+        ExpectRefused({}, noFirst);
+        first = named;
+    }
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()), 2);
+}
+
 TEST_F(MergeCommand, OddLastByteIsNotTaken)
 {
     WriteAll(first, BytesOf({1, 0, 2, 0, 3}));

@@ -1,8 +1,13 @@
 #include "tests/cli/CliTest.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/Formats.h"
 
 #include <algorithm>
 #include <memory>
+#include <regex>
+#include <sys/stat.h>
+#include <tuple>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -112,6 +117,83 @@ TEST_F(ShowCommand, LeavesLibraryAndFileAsTheyAre)
     EXPECT_EQ(Show({recipe.string()}).exitCode, 0);
     EXPECT_EQ(ReadAll(libraryPath), libraryBytes);
     EXPECT_EQ(ReadAll(recipe), recipeBytes);
+}
+
+/// What is read must not be touched, and no file made beside it.
+struct OnlyReads : ShowCommand, testing::WithParamInterface<const char*> {
+    OnlyReads()
+    {
+        for (const char* name : {"b.rcp", "b.csv", "b.erp", "b.frp"})
+            WriteAll(folder / name, WordBytes({99, 5, 123, 1000, u'A', 0, 600, 45}));
+        for (const auto& [name, flat] : {std::pair{"pages.erp", 1048576}, {"pages.frp", 65536}})
+            WriteAll(folder / name, Bytes(static_cast<std::size_t>(flat + 4096))); // with a directory, but no pages
+        for (const auto& entry : fs::directory_iterator(folder.Path()))
+            fs::permissions(entry, static_cast<fs::perms>(0444));
+        fs::permissions(folder.Path(), static_cast<fs::perms>(0555));
+    }
+    ~OnlyReads() override { fs::permissions(folder.Path(), fs::perms::owner_all); }
+
+    /// Names, content and times of all files.
+    std::vector<std::tuple<std::string, Bytes, std::int64_t, std::int64_t>> Files() const
+    {
+        std::vector<std::tuple<std::string, Bytes, std::int64_t, std::int64_t>> files;
+        for (const auto& entry : fs::directory_iterator(folder.Path())) {
+            struct stat status {};
+            EXPECT_EQ(stat(entry.path().c_str(), &status), 0);
+            const auto changed = [](const timespec& time) { return time.tv_sec * 1'000'000'000 + time.tv_nsec; };
+            files.emplace_back(entry.path().filename().string(), ReadAll(entry.path()), changed(status.st_mtim),
+                               changed(status.st_ctim));
+        }
+        return files;
+    }
+
+    ProcessResult RunAsOrdinaryUser(std::vector<std::string> arguments) const
+    {
+        const COrdinaryUser user;
+        return Run(std::move(arguments));
+    }
+};
+
+TEST_P(OnlyReads, AndNeedsNoRightToWrite)
+{
+    const auto before = Files();
+    for (const char* form : {"--rows=20", "--json"}) {
+        const ProcessResult result = RunAsOrdinaryUser({"show", folder / GetParam(), form, "--start", "700000"});
+        EXPECT_EQ(result.exitCode, 0) << result.error;
+        EXPECT_NE(result.out.find("RW700000"), std::string::npos) << result.out;
+    }
+    EXPECT_TRUE(Files() == before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, OnlyReads,
+                         testing::Values("b.rcp", "b.csv", "b.erp", "b.frp", "pages.erp", "pages.frp"),
+                         [](const auto& c) { return std::regex_replace(c.param, std::regex("[.]"), "_"); });
+
+TEST_F(OnlyReads, TheFormatsAreListedAndExportedWithoutIt)
+{
+    const auto before = Files();
+    for (const char* command : {"list", "export"}) {
+        const ProcessResult result = RunAsOrdinaryUser({"formats", command});
+        EXPECT_EQ(result.exitCode, 0) << result.error;
+        EXPECT_NE(result.out.find("Oven"), std::string::npos) << result.out;
+    }
+    EXPECT_TRUE(Files() == before);
+    EXPECT_EQ(RunCli({"formats", "list", "--library", folder / "none.dat"}).exitCode, 0);
+    EXPECT_FALSE(fs::exists(folder / "none.dat"));
+}
+
+TEST_F(ShowCommand, MissingPagesReadAsZeros)
+{
+    const fs::path paged = folder / "b.frp";
+    WriteAll(paged, WordBytes({8, 9}));
+    ExpectDone({"convert", recipe.string(), paged.string()}); // its words 1 to 10
+    fs::resize_file(paged, 65536 + 4096);
+    EXPECT_EQ(Show({paged.string(), "--format", "W\xC3\xB6rter", "--start", "32766", "--rows", "3"}).out,
+              "ID  RW_Addr  Word\n"
+              " 1  RW32766     0\n"
+              " 2  RW32767     0\n"
+              " 3  RW32768     0\n");
+    EXPECT_EQ(fs::file_size(paged), 69632u);
 }
 
 TEST_F(ShowCommand, FormatWithoutItemsHasNoRows)

@@ -61,6 +61,62 @@ TEST_F(Replacement, MakesAFileWhereThereWasNone)
     EXPECT_EQ(ReadAll(folder / "new"), BytesOf({4}));
 }
 
+TEST_F(Replacement, MayBeginWithZerosAndWithWhatTheOldFileHolds)
+{
+    CReplacement file(path);
+    EXPECT_TRUE(file.AppendZeros(0));
+    EXPECT_TRUE(file.AppendZeros(3));
+    EXPECT_TRUE(file.AppendOld());
+    EXPECT_TRUE(file.AppendZeros(1));
+    EXPECT_TRUE(file.Append(BytesOf({9})));
+    EXPECT_EQ(ReadAll(path), old);
+    EXPECT_TRUE(file.Finish());
+    Bytes wanted(3);
+    wanted.insert(wanted.end(), old.begin(), old.end());
+    wanted.insert(wanted.end(), {std::byte{0}, std::byte{9}});
+    EXPECT_EQ(ReadAll(path), wanted);
+}
+
+TEST_F(Replacement, TakesALongOldFileOverWithItsHoles)
+{
+    Bytes large(1'000'001); // not a number of whole pieces
+    large[0] = std::byte{1};
+    large[65'536] = std::byte{2};
+    large[700'000] = std::byte{3};
+    WriteAll(path, large);
+    CReplacement file(path);
+    EXPECT_TRUE(file.AppendOld());
+    EXPECT_TRUE(file.Append(BytesOf({9})));
+    EXPECT_TRUE(file.Finish());
+    large.push_back(std::byte{9});
+    EXPECT_TRUE(ReadAll(path) == large);
+}
+
+TEST_F(Replacement, BeginsWithNothingWhereThereIsNoOldFile)
+{
+    CReplacement file(folder / "new");
+    EXPECT_TRUE(file.AppendOld());
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(folder / "new"), Bytes());
+}
+
+TEST_F(Replacement, FailsToBeginWithAnOldFileThatIsNoMore)
+{
+    CReplacement file(path);
+    fs::remove(path);
+    fs::create_directory(path);
+    EXPECT_FALSE(file.AppendOld());
+}
+
+TEST_F(Replacement, MayBeWrittenByTheNameThatItHasMeanwhile)
+{
+    CReplacement file(path);
+    EXPECT_TRUE(file.AppendZeros(2));
+    WriteAll(file.FreshPath(), BytesOf({7, 8, 9}));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(path), BytesOf({7, 8, 9}));
+}
+
 TEST_F(Replacement, KeepsPermissions)
 {
     fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);

@@ -54,11 +54,26 @@ TEST_F(FirstUse, GoesOnWhereNothingCanBeMade)
     EXPECT_FALSE(fs::exists(library));
 }
 
+TEST_F(FirstUse, ReadsTheSampleAndMakesNothing)
+{
+    EXPECT_EQ(UserLibraryToRead(dataFolder, sample), sample);
+    EXPECT_FALSE(fs::exists(folder / "home"));
+}
+
+TEST_F(FirstUse, ReadsTheUsersLibraryWhereThereIsOneOrNoSample)
+{
+    EXPECT_EQ(UserLibraryToRead(dataFolder, folder / "gone.dat"), library);
+    fs::create_directories(library.parent_path());
+    WriteAll(library, {});
+    EXPECT_EQ(UserLibraryToRead(dataFolder, sample), library);
+}
+
 TEST(ProgramLibraryPath, IsBesideTheProgram)
 {
     CRecordingReporter reporter;
     const CTempFolder folder;
     EXPECT_EQ(ProgramLibraryPath(folder / "vantor", reporter), folder / "RecipeFile.Dat");
+    EXPECT_EQ(ProgramLibraryToRead(folder / "vantor", reporter), folder / "RecipeFile.Dat");
     EXPECT_FALSE(fs::exists(folder / "RecipeFile.Dat"));
     EXPECT_TRUE(reporter.shown.empty());
 }

@@ -229,12 +229,25 @@ void RequireSameAround(const CPlainPagedFile& before, const CPlainPagedFile& aft
             "the words behind the stretch stay as they were");
 }
 
+/// Requires that whoever only reads gets the same bytes, and changes nothing.
+void RequireReadOnly(const std::filesystem::path& path, PagedKind kind, const Work& work, bool isSound,
+                     const CPlainPagedFile& before)
+{
+    Bytes bytes = work.bytes;
+    CPagedReader reader;
+    Require(reader.Open(path, kind), "a file that is there can be opened to read");
+    Require(reader.Read(work.word, bytes) == isSound, "a read is refused when, and only when, the way is damaged");
+    Require(!isSound || bytes == before.Logical(work.first, bytes.size()), "what is read is what the file holds");
+    Require(AreSame(FileContent(path), before.Content()), "who only reads changes nothing");
+}
+
 /// Does the work by one call and requires all that is promised of it; false when the file refused it.
 bool DoAsDescribed(const std::filesystem::path& path, PagedKind kind, const Work& work)
 {
     const CPlainPagedFile before(FileContent(path), kind);
     const bool hasAddress = work.word >= 0 && work.word <= std::int64_t{2147483648};
     const auto tables = hasAddress ? before.TablesOf(work.first, work.bytes.size()) : std::nullopt;
+    RequireReadOnly(path, kind, work, tables.has_value(), before);
     Bytes bytes = work.bytes;
     CPagedFile file;
     Require(file.Open(path, kind), "a file that is there can be opened");

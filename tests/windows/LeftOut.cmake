@@ -61,11 +61,14 @@ set(vantor_files_tests_left_out
   CsvFailure.UnreadableFileIsReported
   PagedFile.ThatCannotBeOpenedIsLeftAlone
   PagedFile.ThatCannotBeWrittenCannotBeReadEither
+  PagedReader.ReadsAFileThatMayOnlyBeRead
   PagedRecipe.FileThatCannotBeWrittenIsNeitherReadNorSaved
   PagedRecipe.SaveToWhatIsNoFileShowsNothing
   PathText.ShowsInvalidBytesAsReplacementCharacters
   PathText.ShowsTheNameAsText
-  RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit)
+  RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit
+  RecipeReplacement.FailsWhereTheNewFileDoesNotFitAndLeavesTheOldOne
+  RecipeReplacement.SpeaksInTheWordsOfSaveAs)
 
 set(vantor_merge_tests_left_out
   MergeFailure.FirstFileThatCannotBeReadIsReportedAndLeavesZeros

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+// The paged recipe file, ".erp" and ".frp". Word address a is the logical byte address A = 2a, 32 bits wide. With L,
+// the length of the flat part, 1 MiB in an ".erp" and 64 KiB in a ".frp":
+//
+//   0 to L - 1    the bytes with A below L, flat
+//   L             the directory: 1024 offsets of page tables, of 4 bytes each, little-endian; 0 for none
+//   L + 4096 on   page tables (1024 offsets of pages each, likewise) and pages of 4096 bytes, in the order in which
+//                 they came to be
+//
+// The byte at A, from L on, is byte A modulo 4096 of the page that entry A / 4096 modulo 1024 of a table gives, which
+// entry A / 4194304 of the directory gives: A itself, not A - L.
+
+/// The two kinds of paged file.
+enum PagedKind : std::int32_t {
+    kErp = 1, ///< a flat part of 1 MiB
+    kFrp = 2, ///< a flat part of 64 KiB
+};
+
+constexpr std::size_t kBlockBytes = 4096; ///< of the directory, of a table and of a page
+
+constexpr std::uint32_t FlatBytes(PagedKind kind)
+{
+    return kind == kErp ? 1U << 20 : 1U << 16;
+}
+
+constexpr std::uint64_t ByteAddress(std::int64_t wordAddress)
+{
+    return 2 * static_cast<std::uint64_t>(wordAddress);
+}
+
+constexpr std::size_t DirectoryIndex(std::uint64_t address)
+{
+    return address >> 22 & 0x3FF;
+}
+
+constexpr std::size_t TableIndex(std::uint64_t address)
+{
+    return address >> 12 & 0x3FF;
+}
+
+/// How many of the next `left` bytes lie in the page of `address`.
+constexpr std::size_t BytesInPage(std::uint64_t address, std::size_t left)
+{
+    return std::min<std::size_t>(left, kBlockBytes - address % kBlockBytes);
+}

@@ -1,0 +1,143 @@
+#include "files/PagedReader.h"
+
+#include "model/LittleEndian.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint64_t kAddressEnd = std::uint64_t{1} << 32;
+
+bool HasAddress(std::int64_t wordAddress, std::uint64_t byteCount)
+{
+    if (wordAddress < 0 || wordAddress > static_cast<std::int64_t>(kAddressEnd / 2))
+        return false;
+    return byteCount <= kAddressEnd - ByteAddress(wordAddress);
+}
+
+std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
+{
+    return LoadLittleEndian<std::uint32_t>(bytes.subspan(4 * index));
+}
+
+} // namespace
+
+bool CPagePlaces::Take(std::uint32_t offset)
+{
+    const std::size_t block = offset / kBlockBytes;
+    m_begins.resize(std::max(m_begins.size(), block + 2));
+    const bool isHereFree = m_begins[block] == 0;
+    const bool isBeforeFree = block == 0 || offset - m_begins[block - 1] >= kBlockBytes; // also from 0, for none
+    const bool isBehindFree = m_begins[block + 1] == 0 || m_begins[block + 1] - offset >= kBlockBytes;
+    if (!isHereFree || !isBeforeFree || !isBehindFree)
+        return false;
+    m_begins[block] = offset;
+    return true;
+}
+
+bool CPagedReader::Open(const fs::path& path, PagedKind kind)
+{
+    m_flatBytes = FlatBytes(kind);
+    m_directory.reset();
+    m_tables.clear();
+    m_tables.resize(std::tuple_size_v<decltype(Table::entries)>);
+    m_places = CPagePlaces();
+    m_places.Take(m_flatBytes); // the directory's, whether there is one yet or not
+    return m_file.Open(path, m_mode);
+}
+
+bool CPagedReader::IsSound(std::int64_t wordAddress, std::uint64_t byteCount)
+{
+    const auto size = m_file.Size();
+    if (!size || !HasAddress(wordAddress, byteCount))
+        return false;
+    const std::uint64_t end = ByteAddress(wordAddress) + byteCount;
+    if (byteCount == 0 || end <= m_flatBytes || *size <= m_flatBytes)
+        return true;
+    if (!LoadDirectory())
+        return false;
+    const std::uint64_t first = std::max<std::uint64_t>(ByteAddress(wordAddress), m_flatBytes);
+    for (std::size_t index = DirectoryIndex(first); index <= DirectoryIndex(end - 1); ++index)
+        if (m_directory->entries[index] != 0 && !LoadTable(index))
+            return false;
+    return true;
+}
+
+bool CPagedReader::PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount)
+{
+    return IsSound(wordAddress, byteCount);
+}
+
+bool CPagedReader::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
+{
+    std::fill(bytes.begin(), bytes.end(), std::byte{0});
+    const auto size = m_file.Size();
+    if (!size || !PrepareToRead(wordAddress, bytes.size()))
+        return false;
+    const std::uint64_t first = ByteAddress(wordAddress);
+    std::size_t done = BytesInFlatPart(first, bytes.size());
+    if (!m_file.ReadAt(first, bytes.first(done)))
+        return false;
+    while (done < bytes.size() && *size > m_flatBytes) {
+        const std::uint64_t address = first + done;
+        const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
+        const std::uint32_t page = PageOf(address);
+        if (page != 0 && m_file.ReadAt(page + address % kBlockBytes, piece) != piece.size())
+            return false;
+        done += piece.size();
+    }
+    return true;
+}
+
+std::size_t CPagedReader::BytesInFlatPart(std::uint64_t first, std::size_t count) const
+{
+    return std::min<std::size_t>(count, m_flatBytes - std::min<std::uint64_t>(first, m_flatBytes));
+}
+
+/// The offset of the page that holds the byte at `address`, which is sound; 0 where there is none.
+std::uint32_t CPagedReader::PageOf(std::uint64_t address) const
+{
+    const auto& table = m_tables[DirectoryIndex(address)];
+    return table ? table->entries[TableIndex(address)] : 0;
+}
+
+bool CPagedReader::LoadDirectory()
+{
+    if (!m_directory)
+        m_directory = ReadTable(m_flatBytes);
+    return m_directory != nullptr;
+}
+
+bool CPagedReader::LoadTable(std::size_t directoryIndex)
+{
+    auto& table = m_tables[directoryIndex];
+    if (!table)
+        table = ReadTable(m_directory->entries[directoryIndex]);
+    return table != nullptr;
+}
+
+/// The table at `offset`, whose entries take their places; null when one of them cannot or the end of the file cuts it.
+std::unique_ptr<CPagedReader::Table> CPagedReader::ReadTable(std::uint32_t offset)
+{
+    std::array<std::byte, kBlockBytes> bytes;
+    if (m_file.ReadAt(offset, bytes) != bytes.size())
+        return nullptr;
+    auto table = std::make_unique<Table>();
+    table->offset = offset;
+    for (std::size_t i = 0; i < table->entries.size(); ++i) {
+        table->entries[i] = LoadEntry(bytes, i);
+        if (table->entries[i] != 0 && !TakesPlace(table->entries[i]))
+            return nullptr;
+    }
+    return table;
+}
+
+/// Whether what an entry leads to lies in the file, behind the directory, where nothing else lies.
+bool CPagedReader::TakesPlace(std::uint32_t offset)
+{
+    const auto size = m_file.Size();
+    return size && offset >= m_flatBytes + kBlockBytes && offset + kBlockBytes <= *size && m_places.Take(offset);
+}

@@ -1,0 +1,69 @@
+#include "files/RecipeReplacement.h"
+
+#include "disk/File.h"
+#include "disk/Replacement.h"
+#include "files/BinaryRecipeFile.h"
+#include "files/CsvRecipeFile.h"
+#include "files/FileMessages.h"
+#include "files/PagedRecipeFile.h"
+
+#include <algorithm>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Whether nothing of an old file stays.
+bool IsMadeAnew(FileType type, std::int32_t startAddress)
+{
+    return type == FileType::Rcp && startAddress != 0;
+}
+
+/// Writes what the file is to hold before the rows are written.
+bool Begin(FileType type, std::int32_t startAddress, CReplacement& file)
+{
+    if (IsMadeAnew(type, startAddress)) // kept: one zero byte a word of the start address, not two
+        return file.AppendZeros(static_cast<std::uint64_t>(std::max(startAddress, 0)));
+    return file.AppendOld();
+}
+
+/// That the file could not be begun, in the words that its type has for it.
+void ReportNoBegin(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)
+{
+    const bool isPagedToRead = IsPaged(type) && CFile(path, CFile::Mode::Read).IsOpen();
+    if (IsPaged(type) && !isPagedToRead)
+        reporter.ShowError(kOpenPagedError);
+    else
+        ShowFileError(reporter, IsMadeAnew(type, startAddress) ? kMakeFileError : kSaveFileError, path);
+}
+
+Outcome WriteAndFinish(FileType type, const CRecipeRows& rows, CReplacement& file)
+{
+    CNoProgress progress;
+    const Outcome written = IsPaged(type) ? WritePaged(rows, file.FreshPath(), type, progress)
+                                          : WriteBinaryRecipe(rows, file.FreshPath(), progress);
+    if (written != Outcome::Done)
+        return Outcome::Failed;
+    if (file.Finish())
+        return Outcome::Done;
+    return file.MayHoldOldAndNew() ? Outcome::FailedMixed : Outcome::Failed;
+}
+
+} // namespace
+
+SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, std::int32_t startAddress,
+                         CReporter& reporter)
+{
+    CNoProgress progress;
+    if (type == FileType::Csv)
+        return SaveCsv(rows, path, reporter, progress);
+    CReplacement file(path);
+    if (!file.IsOpen() || !Begin(type, startAddress, file)) {
+        ReportNoBegin(type, path, startAddress, reporter);
+        return {};
+    }
+    const Outcome outcome = WithinMemory([&] { return WriteAndFinish(type, rows, file); });
+    if (HasFailed(outcome))
+        ShowFileError(reporter, kSaveFileError, path);
+    return ResultOf(outcome);
+}
