@@ -9,6 +9,7 @@
 #include "views/RecipeFormatEditView.h"
 #include "views/TextCrossing.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
@@ -142,12 +143,31 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// A file that may hold old and new words is of more weight than the chosen cell.
+/// A file that may hold old and new words is of more weight than formats that are not saved, and they are than the
+/// chosen cell.
 void CMainFrame::ShowMessage()
 {
+    if (m_strSaveTrouble.isEmpty())
+        m_pMessage->setToolTip(m_strLibraryTrouble);
     const QString cell = m_pDataPane->ChosenCellInfo();
-    const QString message = m_strSaveTrouble.isEmpty() ? cell : m_strSaveTrouble;
-    m_pMessage->setText(message.isEmpty() ? tr("Ready") : message);
+    for (const QString& message : {m_strSaveTrouble, m_strLibraryTrouble, cell, tr("Ready")}) {
+        if (message.isEmpty())
+            continue;
+        m_pMessage->setText(message);
+        return;
+    }
+}
+
+void CMainFrame::TellLibraryTrouble(const QString& trouble)
+{
+    if (trouble == m_strLibraryTrouble)
+        return;
+    m_strLibraryTrouble = trouble;
+    ShowMessage();
+    if (trouble.isEmpty())
+        return;
+    QAccessibleEvent alert(m_pMessage, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void CMainFrame::ConnectCommands()

@@ -38,6 +38,7 @@ public:
     void UpdateCommands() override;
     void ShowStrip(StripSubject subject, const StripMessage& message) override;
     void WithdrawStrip(StripSubject subject) override;
+    void TellLibraryTrouble(const QString& trouble) override;
     CReporter& Reporter() override { return m_reporter; }
 
     /// Opens the file at `path` as the Open command opens a chosen one.
@@ -77,7 +78,8 @@ private:
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
     QLabel* m_pMessage = nullptr;
-    QString m_strSaveTrouble; ///< what a save that failed part-way left behind; empty after one that did not
+    QString m_strSaveTrouble;    ///< what a save that failed part-way left behind; empty after one that did not
+    QString m_strLibraryTrouble; ///< why the data formats are not saved; empty while they are
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled
 };

@@ -1,5 +1,6 @@
 #include "views/RecipeFormatEditView.h"
 
+#include "disk/File.h"
 #include "files/LibraryPlace.h"
 #include "model/LibraryOriginal.h"
 #include "model/NumberText.h"
@@ -30,6 +31,14 @@ const QString kDefaultPattern = QStringLiteral("*.rcp");
 std::int32_t IntegerIn(const QLineEdit& edit)
 {
     return ReadInteger(ViewOf(edit.text()));
+}
+
+/// What is told of a format that has more items than it counts.
+QString CountText(std::size_t saved, std::size_t shown)
+{
+    if (shown == 1)
+        return CRecipeFormatEditView::tr("The item shown will not be saved.");
+    return CRecipeFormatEditView::tr("%1 of the %2 items shown will be saved.").arg(saved).arg(shown);
 }
 
 /// What a new format begins with.
@@ -74,7 +83,7 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
 CRecipeFormatEditView::~CRecipeFormatEditView()
 {
     if (m_bLibraryChanged)
-        SaveLibrary();
+        WriteLibrary();        // too late to tell of a failure
     m_pUi->listItems->clear(); // its rows refer to the items, which go first
 }
 
@@ -116,13 +125,34 @@ void CRecipeFormatEditView::ConnectControls()
 
 void CRecipeFormatEditView::LoadLibrary(const std::filesystem::path& executable)
 {
-    const std::int64_t loaded = m_library.load(ProgramLibraryPath(executable, m_frame.Reporter()));
-    m_bOriginalAtRisk = IsOriginalAtRisk(m_library, loaded);
+    m_opening = OpenLibrary(m_library, ProgramLibraryPath(executable, m_frame.Reporter()));
+    m_bOriginalAtRisk = IsOriginalAtRisk(m_library, m_opening.loaded);
     if (m_library.versionsKnown) {
         m_frame.m_nLibraryFileVersion = m_library.fileVersion;
         m_frame.m_nLibraryProgramVersion = m_library.programVersion;
     }
+    TellLibraryState();
     EnsureFirstItem();
+}
+
+/// What the window shows is not all that the file holds, or will not get there.
+void CRecipeFormatEditView::TellLibraryState()
+{
+    QStringList sentences;
+    const bool isThere = !IsMissing(m_library.path);
+    if (IsDamaged(m_library, m_opening))
+        sentences << tr("The data formats in %1 are damaged: what stands after the damage is not shown.");
+    else if (!m_library.versionsKnown && isThere)
+        sentences << tr("The data formats in %1 cannot be read.");
+    if (m_opening.mayBeWritten && !sentences.isEmpty())
+        sentences << tr("The file is copied before it is saved.");
+    else if (!m_opening.mayBeWritten)
+        sentences << (isThere ? tr("%1 may not be written: changes to the data formats are not kept.")
+                              : tr("%1 cannot be made: changes to the data formats are not kept."));
+    if (sentences.isEmpty())
+        m_frame.WithdrawStrip(StripSubject::LibraryNotKept);
+    else
+        m_frame.ShowStrip(StripSubject::LibraryNotKept, {sentences.join(u' ').arg(LibraryName()), {}});
 }
 
 void CRecipeFormatEditView::EnsureFirstItem()
@@ -159,7 +189,40 @@ void CRecipeFormatEditView::ShowChangedFormats()
 void CRecipeFormatEditView::ShowSelectedFormat()
 {
     FillList();
+    ShowFormatSize();
+}
+
+/// After items came or went.
+void CRecipeFormatEditView::ShowFormatSize()
+{
     ShowFormatLength();
+    TellCount();
+}
+
+/// A save keeps as many items as the format counts, which may be fewer than it has: an empty format is shown with an
+/// item that does not count, and so does the first one after that was deleted.
+void CRecipeFormatEditView::TellCount()
+{
+    const DataFormat* format = SelectedFormat();
+    const std::size_t shown = format ? format->items.size() : 0;
+    const std::size_t saved = format ? format->savedItemCount() : 0;
+    const QString text = saved == shown ? QString() : CountText(saved, shown);
+    if (text == std::exchange(m_strCountTold, text))
+        return; // the user may have dismissed it
+    if (text.isEmpty())
+        m_frame.WithdrawStrip(StripSubject::FormatCount);
+    else
+        m_frame.ShowStrip(StripSubject::FormatCount, {text, {{tr("Keep all"), [this] { KeepAllItems(); }}}});
+}
+
+/// The table stays as it is: it shows all of them already.
+void CRecipeFormatEditView::KeepAllItems()
+{
+    DataFormat& format = *SelectedFormat();
+    format.itemCount = static_cast<std::int32_t>(format.items.size());
+    m_bLibraryChanged = true;
+    SaveLibrary();
+    TellCount();
 }
 
 void CRecipeFormatEditView::FillList()
@@ -210,13 +273,24 @@ void CRecipeFormatEditView::StoreReadSettings()
     if (m_strFilePattern.isEmpty())
         m_strFilePattern = kDefaultPattern;
     SetText(m_library.filePattern, ViewOf(m_strFilePattern));
-    if (SaveLibrary())
-        m_bSaveFailureTold = false;
-    else
-        TellSaveFailureOnce(); // no reason not to read
+    SaveLibrary(); // a failure is no reason not to read
 }
 
-bool CRecipeFormatEditView::SaveLibrary()
+/// Tells whether that went, in the status bar and in the strip.
+void CRecipeFormatEditView::SaveLibrary()
+{
+    if (!WriteLibrary()) {
+        m_frame.TellLibraryTrouble(tr("The data formats could not be saved in %1").arg(LibraryName()));
+        return;
+    }
+    m_frame.TellLibraryTrouble({});
+    if (!m_opening.mayBeWritten && MayBeWritten(m_library.path)) {
+        m_opening = {.loaded = 0, .mayBeWritten = true};
+        TellLibraryState();
+    }
+}
+
+bool CRecipeFormatEditView::WriteLibrary()
 {
     if (m_bOriginalAtRisk && !KeepOriginal(m_library.path))
         return false;
@@ -226,13 +300,9 @@ bool CRecipeFormatEditView::SaveLibrary()
     return true;
 }
 
-void CRecipeFormatEditView::TellSaveFailureOnce()
+QString CRecipeFormatEditView::LibraryName() const
 {
-    if (std::exchange(m_bSaveFailureTold, true))
-        return;
-    const QString path = QDir::toNativeSeparators(QFileInfo(m_library.path).filePath());
-    QStatusTipEvent tip(tr("The data formats could not be saved in %1").arg(path));
-    QCoreApplication::sendEvent(this, &tip); // shown by the window that this pane is part of
+    return QDir::toNativeSeparators(QFileInfo(m_library.path).filePath());
 }
 
 void CRecipeFormatEditView::ApplyReadSettings()
@@ -415,7 +485,7 @@ void CRecipeFormatEditView::DeleteItem(int row)
 {
     delete m_pUi->listItems->takeTopLevelItem(row); // first: it refers to the item
     SelectedFormat()->removeItem(static_cast<std::size_t>(row));
-    ShowFormatLength();
+    ShowFormatSize();
     UseChange();
 }
 
@@ -423,7 +493,7 @@ void CRecipeFormatEditView::OnDeleteAllItems()
 {
     m_pUi->listItems->clear();
     SelectedFormat()->clear();
-    ShowFormatLength();
+    ShowFormatSize();
     UseChange();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/FormatLibrary.h"
+#include "model/LibraryOpening.h"
 #include "views/RecipeFrame.h"
 
 #include <QScrollArea>
@@ -23,8 +24,10 @@ class CRecipeFormatEditView;
 /// format and the read settings into the frame's state. Every command that changes the library is used at once while
 /// "Auto use dataformat" is checked; a changed library is saved when the pane goes, too.
 ///
-/// The library file is written silently; the status bar says once when that failed. A file that was not understood in
+/// The library file is written silently; while that fails the status bar says so. A file that was not understood in
 /// full is copied before it is first overwritten (model/LibraryOriginal.h), and left alone when it cannot be copied.
+/// The strip tells when the file is damaged or may only be read, and when the count of the selected format leaves out
+/// items that are shown.
 class CRecipeFormatEditView final : public QScrollArea {
     Q_OBJECT
 
@@ -62,6 +65,9 @@ private:
     void FillControls();
     void FillList();
     void ShowFormatLength();
+    void ShowFormatSize();
+    void TellCount();
+    void KeepAllItems();
     void ShowChangedFormats();
     void ShowSelectedFormat();
     void SelectRow(int row);
@@ -84,8 +90,10 @@ private:
     void UseChange();
 
     void StoreReadSettings();
-    bool SaveLibrary();
-    void TellSaveFailureOnce();
+    void TellLibraryState();
+    void SaveLibrary();
+    bool WriteLibrary();
+    QString LibraryName() const;
     void HandOverFormat(const DataFormat& format);
     DataFormat* SelectedFormat() const;
     static FileType TypeByEnding(const QString& path);
@@ -98,6 +106,7 @@ private:
     int m_nContextItem = -1;        ///< row that the item menu was opened on, -1 for none
     bool m_bLibraryChanged = false; ///< by an item or format command since the library was loaded
     bool m_bOriginalAtRisk = false; ///< the library file holds what the next save drops
-    bool m_bSaveFailureTold = false;
+    LibraryOpening m_opening;
+    QString m_strCountTold; ///< what the strip was asked to say of the selected format's count
     QString m_strFilePattern;
 };

@@ -42,6 +42,9 @@ public:
     /// Takes back what the strip says on `subject`, if it says anything.
     virtual void WithdrawStrip(StripSubject subject) = 0;
 
+    /// Keeps `trouble` with the format library in the status bar, until it is called with an empty text.
+    virtual void TellLibraryTrouble(const QString& trouble) = 0;
+
     /// Where messages go; lives as long as the frame.
     virtual CReporter& Reporter() = 0;
 

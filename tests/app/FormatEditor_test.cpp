@@ -4,10 +4,10 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStatusBar>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -205,9 +205,8 @@ TEST_F(FormatEditor, TheStatusBarTellsThatTheFormatsCouldNotBeSaved)
 {
     fs::remove(folder / "RecipeFile.Dat");
     fs::create_directory(folder / "RecipeFile.Dat");
-    const auto& bar = Find<QStatusBar>("statusBar");
     QTest::keyClick(&List(), Qt::Key_Delete);
-    EXPECT_EQ(bar.currentMessage(), "The data formats could not be saved in " + Path("RecipeFile.Dat"));
+    EXPECT_EQ(Find<QLabel>("labelMessage").text(), "The data formats could not be saved in " + Path("RecipeFile.Dat"));
     EXPECT_EQ(Titles(), Texts{"Name"}); // used all the same
 }
 

@@ -1,28 +1,16 @@
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/ModalAnswer.h"
 #include "tests/views/FormatPaneFixture.h"
 
-#include <QStatusTipEvent>
+#include <QLineEdit>
 
 namespace fs = std::filesystem;
 
 namespace {
 
+const QString kNotSaved = QStringLiteral("The data formats could not be saved in ");
 const DataFormat kMixer = MakeFormat(u"Mixer", {MakeItem(u"Speed", DataType::Unsigned32, 2, 10)});
-
-/// Keeps what the pane has the status bar say.
-class CStatusTips final : public QObject {
-public:
-    explicit CStatusTips(QObject& source) { source.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::StatusTip)
-            texts.push_back(static_cast<QStatusTipEvent*>(event)->tip());
-        return false;
-    }
-
-    std::vector<QString> texts;
-};
 
 struct LibraryLife : FormatPane {
     /// A library of two formats, the second one cut short.
@@ -34,7 +22,31 @@ struct LibraryLife : FormatPane {
         WriteAll(LibraryPath(), damaged);
     }
 
+    /// What the strip says of the library.
+    QString Told() const
+    {
+        const auto said = frame.strip.find(StripSubject::LibraryNotKept);
+        return said == frame.strip.end() ? QString() : said->second.text;
+    }
+
+    QString PathText() const { return QString::fromStdString(LibraryPath().string()); }
+
+    /// For all, whoever has a file or folder and looks into it.
+    static void MakeReadOnly(const fs::path& path)
+    {
+        fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                        fs::perm_options::remove);
+        fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read,
+                        fs::perm_options::add);
+    }
+
     fs::path Copy(const char* ending = ".bak") const { return LibraryPath() += ending; }
+
+    ~LibraryLife() override
+    {
+        view.reset();
+        fs::permissions(folder.Path(), fs::perms::all);
+    }
 
     Bytes damaged;
 };
@@ -111,40 +123,126 @@ TEST_F(LibraryLife, ADamagedFileThatCannotBeCopiedIsLeftAlone)
     damaged.resize(damaged.size() + 50'000); // the copy is what does not fit on the disk
     WriteAll(LibraryPath(), damaged);
     Start();
-    const CStatusTips tips(*view);
     {
         const CFileSizeLimit limit(10'000);
         Press("buttonUseFormat");
     }
     EXPECT_EQ(ReadAll(LibraryPath()), damaged);
     EXPECT_FALSE(fs::exists(Copy()));
-    EXPECT_EQ(tips.texts.size(), 1U);
+    EXPECT_EQ(frame.libraryTroubles, std::vector<QString>{kNotSaved + PathText()});
     Press("buttonUseFormat"); // with room again
+    EXPECT_EQ(frame.libraryTroubles.back(), "");
     EXPECT_EQ(ReadAll(Copy()), damaged);
     ExpectStored({kMixer});
 }
 
-TEST_F(LibraryLife, AFailedSaveIsToldOnceInTheStatusBarAndByNoBox)
+TEST_F(LibraryLife, AFailedSaveIsToldInTheStatusBarAndByNoBoxUntilOneSucceeds)
 {
     Store({kMixer});
     Start();
     frame.m_bFileOpen = true;
-    const CStatusTips tips(*view);
     fs::remove(LibraryPath());
     fs::create_directory(LibraryPath());
     Press("buttonUseFormat");
+    EXPECT_EQ(frame.libraryTroubles, std::vector<QString>{kNotSaved + PathText()});
     Press("buttonUseFormat");
-    const QString text = "The data formats could not be saved in " + QString::fromStdString(LibraryPath().string());
-    EXPECT_EQ(tips.texts, std::vector<QString>{text});
+    EXPECT_EQ(frame.libraryTroubles.back(), kNotSaved + PathText());
     EXPECT_EQ(frame.calls, (Calls{"show 0", "show 0"})); // the data is read all the same
     EXPECT_EQ(frame.reporter.shown, Shown{});
 
     fs::remove(LibraryPath());
     Press("buttonUseFormat");
-    fs::remove(LibraryPath());
+    EXPECT_EQ(frame.libraryTroubles.back(), "");
+}
+
+TEST_F(LibraryLife, ADamagedFileIsToldInTheStrip)
+{
+    StoreDamaged();
+    Start();
+    EXPECT_EQ(Told(),
+              "The data formats in " + PathText() +
+                  " are damaged: what stands after the damage is not shown. The file is copied before it is saved.");
+}
+
+TEST_F(LibraryLife, AFileThatIsUnderstoodOrNewIsNotTold)
+{
+    Start();
+    EXPECT_EQ(Told(), "");
+    view.reset();
+    Store({kMixer});
+    Start();
+    EXPECT_EQ(Told(), "");
+}
+
+TEST_F(LibraryLife, AFileThatMayOnlyBeReadIsShown)
+{
+    Store({kMixer}, 7, 9);
+    const Bytes before = ReadAll(LibraryPath());
+    MakeReadOnly(LibraryPath());
+    MakeReadOnly(folder.Path());
+    {
+        const COrdinaryUser user;
+        Start();
+        EXPECT_EQ(Formats().currentText(), "Mixer");
+        EXPECT_EQ(Find<QLineEdit>("editStartAddress").text(), "7");
+        EXPECT_EQ(frame.m_nLibraryFileVersion, 20);
+        EXPECT_EQ(Told(), PathText() + " may not be written: changes to the data formats are not kept.");
+        Press("buttonUseFormat"); // nothing changed
+        EXPECT_EQ(frame.libraryTroubles, std::vector<QString>{""});
+        EXPECT_NE(Told(), "");
+        Type("editReadCount", "3");
+        Press("buttonUseFormat");
+        EXPECT_EQ(frame.libraryTroubles.back(), kNotSaved + PathText());
+    }
+    EXPECT_EQ(ReadAll(LibraryPath()), before);
+    EXPECT_FALSE(fs::exists(Copy()));
+
+    fs::permissions(LibraryPath(), fs::perms::all);
+    fs::permissions(folder.Path(), fs::perms::all);
+    Press("buttonUseFormat");
+    EXPECT_EQ(Stored().rowCount, 3);
+    EXPECT_EQ(Told(), "");
+}
+
+TEST_F(LibraryLife, ADamagedFileThatMayOnlyBeReadIsBoth)
+{
+    StoreDamaged();
+    MakeReadOnly(LibraryPath());
+    MakeReadOnly(folder.Path());
+    const COrdinaryUser user;
+    Start();
+    EXPECT_EQ(Formats().currentText(), "Mixer");
+    EXPECT_EQ(Told(), "The data formats in " + PathText() +
+                          " are damaged: what stands after the damage is not shown. " + PathText() +
+                          " may not be written: changes to the data formats are not kept.");
+}
+
+TEST_F(LibraryLife, AFileThatCannotBeMadeIsTold)
+{
+    MakeReadOnly(folder.Path());
+    const COrdinaryUser user;
+    Start();
+    EXPECT_EQ(Formats().currentText(), "TestDataFormat");
+    EXPECT_EQ(Told(), PathText() + " cannot be made: changes to the data formats are not kept.");
+}
+
+TEST_F(LibraryLife, AFileThatCannotBeReadIsTold)
+{
     fs::create_directory(LibraryPath());
-    Press("buttonUseFormat"); // a new failure
-    EXPECT_EQ(tips.texts, (std::vector<QString>{text, text}));
+    Start();
+    EXPECT_EQ(Formats().currentText(), "TestDataFormat");
+    EXPECT_EQ(Told(), "The data formats in " + PathText() + " cannot be read. " + PathText() +
+                          " may not be written: changes to the data formats are not kept.");
+}
+
+TEST_F(LibraryLife, WhatAKilledProgramLeftOfASaveIsRemovedAtTheStart)
+{
+    Store({kMixer});
+    WriteAll(folder / "vantor-123.new", BytesOf({1, 2, 3}));
+    Start();
+    EXPECT_FALSE(fs::exists(folder / "vantor-123.new"));
+    Press("buttonUseFormat");
+    ExpectStored({kMixer});
 }
 
 TEST_F(LibraryLife, ANegativeStartAddressIsStoredAndTheDataIsShownAsBefore)

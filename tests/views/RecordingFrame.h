@@ -26,10 +26,12 @@ public:
     void UpdateCommands() override {}
     void ShowStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
     void WithdrawStrip(StripSubject subject) override { strip.erase(subject); }
+    void TellLibraryTrouble(const QString& trouble) override { libraryTroubles.push_back(trouble); }
     CReporter& Reporter() override { return reporter; }
 
     std::vector<std::string> calls;
     std::map<StripSubject, StripMessage> strip; ///< what it says
+    std::vector<QString> libraryTroubles;       ///< all that were told, in order
     CRecordingReporter reporter;
     std::function<bool(int gridColumn, const QString& text)> acceptsValue = [](int, const QString&) { return true; };
 };

@@ -36,6 +36,9 @@ set(vantor_model_tests_left_out
   FormatLibrarySave.NeedsNoRightToWriteWhereNothingChanged
   FormatLibrarySave.RefusesADevice
   FormatLibrarySave.RewritesAFileWithFurtherNamesInPlace
+  OpenedLibrary.HasNoLeftOversBesideIt
+  OpenedLibrary.HasNothingWhereItCannotBeMade
+  OpenedLibrary.IsReadWhereItMayOnlyBeRead
   LibraryOriginal.ACopyThatCannotBeReadIsTakenForAnother
   LibraryOriginal.AFolderOrALinkThatLeadsNowhereTakesTheName
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
