@@ -1,5 +1,6 @@
 #include "app/FileCommands.h"
 
+#include "app/CloseQuestion.h"
 #include "app/FileDialogs.h"
 #include "model/MessageText.h"
 #include "views/RecipeDataShowView.h"
@@ -8,7 +9,6 @@
 #include "views/TextCrossing.h"
 
 #include <QFileInfo>
-#include <QMessageBox>
 
 namespace {
 
@@ -174,11 +174,7 @@ void CFileCommands::OnClose()
     m_dataPane.EndCellEdit();
     if (!IsUnsaved())
         return;
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Notify of Vantor"),
-                    QStringLiteral("Editing the recipe file,Do you want to save it?"),
-                    QMessageBox::Yes | QMessageBox::No, &m_window);
-    box.setDefaultButton(QMessageBox::Yes);
-    if (box.exec() == QMessageBox::Yes)
+    if (AskToSave(m_window))
         Save();
 }
 

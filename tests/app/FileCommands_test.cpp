@@ -10,9 +10,6 @@ namespace {
 
 using Texts = std::vector<QString>;
 
-const QString kQuestion = QStringLiteral("Editing the recipe file,Do you want to save it?");
-const QString kClosingTitle = QStringLiteral("Saving file，Please be patient!");
-
 struct FileCommands : FrameFixture {
     void SetUp() override { Start(); }
 
@@ -343,65 +340,6 @@ TEST_F(FileCommands, SaveAsOfAPagedFileThatCannotBeCreatedChangesNothing)
     EXPECT_TRUE(frame->m_strFilePath.isEmpty());
     EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
     EXPECT_TRUE(IsUnsaved());
-}
-
-TEST_F(FileCommands, ClosingWithNothingToSaveAsksNothingButChangesTheTitle)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    const CModalAnswer answer(QMessageBox::Ok);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{});
-    EXPECT_EQ(frame->windowTitle(), kClosingTitle);
-}
-
-TEST_F(FileCommands, ClosingWithUnsavedWorkAsksAndSavesOnYes)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    TypeIntoCell(1, 2, "9");
-    const CModalAnswer answer({[this](QWidget& dialog) {
-        EXPECT_EQ(frame->windowTitle(), kClosingTitle);
-        CModalAnswer::Press(QMessageBox::Yes)(dialog);
-    }});
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(answer.titles, Texts{"Notify of Vantor"});
-    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{9});
-}
-
-TEST_F(FileCommands, ClosingWithUnsavedWorkSavesNothingOnNo)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    TypeIntoCell(1, 2, "9");
-    const CModalAnswer answer(QMessageBox::No);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
-}
-
-TEST_F(FileCommands, ClosingCannotBeCancelledByTheSaveDialog)
-{
-    Trigger(*frame, "actionNew");
-    const CModalAnswer answer({CModalAnswer::Press(QMessageBox::Yes), CancelDialog()});
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.titles, (Texts{"Notify of Vantor", "Save as"}));
-    EXPECT_FALSE(frame->isVisible());
-}
-
-TEST_F(FileCommands, ClosingEndsAnOpenEditAndAsksAboutIt)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    ClickCell(1, 2);
-    QTest::keyClick(&Grid(), Qt::Key_F2);
-    QTest::keyClick(frame->focusWidget(), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(frame->focusWidget(), "7");
-    const CModalAnswer answer(QMessageBox::Yes);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{7});
 }
 
 TEST_F(FileCommands, ATitleShowsOddNamesAsTheyStand)
