@@ -2,6 +2,7 @@
 
 #include "app/CloseQuestion.h"
 #include "app/FileDialogs.h"
+#include "files/FileMessages.h"
 #include "model/MessageText.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFormatEditView.h"
@@ -81,6 +82,10 @@ void CFileCommands::OpenPath(const QString& path)
 
 void CFileCommands::OpenChosen(const QString& path)
 {
+    if (QFileInfo(path).isDir()) {
+        ShowFileError(m_frame.Reporter(), OpenErrorOf(FileTypeOf(NativePath(path))), NativePath(path));
+        return;
+    }
     m_formatPane.SetFilePattern(QStringLiteral("*.") + QFileInfo(path).suffix().toLower());
     m_formatPane.ApplyReadSettings();
     if (!m_formatPane.HasSelectedFormat()) {

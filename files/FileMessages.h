@@ -4,6 +4,7 @@
 #include "model/Reporter.h"
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 // What the readers and writers of recipe files tell of a file; "%s" stands for its path.
@@ -12,6 +13,12 @@ inline constexpr std::u16string_view kOpenFileError = u"Open file %s error!";
 inline constexpr std::u16string_view kSaveFileError = u"Can't save file %s,please check file or your disk!";
 inline constexpr std::u16string_view kOpenTableError = u"Can't open file %s!";
 inline constexpr std::u16string_view kSaveTableError = u"Save file %s failed!";
+
+/// What is told of a file of `type` that cannot be opened to be read; without one, of any file.
+constexpr std::u16string_view OpenErrorOf(std::optional<FileType> type)
+{
+    return type == FileType::Csv ? kOpenTableError : kOpenFileError;
+}
 
 /// What a save of `type` tells when it fails.
 constexpr std::u16string_view SaveErrorOf(FileType type)
