@@ -4,6 +4,7 @@
 #include "model/Reporter.h"
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 // What the readers and writers of recipe files tell of a file; "%s" stands for its path.
@@ -15,8 +16,8 @@ inline constexpr std::u16string_view kOpenPagedError = u"Can't open the file tha
 inline constexpr std::u16string_view kOpenTableError = u"Can't open file %s!";
 inline constexpr std::u16string_view kSaveTableError = u"Save file %s failed!";
 
-/// What reading a file of `type` tells when it fails.
-constexpr std::u16string_view OpenErrorOf(FileType type)
+/// What is told of a file of `type` that cannot be opened to be read; without one, of any file.
+constexpr std::u16string_view OpenErrorOf(std::optional<FileType> type)
 {
     return type == FileType::Csv ? kOpenTableError : kOpenFileError;
 }

@@ -6,12 +6,11 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 using Texts = std::vector<QString>;
-
-const QString kQuestion = QStringLiteral("Editing the recipe file,Do you want to save it?");
-const QString kClosingTitle = QStringLiteral("Saving file，Please be patient!");
 
 struct FileCommands : FrameFixture {
     void SetUp() override { Start(); }
@@ -23,6 +22,8 @@ struct FileCommands : FrameFixture {
         field.selectAll();
         QTest::keyClicks(&field, text);
     }
+
+    void MakePipe(const char* name) { ASSERT_EQ(mkfifo((folder / name).c_str(), 0600), 0); }
 
     bool IsUnsaved() const { return frame->m_bFileOpen && (frame->m_bModified || frame->m_bNewFile); }
 };
@@ -98,12 +99,54 @@ TEST_F(FileCommands, OpenOfAMissingFileIsReported)
     EXPECT_FALSE(frame->m_bFileOpen);
 }
 
-TEST_F(FileCommands, OpenOfAFolderIsReportedByItsReader)
+TEST_F(FileCommands, OpenOfAFolderIsRefused)
 {
-    std::filesystem::create_directory(folder / "folder.rcp");
+    for (const char* name : {"plain", "a.rcp", "a.csv", "a.frp", "note.txt"}) {
+        std::filesystem::create_directory(folder / name);
+        const CModalAnswer answer(QMessageBox::Ok);
+        frame->OpenPath(Path(name));
+        const bool isTable = std::string(name).ends_with(".csv");
+        EXPECT_EQ(answer.texts,
+                  Texts{isTable ? "Can't open file " + Path(name) + "!" : "Open file " + Path(name) + " error!"});
+        EXPECT_EQ(Title(), "Vantor");
+        EXPECT_FALSE(frame->m_bFileOpen);
+        EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+        EXPECT_FALSE(Action("actionSave").isEnabled());
+        EXPECT_EQ(Grid().RowCount(), 0);
+    }
     const CModalAnswer answer(QMessageBox::Ok);
-    frame->OpenPath(Path("folder.rcp"));
-    EXPECT_EQ(answer.texts, Texts{"Open file " + Path("folder.rcp") + " error!"});
+    frame->OpenPath("/");
+    EXPECT_EQ(answer.texts, Texts{"Open file / error!"});
+    EXPECT_FALSE(Action("actionSave").isEnabled());
+}
+
+TEST_F(FileCommands, OpenOfAFolderLeavesTheOpenFileAndItsTypeAlone)
+{
+    WriteAll(folder / "a.rcp", WordBytes({5}));
+    std::filesystem::create_directory(folder / "b.csv");
+    OpenThroughDialog("a.rcp");
+    {
+        const CModalAnswer answer(QMessageBox::Ok);
+        frame->OpenPath(Path("b.csv"));
+    }
+    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(Grid().GetItemText(1, 2), "5");
+    QString firstFilter;
+    const CModalAnswer answer({[&](QWidget& dialog) {
+        firstFilter = dialog.findChild<QComboBox*>("fileTypeCombo")->currentText();
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }});
+    Trigger(*frame, "actionOpen");
+    EXPECT_EQ(firstFilter, "(*.rcp)");
+}
+
+TEST_F(FileCommands, TheOpenDialogGoesIntoAFolder)
+{
+    std::filesystem::create_directory(folder / "a.rcp");
+    const CModalAnswer answer({ChoosePath(Path("a.rcp")), CancelDialog()});
+    Trigger(*frame, "actionOpen");
+    EXPECT_EQ(answer.titles, (Texts{"Open file", "Open file"}));
+    EXPECT_FALSE(frame->m_bFileOpen);
 }
 
 TEST_F(FileCommands, OpenRemembersTheTypeForTheNextDialog)
@@ -302,8 +345,8 @@ TEST_F(FileCommands, SaveAsOfRowsThatCouldNotBeReadLeavesTheTargetAlone)
     TypeSetting("editStartAddress", "100");
     MakeFile("old.rcp", 300);
     const Bytes old = ReadAll(folder / "old.rcp");
-    std::filesystem::create_directory(folder / "a.rcp");
-    std::filesystem::create_directory(folder / "a.frp");
+    MakePipe("a.rcp");
+    MakePipe("a.frp");
     for (const char* unread : {"a.rcp", "a.frp"}) {
         {
             const CModalAnswer refused(QMessageBox::Ok);
@@ -343,65 +386,6 @@ TEST_F(FileCommands, SaveAsOfAPagedFileThatCannotBeCreatedChangesNothing)
     EXPECT_TRUE(frame->m_strFilePath.isEmpty());
     EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
     EXPECT_TRUE(IsUnsaved());
-}
-
-TEST_F(FileCommands, ClosingWithNothingToSaveAsksNothingButChangesTheTitle)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    const CModalAnswer answer(QMessageBox::Ok);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{});
-    EXPECT_EQ(frame->windowTitle(), kClosingTitle);
-}
-
-TEST_F(FileCommands, ClosingWithUnsavedWorkAsksAndSavesOnYes)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    TypeIntoCell(1, 2, "9");
-    const CModalAnswer answer({[this](QWidget& dialog) {
-        EXPECT_EQ(frame->windowTitle(), kClosingTitle);
-        CModalAnswer::Press(QMessageBox::Yes)(dialog);
-    }});
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(answer.titles, Texts{"Notify of Vantor"});
-    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{9});
-}
-
-TEST_F(FileCommands, ClosingWithUnsavedWorkSavesNothingOnNo)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    TypeIntoCell(1, 2, "9");
-    const CModalAnswer answer(QMessageBox::No);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
-}
-
-TEST_F(FileCommands, ClosingCannotBeCancelledByTheSaveDialog)
-{
-    Trigger(*frame, "actionNew");
-    const CModalAnswer answer({CModalAnswer::Press(QMessageBox::Yes), CancelDialog()});
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.titles, (Texts{"Notify of Vantor", "Save as"}));
-    EXPECT_FALSE(frame->isVisible());
-}
-
-TEST_F(FileCommands, ClosingEndsAnOpenEditAndAsksAboutIt)
-{
-    MakeFile("a.rcp");
-    OpenThroughDialog("a.rcp");
-    ClickCell(1, 2);
-    QTest::keyClick(&Grid(), Qt::Key_F2);
-    QTest::keyClick(frame->focusWidget(), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(frame->focusWidget(), "7");
-    const CModalAnswer answer(QMessageBox::Yes);
-    EXPECT_TRUE(frame->close());
-    EXPECT_EQ(answer.texts, Texts{kQuestion});
-    EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{7});
 }
 
 TEST_F(FileCommands, ATitleShowsOddNamesAsTheyStand)
