@@ -51,7 +51,8 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
     CreatePopupMenu();
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
-    connect(m_pGrid, &CGridCtrl::pressed, this, &CRecipeDataShowView::OnGridPressed);
+    // A right click may have chosen another cell than the one with the focus, which does not move when it is used next.
+    connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
     connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
     connect(&m_pGrid->Model(), &CGridModel::dataChanged, this, &CRecipeDataShowView::OnTextsChanged);
 }
@@ -279,13 +280,6 @@ void CRecipeDataShowView::OnGridNotify(const GridNotification& notification)
     default:
         break;
     }
-}
-
-/// A right click may have chosen another cell than the one with the focus, which does not move when it is pressed.
-void CRecipeDataShowView::OnGridPressed(const QModelIndex& index)
-{
-    if (index == m_pGrid->currentIndex())
-        ChooseCell(m_pGrid->Model().GridRow(index), m_pGrid->Model().GridColumn(index));
 }
 
 void CRecipeDataShowView::ChooseCell(int row, int column)

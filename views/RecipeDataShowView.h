@@ -78,7 +78,6 @@ private:
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
-    void OnGridPressed(const QModelIndex& index);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
     void ForgetChanges();
