@@ -1,6 +1,6 @@
 #include "app/FileDialogs.h"
 
-#include <QFileDialog>
+#include "controls/FileDialog.h"
 
 namespace {
 
@@ -14,14 +14,13 @@ QString SuffixIn(const QString& filter)
     return suffix.remove(QLatin1Char(')'));
 }
 
-QString RunDialog(QFileDialog& dialog, const QStringList& filters, const QString& pattern)
+QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString& pattern)
 {
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program, in its own words
     if (!filters.isEmpty())
         dialog.setNameFilters(filters);
     dialog.setDefaultSuffix(SuffixIn(pattern));
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+    QObject::connect(&dialog, &CFileDialog::filterSelected, &dialog,
                      [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixIn(filter)); });
     dialog.selectFile(kProposedName);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
@@ -55,14 +54,14 @@ QStringList OpenFilters(const QString& pattern)
 
 QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& folder)
 {
-    QFileDialog dialog(&parent, QObject::tr("Open file"), folder);
+    CFileDialog dialog(&parent, QObject::tr("Open file"), folder);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     return RunDialog(dialog, OpenFilters(pattern), pattern);
 }
 
 QString AskSavePath(QWidget& parent, const QString& folder)
 {
-    QFileDialog dialog(&parent, QObject::tr("Save as"), folder);
+    CFileDialog dialog(&parent, QObject::tr("Save as"), folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     return RunDialog(dialog, SaveFilters(), kDefaultPattern);
 }

@@ -81,12 +81,12 @@ bool IsOneField(QStringView text)
     return reader.Next(field) && !reader.Next(field);
 }
 
-/// The top left cell of the selection, or the focus cell when nothing is selected.
+/// The top left one of the chosen cells; invalid when there are none.
 QModelIndex PasteCorner(const CGridCtrl& grid)
 {
-    const QItemSelection selection = grid.selectionModel()->selection();
+    const QItemSelection selection = grid.ChosenCells();
     if (selection.isEmpty())
-        return grid.currentIndex();
+        return {};
     int top = selection.first().top();
     int left = selection.first().left();
     for (const QItemSelectionRange& range : selection) {
@@ -101,7 +101,7 @@ QModelIndex PasteCorner(const CGridCtrl& grid)
 bool CGridClipboard::Copy()
 {
     const CGridModel& model = m_grid.Model();
-    const QItemSelection selection = m_grid.selectionModel()->selection();
+    const QItemSelection selection = m_grid.ChosenCells();
     if (selection.isEmpty())
         return false;
     const std::vector<Span> rows = RowsOf(selection);
@@ -132,8 +132,7 @@ void CGridClipboard::Clear()
 
 void CGridClipboard::Paste(QStringView text)
 {
-    const QItemSelection selection = m_grid.selectionModel()->selection();
-    if (!selection.isEmpty() && IsOneField(text)) {
+    if (IsOneField(text)) {
         QString field;
         CTabbedTextReader(text).Next(field);
         Fill(field, QStringLiteral("Pasting cells"));
@@ -145,7 +144,7 @@ void CGridClipboard::Paste(QStringView text)
 
 void CGridClipboard::Fill(const QString& text, const QString& label)
 {
-    const QItemSelection selection = m_grid.selectionModel()->selection();
+    const QItemSelection selection = m_grid.ChosenCells();
     std::int64_t rows = 0;
     for (const QItemSelectionRange& range : selection)
         rows += range.height();

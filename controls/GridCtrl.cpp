@@ -80,13 +80,16 @@ void CGridCtrl::MakeParts()
 
 void CGridCtrl::ConnectParts()
 {
-    auto* selection = static_cast<CGridSelectionModel*>(selectionModel());
-    connect(selection, &CGridSelectionModel::FocusMoving, this, [this](const QModelIndex& index) {
+    connect(&Selection(), &CGridSelectionModel::FocusMoving, this, [this](const QModelIndex& index) {
         SendNotification(m_nControlId, GridNotification::SelectionChanging, index);
     });
     // No selection by dragging, over the titles neither.
     disconnect(horizontalHeader(), &QHeaderView::sectionEntered, this, nullptr);
     disconnect(verticalHeader(), &QHeaderView::sectionEntered, this, nullptr);
+    // After the toolkit's own selecting, which was connected first.
+    connect(horizontalHeader(), &QHeaderView::sectionPressed, this, [this] { TitlePressed(Qt::Horizontal); });
+    connect(verticalHeader(), &QHeaderView::sectionPressed, this, [this] { TitlePressed(Qt::Vertical); });
+    connect(this, &QTableView::pressed, this, &CGridCtrl::TellFocusCellUsed);
     connect(m_pCorner, &CGridCorner::Clicked, this, &CGridCtrl::SelectAll);
     connect(m_pCorner, &CGridCorner::ColumnResized, this, &CGridCtrl::SetColumnWidth);
     connect(m_pCorner, &CGridCorner::BorderDoubleClicked, this,
@@ -424,8 +427,20 @@ bool CGridCtrl::SetFocusCell(int row, int column)
     const QModelIndex index = m_pModel->BodyIndex(row, column);
     if (!index.isValid())
         return false;
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    Selection().MoveTo(index);
     return currentIndex() == index;
+}
+
+CGridSelectionModel& CGridCtrl::Selection() const
+{
+    return static_cast<CGridSelectionModel&>(*selectionModel());
+}
+
+QItemSelection CGridCtrl::ChosenCells() const
+{
+    const QModelIndex focus = currentIndex();
+    return selectionModel()->hasSelection() || !focus.isValid() ? selectionModel()->selection()
+                                                                : QItemSelection(focus, focus);
 }
 
 CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text)
@@ -472,7 +487,7 @@ void CGridCtrl::TakeText(int row, int column, const QString& text)
 
 bool CGridCtrl::CanCopy() const
 {
-    return m_pEditor ? m_pEditor->hasSelectedText() : selectionModel()->hasSelection();
+    return m_pEditor ? m_pEditor->hasSelectedText() : !ChosenCells().isEmpty();
 }
 
 bool CGridCtrl::CanCut() const
@@ -485,7 +500,7 @@ bool CGridCtrl::CanPaste() const
     const QMimeData* content = QApplication::clipboard()->mimeData();
     if (content == nullptr || !content->hasText())
         return false;
-    return m_pEditor || (m_pModel->IsEditable() && (selectionModel()->hasSelection() || currentIndex().isValid()));
+    return m_pEditor || (m_pModel->IsEditable() && !ChosenCells().isEmpty());
 }
 
 bool CGridCtrl::CanSelectAll() const

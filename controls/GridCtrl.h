@@ -13,11 +13,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class CGridCellBase;
 class CGridCorner;
 class CGridDefaultCell;
 class CGridModel;
+class CGridSelectionModel;
 class CTitleTip;
 
 /// The fields of one cell that SetItem sets, named by `mask`.
@@ -39,8 +41,9 @@ struct GridItem {
 /// It knows nothing of what its cells mean: whether a typed text is acceptable it asks the check, how to report a
 /// refused one it leaves to the reporter. Rows and columns are counted with the fixed ones everywhere.
 ///
-/// A click, Shift+click, Ctrl+click, the titles and the keys choose cells; dragging the mouse does not. A character,
-/// F2, Enter or a double click opens the editor on the focus cell.
+/// A click, Shift+click, Ctrl+click, the titles and the keys choose cells; dragging the mouse does not. The keys that
+/// move the focus cell make it the selected one; with Shift they extend the selection to it, with Ctrl they go to the
+/// last cell in their direction. A character, F2, Enter or a double click opens the editor on the focus cell.
 class CGridCtrl : public QTableView, private CInPlaceEditOwner {
     Q_OBJECT
 
@@ -99,7 +102,9 @@ public:
 
     bool FocusCell(int& row, int& column) const; ///< false when no cell has the focus
     bool SetFocusCell(int row, int column);      ///< false for a fixed cell or one outside the grid
-    bool StartEdit();                            ///< opens the editor on the focus cell; false when it cannot be edited
+    /// What the commands on cells act on: the selected cells, or the focus cell alone when none is selected.
+    QItemSelection ChosenCells() const;
+    bool StartEdit(); ///< opens the editor on the focus cell; false when it cannot be edited
     bool IsEditing() const;
     /// Ends an edit that is open, as a click elsewhere would. False when the text was refused (and reported).
     bool EndEdit();
@@ -108,7 +113,7 @@ public:
     Change ChangeText(int row, int column, const QString& text);
     void ReportRefusal(int row, int column) override; ///< "Col %d,Row %d data error !"
 
-    // While a cell is edited these act on its editor, otherwise on the selected cells.
+    // While a cell is edited these act on its editor, otherwise on the chosen cells.
     bool CanCopy() const;
     bool CanCut() const;
     bool CanPaste() const;
@@ -140,13 +145,16 @@ signals:
     void Notify(const GridNotification& notification);
     /// A text was accepted that differs from the one before; sent before the cell takes it.
     void CellEdited(int row, int column);
+    /// The user came to the focus cell by a click, a key or an edit. Told also, and by keys only, where it did not
+    /// move.
+    void FocusCellUsed(int row, int column);
 
 protected:
     void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
     int sizeHintForColumn(int column) const override; ///< what a double click on the border of its title asks for
     bool focusNextPrevChild(bool next) override;
     void changeEvent(QEvent* event) override;
@@ -178,8 +186,15 @@ private:
     bool OpenEditorWith(const QString& text);
     void PlaceEditor();
     void CloseEditor();
+    CGridSelectionModel& Selection() const;
+    void TellFocusCellUsed();
+    void TitlePressed(Qt::Orientation orientation);
+    static std::optional<CursorAction> MoveOf(int key); ///< none for a key that moves nothing
+    QModelIndex FarthestFrom(const QModelIndex& index, CursorAction action) const;
     bool MoveFocus(int key);
     bool HandleCommandKey(QKeyEvent& event);
+    bool HandleWholesKey(const QKeyEvent& event);
+    bool HandleMoveKey(const QKeyEvent& event);
     void TellSelection(const QItemSelection& selected);
     int FittedWidth(int column, int rows) const;
 

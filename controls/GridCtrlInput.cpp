@@ -1,4 +1,4 @@
-// The grid's keys, mouse and in-place editing.
+// The grid's mouse, its in-place editing and what it tells.
 
 #include "controls/GridCellPaint.h"
 #include "controls/GridClipboard.h"
@@ -11,21 +11,6 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
-
-#include <optional>
-
-namespace {
-
-/// A character that starts an edit. Ctrl and Alt together are the AltGr of some keyboards.
-bool IsTypedText(const QKeyEvent& event)
-{
-    const Qt::KeyboardModifiers commands =
-        event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-    const bool plain = commands == Qt::NoModifier || commands == (Qt::ControlModifier | Qt::AltModifier);
-    return plain && !event.text().isEmpty() && event.text().at(0).isPrint();
-}
-
-} // namespace
 
 void CGridCtrl::SendNotification(int controlId, int code, const QModelIndex& index)
 {
@@ -84,6 +69,7 @@ bool CGridCtrl::OpenEditor(const QModelIndex& index)
     m_pEditor->selectAll();
     m_pEditor->show();
     m_pEditor->setFocus();
+    TellFocusCellUsed();
     return true;
 }
 
@@ -120,130 +106,6 @@ void CGridCtrl::TakeEdit(const EditEnd& end)
     emit Notify({CInPlaceEdit::kControlId, GridNotification::EndInPlaceEdit, end.row, end.column});
     if (MoveFocus(end.key))
         StartEdit();
-}
-
-/// Moves the focus as `key` would outside an edit. False when it stays where it is.
-bool CGridCtrl::MoveFocus(int key)
-{
-    std::optional<CursorAction> action;
-    switch (key) {
-    case Qt::Key_Tab:
-        action = MoveNext;
-        break;
-    case Qt::Key_Backtab:
-        action = MovePrevious;
-        break;
-    case Qt::Key_PageUp:
-        action = MovePageUp;
-        break;
-    case Qt::Key_PageDown:
-        action = MovePageDown;
-        break;
-    case Qt::Key_Home:
-        action = MoveHome;
-        break;
-    case Qt::Key_End:
-        action = MoveEnd;
-        break;
-    case Qt::Key_Left:
-        action = MoveLeft;
-        break;
-    case Qt::Key_Up:
-        action = MoveUp;
-        break;
-    case Qt::Key_Right:
-        action = MoveRight;
-        break;
-    case Qt::Key_Down:
-        action = MoveDown;
-        break;
-    default:
-        return false;
-    }
-    const QPersistentModelIndex before(currentIndex());
-    const QModelIndex next = moveCursor(*action, Qt::NoModifier);
-    if (!next.isValid() || next == before)
-        return false;
-    selectionModel()->setCurrentIndex(next, QItemSelectionModel::ClearAndSelect);
-    return currentIndex().isValid() && currentIndex() != before;
-}
-
-void CGridCtrl::keyboardSearch(const QString&) {}
-
-/// Next and previous stop at the last and the first cell, where the toolkit would go round.
-QModelIndex CGridCtrl::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
-{
-    const QModelIndex current = currentIndex();
-    const bool atEnd = current.row() == m_pModel->rowCount() - 1 && current.column() == m_pModel->columnCount() - 1;
-    const bool atStart = current.row() == 0 && current.column() == 0;
-    if (current.isValid() && ((action == MoveNext && atEnd) || (action == MovePrevious && atStart)))
-        return current;
-    return QTableView::moveCursor(action, modifiers);
-}
-
-/// Ctrl+Home and Ctrl+End choose the cell they go to, where the toolkit would leave the selection behind: a text pasted
-/// then would not go where the focus is.
-QItemSelectionModel::SelectionFlags CGridCtrl::selectionCommand(const QModelIndex& index, const QEvent* event) const
-{
-    if (event != nullptr && event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<const QKeyEvent*>(event);
-        const bool toAnEnd = key->key() == Qt::Key_Home || key->key() == Qt::Key_End;
-        if (toAnEnd && (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier)
-            return QItemSelectionModel::ClearAndSelect;
-    }
-    return QTableView::selectionCommand(index, event);
-}
-
-/// Tab leaves the grid from its last cell and from a grid without cells, Shift+Tab from its first one.
-bool CGridCtrl::focusNextPrevChild(bool next)
-{
-    const QModelIndex current = currentIndex();
-    const QModelIndex target = moveCursor(next ? MoveNext : MovePrevious, Qt::NoModifier);
-    if (!target.isValid() || target == current)
-        return QAbstractScrollArea::focusNextPrevChild(next);
-    return QTableView::focusNextPrevChild(next);
-}
-
-bool CGridCtrl::HandleCommandKey(QKeyEvent& event)
-{
-    if (event.matches(QKeySequence::Copy))
-        Copy();
-    else if (event.matches(QKeySequence::Cut))
-        Cut();
-    else if (event.matches(QKeySequence::Paste))
-        Paste();
-    else if (event.matches(QKeySequence::SelectAll))
-        SelectAll();
-    else if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::NoModifier)
-        CGridClipboard(*this).Clear();
-    else if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier)
-        AskForContextMenu();
-    else if ((event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
-             event.modifiers().testFlag(Qt::ControlModifier))
-        QAbstractScrollArea::focusNextPrevChild(event.key() == Qt::Key_Tab);
-    else
-        return false;
-    return true;
-}
-
-void CGridCtrl::keyPressEvent(QKeyEvent* event)
-{
-    const bool editKey = event->key() == Qt::Key_F2 || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (HandleCommandKey(*event) || (editKey && plain && StartEdit()) ||
-        (IsTypedText(*event) && OpenEditorWith(event->text())))
-        event->accept();
-    else
-        QTableView::keyPressEvent(event);
-}
-
-void CGridCtrl::inputMethodEvent(QInputMethodEvent* event)
-{
-    const bool typed = !event->commitString().isEmpty() || !event->preeditString().isEmpty();
-    if (typed && OpenEditorWith(QString()))
-        QCoreApplication::sendEvent(m_pEditor, event);
-    else
-        event->ignore();
 }
 
 /// The toolkit would give the focus to the first cell, which nobody chose.

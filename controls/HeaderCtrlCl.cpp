@@ -26,6 +26,7 @@ Qt::Alignment AlignmentOf(QChar alignment)
 CHeaderCtrlCl::CHeaderCtrlCl(QWidget* parent) : QHeaderView(Qt::Horizontal, parent)
 {
     setMinimumSectionSize(1);
+    setSectionResizeMode(Fixed); // columns are as wide as they were inserted, else bits could leave the view
 }
 
 void CHeaderCtrlCl::SetBackColor(int red, int green, int blue, int gradientStep)

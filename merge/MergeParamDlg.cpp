@@ -1,12 +1,12 @@
 #include "merge/MergeParamDlg.h"
 
+#include "controls/FileDialog.h"
 #include "merge/MergeFiles.h"
 #include "merge/SavePathDlg.h"
 #include "model/NumberText.h"
 #include "ui_MergeParamDlg.h"
 
 #include <QDir>
-#include <QFileDialog>
 
 #include <utility>
 
@@ -20,8 +20,7 @@ constexpr int kNumberWidth = 12; // average characters: all numbers that make se
 QString AskRecipePath(QWidget& parent, const QString& neighbour)
 {
     const QString folder = neighbour.isEmpty() ? QString() : QFileInfo(neighbour).path();
-    QFileDialog dialog(&parent, QStringLiteral("Open file"), folder);
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    CFileDialog dialog(&parent, QStringLiteral("Open file"), folder);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(QStringLiteral("(*.rcp)"));

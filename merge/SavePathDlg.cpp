@@ -1,11 +1,11 @@
 #include "merge/SavePathDlg.h"
 
+#include "controls/FileDialog.h"
 #include "files/PathText.h"
 #include "merge/SavePathRules.h"
 #include "ui_SavePathDlg.h"
 
 #include <QDir>
-#include <QFileDialog>
 
 #include <limits>
 
@@ -21,8 +21,7 @@ bool IsFolder(std::u16string_view path)
 
 QString AskFolder(QWidget& parent, const QString& folder)
 {
-    QFileDialog dialog(&parent, QStringLiteral("Save Path Select"), folder);
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    CFileDialog dialog(&parent, QStringLiteral("Save Path Select"), folder);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setFileMode(QFileDialog::Directory);
     if (dialog.exec() != QDialog::Accepted)

@@ -51,7 +51,8 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
     CreatePopupMenu();
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
-    connect(m_pGrid, &CGridCtrl::pressed, this, &CRecipeDataShowView::OnGridPressed);
+    // A right click may have chosen another cell than the one with the focus, which does not move when it is used next.
+    connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
     connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
     connect(&m_pGrid->Model(), &CGridModel::dataChanged, this, &CRecipeDataShowView::OnTextsChanged);
 }
@@ -87,7 +88,7 @@ int CRecipeDataShowView::ShowData(FileType type)
     CProgressDialog progress(*this, tr("Reading the recipe file"));
     const bool isRead =
         ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
-    m_bRowsOfFile = isRead && IsOwnType(type);
+    m_bRowsOfFile = isRead && HasKnownType();
     if (progress.Cancelled())
         m_rows.Clear();
     else
@@ -95,11 +96,10 @@ int CRecipeDataShowView::ShowData(FileType type)
     return 1;
 }
 
-/// Whether the current file, if it has a name, is of the type that its name gives: one that was read as another type is
-/// looked at only.
-bool CRecipeDataShowView::IsOwnType(FileType type) const
+/// Whether the current file, if it has a name, is a recipe file by that name. Any other is looked at only.
+bool CRecipeDataShowView::HasKnownType() const
 {
-    return m_frame.m_strFilePath.isEmpty() || FileTypeOf(NativePath(m_frame.m_strFilePath)) == type;
+    return m_frame.m_strFilePath.isEmpty() || FileTypeOf(NativePath(m_frame.m_strFilePath));
 }
 
 void CRecipeDataShowView::LayOutGrid()
@@ -287,13 +287,6 @@ void CRecipeDataShowView::OnGridNotify(const GridNotification& notification)
     default:
         break;
     }
-}
-
-/// A right click may have chosen another cell than the one with the focus, which does not move when it is pressed.
-void CRecipeDataShowView::OnGridPressed(const QModelIndex& index)
-{
-    if (index == m_pGrid->currentIndex())
-        ChooseCell(m_pGrid->Model().GridRow(index), m_pGrid->Model().GridColumn(index));
 }
 
 void CRecipeDataShowView::ChooseCell(int row, int column)

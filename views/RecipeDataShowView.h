@@ -78,12 +78,11 @@ private:
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
 
-    bool IsOwnType(FileType type) const;
+    bool HasKnownType() const;
     void LayOutGrid();
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
-    void OnGridPressed(const QModelIndex& index);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
     void ForgetChanges();

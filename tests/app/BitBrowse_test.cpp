@@ -230,6 +230,28 @@ TEST_F(BitBrowseCommand, AClickOnTheFocusCellChoosesItAgain)
     EXPECT_EQ(Grid().GetItemText(1, Signed16), "101");
 }
 
+TEST_F(BitBrowseCommand, AKeyOnTheFocusCellChoosesItAgain)
+{
+    ClickCell(1, Signed16);
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_F2}) { // one with nowhere to go, one that edits
+        RightClick(2, String).close();
+        EXPECT_FALSE(Action("actionBitBrowse").isEnabled());
+        QTest::keyClick(&Grid(), key);
+        EXPECT_TRUE(Action("actionBitBrowse").isEnabled());
+    }
+}
+
+TEST_F(BitBrowseCommand, CtrlArrowsChooseTheCellTheyGoTo)
+{
+    ClickCell(1, Signed16);
+    QTest::keyClick(&Grid(), Qt::Key_Down, Qt::ControlModifier);
+    const CModalAnswer answer({Flip(0), OK()});
+    Trigger(*frame, "actionBitBrowse");
+    EXPECT_EQ(answer.titles.front(), "Bit Browser[S16]");
+    EXPECT_EQ(Grid().GetItemText(1, Signed16), "100");
+    EXPECT_NE(Grid().GetItemText(Grid().RowCount() - 1, Signed16), "0");
+}
+
 TEST_F(BitBrowseCommand, TheKeyboardDoesTheWholeRoad)
 {
     ClickCell(1, Signed16);

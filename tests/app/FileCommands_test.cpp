@@ -1,5 +1,6 @@
 #include "controls/GridCtrl.h"
 #include "tests/app/FrameFixture.h"
+#include "tests/support/ListOpenChoice.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -76,6 +77,24 @@ TEST_F(FileCommands, OpenReadsTheChosenFile)
     EXPECT_EQ(Grid().GetItemText(1, 2), "5");
     EXPECT_EQ(Grid().GetItemText(1, 3), "AB");
     EXPECT_EQ(Grid().GetItemText(2, 2), "6");
+}
+
+TEST_F(FileCommands, NamesAreTypedWithTheListOfCompletionsOpen)
+{
+    MakeFile("a.rcp");
+    MakeFile("recipes.rcp");
+    OpenThroughDialog("a.rcp"); // the folder in which the dialogs start from now on
+    {
+        const CListOpenChoice choice("recipes.rcp");
+        Trigger(*frame, "actionOpen");
+        EXPECT_TRUE(choice.WasListOpen() && choice.ClosedListFirst());
+        EXPECT_EQ(Title(), TitleWith("recipes.rcp"));
+    }
+    ASSERT_TRUE(ShowActive(*frame));
+    const CListOpenChoice choice("recipe");
+    Trigger(*frame, "actionSaveAs");
+    EXPECT_TRUE(choice.WasListOpen() && choice.ClosedListFirst());
+    EXPECT_EQ(Title(), TitleWith("recipe.rcp"));
 }
 
 TEST_F(FileCommands, OpenCancelledTakesTheNameFromTheTitleOnly)

@@ -343,7 +343,7 @@ INSTANTIATE_TEST_SUITE_P(Table, GridCommands, testing::Values(
     CommandState{"Selection",   [](CGridCtrl& grid) { grid.SetFocusCell(2, 3); }, true, true, true,  true },
     CommandState{"FocusOnly",   [](CGridCtrl& grid) {
         grid.SetFocusCell(2, 3);
-        grid.clearSelection(); },                                               false, false, true,  true },
+        grid.clearSelection(); },                                               true,  true,  true,  true },
     CommandState{"EmptyClipboard", [](CGridCtrl& grid) {
         grid.SetFocusCell(2, 3);
         QApplication::clipboard()->clear(); },                                  true,  true,  false, true },

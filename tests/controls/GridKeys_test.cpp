@@ -1,4 +1,5 @@
-// The keys on a grid that edits nothing: they move the focus cell, choose cells and leave the grid.
+// The keys on a grid that edits nothing, other than those that move the focus cell: they begin edits and leave the
+// grid.
 
 #include "controls/GridModel.h"
 #include "tests/controls/GridTestBed.h"
@@ -12,49 +13,6 @@
 namespace {
 
 struct GridKeys : CGridTestBed {};
-
-struct MoveCase {
-    const char* name;
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    const char* focus; ///< afterwards, from 3,4 in a grid of 6 rows and 7 columns
-    const char* selected;
-    friend void PrintTo(const MoveCase& c, std::ostream* out) { *out << c.name; }
-};
-
-struct GridMoves : CGridTestBed, testing::WithParamInterface<MoveCase> {};
-
-TEST_P(GridMoves, MovesTheFocusCell)
-{
-    Fill(6, 7);
-    Click(3, 4);
-    log.clear();
-    Press(GetParam().key, GetParam().modifiers);
-    EXPECT_EQ(Focus(), GetParam().focus);
-    EXPECT_EQ(Selected(), GetParam().selected);
-    EXPECT_EQ(log, Lines{std::string("-100 of 102800 at ") + GetParam().focus});
-    EXPECT_EQ(Editor(), nullptr);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Table, GridMoves, testing::Values(
-    //       name         key               modifiers             focus  selected
-    MoveCase{"Left",      Qt::Key_Left,     Qt::NoModifier,       "3,3", "3,3"        },
-    MoveCase{"Right",     Qt::Key_Right,    Qt::NoModifier,       "3,5", "3,5"        },
-    MoveCase{"Up",        Qt::Key_Up,       Qt::NoModifier,       "2,4", "2,4"        },
-    MoveCase{"Down",      Qt::Key_Down,     Qt::NoModifier,       "4,4", "4,4"        },
-    MoveCase{"Home",      Qt::Key_Home,     Qt::NoModifier,       "3,2", "3,2"        },
-    MoveCase{"End",       Qt::Key_End,      Qt::NoModifier,       "3,6", "3,6"        },
-    MoveCase{"PageUp",    Qt::Key_PageUp,   Qt::NoModifier,       "1,4", "1,4"        },
-    MoveCase{"PageDown",  Qt::Key_PageDown, Qt::NoModifier,       "5,4", "5,4"        },
-    MoveCase{"CtrlHome",  Qt::Key_Home,     Qt::ControlModifier,  "1,2", "1,2"        },
-    MoveCase{"CtrlEnd",   Qt::Key_End,      Qt::ControlModifier,  "5,6", "5,6"        },
-    MoveCase{"Tab",       Qt::Key_Tab,      Qt::NoModifier,       "3,5", "3,5"        },
-    MoveCase{"ShiftTab",  Qt::Key_Backtab,  Qt::ShiftModifier,    "3,3", "3,3"        },
-    MoveCase{"ShiftDown", Qt::Key_Down,     Qt::ShiftModifier,    "4,4", "3,4 4,4"    },
-    MoveCase{"ShiftEnd",  Qt::Key_End,      Qt::ShiftModifier,    "3,6", "3,4 3,5 3,6"}),
-    [](const auto& c) { return std::string(c.param.name); });
-// clang-format on
 
 TEST_F(GridKeys, TheFocusOnTheGridChoosesNoCell)
 {

@@ -10,7 +10,6 @@
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QTest>
-#include <QWheelEvent>
 
 namespace {
 
@@ -51,16 +50,6 @@ struct GridMouse : CGridTestBed {
         MoveHeld(widget, (from + to) / 2);
         MoveHeld(widget, to);
         QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
-    }
-
-    /// Turns the wheel towards the user, as the desktop reports it: only such an event goes on to the widget below.
-    static void TurnWheel(QWidget& widget, int notches)
-    {
-        const QPoint at = widget.rect().center();
-        QWheelEvent wheel(at, widget.mapToGlobal(at), {}, QPoint(0, -120 * notches), Qt::NoButton, {},
-                          Qt::NoScrollPhase, false);
-        QSpontaneKeyEvent::setSpontaneous(&wheel);
-        qApp->notify(&widget, &wheel);
     }
 
     CGridCorner& Corner() const { return *grid->findChild<CGridCorner*>(); }

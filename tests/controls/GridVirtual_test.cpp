@@ -108,6 +108,27 @@ TEST_F(GridVirtual, SelectAllAsksForNoTextButTheVisibleOnes)
     EXPECT_NE(grid->GetItemState(kRows, kColumns + 1) & CGridCellBase::Selected, 0u);
 }
 
+TEST_F(GridVirtual, ChosenStretchesAreOneRangeAndAskForNoTextButTheVisibleOnes)
+{
+    grid->SetFocusCell(2, 5);
+    source.asked.clear();
+    const auto chosen = [this] {
+        const QItemSelection selection = grid->selectionModel()->selection();
+        return selection.size() == 1 ? QSize(selection.first().width(), selection.first().height()) : QSize();
+    };
+    Press(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(chosen(), QSize(1, kRows));
+    Press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(chosen(), QSize(2, kRows));
+    Press(Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_EQ(chosen(), QSize(kColumns, 1));
+    EXPECT_LE(source.LastRow(), VisibleRows());
+    Press(Qt::Key_Home, Qt::ControlModifier);
+    Press(Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(chosen(), QSize(1, kRows));
+    EXPECT_EQ(Focus(), std::to_string(kRows) + ",2");
+}
+
 TEST_F(GridVirtual, TextsComeFromTheSourceAndEditsGoToIt)
 {
     EXPECT_EQ(TextAt(777, 5), "777,5");

@@ -3,7 +3,10 @@
 #include "tests/support/GuiTest.h"
 #include "tests/support/PictureOf.h"
 
+#include <QApplication>
 #include <QFontMetrics>
+#include <QMouseEvent>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -171,6 +174,32 @@ TEST_F(Header, HeadingsGoFromLeftToRightAsTheyWereAdded)
     EXPECT_EQ(list.columnWidth(0), 50);
     EXPECT_EQ(list.columnWidth(1), 40);
     EXPECT_EQ(list.columnWidth(2), 60);
+}
+
+TEST_F(Header, ItsColumnsAreNeitherDraggedNorFitted)
+{
+    AddColumns();
+    ASSERT_TRUE(ShowActive(list));
+    QWidget& area = *list.Header().viewport();
+    const auto drag = [&](QPoint from, QPoint to) {
+        QTest::mousePress(&area, Qt::LeftButton, {}, from);
+        for (const QPoint at : {(from + to) / 2, to}) {
+            QMouseEvent move(QEvent::MouseMove, at, area.mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
+            QApplication::sendEvent(&area, &move);
+        }
+        QTest::mouseRelease(&area, Qt::LeftButton, {}, to);
+    };
+    const int y = area.height() / 2;
+    drag({59, y}, {200, y}); // a border
+    drag({61, y}, {5, y});
+    drag({30, y}, {150, y}); // a heading
+    QTest::mouseDClick(&area, Qt::LeftButton, {}, {59, y});
+    for (int column = 0; column < 3; ++column) {
+        EXPECT_EQ(list.columnWidth(column), 60) << column;
+        EXPECT_EQ(list.Header().visualIndex(column), column);
+    }
+    list.setColumnWidth(1, 70); // to the program they are not fixed
+    EXPECT_EQ(list.columnWidth(1), 70);
 }
 
 TEST_F(Header, ItsNaturalHeightIsMultipliedAndTruncated)

@@ -2,6 +2,7 @@
 #include "files/PathText.h"
 #include "tests/merge/MergeParamFixture.h"
 #include "tests/support/GuiTest.h"
+#include "tests/support/ListOpenChoice.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -48,6 +49,16 @@ struct SourceCase {
 struct ChosenSource : MergeParam, testing::WithParamInterface<SourceCase> {
     void Choose(const std::string& name) { Answer(GetParam().button, ChoosePath(Path(name)), "Open file"); }
 };
+
+TEST_P(ChosenSource, IsTypedWithTheListOfCompletionsOpen)
+{
+    ChooseFirst("first.rcp"); // the folder in which the dialogs start from now on
+    const CListOpenChoice choice("second.rcp");
+    ClickOn(*dialog, GetParam().button);
+    EXPECT_TRUE(choice.WasListOpen());
+    EXPECT_TRUE(choice.ClosedListFirst());
+    EXPECT_EQ(Field(GetParam().bytes), "4");
+}
 
 TEST_P(ChosenSource, ShowsItsPathAndLengthAndIsTakenWhole)
 {

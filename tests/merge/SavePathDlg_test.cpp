@@ -1,6 +1,7 @@
 #include "merge/SavePathDlg.h"
 #include "tests/support/DialogSteps.h"
 #include "tests/support/GuiTest.h"
+#include "tests/support/ListOpenChoice.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 
@@ -67,6 +68,16 @@ TEST_F(SavePath, HasItsControls)
     EXPECT_EQ(FindIn<QLabel>(*dialog, "labelName").buddy(), &FindIn<QWidget>(*dialog, "editName"));
     EXPECT_EQ(FindIn<QLabel>(*dialog, "labelPath").buddy(), &FindIn<QWidget>(*dialog, "editPath"));
     EXPECT_TRUE(FindIn<QPushButton>(*dialog, "buttonOk").isDefault());
+}
+
+TEST_F(SavePath, AFolderIsTypedWithTheListOfCompletionsOpen)
+{
+    fs::create_directories(folder / "recipes" / "line one");
+    const CListOpenChoice choice("recipes");
+    ClickOn(*dialog, "buttonFolder");
+    EXPECT_TRUE(choice.WasListOpen());
+    EXPECT_TRUE(choice.ClosedListFirst());
+    EXPECT_EQ(Shown(), InFolder("recipes") + "/");
 }
 
 TEST_F(SavePath, StartsInTheProgramsFolderWithoutAName)

@@ -13,6 +13,10 @@
 /// Shows `window` and waits until it is the active one, so that its fields can have the focus.
 [[nodiscard]] bool ShowActive(QWidget& window);
 
+/// Turns the wheel over `widget` towards the user, as the desktop reports it: only such an event goes on to the widgets
+/// around one that has no use for it.
+void TurnWheel(QWidget& widget, int notches);
+
 /// Triggers the action `objectName` below `root` as a menu would. Fails the test when it is missing or disabled.
 void Trigger(const QObject& root, const QString& objectName);
 

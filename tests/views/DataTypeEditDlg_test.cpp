@@ -66,6 +66,22 @@ TEST_F(ItemDialog, TheListsHoldTheirEntriesInOrder)
         EXPECT_EQ(decimal.itemText(i), QString::number(i));
 }
 
+TEST_F(ItemDialog, TheWheelChoosesOnlyWithTheFocus)
+{
+    Add();
+    for (const char* name : {"comboType", "comboInteger", "comboDecimal"}) {
+        auto& list = Find<QComboBox>(name);
+        Find<QLineEdit>("editDescription").setFocus();
+        const int before = list.currentIndex();
+        TurnWheel(list, 1);
+        EXPECT_EQ(list.currentIndex(), before) << name;
+        EXPECT_FALSE(list.hasFocus()) << name;
+        list.setFocus();
+        TurnWheel(list, 1);
+        EXPECT_EQ(list.currentIndex(), before + 1) << name;
+    }
+}
+
 TEST_F(ItemDialog, ShowsASingleItemAsItIs)
 {
     Modify(WithCode(MakeItem(u"Oven 1", DataType::Unsigned32, 2, 7, 3), CodeType::Bcd));

@@ -60,6 +60,19 @@ TEST_F(FormatPane, TheListsColumnsHaveTheirTitlesAndWidths)
     EXPECT_GE(list.columnWidth(3), widths[3]); // the last one takes what is left
 }
 
+TEST_F(FormatPane, TheWheelChoosesAFormatOnlyWithTheFocus)
+{
+    Store({kOven, kMixer});
+    Start();
+    Find<QLineEdit>("editStartAddress").setFocus();
+    TurnWheel(Formats(), 1);
+    EXPECT_EQ(Formats().currentText(), "Oven");
+    EXPECT_FALSE(Formats().hasFocus());
+    Formats().setFocus();
+    TurnWheel(Formats(), 1);
+    EXPECT_EQ(Formats().currentText(), "Mixer");
+}
+
 TEST_F(FormatPane, AMissingLibraryIsCreatedAndGivesTheBuiltInFormat)
 {
     Start();
