@@ -14,6 +14,23 @@ run_suites() {
     return "$failed"
 }
 
+# What clang-tidy says of the sources that changed since a commit, since the last release when none is named. A header is
+# looked at with the source file beside it.
+check_tidy() {
+    ensure_packages clang-tidy
+    local base=${1:-} changed
+    [[ -n $base ]] || base=$(git log -1 --format=%H -G'^## \[[0-9]' -- CHANGELOG.md)
+    changed=$(git diff --name-only --diff-filter=d "$base" -- '*.cpp' '*.h' | sed 's/h$/cpp/' | sort --unique |
+        grep --extended-regexp '^(disk|text|model|library|files|changes|recovery|merge|document|controls|views|app|cli)/' |
+        grep --invert-match 'Windows' | xargs --no-run-if-empty ls 2>/dev/null || true)
+    [[ -n $changed ]] || return 0
+    echo "clang-tidy: $(wc --lines <<<"$changed") files changed since ${base::8}" >&2
+    # Built without common headers, which GCC makes and Clang cannot read; but with what the toolkit generates.
+    build_preset release vantor_controls_autogen vantor_views_autogen vantor_merge_dialogs_autogen vantor_app_autogen
+    xargs --max-args=1 --max-procs="$(nproc)" clang-tidy -p build/release --quiet \
+        --extra-arg=-Wno-unknown-warning-option 2>/dev/null <<<"$changed"
+}
+
 # What the tests take of the code, against what they are to take.
 check_coverage() {
     ensure_packages gcovr
