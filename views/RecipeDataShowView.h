@@ -75,6 +75,7 @@ private:
     QString CellRemark(int row, int column) const override;
 
     void LayOutGrid();
+    int LeastGridWidth() const;
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
