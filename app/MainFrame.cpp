@@ -27,7 +27,6 @@
 namespace {
 
 constexpr QSize kFormatPaneSize{355, 852}; // pixels, at creation
-constexpr int kLeastDataPaneWidth = 10;    // pixels, at creation
 
 /// The local file that is being dragged, empty unless it is exactly one. A folder is none.
 QString DraggedFile(const QMimeData& data)
@@ -79,7 +78,7 @@ void CMainFrame::CreatePanes()
     m_pSplitter->setStretchFactor(0, 0);
     m_pSplitter->setStretchFactor(1, 1);
     setTabOrder(m_pFormatPane, m_pSplitter->handle(1)); // it was made after the data pane, but stands between the panes
-    PlaceSplitter();
+    m_pSplitter->PlaceBar(kFormatPaneSize.width());
     m_nLeftPaneWidth = kFormatPaneSize.width() + 5;
     m_pSplitter->SetLeftPaneWidth(m_nLeftPaneWidth);
     auto* client = new QWidget;
@@ -90,21 +89,6 @@ void CMainFrame::CreatePanes()
     layout->addWidget(m_pSplitter, 1);
     setCentralWidget(client);
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
-}
-
-/// The left pane at its width, the rest for the right one, which is never left without any: a pane of no width stays
-/// collapsed however large the window becomes.
-void CMainFrame::PlaceSplitter()
-{
-    const int rest = width() - kFormatPaneSize.width() - m_pSplitter->handleWidth();
-    m_pSplitter->setSizes({kFormatPaneSize.width(), std::max(rest, kLeastDataPaneWidth)});
-}
-
-void CMainFrame::showEvent(QShowEvent* event)
-{
-    QMainWindow::showEvent(event);
-    if (!event->spontaneous() && m_pSplitter->IsExpanded())
-        PlaceSplitter(); // the window may have been given another size since it was made
 }
 
 void CMainFrame::CreateStatusPanes()

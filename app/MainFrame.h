@@ -48,14 +48,12 @@ public:
     void UpdateFormatMetrics();
 
 protected:
-    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
     void CreatePanes();
-    void PlaceSplitter();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();

@@ -7,7 +7,11 @@
 #include <QPainter>
 #include <QSplitterHandle>
 
+#include <algorithm>
+
 namespace {
+
+constexpr int kLeastRightPane = 10; // pixels
 
 class CMySplitterHandle final : public QSplitterHandle {
 public:
@@ -72,7 +76,7 @@ CMySplitter::CMySplitter(QWidget* parent) : QSplitter(Qt::Horizontal, parent)
     setOpaqueResize(false);
     setChildrenCollapsible(true);
     setHandleWidth(6);
-    connect(this, &QSplitter::splitterMoved, this, &CMySplitter::DisableHiddenPane);
+    connect(this, &QSplitter::splitterMoved, this, &CMySplitter::BarMoved);
 }
 
 QSplitterHandle* CMySplitter::createHandle()
@@ -92,8 +96,38 @@ void CMySplitter::Toggle()
     m_bExpanded = !m_bExpanded;
     if (left == 0 && widget(0)->isAncestorOf(window()->focusWidget()))
         widget(1)->setFocus(); // a collapsed pane would go on taking the keys
-    setSizes({left, width() - handleWidth() - left});
+    PlaceBar(left);
     DisableHiddenPane();
+}
+
+void CMySplitter::PlaceBar(int left)
+{
+    m_nLeftWanted = left;
+    // The right pane is never left without any: a pane of no width stays collapsed however large the window becomes.
+    setSizes({left, std::max(width() - handleWidth() - left, kLeastRightPane)});
+}
+
+/// Dragged there: that is the width it keeps.
+void CMySplitter::BarMoved()
+{
+    m_nLeftWanted = sizes().front();
+    DisableHiddenPane();
+}
+
+/// The toolkit takes the room from both panes, and gives none back.
+void CMySplitter::resizeEvent(QResizeEvent* event)
+{
+    QSplitter::resizeEvent(event);
+    PlaceBar(m_nLeftWanted);
+}
+
+/// The panes may need more room, or less, than they did.
+bool CMySplitter::event(QEvent* event)
+{
+    const bool handled = QSplitter::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        PlaceBar(m_nLeftWanted);
+    return handled;
 }
 
 void CMySplitter::DisableHiddenPane()

@@ -14,6 +14,10 @@ public:
     /// The pixels to which the left pane is brought back.
     void SetLeftPaneWidth(int pixels) { m_nLeftPaneWidth = pixels; }
 
+    /// Gives the left pane so many pixels, the rest to the right one. Where the right pane needs more than the rest the
+    /// left one gives way, and has its width again as soon as there is room for it.
+    void PlaceBar(int left);
+
     /// Whether the left pane is at its normal width.
     bool IsExpanded() const { return m_bExpanded; }
 
@@ -33,11 +37,15 @@ public:
 protected:
     QSplitterHandle* createHandle() override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     /// Tab would come to fields of a collapsed pane, which nobody sees.
     void DisableHiddenPane();
+    void BarMoved();
 
     bool m_bExpanded = true;
     int m_nLeftPaneWidth = 0;
+    int m_nLeftWanted = 0; ///< pixels of the left pane where there is room for both
 };

@@ -24,8 +24,11 @@ CFileDialog::CFileDialog(QWidget* parent, const QString& title, const QString& f
     const int most = screen()->availableSize().width() - kFrame;
     const int wanted = kWidth * fontMetrics().averageCharWidth();
     resize(std::min(std::max(sizeHint().width(), wanted), most), sizeHint().height());
-    for (const auto* files : findChildren<QFileSystemModel*>())
+    for (const auto* files : findChildren<QFileSystemModel*>()) {
         connect(files, &QFileSystemModel::directoryLoaded, this, &CFileDialog::FitColumns);
+        connect(files, &QFileSystemModel::rowsInserted, this, &CFileDialog::FitColumns);
+        connect(files, &QFileSystemModel::layoutChanged, this, &CFileDialog::FitColumns); // by another type of files
+    }
 }
 
 /// The list of completions goes before the dialog does. The toolkit would close it after: it drops the news that the
@@ -43,14 +46,17 @@ void CFileDialog::resizeEvent(QResizeEvent* event)
     FitNames();
 }
 
-/// As wide as what is told of the files here. The widths stay the user's to change: the toolkit keeps them.
+/// At least as wide as what is told of the files in sight. The widths stay the user's to change.
 void CFileDialog::FitColumns()
 {
     auto* files = findChild<QTreeView*>(QStringLiteral("treeView"));
     if (files == nullptr)
         return;
-    for (int column = kNames + 1; column < files->header()->count(); ++column)
+    for (int column = kNames + 1; column < files->header()->count(); ++column) {
+        const int before = files->columnWidth(column);
         files->resizeColumnToContents(column);
+        files->setColumnWidth(column, std::max(files->columnWidth(column), before));
+    }
     FitNames();
 }
 

@@ -1,53 +1,42 @@
 #include "views/MessageBoxReporter.h"
 
+#include "views/MessageLabel.h"
 #include "views/TextCrossing.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
-#include <QTextBoundaryFinder>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace {
 
-constexpr int kLongestPiece = 48; // characters of a word that a line of a box takes in any font
-constexpr QChar kBreak(0x200B);   // a place where a line may end
+constexpr int kLineLength = 60; // average characters of a line at most
 
-/// `text` with places to break its lines within words that are longer than a line, as names of files may be: the
-/// toolkit cuts such a word off.
-QString Breakable(const QString& text)
+/// The room for a text on the screen of `window`. The toolkit's box cuts what is wider than its own limits.
+QSize MostRoom(const QWidget& window)
 {
-    QString broken;
-    QTextBoundaryFinder lines(QTextBoundaryFinder::Line, text);
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    int length = 0;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype next = characters.toNextBoundary();
-        lines.setPosition(at);
-        if (lines.isAtBoundary())
-            length = 0;
-        if (length == kLongestPiece) {
-            broken += kBreak;
-            length = 0;
-        }
-        broken += QStringView(text).sliced(at, next - at);
-        ++length;
-        at = next;
-    }
-    return broken;
+    const QSize screen = window.screen()->availableSize();
+    return {std::min(kLineLength * window.fontMetrics().averageCharWidth(), screen.width() * 2 / 5),
+            screen.height() * 3 / 5};
 }
 
-/// Copies its text, when asked to, as it was given.
+/// The toolkit's box with a text of our own in the place of its text: the toolkit's is cut off where a word is longer
+/// than a line. Copies its text, when asked to, as it was given.
 class CMessageBox final : public QMessageBox {
 public:
     CMessageBox(Icon icon, const QString& text, StandardButtons buttons, QWidget* parent)
-        : QMessageBox(icon, QApplication::applicationName(), Breakable(text), buttons, parent),
+        : QMessageBox(icon, QApplication::applicationName(), text, buttons, parent),
           m_strText(text)
     {
         setTextFormat(Qt::PlainText); // a path may hold "<" and "&"
         if (auto* sign = findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
             sign->setAccessibleName(icon == Question ? tr("Question") : tr("Warning"));
+        ReplaceLabel();
     }
 
 protected:
@@ -60,6 +49,17 @@ protected:
     }
 
 private:
+    void ReplaceLabel()
+    {
+        auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        if (label == nullptr) // another version of the toolkit shows it in its own way
+            return;
+        auto* own = new CMessageLabel(m_strText, MostRoom(*parentWidget()), this);
+        delete layout()->replaceWidget(label, own);
+        layout()->setAlignment(own, Qt::AlignLeft | Qt::AlignVCenter);
+        label->hide();
+    }
+
     QString m_strText;
 };
 

@@ -11,7 +11,11 @@
 
 #include <QItemSelectionRange>
 #include <QMenu>
+#include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -19,6 +23,8 @@ constexpr int kTitleRowHeight = 24;
 constexpr int kDataRowHeight = 26;
 constexpr int kIdColumnWidth = 64;
 constexpr int kAddressColumn = 1;
+constexpr int kMostColumn = 20;         // digits that a narrow window keeps of the first data column at most
+constexpr int kMostGrid = 40;           // and of all that it keeps of the grid
 constexpr qsizetype kLongestValue = 80; // characters of a value in a remark
 constexpr std::uint32_t kCentred = 1;
 constexpr std::uint32_t kWraps = 16;
@@ -115,6 +121,19 @@ void CRecipeDataShowView::LayOutGrid()
     m_pGrid->SetColumnWidth(0, kIdColumnWidth);
     WriteTitles();
     m_pGrid->FitColumns(kAddressColumn);
+    m_pGrid->setMinimumWidth(LeastGridWidth());
+}
+
+/// The titles of the rows and the first data column, with room to scroll to the others. The pane beside gives way to
+/// it.
+int CRecipeDataShowView::LeastGridWidth() const
+{
+    const int digit = m_pGrid->fontMetrics().horizontalAdvance(u'0');
+    int width = std::min(m_pGrid->ColumnWidth(kFixedColumns), kMostColumn * digit);
+    for (int column = 0; column < kFixedColumns; ++column)
+        width += m_pGrid->ColumnWidth(column);
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_pGrid->verticalScrollBar());
+    return std::min(width + bar + 2 * m_pGrid->frameWidth(), kMostGrid * digit);
 }
 
 void CRecipeDataShowView::WriteTitles()
@@ -166,6 +185,7 @@ bool CRecipeDataShowView::MaySaveAs(FileType type, const QString& path) const
 void CRecipeDataShowView::ClearGrid()
 {
     m_pGrid->DeleteAllItems();
+    m_pGrid->setMinimumWidth(0);
     m_rows.Clear();
     m_bRowsOfFile = false;
     ForgetChosenCell();

@@ -80,6 +80,7 @@ private:
 
     bool HasKnownType() const;
     void LayOutGrid();
+    int LeastGridWidth() const;
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);

@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitterHandle>
 #include <QTest>
 
@@ -51,6 +53,102 @@ TEST_F(Splitter, TheRightPaneIsThereOnAnyScreen)
     frame->resize(1000, 600);
     EXPECT_GT(splitter->sizes().at(1), 300);
     EXPECT_GE(LeftWidth(), 250);
+}
+
+struct WidthCase {
+    const char* name;
+    int width;
+    friend void PrintTo(const WidthCase& c, std::ostream* out) { *out << c.name; }
+};
+
+/// The window with a table, so wide.
+struct NarrowWindow : Splitter, testing::WithParamInterface<WidthCase> {
+    void SetUp() override
+    {
+        Splitter::SetUp();
+        MakeFile("a.rcp");
+        OpenThroughDialog("a.rcp");
+        Resize(GetParam().width);
+    }
+
+    void Resize(int width)
+    {
+        frame->resize(width, 600);
+        ASSERT_TRUE(WaitFor([&] { return frame->width() == width; }));
+    }
+
+    /// Whether the first data column is in sight in full.
+    bool ShowsAColumn()
+    {
+        const QRect cell = Grid().visualRect(Grid().model()->index(0, 0));
+        return Grid().isVisible() && Grid().viewport()->rect().contains(cell) &&
+               frame->rect().contains(QRect(Grid().viewport()->mapTo(frame.get(), cell.topLeft()), cell.size()));
+    }
+};
+
+TEST_P(NarrowWindow, KeepsADataColumnInSightAndSomeOfTheLeftPane)
+{
+    EXPECT_TRUE(ShowsAColumn());
+    EXPECT_GT(LeftWidth(), 100);
+    EXPECT_LE(LeftWidth(), 355);
+    auto& pane = Find<QScrollArea>("formatPane");
+    if (pane.viewport()->width() < pane.widget()->width()) { // what does not fit is reached sideways
+        EXPECT_TRUE(WaitFor([&] { return pane.horizontalScrollBar()->isVisible(); }));
+        EXPECT_EQ(pane.horizontalScrollBar()->maximum(), pane.widget()->width() - pane.viewport()->width());
+    }
+}
+
+TEST_P(NarrowWindow, TheLeftPaneHasItsWidthAgainWhereThereIsRoom)
+{
+    Resize(1200);
+    EXPECT_EQ(LeftWidth(), 355);
+    EXPECT_TRUE(ShowsAColumn());
+}
+
+TEST_P(NarrowWindow, TwoClicksCollapseAndRestore)
+{
+    const int before = LeftWidth();
+    Click();
+    EXPECT_EQ(LeftWidth(), 0);
+    EXPECT_TRUE(ShowsAColumn());
+    Click();
+    EXPECT_GE(LeftWidth(), before);
+    EXPECT_LE(LeftWidth(), 360);
+    EXPECT_TRUE(ShowsAColumn());
+    Resize(1200);
+    EXPECT_EQ(LeftWidth(), 360);
+}
+
+TEST_P(NarrowWindow, ACollapsedPaneStaysSo)
+{
+    Click();
+    Resize(1200);
+    EXPECT_EQ(LeftWidth(), 0);
+    Resize(GetParam().width);
+    EXPECT_EQ(LeftWidth(), 0);
+}
+
+TEST_P(NarrowWindow, AWideFirstColumnLeavesTheLeftPaneSome)
+{
+    ASSERT_TRUE(Grid().SetItemText(1, 2, "1"));
+    Grid().SetColumnWidth(0, 300);
+    Grid().SetColumnWidth(2, 900);
+    Trigger(*frame, "actionNew"); // lays the table out anew
+    EXPECT_GT(LeftWidth(), 100);
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Widths, NarrowWindow, testing::Values(
+    WidthCase{"Is800", 800}, WidthCase{"Is640", 640}, WidthCase{"Is480", 480}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(Splitter, TheLeftPaneKeepsItsWidthWhenTheWindowShrinksAndGrows)
+{
+    for (const int width : {700, 1000, 500, 900}) {
+        frame->resize(width, 600);
+        EXPECT_EQ(LeftWidth(), 355) << width;
+    }
 }
 
 TEST_F(Splitter, TwoClicksCollapseAndRestoreThePaneToItsFirstWidthPlusFive)

@@ -3,10 +3,11 @@
 #include "tests/support/ListOpenChoice.h"
 #include "tests/support/TestFiles.h"
 
+#include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QScreen>
-#include <QSplitter>
+#include <QTest>
 #include <QTreeView>
 #include <gtest/gtest.h>
 
@@ -58,6 +59,28 @@ TEST_F(ShownFileDialog, ShowsAllColumnsInFull)
         EXPECT_GE(list->columnWidth(column), Needed(column)) << column;
     EXPECT_LE(list->header()->length(), list->viewport()->width());
     EXPECT_LE(dialog.width(), dialog.screen()->availableSize().width());
+}
+
+TEST_F(FileDialog, FilesOfAnotherTypeAreShownInFullToo)
+{
+    WriteAll(folder / "c.rcp", Bytes(3));
+    WriteAll(folder / "d.csv", Bytes(1'023'000));
+    std::filesystem::remove(folder / "a.rcp");
+    CFileDialog dialog(nullptr, "Open file", Folder());
+    dialog.setNameFilters({"(*.rcp)", "(*.csv)"});
+    ASSERT_TRUE(ShowActive(dialog));
+    auto& list = *dialog.findChild<QTreeView*>("treeView");
+    const auto shows = [&](const char* name) {
+        const QModelIndex first = list.model()->index(0, Name, list.rootIndex());
+        return list.model()->rowCount(list.rootIndex()) == 1 && first.data().toString() == name;
+    };
+    ASSERT_TRUE(WaitFor([&] { return shows("c.rcp"); }));
+    list.setColumnWidth(Size, 20);
+    QTest::keyClick(dialog.findChild<QComboBox*>("fileTypeCombo"), Qt::Key_Down);
+    ASSERT_TRUE(WaitFor([&] { return shows("d.csv"); }));
+    EXPECT_TRUE(WaitFor([&] {
+        return list.columnWidth(Size) >= list.sizeHintForIndex(list.model()->index(0, Size, list.rootIndex())).width();
+    }));
 }
 
 TEST_F(ShownFileDialog, TheNamesTakeWhatTheDialogGainsAndLoses)

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QLineEdit>
+#include <QScrollBar>
 
 #include <limits>
 
@@ -71,6 +72,18 @@ TEST_F(FormatPane, TheWheelChoosesAFormatOnlyWithTheFocus)
     Formats().setFocus();
     TurnWheel(Formats(), 1);
     EXPECT_EQ(Formats().currentText(), "Mixer");
+}
+
+TEST_F(FormatPane, TheWheelOverTheFormatsScrollsAPaneTooLowForAll)
+{
+    Store({kOven, kMixer});
+    Start();
+    view->resize(355, 250);
+    Find<QLineEdit>("editStartAddress").setFocus();
+    ASSERT_EQ(view->verticalScrollBar()->value(), 0);
+    TurnWheel(Formats(), 1);
+    EXPECT_GT(view->verticalScrollBar()->value(), 0);
+    EXPECT_EQ(Formats().currentText(), "Oven");
 }
 
 TEST_F(FormatPane, AMissingLibraryIsCreatedAndGivesTheBuiltInFormat)
