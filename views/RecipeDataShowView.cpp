@@ -85,13 +85,21 @@ int CRecipeDataShowView::ShowData(FileType type)
     m_rows.LayOut(LayOutColumns(format), m_frame.m_nStartAddress, m_frame.m_nReadCount);
 
     CProgressDialog progress(*this, tr("Reading the recipe file"));
-    m_bRowsUnread =
-        !ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
+    const bool isRead =
+        ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
+    m_bRowsOfFile = isRead && IsOwnType(type);
     if (progress.Cancelled())
         m_rows.Clear();
     else
         LayOutGrid();
     return 1;
+}
+
+/// Whether the current file, if it has a name, is of the type that its name gives: one that was read as another type is
+/// looked at only.
+bool CRecipeDataShowView::IsOwnType(FileType type) const
+{
+    return m_frame.m_strFilePath.isEmpty() || FileTypeOf(NativePath(m_frame.m_strFilePath)) == type;
 }
 
 void CRecipeDataShowView::LayOutGrid()
@@ -129,7 +137,7 @@ void CRecipeDataShowView::WriteTitles()
 
 SaveResult CRecipeDataShowView::WriteData(FileType type)
 {
-    if (m_bRowsUnread) {
+    if (!m_bRowsOfFile) {
         ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(m_frame.m_strFilePath));
         return {};
     }
@@ -149,7 +157,7 @@ void CRecipeDataShowView::ForgetChanges()
 
 bool CRecipeDataShowView::MaySaveAs(FileType type, const QString& path) const
 {
-    if (!m_bRowsUnread && !m_rows.ShowsTheSameEverywhere())
+    if (HasRowsOfFile())
         return true;
     ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(path));
     return false;
@@ -159,7 +167,7 @@ void CRecipeDataShowView::ClearGrid()
 {
     m_pGrid->DeleteAllItems();
     m_rows.Clear();
-    m_bRowsUnread = false;
+    m_bRowsOfFile = false;
     ForgetChosenCell();
 }
 

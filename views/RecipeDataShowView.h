@@ -29,12 +29,16 @@ public:
     /// empty grid when the format in use has no words or breaks a limit (then reported).
     int ShowData(FileType type);
 
-    /// Writes the rows to the frame's current path as `type`; a failure was reported then. Rows that could not be read
-    /// are not written: their cells are empty, and would put zeros over words that nobody has seen.
+    /// Writes the rows to the frame's current path as `type`; a failure was reported then. Rows that are not those of
+    /// the frame's current file are written nowhere: none, or empty ones, would take the place of words that nobody has
+    /// seen.
     SaveResult WriteData(FileType type);
 
+    /// Whether there are rows that may be saved: those of the frame's current file, or of its new document.
+    bool HasRowsOfFile() const { return m_bRowsOfFile && !m_rows.ShowsTheSameEverywhere(); }
+
     /// Whether the rows may be saved as the file `path`, of the type `type`; if not, that was reported as its failed
-    /// save. Asked before a target is prepared: rows whose file could not be read or opened must cost it no byte.
+    /// save. Asked before a target is prepared: rows that are not the current file's must cost it no byte.
     bool MaySaveAs(FileType type, const QString& path) const;
 
     /// Empties the grid; no cell is chosen afterwards.
@@ -74,6 +78,7 @@ private:
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
 
+    bool IsOwnType(FileType type) const;
     void LayOutGrid();
     void WriteTitles();
     void OnGridNotify(const GridNotification& notification);
@@ -90,7 +95,7 @@ private:
     QAction* m_pActionBitBrowse = nullptr; ///< the popup menu's
     DataFormat m_dataFormat;               ///< the format that laid out the rows; the frame may have gone on to another
     CRecipeRows m_rows;
-    bool m_bRowsUnread = false; ///< the file behind the rows could not be read
+    bool m_bRowsOfFile = false; ///< they were read in full from the current file, or are those of a new document
     int m_nCurrentColumn = -1;  ///< grid column of the chosen cell, -1 for none
     int m_nCurrentRow = -1;     ///< grid row of the chosen cell
 };

@@ -26,6 +26,8 @@ struct DataPane : testing::Test {
         frame.m_strFilePath = QString::fromStdString((folder / name).string());
     }
 
+    SaveResult Save(FileType type) { return view.WriteData(type); }
+
     QString Cell(int row, int column) { return view.Grid().GetItemText(row, column); }
 
     CTempFolder folder;
@@ -102,7 +104,8 @@ TEST_F(DataPane, AFormatThatNoGridCanShowIsReportedOnceAndTouchesNothing)
     EXPECT_EQ(view.ShowData(FileType::Rcp), 2);
     EXPECT_EQ(view.Grid().RowCount(), 0);
     EXPECT_EQ(frame.reporter.shown.size(), 1u);
-    EXPECT_TRUE(view.WriteData(FileType::Rcp));
+    EXPECT_FALSE(Save(FileType::Rcp));
+    EXPECT_EQ(frame.reporter.shown.size(), 2u);
     EXPECT_EQ(ReadAll(folder / "a.rcp"), words);
 }
 
@@ -126,12 +129,12 @@ TEST_F(DataPane, RowsThatCouldNotBeReadAreNotWritten)
     view.ShowData(FileType::Rcp);
     std::filesystem::rename(folder / "away.rcp", folder / "a.rcp"); // it is back before the save
     frame.reporter.shown.clear();
-    EXPECT_FALSE(view.WriteData(FileType::Rcp));
+    EXPECT_FALSE(Save(FileType::Rcp));
     EXPECT_EQ(frame.reporter.shown, std::vector{u"Can't save file " + frame.m_strFilePath.toStdU16String() +
                                                 u",please check file or your disk!"});
     EXPECT_EQ(ReadAll(folder / "a.rcp"), words);
     view.ShowData(FileType::Rcp); // and once it is read, it can be written
-    EXPECT_TRUE(view.WriteData(FileType::Rcp));
+    EXPECT_TRUE(Save(FileType::Rcp));
 }
 
 TEST_F(DataPane, RowsOfATableThatCouldNotBeReadAreNotWritten)
@@ -143,7 +146,7 @@ TEST_F(DataPane, RowsOfATableThatCouldNotBeReadAreNotWritten)
     view.ShowData(FileType::Csv);
     std::filesystem::rename(folder / "away.csv", folder / "a.csv");
     frame.reporter.shown.clear();
-    EXPECT_FALSE(view.WriteData(FileType::Csv));
+    EXPECT_FALSE(Save(FileType::Csv));
     EXPECT_EQ(frame.reporter.shown, std::vector{u"Save file " + frame.m_strFilePath.toStdU16String() + u" failed!"});
     EXPECT_EQ(ReadAll(folder / "a.csv"), table);
 }
@@ -156,18 +159,33 @@ TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
     std::filesystem::rename(folder / "a.frp", folder / "away.frp");
     view.ShowData(FileType::Frp);
     EXPECT_EQ(Cell(2, 2), "48");
-    EXPECT_TRUE(view.WriteData(FileType::Frp)); // kept: there is nothing to write to, and no word about it
+    EXPECT_TRUE(Save(FileType::Frp)); // kept: there is nothing to write to, and no word about it
     EXPECT_TRUE(frame.reporter.shown.empty());
     std::filesystem::rename(folder / "away.frp", folder / "a.frp");
-    EXPECT_FALSE(view.WriteData(FileType::Frp));
+    EXPECT_FALSE(Save(FileType::Frp));
     EXPECT_EQ(frame.reporter.shown, std::vector{u"Can't save file " + frame.m_strFilePath.toStdU16String() +
                                                 u",please check file or your disk!"});
     EXPECT_EQ(ReadAll(folder / "a.frp"), words);
 }
 
+TEST_F(DataPane, AFileReadAsAnotherTypeThanItsNameGivesIsNotWritten)
+{
+    const Bytes table = BytesOf({'7', '\n', '8', '\n'});
+    Use(MakeFormat(u"word", {kWord}), 0, 2);
+    for (const char* name : {"a.CSV", "note.txt"}) {
+        Open(name, table);
+        EXPECT_EQ(view.ShowData(FileType::Rcp), 1); // kept
+        frame.reporter.shown.clear();
+        EXPECT_FALSE(Save(FileType::Csv));
+        EXPECT_FALSE(Save(FileType::Rcp));
+        EXPECT_EQ(frame.reporter.shown.size(), 2u);
+        EXPECT_EQ(ReadAll(folder / name), table);
+    }
+}
+
 TEST_F(DataPane, SavingToNoPathIsReported)
 {
-    EXPECT_FALSE(view.WriteData(FileType::Rcp));
+    EXPECT_FALSE(Save(FileType::Rcp));
     EXPECT_EQ(frame.reporter.shown, std::vector<std::u16string>{u"Can't save file ,please check file or your disk!"});
 }
 
@@ -183,7 +201,7 @@ TEST_F(DataPane, AnEditedCellMarksTheWorkAndReachesTheFile)
     QTest::keyClick(view.window()->focusWidget(), Qt::Key_Return);
     EXPECT_EQ(Cell(1, 2), "77");
     EXPECT_TRUE(frame.m_bModified);
-    EXPECT_TRUE(view.WriteData(FileType::Rcp));
+    EXPECT_TRUE(Save(FileType::Rcp));
     EXPECT_EQ(ReadAll(folder / "a.rcp"), WordBytes({1, 77, 3, 4}));
 }
 
@@ -245,7 +263,7 @@ TEST_F(DataPane, ANewDocumentShowsZerosAndEmptyStrings)
         EXPECT_EQ(Cell(row, 3), "");
     }
     frame.m_strFilePath = QString::fromStdString((folder / "new.rcp").string());
-    EXPECT_TRUE(view.WriteData(FileType::Rcp));
+    EXPECT_TRUE(Save(FileType::Rcp));
     EXPECT_EQ(ReadAll(folder / "new.rcp"), Bytes(12));
 }
 
