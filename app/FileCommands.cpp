@@ -127,7 +127,7 @@ CFileCommands::Outcome CFileCommands::Save()
     m_formatPane.ApplyReadSettings();
     if (m_frame.m_bNewFile)
         return SaveAs();
-    if (!m_frame.RefreshRecipeData(m_frame.m_nFileType))
+    if (!m_frame.RefreshRecipeData(m_frame.m_nFileType, m_frame.m_strFilePath))
         return Outcome::Failed;
     MarkSaved();
     return Outcome::Done;
@@ -153,17 +153,14 @@ CFileCommands::Outcome CFileCommands::SaveTo(const QString& path)
         return Outcome::Done; // kept: nothing is written under an unknown extension, yet the work counts as saved
     if (!m_dataPane.MaySaveAs(*type, path))
         return Outcome::Failed;
-    const bool paged = *type == FileType::Erp || *type == FileType::Frp;
-    const auto takeOver = [&] {
+    const bool isPrepared = PrepareSaveAs(*type, NativePath(path), m_frame.m_nStartAddress, m_frame.Reporter());
+    const bool isSaved = isPrepared && m_frame.RefreshRecipeData(*type, path);
+    const bool isNameKept = !isPrepared && *type == FileType::Rcp; // kept: also when the file cannot be created
+    if (isSaved || isNameKept) {
         m_frame.m_nFileType = *type;
         m_frame.m_strFilePath = path;
-    };
-    if (!paged)
-        takeOver(); // kept: type and path change even when the file then cannot be created
-    if (!PrepareSaveAs(*type, NativePath(path), m_frame.m_nStartAddress, m_frame.Reporter()))
-        return Outcome::Failed;
-    takeOver();
-    return m_frame.RefreshRecipeData(*type) ? Outcome::Done : Outcome::Failed;
+    }
+    return isSaved ? Outcome::Done : Outcome::Failed;
 }
 
 void CFileCommands::MarkSaved()

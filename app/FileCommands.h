@@ -11,7 +11,7 @@ class QWidget;
 /// counts as unsaved. The state itself lies in the frame.
 ///
 /// Each command first ends a cell's edit that is open; a text that is refused then stops the command. A write that
-/// fails leaves the work unsaved, and stops the command that wanted it saved.
+/// fails leaves the work unsaved, the current file the current one, and stops the command that wanted it saved.
 class CFileCommands {
 public:
     /// All four outlive the object; `window` stands under the dialogs.

@@ -212,23 +212,23 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pDataPane->ShowData(type);
 }
 
-bool CMainFrame::RefreshRecipeData(FileType type)
+bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
 {
-    const SaveResult result = m_pDataPane->WriteData(type);
-    TellState(result);
+    const SaveResult result = m_pDataPane->WriteData(type, path);
+    TellState(result, path);
     return result.isSaved;
 }
 
-/// What a save that failed part-way left behind stays told until a save succeeds.
-void CMainFrame::TellState(const SaveResult& result)
+/// What a save that failed part-way left behind in `path` stays told until a save succeeds.
+void CMainFrame::TellState(const SaveResult& result, const QString& path)
 {
     if (result.isSaved) {
         m_strSaveTrouble.clear();
         m_pMessage->setToolTip({});
     } else if (result.mayHoldOldAndNew) {
         const QString text = tr("%1 may hold old and new words: its save failed part-way. Save again.");
-        m_strSaveTrouble = text.arg(QFileInfo(m_strFilePath).fileName());
-        m_pMessage->setToolTip(text.arg(QDir::toNativeSeparators(m_strFilePath)));
+        m_strSaveTrouble = text.arg(QFileInfo(path).fileName());
+        m_pMessage->setToolTip(text.arg(QDir::toNativeSeparators(path)));
     }
     ShowMessage();
 }

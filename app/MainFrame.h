@@ -31,7 +31,7 @@ public:
     ~CMainFrame() override;
 
     void ShowRecipeData(FileType type) override;
-    bool RefreshRecipeData(FileType type) override;
+    bool RefreshRecipeData(FileType type, const QString& path) override;
     void ClearRecipeData() override;
     bool ValidateCellValue(int gridColumn, const QString& text) const override;
     void SetTitle(const QString& title) override;
@@ -59,7 +59,7 @@ private:
     void ConnectCommands();
     void AddAccelerators();
     void ShowLockKeys();
-    void TellState(const SaveResult& result);
+    void TellState(const SaveResult& result, const QString& path);
     void ShowMessage();
     void SwitchPane(int direction);
     QList<QWidget*> PanesInSight() const;

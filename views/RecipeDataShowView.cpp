@@ -135,14 +135,14 @@ void CRecipeDataShowView::WriteTitles()
         write(column++, ToQString(coding.title));
 }
 
-SaveResult CRecipeDataShowView::WriteData(FileType type)
+SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path)
 {
     if (!m_bRowsOfFile) {
-        ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(m_frame.m_strFilePath));
+        ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(path));
         return {};
     }
     CProgressDialog progress(*this, tr("Saving the recipe file"));
-    const SaveResult result = SaveRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.Reporter(), progress);
+    const SaveResult result = SaveRecipe(type, m_rows, NativePath(path), m_frame.Reporter(), progress);
     if (result.isSaved && !result.isLeftOut)
         ForgetChanges();
     return result;

@@ -29,10 +29,10 @@ public:
     /// empty grid when the format in use has no words or breaks a limit (then reported).
     int ShowData(FileType type);
 
-    /// Writes the rows to the frame's current path as `type`; a failure was reported then. Rows that are not those of
-    /// the frame's current file are written nowhere: none, or empty ones, would take the place of words that nobody has
+    /// Writes the rows to the file `path` as `type`; a failure was reported then. Rows that are not those of the
+    /// frame's current file are written nowhere: none, or empty ones, would take the place of words that nobody has
     /// seen.
-    SaveResult WriteData(FileType type);
+    SaveResult WriteData(FileType type, const QString& path);
 
     /// Whether there are rows that may be saved: those of the frame's current file, or of its new document.
     bool HasRowsOfFile() const { return m_bRowsOfFile && !m_rows.ShowsTheSameEverywhere(); }

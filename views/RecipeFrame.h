@@ -20,8 +20,9 @@ public:
     /// Recomputes the row geometry from the format in use and has the data pane read the current file, as `type`.
     virtual void ShowRecipeData(FileType type) = 0;
 
-    /// Has the data pane write its rows to the current file, as `type`. False when that failed; it was reported then.
-    virtual bool RefreshRecipeData(FileType type) = 0;
+    /// Has the data pane write its rows to the file `path`, as `type`. False when that failed; it was reported then.
+    /// The current file and its type stay as they are.
+    virtual bool RefreshRecipeData(FileType type, const QString& path) = 0;
 
     /// Has the data pane empty its grid.
     virtual void ClearRecipeData() = 0;

@@ -26,7 +26,7 @@ struct DataPane : testing::Test {
         frame.m_strFilePath = QString::fromStdString((folder / name).string());
     }
 
-    SaveResult Save(FileType type) { return view.WriteData(type); }
+    SaveResult Save(FileType type) { return view.WriteData(type, frame.m_strFilePath); }
 
     QString Cell(int row, int column) { return view.Grid().GetItemText(row, column); }
 

@@ -12,9 +12,9 @@
 class CRecordingFrame final : public CRecipeFrame {
 public:
     void ShowRecipeData(FileType type) override { calls.push_back("show " + std::to_string(static_cast<int>(type))); }
-    bool RefreshRecipeData(FileType type) override
+    bool RefreshRecipeData(FileType type, const QString& path) override
     {
-        calls.push_back("refresh " + std::to_string(static_cast<int>(type)));
+        calls.push_back("refresh " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
         return true;
     }
     void ClearRecipeData() override { calls.emplace_back("clear"); }
