@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <system_error>
 #include <vector>
 
 // The paged recipe file, ".erp" and ".frp". Word address a is the logical byte address A = 2a, 32 bits wide. With L,
@@ -45,8 +46,10 @@ private:
 /// would go through it is refused. After a refusal or another failure the object is of no further use.
 class CPagedFile {
 public:
-    /// Opens the existing file `path`; false, with no file open, when it cannot be both read and written.
+    /// Opens the existing file `path`; false, with no file open, when it cannot be both read and written. LastError
+    /// tells why then.
     bool Open(const std::filesystem::path& path, PagedKind kind);
+    std::error_code LastError() const { return m_file.LastError(); }
 
     /// Whether `byteCount` bytes from a word on have addresses, and no directory or table on the way to them is
     /// damaged. Changes nothing in the file.
