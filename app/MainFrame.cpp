@@ -211,7 +211,7 @@ void CMainFrame::UpdateCommands()
 CMainFrame::SaveNotice CMainFrame::NoticeOf(const QString& text, const QString& path)
 {
     const auto with = [&text](const QString& name) { return QString(text).replace(QStringLiteral("%1"), name); };
-    return {with(QFileInfo(path).fileName()), with(QDir::toNativeSeparators(path))};
+    return {path, with(QFileInfo(path).fileName()), with(QDir::toNativeSeparators(path))};
 }
 
 void CMainFrame::ShowRecipeData(FileType type)
@@ -228,12 +228,13 @@ bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
     return result.isSaved;
 }
 
-/// What a save that failed part-way left behind in `path`, and that one wrote nothing, stays told until a save
-/// succeeds.
+/// What a save that failed part-way left behind in `path` stays told until that file is saved or gone, and that one
+/// wrote nothing until any is saved.
 void CMainFrame::TellState(const SaveResult& result, const QString& path)
 {
     if (result.isSaved) {
-        m_tornSave = {};
+        if (path == m_tornSave.path || !QFileInfo::exists(m_tornSave.path))
+            m_tornSave = {};
         ForgetLeftOut();
     } else if (result.mayHoldOldAndNew)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);

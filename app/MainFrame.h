@@ -54,6 +54,7 @@ protected:
 
 private:
     struct SaveNotice { ///< what the status bar goes on saying of a save; empty where there is nothing to say
+        QString path;   ///< of the file that it is about
         QString text;
         QString inFull; ///< the same, with the whole path
     };

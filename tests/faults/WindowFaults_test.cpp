@@ -146,6 +146,27 @@ TEST(WindowStatus, SaysThatASaveFailedPartWay)
     EXPECT_EQ(lines[2], "Can't save file " + place.Disk("a.rcp") + ",please check file or your disk!");
 }
 
+/// A save elsewhere does not mend it.
+TEST(WindowStatus, SaysThatASaveAsFailedPartWayUntilThatFileIsSavedOrGone)
+{
+    const SavePlace place;
+    WriteAll(place.Aside("b.rcp"), Bytes(24));
+    WriteAll(place.Disk("a.rcp"), Bytes(24));
+    const Fault torn = {"", "break", EIO};
+    const std::vector<std::string> arguments = {(place.folder / "aside").string(), place.Aside("b.rcp"), "291",
+                                                place.Disk("a.rcp")};
+    const FaultRun run = RunWithFault(VANTOR_WINDOW_SAVE_PROGRAM, arguments, place.folder / "disk", torn, 3);
+    ASSERT_FALSE(run.failed.empty()) << run.result.out << run.result.error;
+    ASSERT_EQ(run.failed.front(), "pwrite");
+    const auto lines = LinesOf(run.result.out);
+    ASSERT_GE(lines.size(), 2u);
+    const std::string notice = "a.rcp may hold old and new words: its save failed part-way. Save again.";
+    EXPECT_EQ(lines[0], "failed: " + notice);
+    EXPECT_EQ(lines[1], "saved: " + notice);
+    EXPECT_EQ(run.result.exitCode, 0);
+    EXPECT_NE(BytesIn(place.Aside("b.rcp")), Bytes(24));
+}
+
 struct WindowLibraryFaults : testing::TestWithParam<Fault> {};
 
 /// A damaged library: it is copied before it is written over, so what it held is always somewhere.
