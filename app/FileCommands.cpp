@@ -37,7 +37,7 @@ bool CFileCommands::IsUnsaved() const
 }
 
 /// Saves unsaved work without a question. False when another file must not take its place: a cell's text was refused,
-/// or the write failed. A cancelled save dialog does not stop the command.
+/// the write failed, or the file was left as it is. A cancelled save dialog does not stop the command.
 bool CFileCommands::LeaveCurrentWork()
 {
     if (!m_dataPane.EndCellEdit())
@@ -120,6 +120,12 @@ void CFileCommands::OnFileSaveAs()
         return;
     m_formatPane.ApplyReadSettings();
     SaveAs();
+}
+
+void CFileCommands::OnDiscardChanges()
+{
+    m_frame.ShowRecipeData(m_frame.m_nFileType);
+    m_frame.m_bModified = false;
 }
 
 CFileCommands::Outcome CFileCommands::Save()

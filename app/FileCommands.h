@@ -26,6 +26,9 @@ public:
     /// Opens the file at `path` as OnFileOpen opens a chosen one, without the dialog.
     void OpenPath(const QString& path);
 
+    /// Reads the current file again in place of changes that cannot be saved to it; the work counts as saved then.
+    void OnDiscardChanges();
+
     /// What closing does before the frame goes: the closing title, and the question about unsaved work. Nothing cancels
     /// it.
     void OnClose();

@@ -127,17 +127,18 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// A file that may hold old and new words is of more weight than formats that are not saved, and they are than the
-/// chosen cell.
+/// A file that may hold old and new words is of more weight than one that was not written, that than formats that are
+/// not saved, and they are than the chosen cell.
 void CMainFrame::ShowMessage()
 {
-    if (m_strSaveTrouble.isEmpty())
-        m_pMessage->setToolTip(m_strLibraryTrouble);
-    const QString cell = m_pDataPane->ChosenCellInfo();
-    for (const QString& message : {m_strSaveTrouble, m_strLibraryTrouble, cell, tr("Ready")}) {
-        if (message.isEmpty())
+    const SaveNotice library{{}, m_strLibraryTrouble, m_strLibraryTrouble};
+    for (const SaveNotice& notice :
+         {m_tornSave, m_leftOutSave, library, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
+          SaveNotice{{}, tr("Ready"), {}}}) {
+        if (notice.text.isEmpty())
             continue;
-        m_pMessage->setText(message);
+        m_pMessage->setText(notice.text);
+        m_pMessage->setToolTip(notice.inFull);
         return;
     }
 }
@@ -210,8 +211,15 @@ void CMainFrame::UpdateCommands()
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 
+CMainFrame::SaveNotice CMainFrame::NoticeOf(const QString& text, const QString& path)
+{
+    const auto with = [&text](const QString& name) { return QString(text).replace(QStringLiteral("%1"), name); };
+    return {path, with(QFileInfo(path).fileName()), with(QDir::toNativeSeparators(path))};
+}
+
 void CMainFrame::ShowRecipeData(FileType type)
 {
+    ForgetLeftOut();
     UpdateFormatMetrics();
     m_pDataPane->ShowData(type);
 }
@@ -223,22 +231,51 @@ bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
     return result.isSaved;
 }
 
-/// What a save that failed part-way left behind in `path` stays told until a save succeeds.
+/// What a save that failed part-way left behind in `path` stays told until that file is saved or gone, and that one
+/// wrote nothing until any is saved.
 void CMainFrame::TellState(const SaveResult& result, const QString& path)
 {
     if (result.isSaved) {
-        m_strSaveTrouble.clear();
-        m_pMessage->setToolTip({});
-    } else if (result.mayHoldOldAndNew) {
-        const QString text = tr("%1 may hold old and new words: its save failed part-way. Save again.");
-        m_strSaveTrouble = text.arg(QFileInfo(path).fileName());
-        m_pMessage->setToolTip(text.arg(QDir::toNativeSeparators(path)));
-    }
+        if (path == m_tornSave.path || !QFileInfo::exists(m_tornSave.path))
+            m_tornSave = {};
+        ForgetLeftOut();
+    } else if (result.mayHoldOldAndNew)
+        m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
+    else if (result.isLeftOut)
+        TellLeftOut(path);
+    ShowMessage();
+}
+
+/// Of a file that a save found missing or protected. The table is all that has the changes: there is a way to keep
+/// them, and one to leave them.
+void CMainFrame::TellLeftOut(const QString& path)
+{
+    const QString text = path.isEmpty()            ? tr("There is no file to save to: ")
+                         : QFileInfo::exists(path) ? tr("%1 may not be written: ")
+                                                   : tr("%1 is gone: ");
+    const bool hasChanges = m_bModified || m_bNewFile;
+    m_leftOutSave = NoticeOf(text + (hasChanges ? tr("your changes are not saved.") : tr("nothing was saved.")), path);
+    StripMessage message{m_leftOutSave.text, {}};
+    if (m_pDataPane->HasRowsOfFile())
+        message.buttons << StripButton{tr("Save as..."), [this] { m_pFileCommands->OnFileSaveAs(); }};
+    if (m_bModified && path == m_strFilePath)
+        message.buttons << StripButton{tr("Discard changes"), [this] { m_pFileCommands->OnDiscardChanges(); }};
+    ShowStrip(StripSubject::NotWritten, message);
+}
+
+/// The rows that it spoke of are saved or gone.
+void CMainFrame::ForgetLeftOut()
+{
+    if (m_leftOutSave.text.isEmpty())
+        return;
+    m_leftOutSave = {};
+    WithdrawStrip(StripSubject::NotWritten);
     ShowMessage();
 }
 
 void CMainFrame::ClearRecipeData()
 {
+    ForgetLeftOut();
     m_pDataPane->ClearGrid();
 }
 

@@ -53,12 +53,21 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    struct SaveNotice { ///< what the status bar goes on saying of a save; empty where there is nothing to say
+        QString path;   ///< of the file that it is about
+        QString text;
+        QString inFull; ///< the same, with the whole path
+    };
+
     void CreatePanes();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
     void ShowLockKeys();
     void TellState(const SaveResult& result, const QString& path);
+    static SaveNotice NoticeOf(const QString& text, const QString& path);
+    void TellLeftOut(const QString& path);
+    void ForgetLeftOut();
     void ShowMessage();
     void SwitchPane(int direction);
     QList<QWidget*> PanesInSight() const;
@@ -76,7 +85,8 @@ private:
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
     QLabel* m_pMessage = nullptr;
-    QString m_strSaveTrouble;    ///< what a save that failed part-way left behind; empty after one that did not
+    SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
+    SaveNotice m_leftOutSave;    ///< that a save wrote nothing
     QString m_strLibraryTrouble; ///< why the data formats are not saved; empty while they are
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled

@@ -58,6 +58,5 @@ bool SaveRows(FileType type, const CRecipeRows& rows, const fs::path& path, CRep
 {
     CNoProgress progress;
     const SaveResult result = SaveRecipe(type, rows, path, reporter, progress);
-    // A paged file that cannot be opened: nothing is in it of what a script counts on.
-    return result.isSaved && (!result.isLeftOut || Failed(kSaveFileError, path, reporter));
+    return result.isLeftOut ? Failed(kSaveFileError, path, reporter) : result.isSaved; // a script is told of it
 }

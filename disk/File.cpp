@@ -3,6 +3,7 @@
 #include "disk/PlatformFile.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -52,8 +53,10 @@ CFile& CFile::operator=(CFile&& other) noexcept
 bool CFile::Open(const fs::path& path, Mode mode)
 {
     Close();
-    if (HoldsZero(path)) // the platform would take the name up to there
+    if (HoldsZero(path)) { // the platform would take the name up to there
+        m_lastError = std::make_error_code(std::errc::invalid_argument);
         return false;
+    }
 
     CFile file;
     if (mode == Mode::OpenOrCreate || mode == Mode::Truncate)
@@ -63,13 +66,18 @@ bool CFile::Open(const fs::path& path, Mode mode)
     else
         file.m_handle =
             platform::OpenByName(path, mode == Mode::Read ? platform::Access::Read : platform::Access::Write);
-    if (!file.IsOpen())
+    if (!file.IsOpen()) {
+        m_lastError = platform::SystemError();
         return false;
-    const bool isFile = platform::IsRegular(file.m_handle);
-    if (!isFile || (mode == Mode::Truncate && !file.CutTo(0))) { // cut only now that it is known to be a file
+    }
+    std::error_code fault = platform::NoFileFault(file.m_handle);
+    if (!fault && mode == Mode::Truncate && !file.CutTo(0)) // cut only now that it is known to be a file
+        fault = file.LastError();
+    if (fault) {
         if (mode == Mode::CreateNew)
             file.m_made = path; // to go with it
         file.Discard();
+        m_lastError = fault;
         return false;
     }
     *this = std::move(file);
@@ -253,6 +261,14 @@ bool IsSameFile(const fs::path& one, const fs::path& other)
 {
     std::error_code missing; // a file that is not there is no other's
     return fs::equivalent(one, other, missing);
+}
+
+bool IsMissingOrProtected(std::error_code fault)
+{
+    constexpr std::array kFaults = {std::errc::no_such_file_or_directory, std::errc::not_a_directory,
+                                    std::errc::permission_denied, std::errc::operation_not_permitted,
+                                    std::errc::read_only_file_system};
+    return std::any_of(kFaults.begin(), kFaults.end(), [&fault](std::errc known) { return fault == known; });
 }
 
 fs::path LinkTarget(fs::path path)

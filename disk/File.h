@@ -84,7 +84,8 @@ public:
     /// Closes, and removes the file again when OpenOrCreate or Truncate created it.
     void Discard();
 
-    /// Why the latest call on the open file that failed did so; zero before one. A call that succeeds leaves it.
+    /// Why the latest call that failed did so, Open or one on the open file; zero before one. A call that succeeds
+    /// leaves it, but for Open.
     std::error_code LastError() const { return m_lastError; }
 
 private:
@@ -108,6 +109,10 @@ bool IsMissing(const std::filesystem::path& path);
 
 /// Whether both paths lead to one file, by whatever names or links; false for what is not there.
 bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
+
+/// Whether a file that could not be opened for `fault` is missing, or one may not use it so. Anything else that has its
+/// name, and a disk that fails, is neither.
+bool IsMissingOrProtected(std::error_code fault);
 
 /// What `path` names when all symbolic links at its end are followed; it need not exist. A circle of links ends in one
 /// of them.

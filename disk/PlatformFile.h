@@ -27,8 +27,8 @@ std::error_code SystemError();
 /// Never waits, and never gives the number of a standard stream; kNoFile after an error. May open what is no file.
 std::intptr_t OpenByName(const std::filesystem::path& path, Access access);
 
-/// Whether it is neither a folder nor a pipe nor a device.
-bool IsRegular(std::intptr_t file);
+/// What speaks against it as a file: it is a folder, a pipe or a device, or that cannot be told; none where it is one.
+std::error_code NoFileFault(std::intptr_t file);
 
 /// Bytes.
 std::optional<std::uint64_t> LengthOf(std::intptr_t file);

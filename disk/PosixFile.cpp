@@ -138,10 +138,14 @@ std::intptr_t OpenByName(const fs::path& path, Access access)
     return BehindStandardStreams(Restarted([&] { return open(path.c_str(), flags, 0666); }));
 }
 
-bool IsRegular(std::intptr_t file)
+std::error_code NoFileFault(std::intptr_t file)
 {
     struct stat status {};
-    return fstat(static_cast<int>(file), &status) == 0 && S_ISREG(status.st_mode);
+    if (fstat(static_cast<int>(file), &status) != 0)
+        return SystemError();
+    if (S_ISDIR(status.st_mode))
+        return std::make_error_code(std::errc::is_a_directory);
+    return S_ISREG(status.st_mode) ? std::error_code() : std::make_error_code(std::errc::invalid_argument);
 }
 
 bool SetLength(std::intptr_t file, std::uint64_t length)

@@ -46,6 +46,14 @@ bool AreSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMA
            one.nFileIndexLow == other.nFileIndexLow;
 }
 
+/// Access to a folder is denied, too, as if it were a file that may not be used.
+DWORD FaultOfDenied(const std::wstring& name)
+{
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isFolder ? ERROR_DIRECTORY_NOT_SUPPORTED : ERROR_ACCESS_DENIED;
+}
+
 OVERLAPPED PlaceOf(std::uint64_t offset)
 {
     OVERLAPPED place{};
@@ -63,16 +71,20 @@ std::error_code SystemError()
 
 std::intptr_t OpenByName(const fs::path& path, Access access)
 {
+    const std::wstring name = OpenableName(path);
     const HANDLE handle =
-        CreateFileW(OpenableName(path).c_str(), access == Access::Read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
+        CreateFileW(name.c_str(), access == Access::Read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     access == Access::Create ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_ACCESS_DENIED)
+        SetLastError(FaultOfDenied(name));
     return reinterpret_cast<std::intptr_t>(handle);
 }
 
-bool IsRegular(std::intptr_t file)
+std::error_code NoFileFault(std::intptr_t file)
 {
-    return GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
+    return GetFileType(HandleOf(file)) == FILE_TYPE_DISK ? std::error_code()
+                                                         : std::make_error_code(std::errc::invalid_argument);
 }
 
 bool SetLength(std::intptr_t file, std::uint64_t length)

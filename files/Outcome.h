@@ -22,12 +22,11 @@ try {
     return Outcome::Failed;
 }
 
-/// How a save ended, once its failure was reported. Reads as whether it counts as saved: everything is in the file, and
-/// on the disk.
+/// How a save ended, once its failure was reported. Reads as whether everything is in the file, and on the disk.
 struct SaveResult {
     bool isSaved = false;
     bool mayHoldOldAndNew = false; ///< it failed part-way
-    bool isLeftOut = false;        ///< kept: counts as saved, though nothing was written (PagedRecipeFile.h)
+    bool isLeftOut = false;        ///< kept: it wrote nothing, and reported nothing either (PagedRecipeFile.h)
 
     explicit operator bool() const { return isSaved; }
 };

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <system_error>
 #include <vector>
 
 /// Which places of a paged file hold a directory, a table or a page, 4096 bytes each, so that no two share a byte.
@@ -33,8 +34,9 @@ public:
     CPagedReader(const CPagedReader&) = delete;
     CPagedReader& operator=(const CPagedReader&) = delete;
 
-    /// Opens the existing file `path`; false, with no file open, when it cannot be opened.
+    /// Opens the existing file `path`; false, with no file open, when it cannot be opened. LastError tells why then.
     bool Open(const std::filesystem::path& path, PagedKind kind);
+    std::error_code LastError() const { return m_file.LastError(); }
 
     /// Whether `byteCount` bytes from a word on have addresses, and no directory or table on the way to them is
     /// damaged. Changes nothing in the file.

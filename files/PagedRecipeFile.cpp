@@ -127,9 +127,10 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
                      CProgress& progress)
 {
     CPagedFile file;
-    if (!file.Open(path, KindOf(type)))
-        return {.isSaved = true, .isLeftOut = true};
-    const Outcome outcome = SaveStretch(rows, path, KindOf(type), file, progress);
+    const bool isOpen = file.Open(path, KindOf(type));
+    if (!isOpen && IsMissingOrProtected(file.LastError()))
+        return {.isLeftOut = true};
+    const Outcome outcome = isOpen ? SaveStretch(rows, path, KindOf(type), file, progress) : Outcome::Failed;
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);

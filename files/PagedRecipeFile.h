@@ -34,12 +34,12 @@ bool ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileTyp
 /// Writes `rows` into the file at `path`. Every cell is coded first; words before and behind the stretch stay as they
 /// are.
 ///
-/// kept: a file that is missing or cannot be written is left so without a word, and counts as saved; `isLeftOut` says
-/// so.
+/// kept: a file that is missing or that one may not write is left so without a word; `isLeftOut` says so.
 ///
-/// Not saved when the rows are those of a file that could not be opened to be read, or when the file is damaged or a
-/// write fails (then reported: "Can't save file %s,please check file or your disk!") or the work was given up before
-/// anything was written. A damaged file is left as it is, and so is one for which the disk has no room.
+/// Not saved either when the rows are those of a file that could not be opened to be read, or when the file cannot be
+/// opened for another reason, is damaged or a write fails (then reported: "Can't save file %s,please check file or your
+/// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for
+/// which the disk has no room.
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                      CProgress& progress);
 

@@ -37,8 +37,8 @@ bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::pat
                     CProgress& progress);
 
 /// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
-/// or when the work was given up. kept: a paged file that is missing or cannot be written counts as saved, though
-/// nothing is (PagedRecipeFile.h); PrepareSaveAs creates one.
+/// or when the work was given up. kept: a paged file that is missing or that one may not write is left so, and nothing
+/// is reported (PagedRecipeFile.h); PrepareSaveAs creates one.
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                       CProgress& progress);
 

@@ -162,7 +162,7 @@ SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path)
     }
     CProgressDialog progress(*this, tr("Saving the recipe file"));
     const SaveResult result = SaveRecipe(type, m_rows, NativePath(path), m_frame.Reporter(), progress);
-    if (result.isSaved && !result.isLeftOut)
+    if (result.isSaved)
         ForgetChanges();
     return result;
 }

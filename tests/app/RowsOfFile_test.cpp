@@ -94,7 +94,7 @@ struct Road {
     friend void PrintTo(const Road& road, std::ostream* out) { *out << road.name; }
 };
 
-struct ForeignRows : RowsOfFile, testing::WithParamInterface<std::tuple<Road, const char*>> {
+struct ForeignRows : RowsOfFile, testing::WithParamInterface<std::tuple<Road, std::string>> {
     void SetUp() override
     {
         RowsOfFile::SetUp();
@@ -155,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(Roads, ForeignRows, testing::Combine(testing::Values(
     Road{"BeyondTheLimits",    [](RowsOfFile& test, const std::string&) { test.UseFormat(2); }},
     Road{"NoFormat",           [](RowsOfFile& test, const std::string&) { test.DeleteAllFormats(); }},
     Road{"CouldNotBeRead",     [](RowsOfFile& test, const std::string& file) { test.ReadAgainWhileItIsAway(file); }}),
-    testing::Values("rcp", "csv", "erp", "frp")),
+    testing::Values(std::string("rcp"), std::string("csv"), std::string("erp"), std::string("frp"))),
     [](const auto& c) { return std::string(std::get<0>(c.param).name) + "_" + std::get<1>(c.param); });
 // clang-format on
 

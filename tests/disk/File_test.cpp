@@ -1,5 +1,6 @@
 #include "disk/File.h"
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -319,6 +320,78 @@ TEST(File, ClosedFileDoesNothing)
     EXPECT_FALSE(file.CutTo(0));
     EXPECT_FALSE(file.TakeAttributesOf(folder / "a"));
     EXPECT_TRUE(file.Flush());
+}
+
+struct OpenFaultCase {
+    const char* name;
+    fs::path (*make)(const CTempFolder& folder); ///< the path to be opened
+    std::errc fault;
+    bool isMissingOrProtected;
+    friend void PrintTo(const OpenFaultCase& c, std::ostream* out) { *out << c.name; }
+};
+
+struct OpenFault : testing::TestWithParam<OpenFaultCase> {
+    OpenFault() { EXPECT_FALSE(file.Open(GetParam().make(folder), Mode::ReadWrite)); }
+
+    CTempFolder folder;
+    CFile file;
+};
+
+TEST_P(OpenFault, IsTheSystems)
+{
+    EXPECT_EQ(file.LastError(), GetParam().fault) << file.LastError().message();
+}
+
+TEST_P(OpenFault, TellsAFileThatIsMissingFromWhatIsNone)
+{
+    EXPECT_EQ(IsMissingOrProtected(file.LastError()), GetParam().isMissingOrProtected) << file.LastError().message();
+}
+
+TEST_P(OpenFault, IsForgottenOnceAFileIsOpen)
+{
+    WriteAll(folder / "good", BytesOf({1}));
+    EXPECT_TRUE(file.LastError());
+    EXPECT_TRUE(file.Open(folder / "good", Mode::ReadWrite));
+    EXPECT_FALSE(file.LastError());
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, OpenFault, testing::Values(
+    OpenFaultCase{"Missing",       [](const CTempFolder& folder) { return folder / "a.rcp"; },
+                  std::errc::no_such_file_or_directory, true},
+    OpenFaultCase{"NoSuchFolder",  [](const CTempFolder& folder) { return folder / "missing" / "a.rcp"; },
+                  std::errc::no_such_file_or_directory, true},
+    OpenFaultCase{"BelowAFile",    [](const CTempFolder& folder) {
+        WriteAll(folder / "b.rcp", BytesOf({1}));
+        return folder / "b.rcp" / "a.rcp"; },
+                  std::errc::not_a_directory, true},
+    OpenFaultCase{"Folder",        [](const CTempFolder& folder) { return folder.Path(); },
+                  std::errc::is_a_directory, false},
+    OpenFaultCase{"Pipe",          [](const CTempFolder& folder) {
+        EXPECT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+        return folder / "pipe"; },
+                  std::errc::invalid_argument, false},
+    OpenFaultCase{"CircleOfLinks", [](const CTempFolder& folder) {
+        fs::create_symlink("circle", folder / "circle");
+        return folder / "circle"; },
+                  std::errc::too_many_symbolic_link_levels, false},
+    OpenFaultCase{"NameWithAZero", [](const CTempFolder& folder) { return folder / std::string("a\0b", 3); },
+                  std::errc::invalid_argument, false}),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST(File, ProtectedFileIsToldFromOneThatCannotBeOpened)
+{
+    const CTempFolder folder;
+    fs::permissions(folder.Path(), fs::perms::all);
+    WriteAll(folder / "a.rcp", BytesOf({1}));
+    fs::permissions(folder / "a.rcp", static_cast<fs::perms>(0444));
+    const COrdinaryUser user;
+    CFile file;
+    EXPECT_FALSE(file.Open(folder / "a.rcp", Mode::ReadWrite));
+    EXPECT_EQ(file.LastError(), std::errc::permission_denied);
+    EXPECT_TRUE(IsMissingOrProtected(file.LastError()));
+    EXPECT_FALSE(IsMissingOrProtected({}));
 }
 
 TEST(File, FailedOpenLeavesNoFileOpen)

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace fs = std::filesystem;
@@ -29,6 +30,24 @@ ColumnCoding WithDecimals(ColumnCoding column, std::int32_t decimals)
     column.decimalDigits = decimals;
     return column;
 }
+
+/// As long as it lives, this process may open no further file.
+class CNoMoreFiles {
+public:
+    CNoMoreFiles()
+    {
+        getrlimit(RLIMIT_NOFILE, &m_oldLimit);
+        rlimit limit = m_oldLimit;
+        limit.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    ~CNoMoreFiles() { setrlimit(RLIMIT_NOFILE, &m_oldLimit); }
+    CNoMoreFiles(const CNoMoreFiles&) = delete;
+    CNoMoreFiles& operator=(const CNoMoreFiles&) = delete;
+
+private:
+    rlimit m_oldLimit{};
+};
 
 struct PagedRecipe : testing::Test {
     /// Lays one row out that holds `texts`.
@@ -59,6 +78,14 @@ struct PagedRecipe : testing::Test {
         reporter.shown.clear();
         EXPECT_FALSE(SavePaged(rows, path, FileType::Frp, reporter, progress));
         EXPECT_EQ(reporter.shown, Texts{u"Can't save file " + PathText(path) + u",please check file or your disk!"});
+    }
+
+    void ExpectLeftOut(const fs::path& target)
+    {
+        const SaveResult result = SavePaged(rows, target, FileType::Frp, reporter, progress);
+        EXPECT_TRUE(result.isLeftOut) << target;
+        EXPECT_FALSE(result.isSaved) << target;
+        EXPECT_TRUE(reporter.shown.empty()) << target;
     }
 
     void ExpectReadFails()
@@ -213,18 +240,39 @@ TEST_F(PagedRecipe, LongStretchIsReadAndSavedWhole)
 TEST_F(PagedRecipe, SaveToAMissingFileWritesAndShowsNothing) // kept
 {
     SetRow({Signed16Column()}, 0, {u"7"});
-    EXPECT_TRUE(SavePaged(rows, path, FileType::Frp, reporter, progress));
-    EXPECT_TRUE(reporter.shown.empty());
+    for (const fs::path& missing : {path, folder / "missing" / "a.frp", fs::path()})
+        ExpectLeftOut(missing);
     EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(PagedRecipe, SaveToWhatIsNoFileShowsNothing) // kept
+TEST_F(PagedRecipe, SaveThroughALinkThatLeadsNowhereWritesAndShowsNothing)
+{
+    SetRow({Signed16Column()}, 0, {u"7"});
+    fs::create_symlink(folder / "nowhere", path);
+    ExpectLeftOut(path);
+    EXPECT_FALSE(fs::exists(folder / "nowhere"));
+}
+
+TEST_F(PagedRecipe, SaveToWhatIsNoFileFails)
 {
     SetRow({Signed16Column()}, 0, {u"7"});
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
-    for (const fs::path& bad : {folder.Path(), folder / "pipe", fs::path("/dev/full"), fs::path()})
-        EXPECT_TRUE(SavePaged(rows, bad, FileType::Frp, reporter, progress)) << bad;
-    EXPECT_TRUE(reporter.shown.empty());
+    fs::create_symlink("circle", folder / "circle");
+    for (const fs::path& bad : {folder.Path(), folder / "pipe", fs::path("/dev/full"), folder / "circle"}) {
+        path = bad;
+        ExpectSaveFails();
+    }
+}
+
+TEST_F(PagedRecipe, SaveOfAProgramThatMayOpenNoFurtherFileFails)
+{
+    WriteAll(path, WordBytes({7}));
+    SetRow({Signed16Column()}, 0, {u"9"});
+    {
+        const CNoMoreFiles limit;
+        ExpectSaveFails();
+    }
+    EXPECT_EQ(ReadAll(path), WordBytes({7}));
 }
 
 TEST_F(PagedRecipe, ReadOfAMissingFileShowsTheWordsOfAZeroCharacter) // kept
@@ -260,7 +308,8 @@ TEST_F(PagedRecipe, FileThatCannotBeWrittenIsNeitherReadNorSaved) // kept
     const COrdinaryUser user;
     EXPECT_EQ(Read({Signed16Column()}, 0, 1), Texts{u"48"});
     rows.SetText(0, 0, u"9");
-    EXPECT_EQ(Save(), WordBytes({7}));
+    ExpectLeftOut(path);
+    EXPECT_EQ(ReadAll(path), WordBytes({7}));
 }
 
 // Failures

@@ -240,14 +240,16 @@ TEST_F(RecipeFile, SaveAsOfATableNeedsNothing)
 
 struct PagedWithoutAFile : testing::TestWithParam<FileType> {};
 
-TEST_P(PagedWithoutAFile, SavesAndShowsNothing) // kept
+TEST_P(PagedWithoutAFile, WritesAndShowsNothing) // kept
 {
     CTempFolder folder;
     CRecordingReporter reporter;
     CNoProgress progress;
     CRecipeRows rows;
     rows.LayOut({Signed16Column()}, 0, 1);
-    EXPECT_TRUE(SaveRecipe(GetParam(), rows, folder / "a", reporter, progress));
+    const SaveResult result = SaveRecipe(GetParam(), rows, folder / "a", reporter, progress);
+    EXPECT_TRUE(result.isLeftOut);
+    EXPECT_FALSE(result.isSaved);
     EXPECT_FALSE(fs::exists(folder / "a"));
     EXPECT_TRUE(ReadRecipe(GetParam(), rows, folder / "a", false, reporter, progress));
     EXPECT_EQ(rows.Text(0, 0), u"48");

@@ -159,7 +159,9 @@ TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
     std::filesystem::rename(folder / "a.frp", folder / "away.frp");
     view.ShowData(FileType::Frp);
     EXPECT_EQ(Cell(2, 2), "48");
-    EXPECT_TRUE(Save(FileType::Frp)); // kept: there is nothing to write to, and no word about it
+    const SaveResult leftOut = Save(FileType::Frp);
+    EXPECT_TRUE(leftOut.isLeftOut); // kept: there is nothing to write to, and no message about it
+    EXPECT_FALSE(leftOut.isSaved);
     EXPECT_TRUE(frame.reporter.shown.empty());
     std::filesystem::rename(folder / "away.frp", folder / "a.frp");
     EXPECT_FALSE(Save(FileType::Frp));

@@ -1,6 +1,6 @@
 #pragma once
 
-// Windows has no limit on the length of the files that a process makes; each call fails.
+// Windows has no limit on the length or the number of the files of a process; each call fails.
 
 using rlim_t = unsigned long long;
 
@@ -10,6 +10,7 @@ struct rlimit {
 };
 
 constexpr int RLIMIT_FSIZE = 1;
+constexpr int RLIMIT_NOFILE = 7;
 
 constexpr int getrlimit(int /*resource*/, rlimit* /*limit*/)
 {
