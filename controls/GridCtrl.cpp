@@ -221,6 +221,7 @@ void CGridCtrl::FixedCountsChanged()
 std::vector<int> CGridCtrl::BodyColumnWidths() const
 {
     std::vector<int> widths;
+    widths.reserve(static_cast<std::size_t>(horizontalHeader()->count()));
     for (int column = 0; column < horizontalHeader()->count(); ++column)
         widths.push_back(horizontalHeader()->sectionSize(column));
     return widths;

@@ -263,7 +263,7 @@ fs::path ExecutablePath()
 
 fs::path UserDataFolder()
 {
-    const fs::path named = EnvironmentPath("XDG_DATA_HOME");
+    fs::path named = EnvironmentPath("XDG_DATA_HOME");
     if (named.is_absolute()) // a relative one counts as none
         return named;
     const fs::path home = EnvironmentPath("HOME");

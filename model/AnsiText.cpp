@@ -171,7 +171,7 @@ public:
     }
 
 private:
-    bool IsOpen() const { return m_handle != reinterpret_cast<iconv_t>(-1); }
+    bool IsOpen() const { return m_handle != reinterpret_cast<iconv_t>(-1); } // NOLINT: what the call answers
 
     /// One buffer full; whether there is more.
     template <class Out, class Take>

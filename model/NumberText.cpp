@@ -49,8 +49,8 @@ constexpr char16_t kLastAscii = u'\x7F';
 constexpr auto kHexDigits = [] {
     std::array<std::uint8_t, kLastAscii> values{};
     for (std::uint8_t i = 0; i < 16; ++i) {
-        values[static_cast<std::size_t>("0123456789ABCDEF"[i])] = i;
-        values[static_cast<std::size_t>("0123456789abcdef"[i])] = i;
+        values[static_cast<unsigned char>("0123456789ABCDEF"[i])] = i;
+        values[static_cast<unsigned char>("0123456789abcdef"[i])] = i;
     }
     return values;
 }();

@@ -188,7 +188,8 @@ std::size_t DoubleWidth(const ColumnCoding& coding, RecipeKind kind)
 {
     if (kind == RecipeKind::Paged)
         return 0;
-    return static_cast<std::size_t>(ShownDigits(coding.integerDigits) + ShownDigits(coding.decimalDigits) + 1);
+    return static_cast<std::size_t>(ShownDigits(coding.integerDigits)) +
+           static_cast<std::size_t>(ShownDigits(coding.decimalDigits)) + 1;
 }
 
 void AppendDecimalInteger(const ColumnCoding& coding, std::span<const std::byte> bytes, std::u16string& text)
