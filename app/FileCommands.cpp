@@ -2,8 +2,8 @@
 
 #include "app/CloseQuestion.h"
 #include "app/FileDialogs.h"
-#include "files/FileMessages.h"
-#include "model/MessageText.h"
+#include "files/RecipeMessages.h"
+#include "text/MessageText.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFormatEditView.h"
 #include "views/RecipeFrame.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/RecipeRows.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <filesystem>
 #include <vector>

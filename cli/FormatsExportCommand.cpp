@@ -4,7 +4,7 @@
 #include "cli/LibraryToJson.h"
 #include "disk/File.h"
 #include "disk/Replacement.h"
-#include "files/FileMessages.h"
+#include "text/FileMessages.h"
 
 #include <span>
 

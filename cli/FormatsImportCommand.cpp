@@ -4,10 +4,10 @@
 #include "cli/LibraryFile.h"
 #include "cli/LibraryFromJson.h"
 #include "disk/File.h"
-#include "files/FileMessages.h"
-#include "files/PathText.h"
 #include "model/LibraryOriginal.h"
-#include "model/MessageText.h"
+#include "text/FileMessages.h"
+#include "text/MessageText.h"
+#include "text/PathText.h"
 
 #include <span>
 

@@ -1,7 +1,7 @@
 #include "cli/FormatsListCommand.h"
 
 #include "cli/LibraryFile.h"
-#include "cli/PrintableText.h"
+#include "text/PrintableText.h"
 
 namespace {
 

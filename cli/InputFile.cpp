@@ -1,6 +1,6 @@
 #include "cli/InputFile.h"
 
-#include "files/FileMessages.h"
+#include "text/FileMessages.h"
 
 #include <system_error>
 

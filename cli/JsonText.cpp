@@ -1,6 +1,6 @@
 #include "cli/JsonText.h"
 
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "cli/LibraryFile.h"
 
 #include "disk/File.h"
-#include "files/FileMessages.h"
 #include "files/LibraryPlace.h"
+#include "text/FileMessages.h"
 
 namespace fs = std::filesystem;
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/FormatLibrary.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <filesystem>
 #include <optional>

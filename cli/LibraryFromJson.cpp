@@ -1,8 +1,8 @@
 #include "cli/LibraryFromJson.h"
 
 #include "cli/ItemFields.h"
-#include "files/Utf8Text.h"
-#include "model/MessageText.h"
+#include "text/MessageText.h"
+#include "text/Utf8Text.h"
 
 #include <nlohmann/json.hpp>
 

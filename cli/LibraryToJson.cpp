@@ -2,7 +2,7 @@
 
 #include "cli/ItemFields.h"
 #include "cli/JsonText.h"
-#include "model/Surrogates.h"
+#include "text/Surrogates.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,9 +1,9 @@
 #include "cli/MergeCommand.h"
 
-#include "files/PathText.h"
 #include "merge/MergeFileChoice.h"
 #include "merge/MergeFiles.h"
 #include "merge/SavePathRules.h"
+#include "text/PathText.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -2,9 +2,9 @@
 
 #include "cli/LibraryFile.h"
 #include "files/ShowLimits.h"
-#include "files/Utf8Text.h"
 #include "model/FormatLibrary.h"
-#include "model/MessageText.h"
+#include "text/MessageText.h"
+#include "text/Utf8Text.h"
 
 #include <algorithm>
 #include <memory>

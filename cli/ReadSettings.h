@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/DataFormat.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <cstdint>
 #include <optional>

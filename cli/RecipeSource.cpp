@@ -1,7 +1,7 @@
 #include "cli/RecipeSource.h"
 
 #include "cli/InputFile.h"
-#include "files/FileMessages.h"
+#include "text/FileMessages.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include "cli/ReadSettings.h"
 #include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,9 +1,9 @@
 #include "cli/SetCommand.h"
 
 #include "cli/RecipeSource.h"
-#include "files/Utf8Text.h"
 #include "model/CellCheck.h"
-#include "model/MessageText.h"
+#include "text/MessageText.h"
+#include "text/Utf8Text.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "cli/RecipeSource.h"
 #include "cli/TextTable.h"
 #include "files/RecipeWalk.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <cstddef>
 #include <string_view>

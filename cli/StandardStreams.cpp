@@ -1,6 +1,6 @@
 #include "cli/StandardStreams.h"
 
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
 #include <cstddef>
 

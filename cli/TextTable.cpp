@@ -1,6 +1,6 @@
 #include "cli/TextTable.h"
 
-#include "cli/PrintableText.h"
+#include "text/PrintableText.h"
 
 #include <algorithm>
 

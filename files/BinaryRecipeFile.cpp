@@ -1,8 +1,8 @@
 #include "files/BinaryRecipeFile.h"
 
 #include "disk/File.h"
-#include "files/FileMessages.h"
 #include "files/StretchCoding.h"
+#include "text/FileMessages.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <filesystem>
 

@@ -2,8 +2,8 @@
 
 #include "disk/File.h"
 #include "files/ByteBuffer.h"
-#include "files/Utf16Bytes.h"
-#include "model/AnsiText.h"
+#include "text/AnsiText.h"
+#include "text/Utf16Bytes.h"
 
 #include <algorithm>
 #include <array>

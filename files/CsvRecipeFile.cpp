@@ -3,8 +3,8 @@
 #include "disk/Replacement.h"
 #include "files/CellTexts.h"
 #include "files/CsvFields.h"
-#include "files/FileMessages.h"
-#include "files/Utf16Bytes.h"
+#include "text/FileMessages.h"
+#include "text/Utf16Bytes.h"
 
 #include <new>
 #include <span>

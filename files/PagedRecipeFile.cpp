@@ -1,8 +1,8 @@
 #include "files/PagedRecipeFile.h"
 
-#include "files/FileMessages.h"
 #include "files/PagedFile.h"
 #include "files/StretchCoding.h"
+#include "text/FileMessages.h"
 
 #include <algorithm>
 #include <cstddef>

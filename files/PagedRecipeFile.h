@@ -5,7 +5,7 @@
 #include "files/Progress.h"
 #include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <filesystem>
 

@@ -3,8 +3,8 @@
 #include "disk/File.h"
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
-#include "files/FileMessages.h"
 #include "files/PagedRecipeFile.h"
+#include "text/FileMessages.h"
 
 #include <array>
 #include <cstddef>

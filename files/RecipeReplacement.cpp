@@ -4,8 +4,8 @@
 #include "disk/Replacement.h"
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
-#include "files/FileMessages.h"
 #include "files/PagedRecipeFile.h"
+#include "text/FileMessages.h"
 
 #include <algorithm>
 

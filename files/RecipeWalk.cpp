@@ -3,9 +3,9 @@
 #include "disk/File.h"
 #include "files/ByteBuffer.h"
 #include "files/CsvFields.h"
-#include "files/FileMessages.h"
 #include "files/PagedReader.h"
 #include "files/PagedRecipeFile.h"
+#include "files/RecipeMessages.h"
 #include "model/WordCodec.h"
 
 #include <algorithm>

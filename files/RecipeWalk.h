@@ -2,7 +2,7 @@
 
 #include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <cstddef>
 #include <cstdint>

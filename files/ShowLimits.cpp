@@ -1,6 +1,6 @@
 #include "files/ShowLimits.h"
 
-#include "model/MessageText.h"
+#include "text/MessageText.h"
 
 #include <algorithm>
 #include <limits>

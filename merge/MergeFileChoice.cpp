@@ -1,7 +1,7 @@
 #include "merge/MergeFileChoice.h"
 
 #include "disk/File.h"
-#include "files/FileMessages.h"
+#include "text/FileMessages.h"
 
 namespace {
 

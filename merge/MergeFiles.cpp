@@ -1,9 +1,10 @@
 #include "merge/MergeFiles.h"
 
 #include "disk/File.h"
-#include "files/FileMessages.h"
-#include "files/PathText.h"
-#include "model/MessageText.h"
+#include "text/FileMessages.h"
+#include "text/MessageText.h"
+#include "text/PathText.h"
+#include "text/Utf8Text.h"
 
 #include <algorithm>
 #include <array>
@@ -99,8 +100,8 @@ bool CMergeRun::Add(const Stretch& stretch)
 bool CMergeRun::Fail(std::u16string_view operation, const fs::path& path, const CFile& file)
 {
     const std::u16string message = std::u16string(kMergeFailed) + u"\n%s %s: %s";
-    m_reporter.ShowError(
-        FillMessage(message, {PathText(m_mergedPath), operation, PathText(path), ReasonText(file.LastError())}));
+    m_reporter.ShowError(FillMessage(
+        message, {PathText(m_mergedPath), operation, PathText(path), FromUtf8(ReasonUtf8(file.LastError()))}));
     return false;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "merge/MergeParams.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 /// Makes the merged file: of exactly the merged size, with the stretch of each source at its place, as the raw bytes
 /// that it has in the source, and zero words everywhere else. What the source no longer holds of its stretch is zero.

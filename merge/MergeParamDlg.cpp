@@ -3,7 +3,7 @@
 #include "controls/FileDialog.h"
 #include "merge/MergeFiles.h"
 #include "merge/SavePathDlg.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 #include "ui_MergeParamDlg.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "merge/MergeFileChoice.h"
 #include "merge/MergeParams.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <QDialog>
 

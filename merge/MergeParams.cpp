@@ -1,7 +1,7 @@
 #include "merge/MergeParams.h"
 
 #include "merge/MergeFileChoice.h"
-#include "model/MessageText.h"
+#include "text/MessageText.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
 #include "merge/SavePathDlg.h"
 
 #include "controls/FileDialog.h"
-#include "files/PathText.h"
 #include "merge/SavePathRules.h"
+#include "text/PathText.h"
 #include "ui_SavePathDlg.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "merge/SavePathRules.h"
 
-#include "merge/LowerCase.h"
-#include "model/MessageText.h"
+#include "text/LowerCase.h"
+#include "text/MessageText.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "model/BitText.h"
 
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <array>
 #include <charconv>

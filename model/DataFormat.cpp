@@ -1,6 +1,6 @@
 #include "model/DataFormat.h"
 
-#include "model/MessageText.h"
+#include "text/MessageText.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #include "model/DataItem.h"
 
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Surrogates.h"
+#include "text/Surrogates.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "disk/Replacement.h"
 #include "model/LittleEndian.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <array>

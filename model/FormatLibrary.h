@@ -2,7 +2,7 @@
 
 #include "model/DataFormat.h"
 #include "model/FixedText.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <cstddef>
 #include <cstdint>

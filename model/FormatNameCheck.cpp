@@ -2,8 +2,8 @@
 
 #include "model/DataFormat.h"
 #include "model/FormatLibrary.h"
-#include "model/MessageText.h"
-#include "model/Surrogates.h"
+#include "text/MessageText.h"
+#include "text/Surrogates.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,9 +3,9 @@
 #include "model/CellCheck.h"
 #include "model/ColumnCoding.h"
 #include "model/DataItem.h"
-#include "model/MessageText.h"
-#include "model/NumberText.h"
 #include "model/ValueLimits.h"
+#include "text/MessageText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "model/ValueLimits.h"
 
 #include "model/LittleEndian.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <array>

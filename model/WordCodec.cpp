@@ -1,8 +1,8 @@
 #include "model/WordCodec.h"
 
-#include "model/AnsiText.h"
 #include "model/LittleEndian.h"
-#include "model/NumberText.h"
+#include "text/AnsiText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "views/DataTypeEditDlg.h"
 
 #include "model/LimitsNotice.h"
-#include "model/NumberText.h"
-#include "model/Surrogates.h"
+#include "text/NumberText.h"
+#include "text/Surrogates.h"
 #include "ui_DataTypeEditDlg.h"
 #include "views/NoticeLine.h"
 #include "views/OneLineEdit.h"

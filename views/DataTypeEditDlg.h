@@ -2,7 +2,7 @@
 
 #include "model/DataItem.h"
 #include "model/DataItemCheck.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "views/RecipeDataShowView.h"
 
 #include "controls/GridModel.h"
-#include "files/FileMessages.h"
+#include "files/RecipeMessages.h"
 #include "files/ShowLimits.h"
 #include "model/CellCheck.h"
 #include "model/ValueLimits.h"

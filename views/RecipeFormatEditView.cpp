@@ -3,7 +3,7 @@
 #include "disk/File.h"
 #include "files/LibraryPlace.h"
 #include "model/LibraryOriginal.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
 #include "views/DataItemRow.h"
 #include "views/DataTypeEditDlg.h"

@@ -3,7 +3,7 @@
 #include "controls/Strip.h"
 #include "files/RecipeFile.h"
 #include "model/DataFormat.h"
-#include "model/Reporter.h"
+#include "text/Reporter.h"
 #include "views/StripSubject.h"
 
 #include <QString>

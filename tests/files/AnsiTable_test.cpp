@@ -1,8 +1,8 @@
 #include "files/CsvRecipeFile.h"
-#include "model/AnsiText.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/AnsiText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "files/PagedFile.h"
 #include "files/PagedRecipeFile.h"
-#include "files/PathText.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 #include "files/PagedFile.h"
 #include "files/PagedRecipeFile.h"
-#include "files/PathText.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

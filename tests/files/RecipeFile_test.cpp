@@ -1,9 +1,9 @@
-#include "files/PathText.h"
 #include "files/RecipeFile.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "files/PagedFile.h"
-#include "files/PathText.h"
 #include "files/RecipeWalk.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 #include "files/StretchCoding.h"
-#include "model/AnsiText.h"
 #include "model/WordCodec.h"
 #include "tests/fuzz/ColumnInput.h"
 #include "tests/fuzz/Numbers.h"
 #include "tests/fuzz/Property.h"
 #include "tests/fuzz/Scratch.h"
 #include "tests/fuzz/Targets.h"
+#include "text/AnsiText.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,11 +1,11 @@
 #include "files/CsvFields.h"
 #include "files/CsvRecipeFile.h"
-#include "model/AnsiText.h"
 #include "tests/fuzz/FuzzInput.h"
 #include "tests/fuzz/Property.h"
 #include "tests/fuzz/Scratch.h"
 #include "tests/fuzz/Targets.h"
 #include "tests/support/RecordingReporter.h"
+#include "text/AnsiText.h"
 
 #include <string>
 #include <vector>

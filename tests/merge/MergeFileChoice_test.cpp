@@ -1,7 +1,7 @@
-#include "files/PathText.h"
 #include "merge/MergeFileChoice.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

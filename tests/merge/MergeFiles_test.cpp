@@ -1,8 +1,8 @@
-#include "files/PathText.h"
 #include "merge/MergeFiles.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "disk/File.h"
-#include "files/PathText.h"
 #include "tests/merge/MergeParamFixture.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/ListOpenChoice.h"
+#include "text/PathText.h"
 
 #include <QApplication>
 #include <QFileDialog>

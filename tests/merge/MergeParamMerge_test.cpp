@@ -1,7 +1,8 @@
 #include "disk/File.h"
-#include "files/PathText.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/merge/MergeParamFixture.h"
+#include "text/PathText.h"
+#include "text/Utf8Text.h"
 
 #include <QTest>
 
@@ -119,7 +120,8 @@ TEST_F(MergeParam, AFullDiskIsReportedAndLeavesWhatWasWritten)
         ClickMerge();
     }
     const std::u16string merged = PathText(folder / "merged.rcp");
-    const std::u16string reason = ReasonText(std::make_error_code(std::errc::file_too_large)); // in the user's language
+    const std::u16string reason =
+        FromUtf8(ReasonUtf8(std::make_error_code(std::errc::file_too_large))); // in the user's language
     ExpectStaysOpen(u"Merge file " + merged + u" failed!\nWriting " + merged + u": " + reason, fields);
     ExpectMerged(1000, {});
     reporter.shown.clear();

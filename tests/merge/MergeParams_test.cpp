@@ -1,5 +1,5 @@
 #include "merge/MergeParams.h"
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <gtest/gtest.h>
 

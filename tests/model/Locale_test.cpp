@@ -1,8 +1,8 @@
 #include "model/CellCheck.h"
 #include "model/DataItem.h"
-#include "model/NumberText.h"
 #include "model/WordCodec.h"
 #include "tests/support/TestFiles.h"
+#include "text/NumberText.h"
 
 #include <gtest/gtest.h>
 

@@ -27,6 +27,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
+TEXT_TESTS = "vantor_text_tests"
 MODEL_TESTS = "vantor_model_tests"
 FILES_TESTS = "vantor_files_tests"
 MERGE_TESTS = "vantor_merge_tests"
@@ -41,7 +42,7 @@ CODEC_RUNS = [
 TARGETS = {
     "model/WordCodec.cpp": CODEC_RUNS,
     "model/LittleEndian.h": CODEC_RUNS,
-    "model/NumberText.cpp": [(MODEL_TESTS, "*Read*:*Number*:*Power*:*Truncate*:*Digits*"), (MODEL_TESTS, "-FormatLibrary*")],
+    "text/NumberText.cpp": [(TEXT_TESTS, "*"), (MODEL_TESTS, "-FormatLibrary*")],
     "model/BitText.cpp": [(MODEL_TESTS, "*Bits*")],
     "model/CellCheck.cpp": [(MODEL_TESTS, "*CellValue*")],
     "model/DataItemCheck.cpp": [(MODEL_TESTS, "-FormatLibrary*")],

@@ -11,19 +11,20 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-CORE = {"disk", "model", "files", "merge", "cli"}
+CORE = {"disk", "text", "model", "files", "merge", "cli"}
 MERGE_DIALOGS = {"MergeParamDlg", "ReadOnlyField", "SavePathDlg"}  # the window's part of merge/
 ROOMS = {  # room -> the rooms it may include from
     "disk": {"disk"},
-    "model": {"model", "disk"},
-    "files": {"files", "model", "disk"},
-    "merge": {"merge", "files", "model", "disk"},
-    "cli": {"cli", "merge", "files", "model", "disk"},
+    "text": {"text"},
+    "model": {"model", "text", "disk"},
+    "files": {"files", "model", "text", "disk"},
+    "merge": {"merge", "files", "model", "text", "disk"},
+    "cli": {"cli", "merge", "files", "model", "text", "disk"},
     "controls": {"controls"},
-    "views": {"views", "controls", "merge", "files", "model", "disk"},
-    "app": {"app", "views", "controls", "merge", "files", "model", "disk"},
+    "views": {"views", "controls", "merge", "files", "model", "text", "disk"},
+    "app": {"app", "views", "controls", "merge", "files", "model", "text", "disk"},
 }
-PLATFORM_PLACES = {"disk/PosixFile.cpp", "model/AnsiText.cpp"}  # and app/LockKeys*
+PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
            "packaging/debian/check-installed"]
 GUIDE = ROOT / "docs" / "guide"

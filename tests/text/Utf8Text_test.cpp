@@ -1,4 +1,4 @@
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "cli/PrintableText.h"
+#include "text/PrintableText.h"
 
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
 #include <algorithm>
 #include <iterator>

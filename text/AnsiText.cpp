@@ -1,6 +1,6 @@
-#include "model/AnsiText.h"
+#include "text/AnsiText.h"
 
-#include "model/Surrogates.h"
+#include "text/Surrogates.h"
 
 #include <algorithm>
 #include <array>

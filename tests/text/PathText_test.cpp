@@ -1,4 +1,4 @@
-#include "files/PathText.h"
+#include "text/PathText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "model/AnsiText.h"
+#include "text/AnsiText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
-#include "files/PathText.h"
+#include "text/PathText.h"
 
-#include "disk/File.h"
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
 namespace {
 
@@ -21,9 +20,4 @@ std::u16string TextOf(const std::basic_string<Unit>& name)
 std::u16string PathText(const std::filesystem::path& path)
 {
     return TextOf(path.native());
-}
-
-std::u16string ReasonText(std::error_code error)
-{
-    return FromUtf8(ReasonUtf8(error));
 }

@@ -1,4 +1,4 @@
-#include "model/MessageText.h"
+#include "text/MessageText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "files/Utf8Text.h"
+#include "text/Utf8Text.h"
 
-#include "model/Surrogates.h"
+#include "text/Surrogates.h"
 
 #include <cstddef>
 

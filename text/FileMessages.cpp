@@ -1,7 +1,7 @@
-#include "files/FileMessages.h"
+#include "text/FileMessages.h"
 
-#include "files/PathText.h"
-#include "model/MessageText.h"
+#include "text/MessageText.h"
+#include "text/PathText.h"
 
 void ShowFileError(CReporter& reporter, std::u16string_view message, const std::filesystem::path& path)
 {

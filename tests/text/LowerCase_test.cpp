@@ -1,4 +1,4 @@
-#include "merge/LowerCase.h"
+#include "text/LowerCase.h"
 
 #include <gtest/gtest.h>
 

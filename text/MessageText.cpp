@@ -1,6 +1,6 @@
-#include "model/MessageText.h"
+#include "text/MessageText.h"
 
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "model/NumberText.h"
+#include "text/NumberText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "files/RecipeFile.h"
+#include "text/FileMessages.h"
+
+#include <optional>
+#include <string_view>
+
+/// What is told of a file of `type` that cannot be opened to be read; without one, of any file.
+constexpr std::u16string_view OpenErrorOf(std::optional<FileType> type)
+{
+    return type == FileType::Csv ? kOpenTableError : kOpenFileError;
+}
+
+/// What a save of `type` tells when it fails.
+constexpr std::u16string_view SaveErrorOf(FileType type)
+{
+    return type == FileType::Csv ? kSaveTableError : kSaveFileError;
+}
