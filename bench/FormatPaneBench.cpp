@@ -1,6 +1,6 @@
 // The format pane with a library that is larger than any that is in use.
 
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/views/RecordingFrame.h"
 #include "views/RecipeFormatEditView.h"
 

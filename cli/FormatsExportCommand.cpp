@@ -1,9 +1,9 @@
 #include "cli/FormatsExportCommand.h"
 
-#include "cli/LibraryFile.h"
-#include "cli/LibraryToJson.h"
 #include "disk/File.h"
 #include "disk/Replacement.h"
+#include "library/LibraryFile.h"
+#include "library/LibraryToJson.h"
 #include "text/FileMessages.h"
 
 #include <span>

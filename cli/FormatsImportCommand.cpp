@@ -1,10 +1,10 @@
 #include "cli/FormatsImportCommand.h"
 
 #include "cli/InputFile.h"
-#include "cli/LibraryFile.h"
-#include "cli/LibraryFromJson.h"
 #include "disk/File.h"
-#include "model/LibraryOriginal.h"
+#include "library/LibraryFile.h"
+#include "library/LibraryFromJson.h"
+#include "library/LibraryOriginal.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"

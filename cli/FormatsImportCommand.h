@@ -11,5 +11,6 @@ struct FormatsImportOptions {
 };
 
 /// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a
-/// copy beside it (model/LibraryOriginal.h). False after a failure, then reported; the library file is then as it was.
+/// copy beside it (library/LibraryOriginal.h). False after a failure, then reported; the library file is then as it
+/// was.
 bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter);

@@ -1,6 +1,6 @@
 #include "cli/FormatsListCommand.h"
 
-#include "cli/LibraryFile.h"
+#include "library/LibraryFile.h"
 #include "text/PrintableText.h"
 
 namespace {

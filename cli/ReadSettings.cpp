@@ -1,8 +1,8 @@
 #include "cli/ReadSettings.h"
 
-#include "cli/LibraryFile.h"
 #include "files/ShowLimits.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
+#include "library/LibraryFile.h"
 #include "text/MessageText.h"
 #include "text/Utf8Text.h"
 

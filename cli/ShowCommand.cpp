@@ -1,9 +1,9 @@
 #include "cli/ShowCommand.h"
 
-#include "cli/JsonText.h"
 #include "cli/RecipeSource.h"
 #include "cli/TextTable.h"
 #include "files/RecipeWalk.h"
+#include "library/JsonText.h"
 #include "text/NumberText.h"
 
 #include <cstddef>

@@ -10,6 +10,9 @@
 #include <string_view>
 #include <vector>
 
+/// The units of a format's stored name that are read again; kept: the field has room for 128.
+inline constexpr std::size_t kReadNameLength = 64;
+
 /// A named list of data items: how one row of recipe words is to be read. Owns its items.
 class DataFormat {
 public:

@@ -1,7 +1,6 @@
 #include "model/FormatNameCheck.h"
 
 #include "model/DataFormat.h"
-#include "model/FormatLibrary.h"
 #include "text/MessageText.h"
 #include "text/Surrogates.h"
 
@@ -30,14 +29,14 @@ std::optional<std::u16string_view> FormatNameFault(std::u16string_view name)
 
 std::optional<std::u16string> FormatNameNotice(std::u16string_view name)
 {
-    if (name.size() <= FormatLibrary::kReadNameLength)
+    if (name.size() <= kReadNameLength)
         return std::nullopt;
     const auto length = static_cast<std::int64_t>(name.size());
     if (name.size() > kLongestName)
         return FillMessage(u"This name has %d characters; %d are the most.",
                            {length, static_cast<std::int64_t>(kLongestName)});
     const std::u16string_view stored = CutText(name, kStoredLength);
-    const auto read = static_cast<std::int64_t>(CutText(stored, FormatLibrary::kReadNameLength).size());
+    const auto read = static_cast<std::int64_t>(CutText(stored, kReadNameLength).size());
     if (stored == name)
         return FillMessage(u"All %d characters are saved, but only the first %d are read at the next start.",
                            {length, read});

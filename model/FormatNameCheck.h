@@ -8,7 +8,7 @@
 /// first check that fails, nothing when the name may stand. Two formats may bear the same name.
 ///
 /// kept: the messages call it a file name. A name takes up to 128 characters, although the library has room for 127 and
-/// reads back 64 (FormatLibrary.h).
+/// reads back 64 (kReadNameLength).
 std::optional<std::u16string_view> FormatNameFault(std::u16string_view name);
 
 /// What becomes of such a name when it is longer than what is read of a library, to be told while it is typed; nothing

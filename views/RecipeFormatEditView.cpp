@@ -1,8 +1,8 @@
 #include "views/RecipeFormatEditView.h"
 
 #include "disk/File.h"
-#include "files/LibraryPlace.h"
-#include "model/LibraryOriginal.h"
+#include "library/LibraryOriginal.h"
+#include "library/LibraryPlace.h"
 #include "text/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
 #include "views/DataItemRow.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/FormatLibrary.h"
-#include "model/LibraryOpening.h"
+#include "library/FormatLibrary.h"
+#include "library/LibraryOpening.h"
 #include "views/RecipeFrame.h"
 
 #include <QScrollArea>
@@ -25,7 +25,7 @@ class CRecipeFormatEditView;
 /// "Auto use dataformat" is checked; a changed library is saved when the pane goes, too.
 ///
 /// The library file is written silently; while that fails the status bar says so. A file that was not understood in
-/// full is copied before it is first overwritten (model/LibraryOriginal.h), and left alone when it cannot be copied.
+/// full is copied before it is first overwritten (library/LibraryOriginal.h), and left alone when it cannot be copied.
 /// The strip tells when the file is damaged or may only be read, and when the count of the selected format leaves out
 /// items that are shown.
 class CRecipeFormatEditView final : public QScrollArea {

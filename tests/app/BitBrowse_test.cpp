@@ -1,7 +1,7 @@
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
 #include "controls/ListCtrlCl.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
 
 #include <QComboBox>

@@ -2,7 +2,7 @@
 
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
 
 #include <QClipboard>

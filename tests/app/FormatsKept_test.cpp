@@ -1,4 +1,4 @@
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
 #include "tests/files/OrdinaryUser.h"
 

@@ -1,7 +1,7 @@
 #include "tests/app/FrameFixture.h"
 
 #include "controls/GridCtrl.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 
 #include <QLineEdit>
 #include <QTest>

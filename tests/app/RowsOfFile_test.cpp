@@ -1,5 +1,5 @@
 #include "controls/GridCtrl.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
 
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #include "tests/faults/SavePath.h"
 
 #include "files/PagedFile.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/support/Formats.h"
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/faults/FaultRun.h"
 #include "tests/faults/SaveVerdict.h"
 

@@ -1,5 +1,5 @@
 #include "cli/CommandLine.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/fuzz/Property.h"
 #include "tests/fuzz/Scratch.h"
 #include "tests/fuzz/Targets.h"

@@ -1,5 +1,5 @@
-#include "cli/LibraryFromJson.h"
-#include "cli/LibraryToJson.h"
+#include "library/LibraryFromJson.h"
+#include "library/LibraryToJson.h"
 #include "tests/fuzz/SameLibrary.h"
 #include "tests/fuzz/Targets.h"
 #include "tests/support/Formats.h"

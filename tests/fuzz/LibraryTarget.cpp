@@ -1,5 +1,5 @@
 #include "files/ShowLimits.h"
-#include "model/LibraryOriginal.h"
+#include "library/LibraryOriginal.h"
 #include "tests/fuzz/Property.h"
 #include "tests/fuzz/SameLibrary.h"
 #include "tests/fuzz/Scratch.h"

@@ -29,12 +29,13 @@ ROOT = Path(__file__).resolve().parents[2]
 
 TEXT_TESTS = "vantor_text_tests"
 MODEL_TESTS = "vantor_model_tests"
+LIBRARY_TESTS = "vantor_library_tests"
 FILES_TESTS = "vantor_files_tests"
 MERGE_TESTS = "vantor_merge_tests"
 FAULTS_TESTS = "vantor_faults_tests"
 
 CODEC_RUNS = [
-    (MODEL_TESTS, "*Format*:*Code*:*Normalise*:*Double*:-*FormatLibrary*:*FormatName*"),
+    (MODEL_TESTS, "*Format*:*Code*:*Normalise*:*Double*:-*FormatName*"),
     (FILES_TESTS, "StretchCoding*:*Paged*:*SaveAsShown*:-*Seeds*"),
 ]
 
@@ -42,13 +43,12 @@ CODEC_RUNS = [
 TARGETS = {
     "model/WordCodec.cpp": CODEC_RUNS,
     "model/LittleEndian.h": CODEC_RUNS,
-    "text/NumberText.cpp": [(TEXT_TESTS, "*"), (MODEL_TESTS, "-FormatLibrary*")],
+    "text/NumberText.cpp": [(TEXT_TESTS, "*"), (MODEL_TESTS, "*")],
     "model/BitText.cpp": [(MODEL_TESTS, "*Bits*")],
     "model/CellCheck.cpp": [(MODEL_TESTS, "*CellValue*")],
-    "model/DataItemCheck.cpp": [(MODEL_TESTS, "-FormatLibrary*")],
-    "model/FormatLibrary.cpp": [
-        (MODEL_TESTS, "*FormatLibrary*:*Library*"),
-        (MODEL_TESTS, "-*Library*"),
+    "model/DataItemCheck.cpp": [(MODEL_TESTS, "*")],
+    "library/FormatLibrary.cpp": [
+        (LIBRARY_TESTS, "*"),
         (FAULTS_TESTS, "*Faults*/*Librar*:*ReadFaults*/Export*"),
     ],
     "files/PagedFile.cpp": [

@@ -1,7 +1,7 @@
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
 #include "files/PagedRecipeFile.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 

@@ -1,6 +1,6 @@
 #include "files/BinaryRecipeFile.h"
+#include "library/FormatLibrary.h"
 #include "model/CellCheck.h"
-#include "model/FormatLibrary.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/support/DialogSteps.h"
 #include "tests/support/Formats.h"
 #include "tests/support/GuiTest.h"

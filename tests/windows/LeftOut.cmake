@@ -28,16 +28,18 @@ set(vantor_disk_tests_left_out
   Replacement.RefusesWhatIsNoFile)
 
 # The system's own code pages give a "?" for each half of a surrogate pair, and characters of their own for bytes that
-# stand for nothing.
+# stand for nothing. And names that are no valid text.
 set(vantor_text_tests_left_out
   CodePage.ACharacterThatItDoesNotHoldIsAQuestionMark
   CodePage.ALoneSurrogateIsAQuestionMark
   CodePage.AByteThatStandsForNothingIsTheReplacementCharacter
   CodePage.OneThatTheSystemLacksLeavesAsciiAsItIs
-  CodePage.AnErrorDoesNotSpoilTheNextText)
+  CodePage.AnErrorDoesNotSpoilTheNextText
+  PathText.ShowsInvalidBytesAsReplacementCharacters
+  PathText.ShowsTheNameAsText)
 
 # The same as for the disk, and devices.
-set(vantor_model_tests_left_out
+set(vantor_library_tests_left_out
   FormatLibraryLoad.ReadsThroughASymbolicLink
   FormatLibraryLoad.RefusesAFileThatMayNotBeRead
   FormatLibraryLoad.TakesAFileThatTheDiskFailsToReadForOneThatCannotBeOpened
@@ -56,7 +58,7 @@ set(vantor_model_tests_left_out
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
   LibraryOriginal.WhatCannotBeCopiedIsAFailureAndLeavesNothing)
 
-# The same, pipes in the file system, and names that are no valid text.
+# The same, and pipes in the file system.
 set(vantor_files_tests_left_out
   *.PipeIsRe*AndDoesNotHang*
   *.SaveToAPipeIsReportedAndDoesNotHang
@@ -76,8 +78,6 @@ set(vantor_files_tests_left_out
   PagedRecipe.SaveOfAProgramThatMayOpenNoFurtherFileFails
   PagedRecipe.SaveThroughALinkThatLeadsNowhereWritesAndShowsNothing
   PagedRecipe.SaveToWhatIsNoFileFails
-  PathText.ShowsInvalidBytesAsReplacementCharacters
-  PathText.ShowsTheNameAsText
   RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit
   RecipeReplacement.FailsWhereTheNewFileDoesNotFitAndLeavesTheOldOne
   RecipeReplacement.SpeaksInTheWordsOfSaveAs)

@@ -1,6 +1,6 @@
 #include "disk/File.h"
-#include "files/LibraryPlace.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
+#include "library/LibraryPlace.h"
 #include "tests/support/Formats.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"

@@ -1,6 +1,6 @@
-#include "cli/LibraryFromJson.h"
+#include "library/LibraryFromJson.h"
 
-#include "cli/ItemFields.h"
+#include "library/ItemFields.h"
 #include "text/MessageText.h"
 #include "text/Utf8Text.h"
 

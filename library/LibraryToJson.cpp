@@ -1,7 +1,7 @@
-#include "cli/LibraryToJson.h"
+#include "library/LibraryToJson.h"
 
-#include "cli/ItemFields.h"
-#include "cli/JsonText.h"
+#include "library/ItemFields.h"
+#include "library/JsonText.h"
 #include "text/Surrogates.h"
 
 #include <algorithm>

@@ -38,9 +38,6 @@ public:
     static constexpr std::u16string_view kMarker = u"RecipeFile2.0";
     static constexpr std::u16string_view kFileName = u"RecipeFile.Dat";
 
-    /// The units of a stored name that are read; kept: it has room for 128.
-    static constexpr std::size_t kReadNameLength = 64;
-
     /// The version that this program writes, made from the marker: 20.
     static std::int32_t ProgramVersion();
 

@@ -1,4 +1,4 @@
-#include "cli/ItemFields.h"
+#include "library/ItemFields.h"
 
 #include <algorithm>
 #include <limits>

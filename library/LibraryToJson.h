@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "cli/LibraryFile.h"
+#include "library/LibraryFile.h"
 
 #include "disk/File.h"
-#include "files/LibraryPlace.h"
+#include "library/LibraryPlace.h"
 #include "text/FileMessages.h"
 
 namespace fs = std::filesystem;

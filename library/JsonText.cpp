@@ -1,4 +1,4 @@
-#include "cli/JsonText.h"
+#include "library/JsonText.h"
 
 #include "text/Utf8Text.h"
 

@@ -1,4 +1,4 @@
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"

@@ -1,4 +1,4 @@
-#include "model/LibraryOriginal.h"
+#include "library/LibraryOriginal.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/support/Formats.h"

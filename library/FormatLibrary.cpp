@@ -1,4 +1,4 @@
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 
 #include "disk/Replacement.h"
 #include "model/LittleEndian.h"
@@ -270,7 +270,7 @@ private:
     static std::u16string ReadName(CFieldReader& in)
     {
         const auto name = in.TakeText<128>();
-        return std::u16string(CutText(TextOf(name), FormatLibrary::kReadNameLength));
+        return std::u16string(CutText(TextOf(name), kReadNameLength));
     }
 
     bool ReadItems(DataFormat& format)

@@ -1,4 +1,4 @@
-#include "model/LibraryOriginal.h"
+#include "library/LibraryOriginal.h"
 
 #include "disk/File.h"
 

@@ -1,4 +1,4 @@
-#include "model/LibraryOpening.h"
+#include "library/LibraryOpening.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/support/TestFiles.h"
 

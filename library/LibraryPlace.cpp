@@ -1,7 +1,7 @@
-#include "files/LibraryPlace.h"
+#include "library/LibraryPlace.h"
 
 #include "disk/File.h"
-#include "model/FormatLibrary.h"
+#include "library/FormatLibrary.h"
 
 #include <string_view>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "model/LibraryOpening.h"
+#include "library/LibraryOpening.h"
 
 #include "disk/File.h"
 #include "disk/TemporaryFile.h"
