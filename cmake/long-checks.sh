@@ -26,7 +26,7 @@ check_tidy() {
     [[ -n $changed ]] || return 0
     echo "clang-tidy: $(wc --lines <<<"$changed") files changed since ${base::8}" >&2
     # Built without common headers, which GCC makes and Clang cannot read; but with what the toolkit generates.
-    build_preset release vantor_controls_autogen vantor_views_autogen vantor_merge_dialogs_autogen vantor_app_autogen
+    build_preset release vantor_controls_autogen vantor_views_autogen vantor_app_autogen
     xargs --max-args=1 --max-procs="$(nproc)" clang-tidy -p build/release --quiet \
         --extra-arg=-Wno-unknown-warning-option 2>/dev/null <<<"$changed"
 }

@@ -18,7 +18,6 @@ ROW = r"^\| `([^`]+)` \|([^|]+)\| *(\d+) *\|"
 
 CORE = ["disk", "text", "model", "files", "library", "merge"]
 WINDOW = {"controls", "views", "app"}
-MERGE_DIALOGS = {"MergeParamDlg", "ReadOnlyField", "SavePathDlg"}
 LEAST_WINDOW_LINES = 85  # per cent
 
 
@@ -68,7 +67,7 @@ class Excuse:
 def room(file):
     """The room of the core, "window" or nothing, for a path in the checkout."""
     folder, stem = file.split("/")[0], Path(file).stem
-    if folder in WINDOW or (folder == "merge" and stem in MERGE_DIALOGS):
+    if folder in WINDOW:
         return "window"
     return folder if folder in CORE else None
 

@@ -12,7 +12,6 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 
 CORE = {"disk", "text", "model", "files", "library", "merge", "cli"}
-MERGE_DIALOGS = {"MergeParamDlg", "ReadOnlyField", "SavePathDlg"}  # the window's part of merge/
 ROOMS = {  # room -> the rooms it may include from
     "disk": {"disk"},
     "text": {"text"},
@@ -55,12 +54,7 @@ def room(path):
 
 
 def in_core(path):
-    return room(path) in CORE and not (room(path) == "merge" and path.stem in MERGE_DIALOGS)
-
-
-def may_include(path):
-    """The rooms that a file may include from. The merge's dialogs are windows, so they may use the controls."""
-    return ROOMS[room(path)] | ({"controls"} if room(path) == "merge" and not in_core(path) else set())
+    return room(path) in CORE
 
 
 def lines(path):
@@ -107,7 +101,7 @@ class RepositoryTest(unittest.TestCase):
         faults = []
         for path, number, included, quoted in includes():
             made_by_the_toolkit = not in_core(path) and re.fullmatch(r"ui_\w+\.h|\w+\.moc", included)
-            if quoted and not made_by_the_toolkit and included.split("/")[0] not in may_include(path):
+            if quoted and not made_by_the_toolkit and included.split("/")[0] not in ROOMS[room(path)]:
                 faults.append(f"{name(path)}:{number}: {included}")
         self.assertNone(faults, "A room includes only from itself and from the rooms below it:")
 

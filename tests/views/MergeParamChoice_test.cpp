@@ -1,7 +1,7 @@
 #include "disk/File.h"
-#include "tests/merge/MergeParamFixture.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/ListOpenChoice.h"
+#include "tests/views/MergeParamFixture.h"
 #include "text/PathText.h"
 
 #include <QApplication>

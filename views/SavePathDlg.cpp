@@ -1,4 +1,4 @@
-#include "merge/SavePathDlg.h"
+#include "views/SavePathDlg.h"
 
 #include "controls/FileDialog.h"
 #include "merge/SavePathRules.h"

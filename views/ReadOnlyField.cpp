@@ -1,4 +1,4 @@
-#include "merge/ReadOnlyField.h"
+#include "views/ReadOnlyField.h"
 
 #include <limits>
 

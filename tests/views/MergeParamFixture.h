@@ -1,9 +1,9 @@
 #pragma once
 
-#include "merge/MergeParamDlg.h"
 #include "tests/support/DialogSteps.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "views/MergeParamDlg.h"
 
 #include <gtest/gtest.h>
 

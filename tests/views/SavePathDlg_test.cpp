@@ -1,9 +1,9 @@
-#include "merge/SavePathDlg.h"
 #include "tests/support/DialogSteps.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/ListOpenChoice.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
+#include "views/SavePathDlg.h"
 
 #include <QAccessible>
 #include <QFileDialog>

@@ -1,10 +1,10 @@
-#include "merge/MergeParamDlg.h"
+#include "views/MergeParamDlg.h"
 
 #include "controls/FileDialog.h"
 #include "merge/MergeFiles.h"
-#include "merge/SavePathDlg.h"
 #include "text/NumberText.h"
 #include "ui_MergeParamDlg.h"
+#include "views/SavePathDlg.h"
 
 #include <QDir>
 

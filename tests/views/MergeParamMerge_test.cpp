@@ -1,6 +1,6 @@
 #include "disk/File.h"
 #include "tests/files/FileSizeLimit.h"
-#include "tests/merge/MergeParamFixture.h"
+#include "tests/views/MergeParamFixture.h"
 #include "text/PathText.h"
 #include "text/Utf8Text.h"
 

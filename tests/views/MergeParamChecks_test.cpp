@@ -1,4 +1,4 @@
-#include "tests/merge/MergeParamFixture.h"
+#include "tests/views/MergeParamFixture.h"
 
 #include <QTest>
 
