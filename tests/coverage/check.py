@@ -66,7 +66,7 @@ class Excuse:
 
 def room(file):
     """The room of the core, "window" or nothing, for a path in the checkout."""
-    folder, stem = file.split("/")[0], Path(file).stem
+    folder = file.split("/")[0]
     if folder in WINDOW:
         return "window"
     return folder if folder in CORE else None
