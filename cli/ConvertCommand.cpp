@@ -18,6 +18,15 @@ bool IsAnotherFile(const fs::path& target, const fs::path& source, CReporter& re
     return false;
 }
 
+/// A format without words lays out no rows. To save none would empty the target, or put zeros over it.
+bool HasRows(const CRecipeRows& rows, FileType type, const fs::path& target, CReporter& reporter)
+{
+    if (rows.RowCount() > 0)
+        return true;
+    ShowFileError(reporter, SaveErrorOf(type), target);
+    return false;
+}
+
 } // namespace
 
 bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
@@ -29,5 +38,6 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
     const auto type = KnownTypeOf(target, reporter);
     CRecipeRows rows;
     return type && IsAnotherFile(target, source->path, reporter) && ReadRows(*source, rows, reporter) &&
+           HasRows(rows, *type, target, reporter) &&
            ReplaceRecipe(*type, rows, target, source->settings.startAddress, reporter).isSaved;
 }

@@ -193,13 +193,33 @@ TEST_F(ConvertCommand, PagedFileAndBackGivesTheSameRows)
     EXPECT_EQ(ReadAll(target), WordBytes({0, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53}));
 }
 
-TEST_F(ConvertCommand, FormatWithoutItemsWritesNoWords)
+/// No rows are not those of the source: they take nothing away from the target, nor make one.
+TEST_F(ConvertCommand, FormatWithoutItemsIsRefusedAsAFailedSave)
 {
     library.formats[0]->clear();
     SaveLibrary();
-    const fs::path target = folder / "b.rcp";
-    ExpectDone(To(target, {"--start", "3"}));
-    EXPECT_EQ(ReadAll(target), Bytes(3, std::byte{0})); // kept: one byte a word
+    const struct {
+        const char* target;
+        const char* before; ///< the message before the path
+        const char* after;
+    } rows[] = {
+        {"b.rcp", "Can't save file ", ",please check file or your disk!"},
+        {"b.csv", "Save file ", " failed!"},
+        {"b.erp", "Can't save file ", ",please check file or your disk!"},
+        {"b.frp", "Can't save file ", ",please check file or your disk!"},
+    };
+    for (const auto& row : rows) {
+        const fs::path target = folder / row.target;
+        const std::string message = row.before + target.string() + row.after;
+        for (const char* start : {"0", "3"}) {
+            ExpectRefused(To(target, {"--start", start}), message);
+            EXPECT_FALSE(fs::exists(target)) << row.target;
+        }
+        WriteAll(target, Bytes(20, std::byte{7}));
+        for (const char* start : {"0", "3"})
+            ExpectRefused(To(target, {"--start", start}), message);
+        EXPECT_EQ(ReadAll(target), Bytes(20, std::byte{7})) << row.target;
+    }
 }
 
 TEST_F(ConvertCommand, MissingSourceIsReportedAndNoTargetMade)
