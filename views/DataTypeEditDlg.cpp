@@ -86,6 +86,7 @@ void CDataTypeEditDlg::ConnectControls()
     connect(m_pUi->comboType, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnTypeChanged);
     connect(m_pUi->comboDecimal, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnDecimalChanged);
     connect(m_pUi->comboInteger, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnIntegerChanged);
+    connect(m_pUi->editDescription, &QLineEdit::textChanged, this, &CDataTypeEditDlg::DropHalfAtTheEnd);
     // The rejection is told after the part of the text that was taken.
     connect(m_pUi->editDescription, &QLineEdit::textEdited, this, [this] { TellDescriptionLength(false); });
     connect(
@@ -162,6 +163,16 @@ void CDataTypeEditDlg::TellDescriptionLength(bool isTooLong)
     const QString notice = tr("A description has at most %1 characters: the rest is left out.");
     ShowNotice(*m_pUi->labelDescriptionNotice, isTooLong ? notice.arg(m_pUi->editDescription->maxLength()) : QString(),
                {m_pUi->editDescription});
+}
+
+/// A text that a screen reader or an input aid puts in as a whole is cut at the limit, even within a pair.
+void CDataTypeEditDlg::DropHalfAtTheEnd()
+{
+    QString text = m_pUi->editDescription->text();
+    if (text.size() < m_pUi->editDescription->maxLength() || !text.back().isHighSurrogate())
+        return;
+    text.chop(1);
+    m_pUi->editDescription->setText(text);
 }
 
 void CDataTypeEditDlg::OnArrayClicked()

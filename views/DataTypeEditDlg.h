@@ -37,6 +37,7 @@ private:
     void ShowArrayLength(bool shown);
     void TellLimits();
     void TellDescriptionLength(bool isTooLong);
+    void DropHalfAtTheEnd();
 
     void OnArrayClicked();
     void OnTypeChanged();

@@ -286,7 +286,7 @@ void CRecipeFormatEditView::SaveLibrary()
     m_frame.TellLibraryTrouble({});
     if (!m_opening.mayBeWritten && MayBeWritten(m_library.path)) {
         m_opening = {.loaded = 0, .mayBeWritten = true};
-        TellLibraryState();
+        m_frame.WithdrawStrip(StripSubject::LibraryNotKept); // the file holds what is shown from now on
     }
 }
 

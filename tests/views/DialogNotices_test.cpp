@@ -180,6 +180,15 @@ TEST_F(DescriptionLine, TellsThatAPastedTextWasCut)
     EXPECT_EQ(Text("editDescription"), std::string(126, 'd'));
 }
 
+TEST_F(DescriptionLine, ThatAScreenReaderPutInEndsWithAWholeCharacter)
+{
+    Add();
+    QAccessibleInterface* field = QAccessible::queryAccessibleInterface(&Find<QWidget>("editDescription"));
+    field->setText(QAccessible::Value, QString(126, 'd') + QStringLiteral(u"\U0001F525"));
+    PressOk();
+    EXPECT_EQ(TextOf(item.description), std::u16string(126, u'd'));
+}
+
 TEST_F(DescriptionLine, OfTheLibraryEndsWithAWholeCharacter)
 {
     DataItem full = MakeItem(u"", DataType::Signed16, 1, 5);

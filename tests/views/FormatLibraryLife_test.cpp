@@ -235,6 +235,18 @@ TEST_F(LibraryLife, AFileThatCannotBeReadIsTold)
                           " may not be written: changes to the data formats are not kept.");
 }
 
+TEST_F(LibraryLife, AFileThatCouldNotBeReadOrMadeIsToldUntilASaveMakesIt)
+{
+    fs::create_directory(LibraryPath());
+    Start();
+    Press("buttonUseFormat");
+    EXPECT_NE(Told(), "");
+    fs::remove(LibraryPath());
+    Press("buttonUseFormat");
+    EXPECT_EQ(Stored().formats.size(), 1u);
+    EXPECT_EQ(Told(), "");
+}
+
 TEST_F(LibraryLife, WhatAKilledProgramLeftOfASaveIsRemovedAtTheStart)
 {
     Store({kMixer});
