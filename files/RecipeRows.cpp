@@ -4,7 +4,24 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <utility>
+
+namespace {
+
+/// The bytes of words as they lie in a file, low byte first.
+std::vector<std::byte> BytesOf(std::u16string_view words)
+{
+    std::vector<std::byte> bytes;
+    bytes.reserve(2 * words.size());
+    for (const char16_t word : words) {
+        bytes.push_back(static_cast<std::byte>(word & 0xFF));
+        bytes.push_back(static_cast<std::byte>(word >> 8));
+    }
+    return bytes;
+}
+
+} // namespace
 
 void CRecipeRows::LayOut(std::vector<ColumnCoding> columns, std::int32_t startAddress, std::int32_t rowCount)
 {
@@ -59,21 +76,21 @@ void CRecipeRows::ShowNewDocument()
 void CRecipeRows::ShowWords(CByteBuffer image, RecipeKind kind)
 {
     Show(Source::Words);
-    m_image = std::move(image);
+    m_image = std::make_shared<const CByteBuffer>(std::move(image));
     m_kind = kind;
 }
 
 void CRecipeRows::ShowEverywhere(CByteBuffer words, RecipeKind kind)
 {
     Show(Source::SameWords);
-    m_image = std::move(words);
+    m_image = std::make_shared<const CByteBuffer>(std::move(words));
     m_kind = kind;
 }
 
 void CRecipeRows::ShowFields(CFieldTable fields)
 {
     Show(Source::Fields);
-    m_fields = std::move(fields);
+    m_fields = std::make_shared<const CFieldTable>(std::move(fields));
 }
 
 std::u16string CRecipeRows::Text(std::int32_t row, std::size_t column) const
@@ -85,29 +102,100 @@ std::u16string CRecipeRows::Text(std::int32_t row, std::size_t column) const
 
 void CRecipeRows::AppendText(std::int32_t row, std::size_t column, std::u16string& text) const
 {
-    if (!Holds(row, column))
-        return;
-    const auto changed = m_changedTexts.find(CellKey(row, column));
-    if (changed != m_changedTexts.end())
-        text += changed->second.text;
-    else
-        AppendUntouched(row, column, text);
+    if (Holds(row, column))
+        AppendState(State({row, static_cast<std::uint32_t>(column)}), row, column, text);
 }
 
 bool CRecipeRows::SetText(std::int32_t row, std::size_t column, std::u16string_view text)
 {
     if (!Holds(row, column))
         return false;
-    m_changedTexts.insert_or_assign(CellKey(row, column), ChangedText{std::u16string(text), m_saves});
+    CellEdit edit{{row, static_cast<std::uint32_t>(column)}, CCellState::OfText(text)};
+    Exchange({&edit, 1});
     return true;
 }
 
-bool CRecipeRows::IsChanged(std::int32_t row, std::size_t column) const
+CRecipeRows::TouchedCells::const_iterator CRecipeRows::Find(std::int32_t row, std::size_t column) const
 {
-    if (!Holds(row, column))
-        return false;
-    const auto changed = m_changedTexts.find(CellKey(row, column));
-    return changed != m_changedTexts.end() && changed->second.saves == m_saves;
+    return Holds(row, column) ? m_touchedCells.find(CellKey(row, column)) : m_touchedCells.end();
+}
+
+const CCellState& CRecipeRows::State(CellPlace place) const
+{
+    static const CCellState untouched;
+    const auto cell = Find(place.row, place.column);
+    return cell == m_touchedCells.end() ? untouched : cell->second.state;
+}
+
+bool CRecipeRows::IsEdited(std::int32_t row, std::size_t column) const
+{
+    const auto cell = Find(row, column);
+    return cell != m_touchedCells.end() && IsEdited(cell->second);
+}
+
+void CRecipeRows::MarkSaved()
+{
+    ++m_saves;
+    m_editedCount = 0;
+    m_savedStates.clear();
+}
+
+void CRecipeRows::Exchange(std::span<CellEdit> edits)
+{
+    try {
+        MakeRoomFor(edits);
+    } catch (const std::bad_alloc&) {
+        ForgetRoomFor(edits);
+        throw;
+    }
+    for (CellEdit& edit : edits)
+        Exchange(m_touchedCells.find(CellKey(edit.place.row, edit.place.column)), edit.other);
+}
+
+/// All that takes memory, so that the exchange itself cannot fail half-way.
+void CRecipeRows::MakeRoomFor(std::span<const CellEdit> edits)
+{
+    auto next = m_touchedCells.begin();
+    for (const CellEdit& edit : edits) {
+        const std::uint64_t key = CellKey(edit.place.row, edit.place.column);
+        if (next != m_touchedCells.end() && next->first < key)
+            next = m_touchedCells.lower_bound(key);
+        next = m_touchedCells.try_emplace(next, key);
+        const TouchedCell& cell = next->second;
+        if (!IsEdited(cell) && !cell.state.IsUntouched())
+            m_savedStates.try_emplace(key, cell.state);
+        ++next;
+    }
+}
+
+/// Takes the room back that was not used: cells that are neither touched nor edited.
+void CRecipeRows::ForgetRoomFor(std::span<const CellEdit> edits)
+{
+    for (const CellEdit& edit : edits) {
+        const auto cell = m_touchedCells.find(CellKey(edit.place.row, edit.place.column));
+        if (cell == m_touchedCells.end() || IsEdited(cell->second))
+            continue;
+        m_savedStates.erase(cell->first);
+        if (cell->second.state.IsUntouched())
+            m_touchedCells.erase(cell);
+    }
+}
+
+void CRecipeRows::Exchange(TouchedCells::iterator cell, CCellState& other)
+{
+    std::swap(cell->second.state, other);
+    const auto saved = m_savedStates.find(cell->first);
+    const bool isAsSaved =
+        saved == m_savedStates.end() ? cell->second.state.IsUntouched() : cell->second.state == saved->second;
+    if (IsEdited(cell->second))
+        --m_editedCount;
+    if (!isAsSaved)
+        ++m_editedCount;
+    cell->second.editedAfter = isAsSaved ? 0 : m_saves;
+    if (isAsSaved && saved != m_savedStates.end())
+        m_savedStates.erase(saved);
+    if (isAsSaved && cell->second.state.IsUntouched())
+        m_touchedCells.erase(cell);
 }
 
 std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::size_t column) const
@@ -115,19 +203,21 @@ std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::
     if (!Holds(row, column))
         return std::nullopt;
     const ColumnCoding& coding = m_columns[column];
-    const auto changed = m_changedTexts.find(CellKey(row, column));
-    if (changed != m_changedTexts.end())
-        return ValueOutsideLimits(coding, changed->second.text);
+    const CCellState& state = State({row, static_cast<std::uint32_t>(column)});
+    if (state.IsText())
+        return ValueOutsideLimits(coding, state.Text());
+    if (state.IsExact())
+        return ValueOutsideLimits(coding, BytesOf(state.Words()), 0);
     switch (m_source) {
     case Source::Nothing:
         break;
     case Source::NewDocument:
         return ValueOutsideLimits(coding, u"0");
     case Source::Fields:
-        return ValueOutsideLimits(coding, m_fields.Field(static_cast<std::size_t>(row), column));
+        return ValueOutsideLimits(coding, m_fields->Field(static_cast<std::size_t>(row), column));
     case Source::Words:
     case Source::SameWords:
-        return ValueOutsideLimits(coding, m_image.Bytes(), PositionInImage(row, column));
+        return ValueOutsideLimits(coding, Image(), PositionInImage(row, column));
     }
     return std::nullopt;
 }
@@ -135,14 +225,27 @@ std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::
 void CRecipeRows::Show(Source source)
 {
     m_source = source;
-    m_image = CByteBuffer();
-    m_fields = CFieldTable();
-    m_changedTexts.clear();
+    m_image.reset();
+    m_fields.reset();
+    m_touchedCells.clear();
+    MarkSaved();
 }
 
 bool CRecipeRows::Holds(std::int32_t row, std::size_t column) const
 {
     return row >= 0 && row < m_rowCount && column < m_columns.size();
+}
+
+void CRecipeRows::AppendState(const CCellState& state, std::int32_t row, std::size_t column, std::u16string& text) const
+{
+    if (state.IsText()) {
+        text += state.Text();
+    } else if (state.IsExact()) {
+        std::size_t pos = 0;
+        AppendValue(m_columns[column], BytesOf(state.Words()), pos, m_kind, text);
+    } else {
+        AppendUntouched(row, column, text);
+    }
 }
 
 void CRecipeRows::AppendUntouched(std::int32_t row, std::size_t column, std::u16string& text) const
@@ -156,12 +259,12 @@ void CRecipeRows::AppendUntouched(std::int32_t row, std::size_t column, std::u16
             text += u'0';
         return;
     case Source::Fields:
-        text += m_fields.Field(static_cast<std::size_t>(row), column);
+        text += m_fields->Field(static_cast<std::size_t>(row), column);
         return;
     case Source::Words:
     case Source::SameWords:
         std::size_t pos = PositionInImage(row, column);
-        AppendValue(coding, m_image.Bytes(), pos, m_kind, text);
+        AppendValue(coding, Image(), pos, m_kind, text);
         return;
     }
 }

@@ -1,22 +1,27 @@
 #pragma once
 
 #include "files/ByteBuffer.h"
+#include "files/CellState.h"
 #include "files/FieldTable.h"
 #include "model/ColumnCoding.h"
 #include "model/WordCodec.h"
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 /// The rows that a data pane shows: geometry, column codings and cell texts. Readers fill them, writers take them.
 ///
-/// They cost the words (or the text) they were read from, and a text only for each cell that was changed since: an
-/// untouched cell's text is made when it is asked for. Rows and columns are data rows and data columns, counted from 0:
-/// a grid adds its title row and its two fixed columns.
+/// They cost the words (or the text) they were read from, and a state only for each cell that was given one since: an
+/// untouched cell's text is made when it is asked for. Copies share what was read. Rows and columns are data rows and
+/// data columns, counted from 0: a grid adds its title row and its two fixed columns.
+///
+/// A cell is edited while its state differs from that at the last save or, before one, from untouched.
 class CRecipeRows {
 public:
     /// Takes a new geometry; every cell is empty afterwards. The caller has seen to it that it can be shown
@@ -60,30 +65,48 @@ public:
     /// As Text, but appends to `text`: no allocation a cell. For all cells in their order, CellTexts.h is faster.
     void AppendText(std::int32_t row, std::size_t column, std::u16string& text) const;
 
-    /// Sets the text of a cell; false, and nothing changed, outside the rows.
+    /// Gives the cell a text; false, and nothing changed, outside the rows.
     bool SetText(std::int32_t row, std::size_t column, std::u16string_view text);
 
-    /// Whether the cell's text was set since the rows were filled or saved last.
-    bool IsChanged(std::int32_t row, std::size_t column) const;
+    /// What the cell's words are made of; untouched outside the rows.
+    const CCellState& State(CellPlace place) const;
+
+    /// Gives each cell of `edits` the state that stands there, and takes its former one in exchange: the same call once
+    /// more takes all of it back. The places lie within the rows, in ascending order, none twice. Exact words are only
+    /// for rows that were read from words or are new. Throws std::bad_alloc, and then nothing was changed.
+    void Exchange(std::span<CellEdit> edits);
+
+    /// Whether the cell's state differs from that at the last save or reading.
+    bool IsEdited(std::int32_t row, std::size_t column) const;
+
+    /// How many cells are edited.
+    std::size_t EditedCount() const { return m_editedCount; }
 
     /// The cell's value when it lies outside its column's limits (ValueLimits.h), that of the words it was read from
     /// while it is untouched; nothing otherwise, and for a cell that was never filled.
     std::optional<std::u16string> OutsideLimits(std::int32_t row, std::size_t column) const;
 
-    /// The rows are in their file: no cell counts as changed any more. Cheap for any number of cells.
-    void MarkSaved() { ++m_saves; }
+    /// The rows are in their file: no cell is edited any more. Cheap for any number of cells.
+    void MarkSaved();
 
 private:
-    struct ChangedText {
-        std::u16string text;
-        std::uint32_t saves = 0; ///< the value of m_saves when it was set
+    /// A cell that was given a state since the rows were filled.
+    struct TouchedCell {
+        CCellState state;
+        std::uint32_t editedAfter = 0; ///< the value of m_saves while it is edited
     };
+    using TouchedCells = std::map<std::uint64_t, TouchedCell>; ///< by CellKey, which is the order of the cells
 
     enum class Source { Nothing, NewDocument, Words, SameWords, Fields };
 
     friend class CCellTexts;
 
     void Show(Source source);
+    void MakeRoomFor(std::span<const CellEdit> edits);
+    void ForgetRoomFor(std::span<const CellEdit> edits);
+    void Exchange(TouchedCells::iterator cell, CCellState& other);
+    TouchedCells::const_iterator Find(std::int32_t row, std::size_t column) const;
+    bool IsEdited(const TouchedCell& cell) const { return cell.editedAfter == m_saves; }
     bool Holds(std::int32_t row, std::size_t column) const;
     std::uint64_t CellKey(std::int32_t row, std::size_t column) const
     {
@@ -96,6 +119,8 @@ private:
         return 2 * (static_cast<std::size_t>(m_wordsPerRow) * static_cast<std::size_t>(row) +
                     static_cast<std::size_t>(m_wordOffsets[column]));
     }
+    std::span<const std::byte> Image() const { return m_image ? m_image->Bytes() : std::span<const std::byte>(); }
+    void AppendState(const CCellState& state, std::int32_t row, std::size_t column, std::u16string& text) const;
     void AppendUntouched(std::int32_t row, std::size_t column, std::u16string& text) const;
 
     std::vector<ColumnCoding> m_columns;
@@ -105,8 +130,10 @@ private:
     std::int32_t m_wordsPerRow = 0;
     Source m_source = Source::Nothing;
     RecipeKind m_kind = RecipeKind::Flat;
-    CByteBuffer m_image;
-    CFieldTable m_fields;
-    std::uint32_t m_saves = 0;
-    std::map<std::uint64_t, ChangedText> m_changedTexts; ///< by CellKey, which is the order of the cells
+    std::shared_ptr<const CByteBuffer> m_image;  ///< null for none
+    std::shared_ptr<const CFieldTable> m_fields; ///< likewise
+    std::uint32_t m_saves = 1;
+    std::size_t m_editedCount = 0;
+    TouchedCells m_touchedCells;
+    std::map<std::uint64_t, CCellState> m_savedStates; ///< of edited cells that were not untouched when they were saved
 };

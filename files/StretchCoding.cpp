@@ -101,6 +101,13 @@ void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view te
 void CodeCell(const CodedColumn& column, RecipeKind kind, CCellTexts& texts, std::span<std::byte> image,
               std::size_t& pos)
 {
+    if (const std::u16string_view exact = texts.ExactWords(); !exact.empty()) {
+        for (const char16_t word : exact) {
+            StoreLittleEndian(image.subspan(pos, 2), static_cast<std::uint16_t>(word));
+            pos += 2;
+        }
+        return;
+    }
     const auto words = texts.UntouchedWords();
     if (!CodesToItself(column, kind, words)) {
         CodeText(column, kind, texts.Text(), image, pos);

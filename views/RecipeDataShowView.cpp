@@ -268,7 +268,7 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     if (column < kFixedColumns)
         return {};
     const auto dataColumn = static_cast<std::size_t>(column - kFixedColumns);
-    return {m_rows.IsChanged(row - kFixedRows, dataColumn),
+    return {m_rows.IsEdited(row - kFixedRows, dataColumn),
             m_rows.OutsideLimits(row - kFixedRows, dataColumn).has_value()};
 }
 
@@ -281,7 +281,7 @@ QString CRecipeDataShowView::CellRemark(int row, int column) const
     if (const auto value = m_rows.OutsideLimits(row - kFixedRows, dataColumn))
         remarks += tr("the value %1 lies outside the limits %2")
                        .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(m_rows.Columns()[dataColumn])));
-    if (m_rows.IsChanged(row - kFixedRows, dataColumn))
+    if (m_rows.IsEdited(row - kFixedRows, dataColumn))
         remarks += tr("changed, not saved yet");
     return remarks.join(QStringLiteral(", "));
 }

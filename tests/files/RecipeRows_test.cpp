@@ -221,17 +221,17 @@ TEST(RecipeRows, ShowTheLastOfAMillion)
 TEST(RecipeRows, ACellCountsAsChangedUntilTheRowsAreSaved)
 {
     CRecipeRows rows = TwoFilledRows();
-    EXPECT_FALSE(rows.IsChanged(1, 0));
+    EXPECT_FALSE(rows.IsEdited(1, 0));
     rows.SetText(1, 0, u"7");
-    EXPECT_TRUE(rows.IsChanged(1, 0));
-    EXPECT_FALSE(rows.IsChanged(0, 0));
+    EXPECT_TRUE(rows.IsEdited(1, 0));
+    EXPECT_FALSE(rows.IsEdited(0, 0));
     rows.MarkSaved();
-    EXPECT_FALSE(rows.IsChanged(1, 0));
+    EXPECT_FALSE(rows.IsEdited(1, 0));
     EXPECT_EQ(rows.Text(1, 0), u"7"); // it goes on being shown, and is written with the next save
     rows.SetText(1, 0, u"8");
-    EXPECT_TRUE(rows.IsChanged(1, 0));
-    EXPECT_FALSE(rows.IsChanged(-1, 0));
-    EXPECT_FALSE(rows.IsChanged(0, 3));
+    EXPECT_TRUE(rows.IsEdited(1, 0));
+    EXPECT_FALSE(rows.IsEdited(-1, 0));
+    EXPECT_FALSE(rows.IsEdited(0, 3));
 }
 
 TEST(RecipeRows, FilledAnewNoCellCountsAsChanged)
@@ -239,7 +239,7 @@ TEST(RecipeRows, FilledAnewNoCellCountsAsChanged)
     CRecipeRows rows = TwoFilledRows();
     rows.SetText(0, 0, u"7");
     rows.ShowWords(ImageOf(WordBytes({1})), RecipeKind::Flat);
-    EXPECT_FALSE(rows.IsChanged(0, 0));
+    EXPECT_FALSE(rows.IsEdited(0, 0));
 }
 
 /// Two rows of a word from 1 to 9.
