@@ -65,7 +65,7 @@ void CStrip::Withdraw(int weight)
 
 void CStrip::ShowHeaviest()
 {
-    if (isAncestorOf(QApplication::focusWidget()))
+    if (isAncestorOf(window()->focusWidget())) // also while a dialog is open: the window may not be active yet
         GiveFocusBack();
     if (m_messages.empty()) {
         hide();
@@ -113,15 +113,18 @@ void CStrip::Dismiss()
 
 void CStrip::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->key() == Qt::Key_Escape || (isEnter && m_pDismiss->hasFocus()))
         Dismiss();
     else
         QFrame::keyPressEvent(event);
 }
 
+/// What comes from a dialog, or from no widget at all, comes back to where it was before that.
 void CStrip::RememberFocus(QWidget* before, const QWidget* now)
 {
-    if (isAncestorOf(now) && !isAncestorOf(before))
+    const bool isOfWindow = before != nullptr && before->window() == window();
+    if (isOfWindow && isAncestorOf(now) && !isAncestorOf(before))
         m_pFocusBefore = before;
 }
 
@@ -130,5 +133,5 @@ void CStrip::GiveFocusBack()
     if (m_pFocusBefore)
         m_pFocusBefore->setFocus(Qt::OtherFocusReason);
     else
-        QApplication::focusWidget()->clearFocus();
+        window()->focusWidget()->clearFocus();
 }

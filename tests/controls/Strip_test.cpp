@@ -2,10 +2,12 @@
 #include "tests/support/GuiTest.h"
 
 #include <QAccessible>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
@@ -36,6 +38,18 @@ struct Strip : testing::Test {
             if (button->text() == text && button->isVisible())
                 return button;
         throw std::runtime_error("no button " + text.toStdString());
+    }
+
+    /// Asks something in a dialog over the window, which is answered at once.
+    void AskInADialog()
+    {
+        QDialog dialog(&window);
+        QLineEdit answer(&dialog);
+        QTimer::singleShot(0, &dialog, [&dialog] {
+            EXPECT_TRUE(ShowActive(dialog));
+            dialog.accept();
+        });
+        dialog.exec();
     }
 
     QWidget window;
@@ -136,6 +150,39 @@ TEST_F(Strip, EscapeDismissesAndGivesTheFocusBack)
     EXPECT_FALSE(strip->isVisible());
     EXPECT_EQ(dismissed, std::vector<int>{kLight});
     EXPECT_EQ(window.focusWidget(), field);
+}
+
+TEST_F(Strip, GivesTheFocusBackBeforeTheWindowIsActiveAgain)
+{
+    const auto ask = [this] {
+        AskInADialog();
+        strip->Withdraw(kLight);
+    };
+    strip->ShowMessage(kLight, {QStringLiteral("told"), {{QStringLiteral("Ask"), ask}}});
+    strip->setFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    EXPECT_FALSE(strip->isVisible());
+    EXPECT_EQ(window.focusWidget(), field);
+}
+
+TEST_F(Strip, RemembersTheFocusOverADialog)
+{
+    strip->ShowMessage(kLight, {QStringLiteral("told"), {{QStringLiteral("Ask"), [this] { AskInADialog(); }}}});
+    strip->setFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_Space);
+    ASSERT_TRUE(ShowActive(window));
+    ASSERT_EQ(window.focusWidget(), Button(QStringLiteral("Ask")));
+    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(strip->isVisible());
+    EXPECT_EQ(window.focusWidget(), field);
+}
+
+TEST_F(Strip, EnterPressesItsLastButtonAsItDoesTheOthers)
+{
+    strip->ShowMessage(kLight, {QStringLiteral("told"), {}});
+    strip->setFocus();
+    QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(strip->isVisible());
 }
 
 TEST_F(Strip, ItsLastButtonDismisses)
