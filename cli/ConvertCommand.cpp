@@ -2,8 +2,8 @@
 
 #include "cli/RecipeSource.h"
 #include "disk/File.h"
+#include "files/RecipeMessages.h"
 #include "files/RecipeReplacement.h"
-#include "text/FileMessages.h"
 
 namespace fs = std::filesystem;
 

@@ -73,6 +73,7 @@ void CStrip::ShowHeaviest()
     }
     const StripMessage& message = m_messages.rbegin()->second;
     m_pText->setText(message.text);
+    m_pText->setToolTip(QStringLiteral("<p>%1</p>").arg(message.text.toHtmlEscaped())); // a long name may be cut off
     setAccessibleName(message.text);
     MakeButtons(message.buttons);
     show();
