@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #ifdef __linux__
+#include <sys/vfs.h>
 #include <sys/xattr.h>
 #endif
 
@@ -102,11 +103,33 @@ bool TakeMarks(int file, const fs::path& path)
     return true;
 }
 
+/// Whether the file lies on a share of the kind whose locks keep everything out but the open file that has the lock:
+/// our own writes by another one, too.
+bool LocksKeepWritesOut(int file)
+{
+    struct statfs system {};
+    if (fstatfs(file, &system) != 0)
+        return true; // it cannot be told
+    switch (static_cast<std::uint32_t>(system.f_type)) {
+    case 0x517B: // the three generations of SMB
+    case 0xFF534D42:
+    case 0xFE534D42:
+        return true;
+    default:
+        return false;
+    }
+}
+
 #else
 
 bool TakeMarks(int, const fs::path&)
 {
     return true;
+}
+
+bool LocksKeepWritesOut(int)
+{
+    return false;
 }
 
 #endif
@@ -198,6 +221,8 @@ bool TakeAttributes(std::intptr_t file, const fs::path& path)
 
 Holder TakeHold(std::intptr_t file)
 {
+    if (LocksKeepWritesOut(static_cast<int>(file)))
+        return Holder::Unknown;
     if (Restarted([&] { return flock(static_cast<int>(file), LOCK_EX | LOCK_NB); }) == 0)
         return Holder::ThisFile;
     return errno == EWOULDBLOCK ? Holder::AnotherFile : Holder::Unknown;
