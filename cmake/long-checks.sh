@@ -53,7 +53,7 @@ check_coverage() {
 
 # The core changed in one small place at a time: which changes its tests notice. Names the files to change, all when none.
 check_mutation() {
-    build_preset core vantor_{text,model,files,library,merge,faults}_tests vantor-cli
+    build_preset core vantor_{disk,text,model,files,library,ansi_table,merge,faults}_tests vantor-cli
     nice python3 tests/mutation/mutate.py "$@"
 }
 

@@ -129,10 +129,9 @@ public:
             Put(static_cast<char>(byte));
     }
 
+    /// A return that is held would go off the end of the line anyway.
     void Finish()
     {
-        if (m_isReturnHeld)
-            PutInLine('\r');
         if (!m_line.empty())
             EndLine();
     }

@@ -172,11 +172,11 @@ void CPagedFile::TakeBack(std::span<Table* const> tables, std::uint64_t oldEnd)
         m_file.CutTo(oldEnd);
 }
 
+/// An empty one, which counts as changed with its first entry.
 std::unique_ptr<CPagedFile::Table> CPagedFile::MakeTable(std::uint32_t offset)
 {
     auto table = std::make_unique<Table>();
     table->offset = offset;
-    table->isChanged = true;
     return table;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -23,28 +22,12 @@ enum PagedKind : std::int32_t {
 
 constexpr std::size_t kBlockBytes = 4096; ///< of the directory, of a table and of a page
 
-constexpr std::uint32_t FlatBytes(PagedKind kind)
-{
-    return kind == kErp ? 1U << 20 : 1U << 16;
-}
+std::uint32_t FlatBytes(PagedKind kind);
+std::uint64_t ByteAddress(std::int64_t wordAddress);
 
-constexpr std::uint64_t ByteAddress(std::int64_t wordAddress)
-{
-    return 2 * static_cast<std::uint64_t>(wordAddress);
-}
-
-constexpr std::size_t DirectoryIndex(std::uint64_t address)
-{
-    return address >> 22 & 0x3FF;
-}
-
-constexpr std::size_t TableIndex(std::uint64_t address)
-{
-    return address >> 12 & 0x3FF;
-}
+/// Which entry of the directory, and which of its table, leads to the byte at `address`.
+std::size_t DirectoryIndex(std::uint64_t address);
+std::size_t TableIndex(std::uint64_t address);
 
 /// How many of the next `left` bytes lie in the page of `address`.
-constexpr std::size_t BytesInPage(std::uint64_t address, std::size_t left)
-{
-    return std::min<std::size_t>(left, kBlockBytes - address % kBlockBytes);
-}
+std::size_t BytesInPage(std::uint64_t address, std::size_t left);

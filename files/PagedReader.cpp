@@ -18,11 +18,6 @@ bool HasAddress(std::int64_t wordAddress, std::uint64_t byteCount)
     return byteCount <= kAddressEnd - ByteAddress(wordAddress);
 }
 
-std::uint32_t LoadEntry(std::span<const std::byte> bytes, std::size_t index)
-{
-    return LoadLittleEndian<std::uint32_t>(bytes.subspan(4 * index));
-}
-
 } // namespace
 
 bool CPagePlaces::Take(std::uint32_t offset)
@@ -127,9 +122,11 @@ std::unique_ptr<CPagedReader::Table> CPagedReader::ReadTable(std::uint32_t offse
         return nullptr;
     auto table = std::make_unique<Table>();
     table->offset = offset;
-    for (std::size_t i = 0; i < table->entries.size(); ++i) {
-        table->entries[i] = LoadEntry(bytes, i);
-        if (table->entries[i] != 0 && !TakesPlace(table->entries[i]))
+    std::span<const std::byte> rest(bytes);
+    for (std::uint32_t& entry : table->entries) {
+        entry = LoadLittleEndian<std::uint32_t>(rest.first(4));
+        rest = rest.subspan(4);
+        if (entry != 0 && !TakesPlace(entry))
             return nullptr;
     }
     return table;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace fs = std::filesystem;
@@ -80,8 +81,8 @@ TEST_F(Replacement, MayBeginWithZerosAndWithWhatTheOldFileHolds)
 TEST_F(Replacement, TakesALongOldFileOverWithItsHoles)
 {
     Bytes large(1'000'001); // not a number of whole pieces
-    large[0] = std::byte{1};
-    large[65'536] = std::byte{2};
+    std::fill(large.begin() + 65'536, large.begin() + 3 * 65'536, std::byte{1});
+    large[0] = std::byte{2};
     large[700'000] = std::byte{3};
     WriteAll(path, large);
     CReplacement file(path);
@@ -90,6 +91,14 @@ TEST_F(Replacement, TakesALongOldFileOverWithItsHoles)
     EXPECT_TRUE(file.Finish());
     large.push_back(std::byte{9});
     EXPECT_TRUE(ReadAll(path) == large);
+}
+
+TEST_F(Replacement, MayBeNothingButAZero)
+{
+    CReplacement file(path);
+    EXPECT_TRUE(file.AppendZeros(1));
+    EXPECT_TRUE(file.Finish());
+    EXPECT_EQ(ReadAll(path), Bytes(1));
 }
 
 TEST_F(Replacement, BeginsWithNothingWhereThereIsNoOldFile)
@@ -195,6 +204,25 @@ TEST_F(Replacement, LeavesTheOldBytesOfAHardLinkWhenThereIsNoRoom)
     }
     EXPECT_EQ(ReadAll(path), old);
     EXPECT_EQ(FilesInFolder(), 2u);
+}
+
+TEST_F(Replacement, TellsThatItWasCopiedInPartAndKeepsTheWholeOne)
+{
+    WriteAll(path, Bytes(10'000, std::byte{1}));
+    fs::create_hard_link(path, folder / "same");
+    CReplacement file(path);
+    EXPECT_TRUE(file.Append(Bytes(8'000, std::byte{2})));
+    const fs::path fresh = file.FreshPath();
+    EXPECT_FALSE(file.MayHoldOldAndNew());
+    {
+        const CFileSizeLimit limit(5'000);
+        EXPECT_FALSE(file.Finish());
+    }
+    EXPECT_TRUE(file.MayHoldOldAndNew());
+    Bytes mixed(10'000, std::byte{1});
+    std::fill_n(mixed.begin(), 5'000, std::byte{2});
+    EXPECT_EQ(ReadAll(path), mixed);
+    EXPECT_EQ(ReadAll(fresh), Bytes(8'000, std::byte{2}));
 }
 
 TEST_F(Replacement, KeepsTheOwner)

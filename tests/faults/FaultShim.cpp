@@ -8,9 +8,10 @@
 //   VANTOR_FAULT_ERROR   with this error number
 //   VANTOR_FAULT_KIND    "error"; "short": a write takes half of its bytes, other calls do not fail; "break": a write
 //                        takes half of its bytes and the calls behind it fail with the error; "kill": the program ends
-//                        before the call; "none": a write takes no byte and says so; "read": an error, of the calls
-//                        that read or ask for a file's state, which are then counted instead; "attribute": the same of
-//                        those that ask for or set an extended attribute
+//                        before the call; "none": a write takes no byte and says so; "lose": a write takes no
+//                        byte and says that it took all; "read": an error, of the calls that read or ask for a
+//                        file's state, which are then counted instead; "attribute": the same of those that ask for or
+//                        set an extended attribute
 
 #include <algorithm>
 #include <array>
@@ -30,8 +31,8 @@
 
 namespace {
 
-enum class Kind { Error, Short, Break, Kill, None, Read, Attribute };
-enum class Verdict { Goes, Fails, IsCutShort, TakesNothing };
+enum class Kind { Error, Short, Break, Kill, None, Lose, Read, Attribute };
+enum class Verdict { Goes, Fails, IsCutShort, TakesNothing, IsLost };
 
 enum Tracked : char { kOther, kReadOnly, kWritten };
 std::array<Tracked, 4096> tracked{};
@@ -56,6 +57,8 @@ Kind ChosenKind()
         return Kind::Break;
     if (kind == "none")
         return Kind::None;
+    if (kind == "lose")
+        return Kind::Lose;
     if (kind == "read")
         return Kind::Read;
     if (kind == "attribute")
@@ -138,6 +141,8 @@ Verdict Judge(const char* call, bool writes = false)
         verdict = Verdict::IsCutShort;
     if (kind == Kind::None && isHit && writes)
         verdict = Verdict::TakesNothing;
+    if (kind == Kind::Lose && isHit && writes)
+        verdict = Verdict::IsLost;
     if (kind == Kind::Break && broken)
         verdict = Verdict::Fails;
     else if (kind == Kind::Break && count == at && writes) {
@@ -212,6 +217,8 @@ ssize_t Written(const char* call, int file, std::size_t size, Call write)
         return write((size + 1) / 2);
     case Verdict::TakesNothing:
         return 0;
+    case Verdict::IsLost:
+        return static_cast<ssize_t>(size);
     case Verdict::Goes:
         break;
     }

@@ -138,6 +138,47 @@ TEST_P(PagedSaveToABrokenDisk, LeavesTheFileAsItWasUntilThereIsRoom)
 // The table behind the end, the flush and the entry that leads to the table.
 INSTANTIATE_TEST_SUITE_P(Calls, PagedSaveToABrokenDisk, testing::Values(1, 2, 3));
 
+/// The copy that it needs first is none before the disk has it.
+TEST(DiskThatDoesNotTakeACopy, LeavesTheLibraryThatIsNotUnderstood)
+{
+    const SavePath& path = CommandLineSavePath("LibraryNotUnderstood");
+    int refusals = 0;
+    for (int at = 1;; ++at) {
+        const SavePlace place;
+        path.prepare(place);
+        const auto old = BytesIn(place.Disk(path.target));
+        const FaultRun run = RunWithFault(Program(), path.arguments(place), place.folder / "disk",
+                                          {"input/output error", "error", EIO}, at);
+        if (run.failed.empty())
+            break;
+        if (run.failed.front() != "fsync" && run.failed.front() != "fdatasync")
+            continue;
+        EXPECT_EQ(run.result.exitCode, 1) << at << ' ' << run.failed.front();
+        refusals += BytesIn(place.Disk(path.target)) == old ? 1 : 0;
+    }
+    EXPECT_GE(refusals, 3) << "the copy, its folder and the library beside it";
+}
+
+/// Nothing notices that but reading it back, which is done where the only whole library would be replaced.
+TEST(DiskThatLosesWrites, LeavesALibraryThatIsNotUnderstoodOrAWholeCopyOfIt)
+{
+    const SavePath& path = CommandLineSavePath("LibraryNotUnderstood");
+    int lost = 0;
+    for (int at = 1;; ++at) {
+        const SavePlace place;
+        path.prepare(place);
+        const auto old = BytesIn(place.Disk(path.target));
+        const FaultRun run =
+            RunWithFault(Program(), path.arguments(place), place.folder / "disk", {"lost", "lose"}, at);
+        const std::string copy = std::string(path.target) + ".bak";
+        EXPECT_TRUE(BytesIn(place.Disk(path.target)) == old || BytesIn(place.Disk(copy.c_str())) == old) << at;
+        lost += run.failed.empty() ? 0 : 1;
+        if (static_cast<int>(run.calls.size()) < at)
+            break;
+    }
+    EXPECT_GE(lost, 2) << "the copy's bytes and the library's";
+}
+
 /// What a disk that fails to read gives is neither a short file nor no file.
 struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
     const SavePath& Path() const { return std::get<0>(GetParam()); }

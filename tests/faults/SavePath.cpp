@@ -29,6 +29,13 @@ std::function<void(const SavePlace&)> Holding(const char* name, std::size_t byte
     return [=](const SavePlace& place) { WriteAll(place.Disk(name), Pattern(bytes, 65)); };
 }
 
+/// Values that a save keeps, if they were read.
+void HoldingTable(const SavePlace& place)
+{
+    const std::string table = "5,one\r\n6,two\r\n7,three\r\n8,four\r\n";
+    WriteAll(place.Disk("a.csv"), std::as_bytes(std::span(table)));
+}
+
 std::function<void(const SavePlace&)> HoldingLinked(const char* name)
 {
     return [=](const SavePlace& place) {
@@ -149,7 +156,7 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"RecipeMadeAnew",     Leaves::OldOrNew, "a.rcp", "a.rcp",        Holding("a.rcp", 48), Converting("a.rcp", "3")},
         {"RecipeReplaced",     Leaves::OldOrNew, "a.rcp", kRecipeMessage, Holding("a.rcp", 148), Converting("a.rcp")},
         {"RecipeWithHardLink", Leaves::Copied,   "a.rcp", kRecipeMessage, HoldingLinked("a.rcp"), Converting("a.rcp")},
-        {"Table",              Leaves::OldOrNew, "a.csv", kTableMessage,  Holding("a.csv", 500), Setting("a.csv")},
+        {"Table",              Leaves::OldOrNew, "a.csv", kTableMessage,  HoldingTable, Setting("a.csv")},
         {"NewTable",           Leaves::OldOrNew, "n.csv", kTableMessage,  Nothing, Converting("n.csv")},
         {"TableWithHardLink",  Leaves::Copied,   "a.csv", kTableMessage,  HoldingLinked("a.csv"), Converting("a.csv")},
         {"PagedInFlatPart",    Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp")},

@@ -67,6 +67,25 @@ TEST(RecipeRows, AddressesDoNotWrapRound)
     EXPECT_EQ(rows.WordAddress(16777215), 2147483647 + 16777215LL * 128);
 }
 
+TEST(RecipeRows, TakeAnotherGeometryEntirely)
+{
+    CRecipeRows rows = TwoRows();
+    rows.LayOut({AnsiColumn(3), Hex16Column()}, 7, 5);
+    EXPECT_EQ(rows.WordOffset(0), 0);
+    EXPECT_EQ(rows.WordOffset(1), 3);
+    EXPECT_EQ(rows.WordsPerRow(), 4);
+}
+
+TEST(RecipeRows, KnowHowMuchOfThemAFlatFileHolds)
+{
+    const CRecipeRows rows = TwoRows(); // bytes 200 to 215
+    EXPECT_EQ(rows.BytesWithin(0), 0u);
+    EXPECT_EQ(rows.BytesWithin(200), 0u);
+    EXPECT_EQ(rows.BytesWithin(201), 1u);
+    EXPECT_EQ(rows.BytesWithin(216), 16u);
+    EXPECT_EQ(rows.BytesWithin(500), 16u);
+}
+
 TEST(RecipeRows, NegativeRowCountIsNone)
 {
     CRecipeRows rows;

@@ -45,6 +45,8 @@ constexpr const char16_t* kTexts[] = {
     u"1G",
     u"\uFF17",
     u"7\u0667",
+    u"+",
+    u"/.",
     u"7/",
     u"7:",
 };
@@ -110,6 +112,7 @@ INSTANTIATE_TEST_SUITE_P(Table, StretchOfTexts, testing::Values(
     TextCase{"Signed16",               DataType::Signed16,   1,     CodeType::Bin, 0},
     TextCase{"Signed16Bcd",            DataType::Signed16,   1,     CodeType::Bcd, 0},
     TextCase{"Signed16Decimals",       DataType::Signed16,   1,     CodeType::Bin, 2},
+    TextCase{"Signed16OneDecimal",     DataType::Signed16,   1,     CodeType::Bin, 1},
     TextCase{"Signed16DecimalsBcd",    DataType::Signed16,   1,     CodeType::Bcd, 2},
     TextCase{"Signed16InTwoWords",     DataType::Signed16,   2,     CodeType::Bin, 0},
     TextCase{"Signed32",               DataType::Signed32,   2,     CodeType::Bin, 0},

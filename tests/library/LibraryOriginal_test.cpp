@@ -114,6 +114,22 @@ TEST_F(LibraryOriginal, ALargeFileIsComparedToItsLastByte)
     EXPECT_EQ(ReadAll(Copy(".bak2")), large);
 }
 
+TEST_F(LibraryOriginal, AFileIsComparedFromItsFirstByte)
+{
+    WriteAll(File(), BytesOf({1, 2, 3}));
+    WriteAll(Copy(), BytesOf({9, 2, 3}));
+    EXPECT_TRUE(KeepOriginal(File()));
+    EXPECT_EQ(ReadAll(Copy(".bak2")), BytesOf({1, 2, 3}));
+}
+
+TEST_F(LibraryOriginal, TheCopyHasTheRightsOfTheFile)
+{
+    WriteAll(File(), original);
+    fs::permissions(File(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_TRUE(KeepOriginal(File()));
+    EXPECT_EQ(fs::status(Copy()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 TEST_F(LibraryOriginal, ThereIsNothingToKeepOfAMissingOrEmptyFile)
 {
     EXPECT_TRUE(KeepOriginal(File()));
@@ -178,6 +194,7 @@ TEST_F(LibraryOriginal, AnOlderVersionIsAtRiskForItsArrayLengths)
     library.fileVersion = 0;
     library.programVersion = 20;
     EXPECT_TRUE(IsOriginalAtRisk(library, 620));
+    EXPECT_TRUE(IsOriginalAtRisk(library, 1));
     EXPECT_FALSE(IsOriginalAtRisk(library, 0)); // an empty file has no version
 }
 

@@ -147,6 +147,7 @@ INSTANTIATE_TEST_SUITE_P(Table, TextOutsideLimits, testing::Values(
     TextCase{"DecimalsAbove",      &kDecimals,   u"100.00",  true},
     TextCase{"NegativeUnsigned",   &kUnsigned,   u"-1",      true},
     TextCase{"AsAnUnsignedIsShown",&kUnsigned32, u"-1",      false},
+    TextCase{"UnsignedZero",       &kUnsigned32, u"0",       false},
     TextCase{"LargestUnsigned",    &kUnsigned32, u"4294967295", false},
     TextCase{"AboveTheUnsigned",   &kUnsigned32, u"4294967296", true},
     TextCase{"HexWithin",          &kHex,        u"FFF",     false},
@@ -163,6 +164,8 @@ TEST(ValueLimits, LimitsAreToldAsTheUserTypesThem)
     EXPECT_EQ(LimitsText(kSigned), u"-999 to 9999");
     EXPECT_EQ(LimitsText(kDecimals), u"-9.99 to 99.99");
     EXPECT_EQ(LimitsText(Column(DataType::Signed16, 1, 0, 9, 3)), u"0.000 to 0.009");
+    EXPECT_EQ(LimitsText(Column(DataType::Signed16, 1, -12, 12, 2)), u"-0.12 to 0.12");
+    EXPECT_EQ(LimitsText(Column(DataType::Signed16, 1, -123, 123, 2)), u"-1.23 to 1.23");
     EXPECT_EQ(LimitsText(kHex), u"0 to FFF");
     EXPECT_EQ(LimitsText(kUnsigned32), u"0 to 4294967295");
     EXPECT_EQ(LimitsText(kFloat), u"-9 to 99");

@@ -27,34 +27,66 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
+DISK_TESTS = "vantor_disk_tests"
 TEXT_TESTS = "vantor_text_tests"
 MODEL_TESTS = "vantor_model_tests"
 LIBRARY_TESTS = "vantor_library_tests"
 FILES_TESTS = "vantor_files_tests"
+ANSI_TESTS = "vantor_ansi_table_tests"
 MERGE_TESTS = "vantor_merge_tests"
 FAULTS_TESTS = "vantor_faults_tests"
 
 CODEC_RUNS = [
     (MODEL_TESTS, "*Format*:*Code*:*Normalise*:*Double*:-*FormatName*"),
-    (FILES_TESTS, "StretchCoding*:*Paged*:*SaveAsShown*:-*Seeds*"),
+    (FILES_TESTS, "*StretchOf*:*Paged*:*SaveAsShown*:-*Seeds*"),
+]
+
+PAGED_RUNS = [
+    (FILES_TESTS, "*Paged*:*PagePlaces*:-*Seeds*:PagedRecipe*"),
+    (FILES_TESTS, "PagedRecipe*:*Seeds*:*SaveAsShown*:*Pieces*"),
+    (FAULTS_TESTS, "*Faults*/*Paged*:*PagedSave*"),
 ]
 
 # File -> the runs that are to notice, the quickest and likeliest first: a test program and a filter of its tests.
 TARGETS = {
+    "disk/Replacement.cpp": [
+        (DISK_TESTS, "*Replacement*:*Attribute*"),
+        (FILES_TESTS, "RecipeReplacement*:*SameAsSaveAs*:Csv*"),
+        (FAULTS_TESTS, "*SaveFaults*/*Table*:*SaveFaults*/*Replaced:*SaveFaults*/Export:MarkedTable*:*ReadOnly*/*Table*"),
+        (FAULTS_TESTS, "*SaveFaults*/*New*:*SaveFaults*/*HardLink:*ReadFaults*/*HardLink:*ReadFaults*/*Replaced*:*FullDisk*"),
+    ],
     "model/WordCodec.cpp": CODEC_RUNS,
     "model/LittleEndian.h": CODEC_RUNS,
     "text/NumberText.cpp": [(TEXT_TESTS, "*"), (MODEL_TESTS, "*")],
     "model/BitText.cpp": [(MODEL_TESTS, "*Bits*")],
     "model/CellCheck.cpp": [(MODEL_TESTS, "*CellValue*")],
+    "model/DataItem.cpp": [(MODEL_TESTS, "*Item*:*Bounds*:*Limits*:*Digits*"), (MODEL_TESTS, "*"), (LIBRARY_TESTS, "*")],
     "model/DataItemCheck.cpp": [(MODEL_TESTS, "*")],
     "library/FormatLibrary.cpp": [
         (LIBRARY_TESTS, "*"),
         (FAULTS_TESTS, "*Faults*/*Librar*:*ReadFaults*/Export*"),
     ],
-    "files/PagedFile.cpp": [
-        (FILES_TESTS, "*Paged*:*PagePlaces*:-*Seeds*:PagedRecipe*"),
-        (FILES_TESTS, "PagedRecipe*:*Seeds*:*SaveAsShown*"),
-        (FAULTS_TESTS, "*Faults*/*Paged*:*PagedSave*"),
+    "library/LibraryOriginal.cpp": [
+        (LIBRARY_TESTS, "*LibraryOriginal*:*OriginalAtRisk*"),
+        (FAULTS_TESTS, "*Faults*/LibraryNotUnderstood*:*Loses*:*DoesNotTake*"),
+    ],
+    "model/ValueLimits.cpp": [(MODEL_TESTS, "*Limits*"), (FILES_TESTS, "RecipeRows*")],
+    "files/CsvFields.cpp": [
+        (FILES_TESTS, "Csv*:*Csv*:RecipeWalk*"),
+        (ANSI_TESTS, "*"),
+        (FILES_TESTS, "*Table*:*SaveAsShown*"),
+        (FAULTS_TESTS, "*ReadFaults*/Table*"),
+    ],
+    "files/PagedFile.cpp": PAGED_RUNS,
+    "files/PagedLayout.cpp": PAGED_RUNS,
+    "files/PagedReader.cpp": PAGED_RUNS,
+    "files/RecipeRows.cpp": [
+        (FILES_TESTS, "RecipeRows*:CellTexts*:BinaryRecipe*"),
+        (FILES_TESTS, "*Csv*:*Paged*:RecipeWalk*:*SaveAsShown*:-*Seeds*"),
+    ],
+    "files/StretchCoding.cpp": [
+        (FILES_TESTS, "*StretchOf*:BinaryRecipe*:PagedRecipe*"),
+        (FILES_TESTS, "*SaveAsShown*:*Pieces*"),
     ],
     "merge/MergeParams.cpp": [(MERGE_TESTS, "-*MergedFile*:*MergeFailure*"), (MERGE_TESTS, "*")],
 }
@@ -190,10 +222,10 @@ def with_source(file, text):
 
 @contextlib.contextmanager
 def working_folder():
-    """A folder for one run, in memory where that can be: no test waits for a disk then. Others may enter it, since tests
-    act as an ordinary user."""
+    """A folder for one run, in memory where that can be: no test waits for a disk then. Others may make files in it, since
+    tests act as an ordinary user."""
     with tempfile.TemporaryDirectory(prefix="mutation-", dir=MEMORY if MEMORY.is_dir() else None) as folder:
-        os.chmod(folder, 0o755)
+        os.chmod(folder, 0o1777)
         yield Path(folder)
 
 

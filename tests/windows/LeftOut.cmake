@@ -25,6 +25,7 @@ set(vantor_disk_tests_left_out
   Replacement.LeavesTheOldBytesOfAHardLinkWhenThereIsNoRoom
   Replacement.MakesTheFileThatADanglingLinkNames
   Replacement.NeverTakesThePlaceOfWhatIsNoFile
+  Replacement.TellsThatItWasCopiedInPartAndKeepsTheWholeOne
   Replacement.RefusesWhatIsNoFile)
 
 # The system's own code pages give a "?" for each half of a surrogate pair, and characters of their own for bytes that
@@ -56,6 +57,7 @@ set(vantor_library_tests_left_out
   LibraryOriginal.ACopyThatCannotBeReadIsTakenForAnother
   LibraryOriginal.AFolderOrALinkThatLeadsNowhereTakesTheName
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
+  LibraryOriginal.TheCopyHasTheRightsOfTheFile
   LibraryOriginal.WhatCannotBeCopiedIsAFailureAndLeavesNothing)
 
 # The same, and pipes in the file system.
