@@ -51,7 +51,7 @@ DWORD FaultOfDenied(const std::wstring& name)
 {
     const DWORD attributes = GetFileAttributesW(name.c_str());
     const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isFolder ? ERROR_DIRECTORY_NOT_SUPPORTED : ERROR_ACCESS_DENIED;
+    return isFolder ? ERROR_NOT_SUPPORTED : ERROR_ACCESS_DENIED;
 }
 
 OVERLAPPED PlaceOf(std::uint64_t offset)

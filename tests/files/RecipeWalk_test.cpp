@@ -222,7 +222,7 @@ TEST_F(RecipeWalk, NoRowsAreTooManyForTheMemory)
         table += line;
     WriteAll(folder / "a.csv", std::as_bytes(std::span(table)));
     LayOut({AnsiColumn(262144)}, 0, 8192); // four gigabytes
-    const std::string name = folder / "a.";
+    const std::string name = (folder / "a.").string();
     for (const char* ending : {"rcp", "frp", "csv"}) {
         const fs::path path = name + ending;
         CLast taker;
