@@ -12,7 +12,7 @@ namespace {
 
 /// Where the package keeps its sample library, seen from the programs' folder; empty in a build that keeps the library
 /// beside the program.
-constexpr std::string_view kSample{VANTOR_SAMPLE_LIBRARY};
+constexpr std::string_view kSample{VANTOR_SAMPLE_LIBRARY}; // NOLINT(readability-redundant-string-init): the build says
 
 /// By way of the library's own save, which shows another program that starts now all of the file or nothing.
 void MakeFromSample(const fs::path& library, const fs::path& sample)
