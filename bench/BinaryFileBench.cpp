@@ -55,7 +55,7 @@ void BM_Load_Read(benchmark::State& state)
     CRecipeRows rows;
     for (auto _ : state) {
         rows.LayOut(BenchColumns(), 0, kBenchRows);
-        if (!ReadBinaryRecipe(rows, bench.Path(), false, reporter, progress))
+        if (ReadBinaryRecipe(rows, bench.Path(), false, reporter, progress) != Outcome::Done)
             state.SkipWithError("cannot read the file");
     }
 }

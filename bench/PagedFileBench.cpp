@@ -52,7 +52,7 @@ void BM_Paged_Read(benchmark::State& state)
     if (!MakeEmpty(bench.Path()) || !SavePaged(rows, bench.Path(), FileType::Frp, reporter, progress))
         state.SkipWithError("cannot write the file");
     for (auto _ : state)
-        if (!ReadPaged(rows, bench.Path(), FileType::Frp, reporter, progress))
+        if (ReadPaged(rows, bench.Path(), FileType::Frp, reporter, progress) != Outcome::Done)
             state.SkipWithError("cannot read the file");
     state.SetItemsProcessed(state.iterations() * kCells);
 }

@@ -51,7 +51,7 @@ bool ReadRows(const RecipeSource& source, CRecipeRows& rows, CReporter& reporter
 {
     rows = LayOutRows(source.settings);
     CNoProgress progress;
-    return rows.RowCount() == 0 || ReadRecipeOnly(source.type, rows, source.path, reporter, progress);
+    return rows.RowCount() == 0 || ReadRecipeOnly(source.type, rows, source.path, reporter, progress) == Outcome::Done;
 }
 
 bool SaveRows(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter)

@@ -92,12 +92,13 @@ try {
     return Outcome::Failed;
 }
 
-bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter, CProgress& progress)
+Outcome ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter,
+                         CProgress& progress)
 {
     rows.ShowNothing();
     if (path.empty() && newFile) {
         rows.ShowNewDocument();
-        return true;
+        return Outcome::Done;
     }
     CByteBuffer image;
     const Outcome outcome = ReadImage(path, rows, image, progress);
@@ -105,7 +106,7 @@ bool ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CRe
         ShowFileError(reporter, kOpenFileError, path);
     if (outcome == Outcome::Done)
         rows.ShowWords(std::move(image), RecipeKind::Flat);
-    return outcome == Outcome::Done;
+    return outcome;
 }
 
 SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)

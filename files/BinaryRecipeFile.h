@@ -13,10 +13,10 @@
 /// Fills `rows` from the file at `path`, in one read of the stretch they show. What lies behind the end of the file
 /// shows as the codec shows missing bytes.
 ///
-/// An empty `path` with `newFile` set makes a new document. False, with every cell empty, when the file cannot be
-/// opened or read (then reported: "Open file %s error!") or the work was given up.
-bool ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
-                      CProgress& progress);
+/// An empty `path` with `newFile` set makes a new document. Failed, with every cell empty, when the file cannot be
+/// opened or read; then reported: "Open file %s error!". GivenUp leaves every cell empty, too.
+Outcome ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
+                         CProgress& progress);
 
 /// Writes `rows` into the file at `path`, which is created when missing and never truncated: every cell is coded first,
 /// then the stretch goes out in one positioned write. Words before and behind it stay as they are; a gap before it

@@ -93,7 +93,7 @@ try {
 
 } // namespace
 
-bool ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+Outcome ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     rows.ShowNothing();
     CFieldTable fields;
@@ -103,7 +103,7 @@ bool ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProg
         ShowFileError(reporter, kOpenTableError, path);
     if (outcome == Outcome::Done)
         rows.ShowFields(std::move(fields));
-    return outcome == Outcome::Done;
+    return outcome;
 }
 
 SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)

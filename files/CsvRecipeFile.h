@@ -16,9 +16,9 @@
 /// not UTF-16 (neither is its first byte FF nor its second FE) is read in the ANSI code page: its fields end at commas
 /// and keep their quotes, and a line of more than 2047 bytes counts as several.
 ///
-/// False, with every cell empty, when the file cannot be opened or read (then reported: "Can't open file %s!") or the
-/// work was given up.
-bool ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+/// Failed, with every cell empty, when the file cannot be opened or read; then reported: "Can't open file %s!". GivenUp
+/// leaves every cell empty, too.
+Outcome ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
 
 /// Writes `rows` as the table at `path`, which is created or replaced as a whole.
 ///

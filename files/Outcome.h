@@ -3,11 +3,12 @@
 #include <new>
 #include <stdexcept>
 
-/// How a piece of work on a file ended.
+/// How a piece of work on a file ended. Work that takes a CReporter has reported its failure when it returns; any other
+/// leaves that to its caller, in the words of the file's type.
 enum class Outcome {
     Done,
-    Failed,      ///< still to be reported, in the words of the file's type
-    FailedMixed, ///< the same, and the file may hold old and new words now
+    Failed,
+    FailedMixed, ///< the same, and the file may hold old and new words now: only of work that writes
     GivenUp,     ///< by the user's wish: nothing to report
 };
 
@@ -37,7 +38,7 @@ constexpr SaveResult ResultOf(Outcome outcome)
     return {.isSaved = outcome == Outcome::Done, .mayHoldOldAndNew = outcome == Outcome::FailedMixed};
 }
 
-/// Whether a failure is still to be reported.
+/// Whether there is a failure to report.
 constexpr bool HasFailed(Outcome outcome)
 {
     return outcome == Outcome::Failed || outcome == Outcome::FailedMixed;

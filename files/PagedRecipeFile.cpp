@@ -91,16 +91,17 @@ Outcome ReadRows(CRecipeRows& rows, CPagedReader& file, CProgress& progress)
     return outcome;
 }
 
-bool IsRead(Outcome outcome, const fs::path& path, CReporter& reporter)
+/// `outcome`, once a failure was reported.
+Outcome ReportedRead(Outcome outcome, const fs::path& path, CReporter& reporter)
 {
     if (outcome == Outcome::Failed)
         ShowFileError(reporter, kOpenFileError, path);
-    return outcome == Outcome::Done;
+    return outcome;
 }
 
 } // namespace
 
-bool ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+Outcome ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
 {
     rows.ShowNothing();
     const Outcome outcome = WithinMemory([&] {
@@ -110,17 +111,17 @@ bool ReadPaged(CRecipeRows& rows, const fs::path& path, FileType type, CReporter
         rows.ShowEverywhere(WordsOfNoFile(rows), RecipeKind::Paged);
         return Outcome::Done;
     });
-    return IsRead(outcome, path, reporter);
+    return ReportedRead(outcome, path, reporter);
 }
 
-bool ReadPagedOnly(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
+Outcome ReadPagedOnly(CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter, CProgress& progress)
 {
     rows.ShowNothing();
     const Outcome outcome = WithinMemory([&] {
         CPagedReader file;
         return file.Open(path, KindOf(type)) ? ReadRows(rows, file, progress) : Outcome::Failed;
     });
-    return IsRead(outcome, path, reporter);
+    return ReportedRead(outcome, path, reporter);
 }
 
 SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter,

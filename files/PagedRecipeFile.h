@@ -22,14 +22,14 @@ constexpr PagedKind KindOf(FileType type)
 /// than its flat part. When it cannot be opened so, nothing is shown and every cell is that of the words 0x0030,
 /// 0x0000: an integer shows "48", a hexadecimal value "30"; CRecipeRows::ShowsTheSameEverywhere tells.
 ///
-/// False, with every cell empty, when the file is damaged or cannot be read (then reported: "Open file %s error!") or
-/// the work was given up.
-bool ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
-               CProgress& progress);
+/// Failed, with every cell empty, when the file is damaged or cannot be read; then reported: "Open file %s error!".
+/// GivenUp leaves every cell empty, too.
+Outcome ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
+                  CProgress& progress);
 
 /// Likewise, but never writes: the file need not be writable, and one that cannot be opened is a failure as others are.
-bool ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
-                   CProgress& progress);
+Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
+                      CProgress& progress);
 
 /// Writes `rows` into the file at `path`. Every cell is coded first; words before and behind the stretch stay as they
 /// are.

@@ -68,8 +68,8 @@ std::optional<FileType> FileTypeOf(const fs::path& path)
     return std::nullopt;
 }
 
-bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter,
-                CProgress& progress)
+Outcome ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter,
+                   CProgress& progress)
 {
     rows.ShowNothing();
     switch (type) {
@@ -81,10 +81,10 @@ bool ReadRecipe(FileType type, CRecipeRows& rows, const fs::path& path, bool new
     case FileType::Frp:
         return ReadPaged(rows, path, type, reporter, progress);
     }
-    return true; // any other number reads nothing
+    return Outcome::Done; // any other number reads nothing
 }
 
-bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     if (IsPaged(type))
         return ReadPagedOnly(rows, path, type, reporter, progress);

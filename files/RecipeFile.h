@@ -25,16 +25,20 @@ constexpr bool IsPaged(FileType type)
 /// The type that goes with the extension of `path`, whatever its case; nothing for any other extension.
 std::optional<FileType> FileTypeOf(const std::filesystem::path& path);
 
-/// Fills `rows` from the file at `path` in the given type. False after a failure, reported exactly once in the type's
-/// own words, or when the work was given up; every cell is empty then. kept: a paged file that cannot be opened is no
-/// failure (PagedRecipeFile.h).
-bool ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
-                CProgress& progress);
+/// Fills `rows` from the file at `path` in the given type. With `newFile` and an empty `path`, a flat file's rows are
+/// those of a new document. A number that is none of the four types reads nothing, and that is Done.
+///
+/// - Done: the rows are filled. kept: also when a paged file could not be opened; CRecipeRows::ShowsTheSameEverywhere
+///   tells (PagedRecipeFile.h).
+/// - Failed: every cell is empty, and the failure was reported here, exactly once and in the type's own words.
+/// - GivenUp: every cell is empty, because `progress` had the work end, and nothing was reported.
+Outcome ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile,
+                   CReporter& reporter, CProgress& progress);
 
 /// As ReadRecipe for a file that there is, but never writes: a paged file need not be writable, gets no pages, and one
-/// that cannot be opened is a failure, too.
-bool ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                    CProgress& progress);
+/// that cannot be opened is Failed, too, and reported.
+Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+                       CProgress& progress);
 
 /// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
 /// or when the work was given up. kept: a paged file that is missing or that one may not write is left so, and nothing

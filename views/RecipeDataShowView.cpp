@@ -92,10 +92,10 @@ int CRecipeDataShowView::ShowData(FileType type)
     m_rows.LayOut(LayOutColumns(format), m_frame.m_nStartAddress, m_frame.m_nReadCount);
 
     CProgressDialog progress(*this, tr("Reading the recipe file"));
-    const bool isRead =
+    const Outcome outcome =
         ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
-    m_bRowsOfFile = isRead && HasKnownType();
-    if (progress.Cancelled())
+    m_bRowsOfFile = outcome == Outcome::Done && HasKnownType();
+    if (outcome == Outcome::GivenUp)
         m_rows.Clear();
     else
         LayOutGrid();

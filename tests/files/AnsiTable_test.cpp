@@ -31,7 +31,7 @@ struct AnsiTable : testing::Test {
         CNoProgress progress;
         CRecipeRows rows;
         rows.LayOut(std::vector<ColumnCoding>(columns, AnsiColumn(4)), 0, rowCount);
-        EXPECT_TRUE(ReadCsv(rows, folder / "a.csv", reporter, progress));
+        EXPECT_EQ(ReadCsv(rows, folder / "a.csv", reporter, progress), Outcome::Done);
         return TextsOf(rows);
     }
 };

@@ -23,13 +23,13 @@ struct BinaryRecipeFailure : testing::Test {
     {
         WriteAll(good, WordBytes({7, 8}));
         rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
-        EXPECT_TRUE(ReadBinaryRecipe(rows, good, false, reporter, progress));
+        EXPECT_EQ(ReadBinaryRecipe(rows, good, false, reporter, progress), Outcome::Done);
     }
 
     void ExpectReadFails(const fs::path& path)
     {
         reporter.shown.clear();
-        EXPECT_FALSE(ReadBinaryRecipe(rows, path, false, reporter, progress));
+        EXPECT_EQ(ReadBinaryRecipe(rows, path, false, reporter, progress), Outcome::Failed);
         EXPECT_EQ(reporter.shown, Texts{u"Open file " + PathText(path) + u" error!"});
         EXPECT_EQ(rows.Text(0, 0), u"");
         EXPECT_EQ(rows.Text(0, 1), u"");
@@ -79,7 +79,7 @@ TEST_F(BinaryRecipeFailure, FileCutWhileItIsReadShowsWhatArrived)
     fs::resize_file(good, 2 * std::uintmax_t{kRows});
     rows.LayOut({Signed16Column()}, 0, kRows);
     CCuttingProgress cutting(good, 4);
-    EXPECT_TRUE(ReadBinaryRecipe(rows, good, false, reporter, cutting));
+    EXPECT_EQ(ReadBinaryRecipe(rows, good, false, reporter, cutting), Outcome::Done);
     EXPECT_TRUE(reporter.shown.empty());
     EXPECT_EQ(rows.Text(1, 0), u"8");
     EXPECT_EQ(rows.Text(kRows - 1, 0), u"0") << "as if the file had ended there";
@@ -111,7 +111,7 @@ TEST_F(BinaryRecipeFailure, ReadWithoutMemoryIsReported)
 TEST_F(BinaryRecipeFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
 {
     CImpatientProgress impatient(0);
-    EXPECT_FALSE(ReadBinaryRecipe(rows, good, false, reporter, impatient));
+    EXPECT_EQ(ReadBinaryRecipe(rows, good, false, reporter, impatient), Outcome::GivenUp);
     EXPECT_EQ(impatient.reports.size(), 1u);
     EXPECT_TRUE(reporter.shown.empty());
     EXPECT_EQ(rows.Text(0, 0), u"");

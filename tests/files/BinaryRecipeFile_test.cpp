@@ -17,7 +17,7 @@ struct BinaryRecipe : testing::Test {
     void Read(std::vector<ColumnCoding> columns, std::int32_t startAddress, std::int32_t rowCount)
     {
         rows.LayOut(std::move(columns), startAddress, rowCount);
-        ASSERT_TRUE(ReadBinaryRecipe(rows, path, false, reporter, progress));
+        ASSERT_EQ(ReadBinaryRecipe(rows, path, false, reporter, progress), Outcome::Done);
         ASSERT_TRUE(reporter.shown.empty());
     }
 
@@ -72,7 +72,7 @@ TEST_F(BinaryRecipe, SaveToANewPathBeginsWithZeros)
 TEST_F(BinaryRecipe, NewDocumentShowsZerosAndEmptyStringsAndSavesZeroWords)
 {
     rows.LayOut({Signed16Column(), AnsiColumn(2)}, 0, 2);
-    ASSERT_TRUE(ReadBinaryRecipe(rows, {}, true, reporter, progress));
+    ASSERT_EQ(ReadBinaryRecipe(rows, {}, true, reporter, progress), Outcome::Done);
     EXPECT_EQ(Shown(), (Texts{u"0", u"", u"0", u""}));
     Save();
     EXPECT_EQ(ReadAll(path), WordBytes({0, 0, 0, 0, 0, 0}));
@@ -82,7 +82,7 @@ TEST_F(BinaryRecipe, NewDocumentReadsAGivenPathAllTheSame)
 {
     WriteAll(path, WordBytes({7}));
     rows.LayOut({Signed16Column()}, 0, 1);
-    ASSERT_TRUE(ReadBinaryRecipe(rows, path, true, reporter, progress));
+    ASSERT_EQ(ReadBinaryRecipe(rows, path, true, reporter, progress), Outcome::Done);
     EXPECT_EQ(Shown(), Texts{u"7"});
 }
 

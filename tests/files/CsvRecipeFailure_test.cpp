@@ -23,13 +23,13 @@ struct CsvFailure : testing::Test {
     {
         WriteAll(good, BytesOf({'7', ',', '8'}));
         rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
-        EXPECT_TRUE(ReadCsv(rows, good, reporter, progress));
+        EXPECT_EQ(ReadCsv(rows, good, reporter, progress), Outcome::Done);
     }
 
     void ExpectReadFails(const fs::path& path)
     {
         reporter.shown.clear();
-        EXPECT_FALSE(ReadCsv(rows, path, reporter, progress));
+        EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Failed);
         EXPECT_EQ(reporter.shown, Texts{u"Can't open file " + PathText(path) + u"!"});
         EXPECT_EQ(TextsOf(rows), (Texts{u"", u""}));
     }
@@ -93,7 +93,7 @@ TEST_F(CsvFailure, FileCutWhileItIsReadShowsWhatArrived)
     WriteAll(good, lines);
     rows.LayOut({Signed16Column(), Signed16Column()}, 0, kRows);
     CCuttingProgress cutting(good, 4);
-    EXPECT_TRUE(ReadCsv(rows, good, reporter, cutting));
+    EXPECT_EQ(ReadCsv(rows, good, reporter, cutting), Outcome::Done);
     EXPECT_TRUE(reporter.shown.empty());
     EXPECT_EQ(rows.Text(0, 1), u"8");
     EXPECT_EQ(rows.Text(kRows - 1, 0), u"0") << "as if the file had ended there";
@@ -108,7 +108,7 @@ TEST_F(CsvFailure, ReadWithoutMemoryIsReported)
 TEST_F(CsvFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
 {
     CImpatientProgress impatient(0);
-    EXPECT_FALSE(ReadCsv(rows, good, reporter, impatient));
+    EXPECT_EQ(ReadCsv(rows, good, reporter, impatient), Outcome::GivenUp);
     EXPECT_EQ(impatient.reports.size(), 1u);
     EXPECT_TRUE(reporter.shown.empty());
     EXPECT_EQ(TextsOf(rows), (Texts{u"", u""}));
@@ -121,7 +121,7 @@ TEST_F(CsvFailure, PathOfAnyLengthIsGoodEnough)
         deep /= std::string(60, 'd');
     fs::create_directories(deep);
     EXPECT_TRUE(SaveCsv(rows, deep / "a.csv", reporter, progress));
-    EXPECT_TRUE(ReadCsv(rows, deep / "a.csv", reporter, progress));
+    EXPECT_EQ(ReadCsv(rows, deep / "a.csv", reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"7");
 }
 

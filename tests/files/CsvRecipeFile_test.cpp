@@ -56,7 +56,7 @@ struct CsvFile : testing::Test {
     {
         WriteAll(path, bytes);
         LayOut(columns, rowCount);
-        EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+        EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Done);
         EXPECT_TRUE(reporter.shown.empty());
         return TextsOf(rows);
     }
@@ -353,7 +353,7 @@ TEST_F(CsvFile, LineOf100MebibytesIsOne)
     WriteAll(path, Utf16File(u"a\t"));
     fs::resize_file(path, 2 + 2 * kUnits); // zeros, which cost no time to write
     LayOut(3, 2);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"a");
     EXPECT_EQ(rows.Text(0, 1).size(), kUnits - 2);
     EXPECT_EQ(rows.Text(0, 2), u"0");
@@ -365,7 +365,7 @@ TEST_F(CsvFile, FewRowsOfALongAnsiLineAreReadWithoutTheRest)
     WriteAll(path, AsciiFile("a,"));
     fs::resize_file(path, std::uintmax_t{1} << 32);
     LayOut(2, 2);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"a");
     EXPECT_EQ(rows.Text(0, 1), std::u16string(2045, u'\0'));
     EXPECT_EQ(rows.Text(1, 0), std::u16string(2047, u'\0'));
@@ -377,7 +377,7 @@ TEST_F(CsvFile, LoneSurrogatesAndZerosComeBackAsTheyWere)
     EXPECT_EQ(Read(Utf16File(odd + u"\t" + odd), 2, 1), (Texts{odd, odd}));
     Save();
     LayOut(2, 1);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Done);
     EXPECT_EQ(TextsOf(rows), (Texts{odd, u'"' + odd + u'"'})); // kept: the last field keeps its quotes
 }
 
@@ -408,7 +408,7 @@ TEST_F(CsvFile, WrittenTableIsReadAgainButForTheLastQuotes)
         rows.SetText(static_cast<std::int32_t>(i / 3), i % 3, texts[i]);
     Save();
     LayOut(3, 2);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, progress));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, progress), Outcome::Done);
     EXPECT_EQ(TextsOf(rows), (Texts{u"1", u"a b", u"\"\"", u"\u6E29", u"2.50", u"\"-7\""})); // kept
 }
 
@@ -424,7 +424,7 @@ TEST_F(CsvFile, ReadingTellsHowFarItIs)
     WriteAll(path, bytes);
     LayOut(1, 300000);
     CImpatientProgress patient(1000);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, patient));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, patient), Outcome::Done);
     EXPECT_EQ(patient.reports, (std::vector<std::pair<std::uint64_t, std::uint64_t>>{
                                    {262146, 600002}, {524290, 600002}, {600002, 600002}}));
 }
@@ -434,7 +434,7 @@ TEST_F(CsvFile, ReadingEndsWithTheLastRow)
     WriteAll(path, Utf16File(std::u16string(300000, u'\n')));
     LayOut(1, 1);
     CImpatientProgress patient(1000);
-    EXPECT_TRUE(ReadCsv(rows, path, reporter, patient));
+    EXPECT_EQ(ReadCsv(rows, path, reporter, patient), Outcome::Done);
     EXPECT_EQ(patient.reports.size(), 1u);
 }
 

@@ -81,7 +81,7 @@ TEST_P(PagedDamage, IsReportedOnceByAReadAndByASave)
     CNoProgress progress;
     CRecipeRows rows;
     rows.LayOut({Signed16Column()}, 32767, 10000); // the first row is in the flat part
-    EXPECT_FALSE(ReadPaged(rows, path, FileType::Frp, reporter, progress));
+    EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, progress), Outcome::Failed);
     EXPECT_EQ(reporter.shown, Texts{u"Open file " + PathText(path) + u" error!"});
     EXPECT_EQ(rows.Text(0, 0), u"");
 

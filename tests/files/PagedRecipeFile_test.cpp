@@ -68,7 +68,7 @@ struct PagedRecipe : testing::Test {
     Texts Read(std::vector<ColumnCoding> columns, std::int32_t startAddress, std::int32_t rowCount)
     {
         rows.LayOut(std::move(columns), startAddress, rowCount);
-        EXPECT_TRUE(ReadPaged(rows, path, FileType::Frp, reporter, progress));
+        EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, progress), Outcome::Done);
         EXPECT_TRUE(reporter.shown.empty());
         return TextsOf(rows);
     }
@@ -91,7 +91,7 @@ struct PagedRecipe : testing::Test {
     void ExpectReadFails()
     {
         reporter.shown.clear();
-        EXPECT_FALSE(ReadPaged(rows, path, FileType::Frp, reporter, progress));
+        EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, progress), Outcome::Failed);
         EXPECT_EQ(reporter.shown, Texts{u"Open file " + PathText(path) + u" error!"});
         EXPECT_EQ(rows.Text(0, 0), u"");
     }
@@ -228,7 +228,7 @@ TEST_F(PagedRecipe, LongStretchIsReadAndSavedWhole)
 
     CImpatientProgress reader(1000);
     rows.LayOut({Signed16Column()}, 30000, kRows);
-    EXPECT_TRUE(ReadPaged(rows, path, FileType::Frp, reporter, reader));
+    EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, reader), Outcome::Done);
     EXPECT_EQ(reader.reports,
               (std::vector<std::pair<std::uint64_t, std::uint64_t>>{{1048576, 1400000}, {1400000, 1400000}}));
     for (std::int32_t row = 0; row < kRows; ++row)
@@ -388,7 +388,7 @@ TEST_F(PagedRecipe, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
     WriteAll(path, WordBytes({7}));
     rows.LayOut({Signed16Column()}, 0, 1);
     CImpatientProgress impatient(0);
-    EXPECT_FALSE(ReadPaged(rows, path, FileType::Frp, reporter, impatient));
+    EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, impatient), Outcome::GivenUp);
     EXPECT_TRUE(reporter.shown.empty());
     EXPECT_EQ(rows.Text(0, 0), u"");
 }

@@ -59,7 +59,7 @@ TEST_F(RecipeFile, FlatFileIsReadAndSaved)
 {
     WriteAll(path, WordBytes({7}));
     rows.LayOut({Signed16Column()}, 0, 1);
-    EXPECT_TRUE(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress));
+    EXPECT_EQ(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"7");
     rows.SetText(0, 0, u"8");
     EXPECT_TRUE(SaveRecipe(FileType::Rcp, rows, path, reporter, progress));
@@ -71,7 +71,7 @@ TEST_F(RecipeFile, TableIsReadAndSaved)
 {
     WriteAll(path, BytesOf({'7', ',', '8'}));
     rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
-    EXPECT_TRUE(ReadRecipe(FileType::Csv, rows, path, false, reporter, progress));
+    EXPECT_EQ(ReadRecipe(FileType::Csv, rows, path, false, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 1), u"8");
     EXPECT_TRUE(SaveRecipe(FileType::Csv, rows, path, reporter, progress));
     EXPECT_EQ(ReadAll(path),
@@ -86,7 +86,7 @@ void MoveTo(const fs::path& path, CRecipeRows& rows, CReporter& reporter)
     const FileType type = FileTypeOf(path).value();
     ASSERT_TRUE(PrepareSaveAs(type, path, rows.StartAddress(), reporter));
     ASSERT_TRUE(SaveRecipe(type, rows, path, reporter, progress));
-    ASSERT_TRUE(ReadRecipe(type, rows, path, false, reporter, progress));
+    ASSERT_EQ(ReadRecipe(type, rows, path, false, reporter, progress), Outcome::Done);
 }
 
 TEST_F(RecipeFile, WordsGoThroughEveryTypeAndBack)
@@ -98,7 +98,7 @@ TEST_F(RecipeFile, WordsGoThroughEveryTypeAndBack)
     WriteAll(path, bytes);
     const std::vector<ColumnCoding> columns = {Signed16Column(), Hex16Column(), Signed16Column()};
     rows.LayOut(columns, 0, kRows);
-    ASSERT_TRUE(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress));
+    ASSERT_EQ(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress), Outcome::Done);
     for (const char* name : {"a.erp", "b.rcp", "c.frp", "d.erp", "e.rcp"})
         MoveTo(folder / name, rows, reporter);
     EXPECT_TRUE(ReadAll(folder / "b.rcp") == bytes);
@@ -116,7 +116,7 @@ TEST_F(RecipeFile, WordsGoThroughEveryTypeAndBack)
 TEST_F(RecipeFile, NewDocumentNeedsNoFile)
 {
     rows.LayOut({Signed16Column()}, 0, 1);
-    EXPECT_TRUE(ReadRecipe(FileType::Rcp, rows, {}, true, reporter, progress));
+    EXPECT_EQ(ReadRecipe(FileType::Rcp, rows, {}, true, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"0");
 }
 
@@ -125,7 +125,7 @@ TEST_F(RecipeFile, UnknownTypeReadsAndWritesNothing)
     WriteAll(path, WordBytes({7}));
     rows.LayOut({Signed16Column()}, 0, 1);
     const auto unknown = static_cast<FileType>(4);
-    EXPECT_TRUE(ReadRecipe(unknown, rows, path, false, reporter, progress));
+    EXPECT_EQ(ReadRecipe(unknown, rows, path, false, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"");
     EXPECT_TRUE(SaveRecipe(unknown, rows, path, reporter, progress));
     EXPECT_TRUE(PrepareSaveAs(unknown, path, 100, reporter));
@@ -154,7 +154,7 @@ TEST_P(ReadFailure, IsReportedInTheWordsOfTheType)
     CRecipeRows rows;
     rows.LayOut({Signed16Column()}, 0, 1);
     rows.SetText(0, 0, u"7");
-    EXPECT_FALSE(ReadRecipe(GetParam().type, rows, path, false, reporter, progress));
+    EXPECT_EQ(ReadRecipe(GetParam().type, rows, path, false, reporter, progress), Outcome::Failed);
     EXPECT_EQ(reporter.shown, GetParam().Message(path));
     EXPECT_EQ(rows.Text(0, 0), u"");
 }
@@ -251,7 +251,7 @@ TEST_P(PagedWithoutAFile, WritesAndShowsNothing) // kept
     EXPECT_TRUE(result.isLeftOut);
     EXPECT_FALSE(result.isSaved);
     EXPECT_FALSE(fs::exists(folder / "a"));
-    EXPECT_TRUE(ReadRecipe(GetParam(), rows, folder / "a", false, reporter, progress));
+    EXPECT_EQ(ReadRecipe(GetParam(), rows, folder / "a", false, reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"48");
     EXPECT_TRUE(reporter.shown.empty());
 }

@@ -65,7 +65,7 @@ struct RecipeWalk : testing::Test {
         CRecipeRows rows;
         rows.LayOut(layout.Columns(), layout.StartAddress(), layout.RowCount());
         CNoProgress progress;
-        EXPECT_TRUE(ReadRecipeOnly(FileTypeOf(path).value(), rows, path, reporter, progress));
+        EXPECT_EQ(ReadRecipeOnly(FileTypeOf(path).value(), rows, path, reporter, progress), Outcome::Done);
         return TextsOf(rows);
     }
 

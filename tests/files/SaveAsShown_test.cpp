@@ -68,7 +68,7 @@ TEST_P(SaveAsShown, StoresTheTextsCodedOneByOne)
     CNoProgress progress;
     CRecipeRows rows;
     rows.LayOut({coding}, 0, rowCount);
-    ASSERT_TRUE(ReadBinaryRecipe(rows, path, false, reporter, progress));
+    ASSERT_EQ(ReadBinaryRecipe(rows, path, false, reporter, progress), Outcome::Done);
     ASSERT_TRUE(SaveBinaryRecipe(rows, path, reporter, progress));
 
     Bytes expected(static_cast<std::size_t>(rows.StretchBytes()));

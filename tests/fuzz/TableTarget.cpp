@@ -126,7 +126,8 @@ CRecipeRows ReadAsDescribed(FuzzBytes file, std::size_t rowCount, std::size_t co
     CRecipeRows rows = EmptyRows(rowCount, columns);
     CRecordingReporter reporter;
     CNoProgress progress;
-    Require(ReadCsv(rows, path, reporter, progress) && reporter.shown.empty(), "any file can be read as a table");
+    Require(ReadCsv(rows, path, reporter, progress) == Outcome::Done && reporter.shown.empty(),
+            "any file can be read as a table");
     const std::vector<Line> wanted = ShouldShow(file, rowCount, columns);
     for (std::size_t row = 0; row < rowCount; ++row)
         for (std::size_t column = 0; column < columns; ++column)

@@ -46,7 +46,7 @@ protected:
         ASSERT_EQ(m_library.load(m_folder / "RecipeFile.Dat"), 1300);
         ASSERT_EQ(m_library.formats.size(), 1u);
         m_rows.LayOut(LayOutColumns(*m_library.formats[0]), m_library.startAddress, m_library.rowCount);
-        ASSERT_TRUE(ReadBinaryRecipe(m_rows, m_folder / "dough.rcp", false, m_reporter, m_progress));
+        ASSERT_EQ(ReadBinaryRecipe(m_rows, m_folder / "dough.rcp", false, m_reporter, m_progress), Outcome::Done);
     }
 
     std::u16string Row(std::int32_t row) const
@@ -115,7 +115,7 @@ TEST_F(FileFormatsDocument, TableExampleIsWhatASaveOfTheRecipeExampleWrites)
 TEST_F(FileFormatsDocument, TableExampleIsReadWithItsLastQuotes)
 {
     WriteAll(m_folder / "dough.csv", DocumentedBytes("table"));
-    EXPECT_TRUE(ReadCsv(m_rows, m_folder / "dough.csv", m_reporter, m_progress));
+    EXPECT_EQ(ReadCsv(m_rows, m_folder / "dough.csv", m_reporter, m_progress), Outcome::Done);
     EXPECT_EQ(Row(0), u"-5.5 | 90 | \"T55\"");
     EXPECT_EQ(Row(1), u"120.4 | 3600 | \"Rye\"");
     EXPECT_EQ(Row(2), u"25.4 | 0 | \"\"");
@@ -125,7 +125,7 @@ TEST_F(FileFormatsDocument, PagedExampleShowsTheRowsOfTheRecipeExample)
 {
     WriteAll(m_folder / "dough.frp", DocumentedBytes("paged"));
     m_rows.LayOut(LayOutColumns(*m_library.formats[0]), 32766, 2);
-    EXPECT_TRUE(ReadPaged(m_rows, m_folder / "dough.frp", FileType::Frp, m_reporter, m_progress));
+    EXPECT_EQ(ReadPaged(m_rows, m_folder / "dough.frp", FileType::Frp, m_reporter, m_progress), Outcome::Done);
     EXPECT_EQ(Row(0), u"-5.5 | 90 | T55");
     EXPECT_EQ(Row(1), u"120.4 | 3600 | Rye");
     EXPECT_EQ(ReadAll(m_folder / "dough.frp"), DocumentedBytes("paged"));

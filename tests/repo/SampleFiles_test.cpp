@@ -29,7 +29,8 @@ protected:
         ASSERT_GT(m_library.formats.size(), GetParam().index);
         const DataFormat& format = *m_library.formats[GetParam().index];
         m_rows.LayOut(LayOutColumns(format), GetParam().startAddress, GetParam().rowCount);
-        ASSERT_TRUE(ReadBinaryRecipe(m_rows, kExamples / "bakery-oven.rcp", false, m_reporter, m_progress));
+        ASSERT_EQ(ReadBinaryRecipe(m_rows, kExamples / "bakery-oven.rcp", false, m_reporter, m_progress),
+                  Outcome::Done);
     }
 
     FormatLibrary m_library;
