@@ -1,5 +1,7 @@
 #pragma once
 
+#include "disk/Holder.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -7,13 +9,6 @@
 #include <span>
 #include <string>
 #include <system_error>
-
-/// Which open file has the one hold of a file on the disk that there is at a time.
-enum class Holder {
-    ThisFile,
-    AnotherFile, ///< of this or another program
-    Unknown,     ///< the file system cannot tell, as many network shares
-};
 
 /// A regular file, opened once and closed with the object: the only place that makes the platform's file calls. A
 /// folder, a pipe or a device is refused as if it could not be opened. Paths are in the platform's native encoding and

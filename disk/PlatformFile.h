@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disk/File.h"
+#include "disk/Holder.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "files/FileType.h"
 #include "files/Outcome.h"
 #include "files/PagedLayout.h"
 #include "files/Progress.h"
-#include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
 #include "text/Reporter.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/RecipeFile.h"
+#include "files/FileType.h"
 #include "text/FileMessages.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "files/FileType.h"
 #include "files/Outcome.h"
-#include "files/RecipeFile.h"
 #include "files/RecipeRows.h"
 #include "text/Reporter.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/RecipeFile.h"
+#include "files/FileType.h"
 #include "files/RecipeRows.h"
 #include "text/Reporter.h"
 

@@ -1,4 +1,5 @@
 #include "files/PagedFile.h"
+#include "files/RecipeFile.h"
 #include "files/RecipeReplacement.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"

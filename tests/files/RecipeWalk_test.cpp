@@ -1,4 +1,5 @@
 #include "files/PagedFile.h"
+#include "files/RecipeFile.h"
 #include "files/RecipeWalk.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/TestColumns.h"
