@@ -121,14 +121,14 @@ std::optional<std::size_t> CFile::ReadAt(std::uint64_t offset, std::span<std::by
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::size_t piece = std::min(bytes.size() - done, kMostPerCall);
-        const std::int64_t count = platform::ReadSome(m_handle, offset + done, bytes.subspan(done, piece));
-        if (count < 0) {
+        const auto count = platform::ReadSome(m_handle, offset + done, bytes.subspan(done, piece));
+        if (!count) {
             m_lastError = platform::SystemError();
             return std::nullopt;
         }
-        if (count == 0)
+        if (*count == 0)
             break;
-        done += static_cast<std::size_t>(count);
+        done += *count;
     }
     return done;
 }
@@ -142,13 +142,13 @@ bool CFile::WriteAt(std::uint64_t offset, std::span<const std::byte> bytes)
     std::size_t done = 0;
     while (done < bytes.size()) {
         const std::size_t piece = std::min(bytes.size() - done, kMostPerCall);
-        const std::int64_t count = platform::WriteSome(m_handle, offset + done, bytes.subspan(done, piece));
-        if (count <= 0) {
-            m_lastError = count < 0 ? platform::SystemError() : std::make_error_code(std::errc::no_space_on_device);
+        const auto count = platform::WriteSome(m_handle, offset + done, bytes.subspan(done, piece));
+        if (!count || *count == 0) {
+            m_lastError = count ? std::make_error_code(std::errc::no_space_on_device) : platform::SystemError();
             return false;
         }
         m_changed = true; // only now: what took no byte has nothing to hand on, and may refuse to
-        done += static_cast<std::size_t>(count);
+        done += *count;
     }
     return true;
 }

@@ -37,9 +37,9 @@ std::optional<std::uint64_t> LengthOf(std::intptr_t file);
 bool SetLength(std::intptr_t file, std::uint64_t length);
 
 /// Moves one byte or more of at most 1 GiB between `bytes` and the file at `offset`: the number of them, 0 at the
-/// file's end, negative after an error.
-std::int64_t ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes);
-std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes);
+/// file's end; nothing after an error.
+std::optional<std::size_t> ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes);
+std::optional<std::size_t> WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes);
 
 /// Sets room aside for `size` bytes at `offset`; the file is at least as long as that then. Else tells why not.
 std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size);

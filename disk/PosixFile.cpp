@@ -134,6 +134,14 @@ bool LocksKeepWritesOut(int)
 
 #endif
 
+/// How many bytes a call moved; nothing when it answers -1.
+std::optional<std::size_t> CountOf(ssize_t answer)
+{
+    if (answer < 0)
+        return std::nullopt;
+    return static_cast<std::size_t>(answer);
+}
+
 template <typename Sync>
 bool IsFlushed(Sync sync)
 {
@@ -184,16 +192,16 @@ std::optional<std::uint64_t> LengthOf(std::intptr_t file)
     return static_cast<std::uint64_t>(status.st_size);
 }
 
-std::int64_t ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes)
+std::optional<std::size_t> ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes)
 {
-    return Restarted(
-        [&] { return pread(static_cast<int>(file), bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+    return CountOf(Restarted(
+        [&] { return pread(static_cast<int>(file), bytes.data(), bytes.size(), static_cast<off_t>(offset)); }));
 }
 
-std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes)
+std::optional<std::size_t> WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    return Restarted(
-        [&] { return pwrite(static_cast<int>(file), bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+    return CountOf(Restarted(
+        [&] { return pwrite(static_cast<int>(file), bytes.data(), bytes.size(), static_cast<off_t>(offset)); }));
 }
 
 /// Where the file system knows no such call, the C library writes into each block instead.

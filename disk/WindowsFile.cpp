@@ -102,22 +102,24 @@ std::optional<std::uint64_t> LengthOf(std::intptr_t file)
     return static_cast<std::uint64_t>(length.QuadPart);
 }
 
-std::int64_t ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes)
+std::optional<std::size_t> ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes)
 {
     OVERLAPPED place = PlaceOf(offset);
     DWORD count = 0;
     if (ReadFile(HandleOf(file), bytes.data(), static_cast<DWORD>(bytes.size()), &count, &place))
         return count;
-    return GetLastError() == ERROR_HANDLE_EOF ? 0 : -1;
+    if (GetLastError() == ERROR_HANDLE_EOF)
+        return 0;
+    return std::nullopt;
 }
 
-std::int64_t WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes)
+std::optional<std::size_t> WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes)
 {
     OVERLAPPED place = PlaceOf(offset);
     DWORD count = 0;
     if (WriteFile(HandleOf(file), bytes.data(), static_cast<DWORD>(bytes.size()), &count, &place))
         return count;
-    return -1;
+    return std::nullopt;
 }
 
 /// A longer file has its clusters from then on.

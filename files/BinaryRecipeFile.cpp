@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <new>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -16,7 +15,7 @@ namespace {
 constexpr std::size_t kPieceBytes = std::size_t{64} << 20; // of one read or write; the usual stretch is one piece
 
 Outcome ReadImage(const fs::path& path, const CRecipeRows& rows, CByteBuffer& image, CProgress& progress)
-try {
+{
     const CFile file(path, CFile::Mode::Read);
     const auto fileSize = file.Size();
     if (!fileSize)
@@ -38,8 +37,6 @@ try {
     }
     image.Shorten(done);
     return Outcome::Done;
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
 }
 
 /// How a save failed that had begun to write at `offset` into a file of `oldSize` bytes.
@@ -80,16 +77,14 @@ Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const s
 } // namespace
 
 Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
-try {
+{
     if (rows.StartAddress() < 0) // no file has such words
         return Outcome::Failed;
-    CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
-    const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
-    if (coded != Outcome::Done)
-        return coded;
-    return WriteImage(path, rows.FirstByte(), image.Bytes(), progress);
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
+    return WithinMemory([&] {
+        CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
+        const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
+        return coded == Outcome::Done ? WriteImage(path, rows.FirstByte(), image.Bytes(), progress) : coded;
+    });
 }
 
 Outcome ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, CReporter& reporter,
@@ -101,7 +96,7 @@ Outcome ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, 
         return Outcome::Done;
     }
     CByteBuffer image;
-    const Outcome outcome = ReadImage(path, rows, image, progress);
+    const Outcome outcome = WithinMemory([&] { return ReadImage(path, rows, image, progress); });
     if (outcome == Outcome::Failed)
         ShowFileError(reporter, kOpenFileError, path);
     if (outcome == Outcome::Done)

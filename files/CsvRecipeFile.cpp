@@ -6,7 +6,6 @@
 #include "text/FileMessages.h"
 #include "text/Utf16Bytes.h"
 
-#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -77,7 +76,7 @@ Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CProgress& progr
 }
 
 Outcome SaveTable(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
-try {
+{
     CReplacement file(path);
     if (!file.IsOpen())
         return Outcome::Failed;
@@ -87,8 +86,6 @@ try {
     if (file.Finish())
         return Outcome::Done;
     return file.MayHoldOldAndNew() ? Outcome::FailedMixed : Outcome::Failed;
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
 }
 
 } // namespace
@@ -108,7 +105,7 @@ Outcome ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CP
 
 SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
-    const Outcome outcome = SaveTable(rows, path, progress);
+    const Outcome outcome = WithinMemory([&] { return SaveTable(rows, path, progress); });
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveTableError, path);
     return ResultOf(outcome);

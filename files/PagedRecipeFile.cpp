@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -66,19 +65,18 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
     return file.Close() ? Outcome::Done : Outcome::FailedMixed;
 }
 
-Outcome SaveStretch(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file,
-                    CProgress& progress)
-try {
-    if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.StartAddress(), rows.StretchBytes()))
-        return Outcome::Failed;
-    CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
-    const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);
-    if (coded != Outcome::Done)
-        return coded;
-    // Another file may have that name by now: what is written into the one that had it would be lost.
-    return file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
-} catch (const std::bad_alloc&) {
-    return Outcome::Failed;
+Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file, CProgress& progress)
+{
+    return WithinMemory([&] {
+        if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+            return Outcome::Failed;
+        CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
+        const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);
+        if (coded != Outcome::Done)
+            return coded;
+        // Another file may have that name by now: what is written into the one that had it would be lost.
+        return file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
+    });
 }
 
 /// Fills `rows` when that is done.
@@ -131,7 +129,7 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
     const bool isOpen = file.Open(path, KindOf(type));
     if (!isOpen && IsMissingOrProtected(file.LastError()))
         return {.isLeftOut = true};
-    const Outcome outcome = isOpen ? SaveStretch(rows, path, KindOf(type), file, progress) : Outcome::Failed;
+    const Outcome outcome = isOpen ? SaveRows(rows, path, KindOf(type), file, progress) : Outcome::Failed;
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);
@@ -140,5 +138,5 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
 Outcome WritePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
 {
     CPagedFile file;
-    return file.Open(path, KindOf(type)) ? SaveStretch(rows, path, KindOf(type), file, progress) : Outcome::Failed;
+    return file.Open(path, KindOf(type)) ? SaveRows(rows, path, KindOf(type), file, progress) : Outcome::Failed;
 }
