@@ -1,5 +1,7 @@
 #include "files/PagedFile.h"
 
+#include "model/LittleEndian.h"
+
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -15,10 +17,7 @@ constexpr std::chrono::milliseconds kPauseBetweenTries{10};
 std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> entries)
 {
     std::array<std::byte, kBlockBytes> bytes;
-    auto out = bytes.begin();
-    for (const std::uint32_t entry : entries)
-        for (int shift = 0; shift < 32; shift += 8)
-            *out++ = static_cast<std::byte>(entry >> shift);
+    StoreEach(bytes, entries);
     return bytes;
 }
 

@@ -1,5 +1,6 @@
 #include "files/RecipeRows.h"
 
+#include "model/LittleEndian.h"
 #include "model/ValueLimits.h"
 
 #include <algorithm>
@@ -9,15 +10,11 @@
 
 namespace {
 
-/// The bytes of words as they lie in a file, low byte first.
+/// The bytes of words as they lie in a file.
 std::vector<std::byte> BytesOf(std::u16string_view words)
 {
-    std::vector<std::byte> bytes;
-    bytes.reserve(2 * words.size());
-    for (const char16_t word : words) {
-        bytes.push_back(static_cast<std::byte>(word & 0xFF));
-        bytes.push_back(static_cast<std::byte>(word >> 8));
-    }
+    std::vector<std::byte> bytes(words.size() * sizeof(char16_t));
+    StoreEach(bytes, words);
     return bytes;
 }
 

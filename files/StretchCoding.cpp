@@ -87,8 +87,8 @@ void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view te
     const ColumnCoding& coding = *column.coding;
     if (column.wholeNumberBytes != 0 && coding.decimalDigits == 0 && IsDecimalInteger(coding.dataType))
         if (const auto number = ReadPlainInteger(text)) { // as below, but faster
-            for (std::size_t i = 0; i < column.wholeNumberBytes; ++i)
-                image[pos++] = static_cast<std::byte>(static_cast<std::uint32_t>(*number) >> (8 * i));
+            StoreLittleEndian(image.subspan(pos, column.wholeNumberBytes), static_cast<std::uint32_t>(*number));
+            pos += column.wholeNumberBytes;
             return;
         }
     if (kind == RecipeKind::Paged)
@@ -102,10 +102,8 @@ void CodeCell(const CodedColumn& column, RecipeKind kind, CCellTexts& texts, std
               std::size_t& pos)
 {
     if (const std::u16string_view exact = texts.ExactWords(); !exact.empty()) {
-        for (const char16_t word : exact) {
-            StoreLittleEndian(image.subspan(pos, 2), static_cast<std::uint16_t>(word));
-            pos += 2;
-        }
+        StoreEach(image.subspan(pos), exact);
+        pos += exact.size() * sizeof(char16_t);
         return;
     }
     const auto words = texts.UntouchedWords();

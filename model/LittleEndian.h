@@ -33,3 +33,13 @@ void StoreLittleEndian(std::span<std::byte> bytes, Value value)
         value = static_cast<Value>(value >> 8);
     }
 }
+
+/// Puts `values` into `bytes`, which has room for them, one after the other.
+template <class Values>
+void StoreEach(std::span<std::byte> bytes, const Values& values)
+{
+    for (const auto value : values) {
+        StoreLittleEndian(bytes.first(sizeof value), value);
+        bytes = bytes.subspan(sizeof value);
+    }
+}
