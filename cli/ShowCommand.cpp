@@ -25,7 +25,7 @@ std::u16string IdText(std::int32_t row)
 
 std::u16string AddressText(const CRecipeRows& rows, std::int32_t row)
 {
-    return u"RW" + DecimalText(rows.WordAddress(row));
+    return u"RW" + DecimalText(rows.RowAddress(row).number);
 }
 
 /// The rows of a source: what is printed, but for the texts of the cells.

@@ -26,7 +26,7 @@ Outcome ReadImage(const fs::path& path, const CRecipeRows& rows, CByteBuffer& im
     std::size_t done = 0;
     while (done < total) {
         const auto piece = image.Bytes().subspan(done, std::min(kPieceBytes, total - done));
-        const auto arrived = file.ReadAt(rows.FirstByte() + done, piece);
+        const auto arrived = file.ReadAt((rows.FirstByte() + done).number, piece);
         if (!arrived)
             return Outcome::Failed;
         done += *arrived;
@@ -83,7 +83,7 @@ Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgre
     return WithinMemory([&] {
         CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
         const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
-        return coded == Outcome::Done ? WriteImage(path, rows.FirstByte(), image.Bytes(), progress) : coded;
+        return coded == Outcome::Done ? WriteImage(path, rows.FirstByte().number, image.Bytes(), progress) : coded;
     });
 }
 

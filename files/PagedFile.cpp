@@ -23,36 +23,36 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 
 } // namespace
 
-bool CPagedFile::MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount)
+bool CPagedFile::MakeRoom(WordAddress wordAddress, std::uint64_t byteCount)
 {
     const auto oldEnd = m_file.Size();
     if (!oldEnd || !IsSound(wordAddress, byteCount))
         return false;
     if (byteCount == 0)
         return true;
-    const std::uint64_t first = ByteAddress(wordAddress);
+    const ByteOffset first = FirstByteOf(wordAddress);
     const auto newEnd = EnterBlocks(first, first + byteCount, *oldEnd);
     return newEnd && (*newEnd == *oldEnd || GrowTo(*oldEnd, *newEnd));
 }
 
-bool CPagedFile::PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount)
+bool CPagedFile::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount)
 {
     const auto size = m_file.Size();
     return size && (*size > m_flatBytes ? MakeRoom(wordAddress, byteCount) : IsSound(wordAddress, byteCount));
 }
 
-bool CPagedFile::Write(std::int64_t wordAddress, std::span<const std::byte> bytes)
+bool CPagedFile::Write(WordAddress wordAddress, std::span<const std::byte> bytes)
 {
     if (!MakeRoom(wordAddress, bytes.size()))
         return false;
-    const std::uint64_t first = ByteAddress(wordAddress);
+    const ByteOffset first = FirstByteOf(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (!m_file.WriteAt(first, bytes.first(done)))
+    if (!m_file.WriteAt(first.number, bytes.first(done)))
         return false;
     while (done < bytes.size()) {
-        const std::uint64_t address = first + done;
+        const ByteOffset address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
-        if (!m_file.WriteAt(PageOf(address) + address % kBlockBytes, piece))
+        if (!m_file.WriteAt(PageOf(address) + PlaceInPage(address), piece))
             return false;
         done += piece.size();
     }
@@ -61,17 +61,16 @@ bool CPagedFile::Write(std::int64_t wordAddress, std::span<const std::byte> byte
 
 /// Enters all that the bytes from `first` to `end` lack in the directory and the tables at hand, in the order of the
 /// bytes and behind `fileEnd`: the length that the file is to have, nothing when an entry cannot lead so far.
-std::optional<std::uint64_t> CPagedFile::EnterBlocks(std::uint64_t first, std::uint64_t end, std::uint64_t fileEnd)
+std::optional<std::uint64_t> CPagedFile::EnterBlocks(ByteOffset first, ByteOffset end, std::uint64_t fileEnd)
 {
-    fileEnd = std::max(fileEnd, std::min<std::uint64_t>(end, m_flatBytes));
-    if (end <= m_flatBytes)
+    fileEnd = std::max(fileEnd, std::min(end, FlatEnd()).number);
+    if (end <= FlatEnd())
         return fileEnd;
     if (fileEnd == m_flatBytes) {
         m_directory = MakeTable(m_flatBytes);
         fileEnd += kBlockBytes;
     }
-    for (std::uint64_t address = std::max<std::uint64_t>(first, m_flatBytes); address < end;
-         address += kBlockBytes - address % kBlockBytes) {
+    for (ByteOffset address = std::max(first, FlatEnd()); address < end; address = NextPage(address)) {
         const std::size_t directoryIndex = DirectoryIndex(address);
         if (!EnterTable(directoryIndex, fileEnd))
             return std::nullopt;
@@ -179,7 +178,7 @@ std::unique_ptr<CPagedFile::Table> CPagedFile::MakeTable(std::uint32_t offset)
     return table;
 }
 
-bool PagedWrite(const fs::path& path, std::int64_t wordAddress, std::size_t wordCount, std::span<const std::byte> bytes,
+bool PagedWrite(const fs::path& path, WordAddress wordAddress, std::size_t wordCount, std::span<const std::byte> bytes,
                 PagedKind kind)
 {
     CPagedFile file;
@@ -187,7 +186,7 @@ bool PagedWrite(const fs::path& path, std::int64_t wordAddress, std::size_t word
            file.Write(wordAddress, bytes.first(2 * wordCount)) && file.Close();
 }
 
-bool PagedRead(const fs::path& path, std::int64_t wordAddress, std::size_t wordCount, std::span<std::byte> bytes,
+bool PagedRead(const fs::path& path, WordAddress wordAddress, std::size_t wordCount, std::span<std::byte> bytes,
                PagedKind kind)
 {
     if (wordCount > bytes.size() / 2)

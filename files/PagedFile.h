@@ -20,22 +20,22 @@ public:
     /// way to them, so that the writing does not fail for want of room. No word changes: what is new reads as zero
     /// bytes, as it did before. False after a failure, also for a stretch that is not sound; the file is as it was
     /// then, unless the disk refuses to take the first entries back, and sound in any case.
-    bool MakeRoom(std::int64_t wordAddress, std::uint64_t byteCount);
+    bool MakeRoom(WordAddress wordAddress, std::uint64_t byteCount);
 
     /// kept: in a file longer than its flat part, tables and pages are made where they are missing, as MakeRoom does; a
     /// shorter one only has to be sound.
-    bool PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount) override;
+    bool PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount) override;
 
     /// Writes `bytes` from a word on. The flat part grows up to its first byte, tables and pages are made where they
     /// are missing, before any word is written (MakeRoom). False after a failure; a stretch that is not sound is
     /// refused before anything is written.
-    bool Write(std::int64_t wordAddress, std::span<const std::byte> bytes);
+    bool Write(WordAddress wordAddress, std::span<const std::byte> bytes);
 
     /// Hands what was written to the disk and closes. False when the disk refuses it.
     bool Close() { return m_file.Close(); }
 
 private:
-    std::optional<std::uint64_t> EnterBlocks(std::uint64_t first, std::uint64_t end, std::uint64_t fileEnd);
+    std::optional<std::uint64_t> EnterBlocks(ByteOffset first, ByteOffset end, std::uint64_t fileEnd);
     bool EnterTable(std::size_t directoryIndex, std::uint64_t& fileEnd);
     bool EnterBlock(Table& owner, std::size_t index, std::uint64_t& fileEnd);
     bool GrowTo(std::uint64_t oldEnd, std::uint64_t newEnd);
@@ -48,10 +48,10 @@ private:
 
 /// Writes `wordCount` words from `bytes`, which holds them, into the file at `path` from a word on: CPagedFile::Write.
 /// False when the file cannot be opened, which is never created, or after another failure.
-bool PagedWrite(const std::filesystem::path& path, std::int64_t wordAddress, std::size_t wordCount,
+bool PagedWrite(const std::filesystem::path& path, WordAddress wordAddress, std::size_t wordCount,
                 std::span<const std::byte> bytes, PagedKind kind);
 
 /// Reads `wordCount` words into `bytes`, which has room for them: CPagedReader::Read of a CPagedFile. False, with zero
 /// bytes, when the file cannot be opened to read and to write; false after another failure too.
-bool PagedRead(const std::filesystem::path& path, std::int64_t wordAddress, std::size_t wordCount,
+bool PagedRead(const std::filesystem::path& path, WordAddress wordAddress, std::size_t wordCount,
                std::span<std::byte> bytes, PagedKind kind);

@@ -7,22 +7,27 @@ std::uint32_t FlatBytes(PagedKind kind)
     return kind == kErp ? 1U << 20 : 1U << 16;
 }
 
-std::uint64_t ByteAddress(std::int64_t wordAddress)
+std::size_t DirectoryIndex(ByteOffset address)
 {
-    return 2 * static_cast<std::uint64_t>(wordAddress);
+    return address.number >> 22 & 0x3FF;
 }
 
-std::size_t DirectoryIndex(std::uint64_t address)
+std::size_t TableIndex(ByteOffset address)
 {
-    return address >> 22 & 0x3FF;
+    return address.number >> 12 & 0x3FF;
 }
 
-std::size_t TableIndex(std::uint64_t address)
+std::uint32_t PlaceInPage(ByteOffset address)
 {
-    return address >> 12 & 0x3FF;
+    return static_cast<std::uint32_t>(address.number % kBlockBytes);
 }
 
-std::size_t BytesInPage(std::uint64_t address, std::size_t left)
+ByteOffset NextPage(ByteOffset address)
 {
-    return std::min<std::size_t>(left, kBlockBytes - address % kBlockBytes);
+    return address + (kBlockBytes - PlaceInPage(address));
+}
+
+std::size_t BytesInPage(ByteOffset address, std::size_t left)
+{
+    return std::min<std::size_t>(left, NextPage(address) - address);
 }

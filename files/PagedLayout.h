@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/Address.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -23,11 +25,16 @@ enum PagedKind : std::int32_t {
 constexpr std::size_t kBlockBytes = 4096; ///< of the directory, of a table and of a page
 
 std::uint32_t FlatBytes(PagedKind kind);
-std::uint64_t ByteAddress(std::int64_t wordAddress);
 
 /// Which entry of the directory, and which of its table, leads to the byte at `address`.
-std::size_t DirectoryIndex(std::uint64_t address);
-std::size_t TableIndex(std::uint64_t address);
+std::size_t DirectoryIndex(ByteOffset address);
+std::size_t TableIndex(ByteOffset address);
+
+/// Where the byte at `address` lies in its page.
+std::uint32_t PlaceInPage(ByteOffset address);
+
+/// The first byte behind the page of `address`.
+ByteOffset NextPage(ByteOffset address);
 
 /// How many of the next `left` bytes lie in the page of `address`.
-std::size_t BytesInPage(std::uint64_t address, std::size_t left);
+std::size_t BytesInPage(ByteOffset address, std::size_t left);

@@ -9,13 +9,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::uint64_t kAddressEnd = std::uint64_t{1} << 32;
+constexpr ByteOffset kAddressEnd(std::uint64_t{1} << 32);
 
-bool HasAddress(std::int64_t wordAddress, std::uint64_t byteCount)
+bool HasAddress(WordAddress wordAddress, std::uint64_t byteCount)
 {
-    if (wordAddress < 0 || wordAddress > static_cast<std::int64_t>(kAddressEnd / 2))
-        return false;
-    return byteCount <= kAddressEnd - ByteAddress(wordAddress);
+    const ByteOffset first = FirstByteOf(wordAddress);
+    return wordAddress >= WordAddress(0) && first <= kAddressEnd && byteCount <= kAddressEnd - first;
 }
 
 } // namespace
@@ -44,56 +43,56 @@ bool CPagedReader::Open(const fs::path& path, PagedKind kind)
     return m_file.Open(path, m_mode);
 }
 
-bool CPagedReader::IsSound(std::int64_t wordAddress, std::uint64_t byteCount)
+bool CPagedReader::IsSound(WordAddress wordAddress, std::uint64_t byteCount)
 {
     const auto size = m_file.Size();
     if (!size || !HasAddress(wordAddress, byteCount))
         return false;
-    const std::uint64_t end = ByteAddress(wordAddress) + byteCount;
-    if (byteCount == 0 || end <= m_flatBytes || *size <= m_flatBytes)
+    const ByteOffset first = FirstByteOf(wordAddress);
+    if (byteCount == 0 || first + byteCount <= FlatEnd() || *size <= m_flatBytes)
         return true;
     if (!LoadDirectory())
         return false;
-    const std::uint64_t first = std::max<std::uint64_t>(ByteAddress(wordAddress), m_flatBytes);
-    for (std::size_t index = DirectoryIndex(first); index <= DirectoryIndex(end - 1); ++index)
+    const std::size_t lastIndex = DirectoryIndex(first + (byteCount - 1));
+    for (std::size_t index = DirectoryIndex(std::max(first, FlatEnd())); index <= lastIndex; ++index)
         if (m_directory->entries[index] != 0 && !LoadTable(index))
             return false;
     return true;
 }
 
-bool CPagedReader::PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount)
+bool CPagedReader::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount)
 {
     return IsSound(wordAddress, byteCount);
 }
 
-bool CPagedReader::Read(std::int64_t wordAddress, std::span<std::byte> bytes)
+bool CPagedReader::Read(WordAddress wordAddress, std::span<std::byte> bytes)
 {
     std::fill(bytes.begin(), bytes.end(), std::byte{0});
     const auto size = m_file.Size();
     if (!size || !PrepareToRead(wordAddress, bytes.size()))
         return false;
-    const std::uint64_t first = ByteAddress(wordAddress);
+    const ByteOffset first = FirstByteOf(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (!m_file.ReadAt(first, bytes.first(done)))
+    if (!m_file.ReadAt(first.number, bytes.first(done)))
         return false;
     while (done < bytes.size() && *size > m_flatBytes) {
-        const std::uint64_t address = first + done;
+        const ByteOffset address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
         const std::uint32_t page = PageOf(address);
-        if (page != 0 && m_file.ReadAt(page + address % kBlockBytes, piece) != piece.size())
+        if (page != 0 && m_file.ReadAt(page + PlaceInPage(address), piece) != piece.size())
             return false;
         done += piece.size();
     }
     return true;
 }
 
-std::size_t CPagedReader::BytesInFlatPart(std::uint64_t first, std::size_t count) const
+std::size_t CPagedReader::BytesInFlatPart(ByteOffset first, std::size_t count) const
 {
-    return std::min<std::size_t>(count, m_flatBytes - std::min<std::uint64_t>(first, m_flatBytes));
+    return std::min<std::size_t>(count, FlatEnd() - std::min(first, FlatEnd()));
 }
 
 /// The offset of the page that holds the byte at `address`, which is sound; 0 where there is none.
-std::uint32_t CPagedReader::PageOf(std::uint64_t address) const
+std::uint32_t CPagedReader::PageOf(ByteOffset address) const
 {
     const auto& table = m_tables[DirectoryIndex(address)];
     return table ? table->entries[TableIndex(address)] : 0;

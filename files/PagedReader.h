@@ -40,13 +40,13 @@ public:
 
     /// Whether `byteCount` bytes from a word on have addresses, and no directory or table on the way to them is
     /// damaged. Changes nothing in the file.
-    bool IsSound(std::int64_t wordAddress, std::uint64_t byteCount);
+    bool IsSound(WordAddress wordAddress, std::uint64_t byteCount);
 
     /// What has to be done before so many bytes are read, and is done by Read; here only asks whether they are sound.
-    virtual bool PrepareToRead(std::int64_t wordAddress, std::uint64_t byteCount);
+    virtual bool PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount);
 
     /// Reads into `bytes` from a word on; what the file does not hold reads as zero bytes. False after a failure.
-    bool Read(std::int64_t wordAddress, std::span<std::byte> bytes);
+    bool Read(WordAddress wordAddress, std::span<std::byte> bytes);
 
 protected:
     struct Table { ///< the directory, or a page table
@@ -58,8 +58,9 @@ protected:
     /// For a file that is opened in another mode.
     explicit CPagedReader(CFile::Mode mode) : m_mode(mode) {}
 
-    std::size_t BytesInFlatPart(std::uint64_t first, std::size_t count) const;
-    std::uint32_t PageOf(std::uint64_t address) const;
+    ByteOffset FlatEnd() const { return ByteOffset(m_flatBytes); }
+    std::size_t BytesInFlatPart(ByteOffset first, std::size_t count) const;
+    std::uint32_t PageOf(ByteOffset address) const;
     bool LoadTable(std::size_t directoryIndex);
 
     CFile m_file;

@@ -16,9 +16,9 @@ namespace {
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
 /// The word at byte `pos` of the stretch that `rows` show.
-std::int64_t WordAt(const CRecipeRows& rows, std::size_t pos)
+WordAddress WordAt(const CRecipeRows& rows, std::size_t pos)
 {
-    return rows.StartAddress() + static_cast<std::int64_t>(pos / 2);
+    return rows.RowAddress(0) + static_cast<std::int64_t>(pos / 2);
 }
 
 /// kept: 0x0030, 0x0000, and zeros for the longest value.
@@ -35,7 +35,7 @@ CByteBuffer WordsOfNoFile(const CRecipeRows& rows)
 
 Outcome ReadStretch(const CRecipeRows& rows, CPagedReader& file, CByteBuffer& image, CProgress& progress)
 {
-    if (!file.PrepareToRead(rows.StartAddress(), rows.StretchBytes()))
+    if (!file.PrepareToRead(rows.RowAddress(0), rows.StretchBytes()))
         return Outcome::Failed;
     image = CByteBuffer(static_cast<std::size_t>(rows.StretchBytes()));
     const std::size_t total = image.Bytes().size();
@@ -52,7 +52,7 @@ Outcome ReadStretch(const CRecipeRows& rows, CPagedReader& file, CByteBuffer& im
 
 Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const std::byte> image, CProgress& progress)
 {
-    if (!file.MakeRoom(rows.StartAddress(), image.size())) // a full disk is found before an old word is touched
+    if (!file.MakeRoom(rows.RowAddress(0), image.size())) // a full disk is found before an old word is touched
         return Outcome::Failed;
     for (std::size_t done = 0; done < image.size();) {
         const auto piece = image.subspan(done, std::min(kPieceBytes, image.size() - done));
@@ -68,7 +68,7 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
 Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file, CProgress& progress)
 {
     return WithinMemory([&] {
-        if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.StartAddress(), rows.StretchBytes()))
+        if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.RowAddress(0), rows.StretchBytes()))
             return Outcome::Failed;
         CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
         const Outcome coded = CodeStretch(rows, RecipeKind::Paged, image.Bytes(), progress);

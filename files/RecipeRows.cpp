@@ -45,19 +45,20 @@ std::uint64_t CRecipeRows::StretchBytes() const
     return 2 * static_cast<std::uint64_t>(m_wordsPerRow) * static_cast<std::uint64_t>(m_rowCount);
 }
 
-std::uint64_t CRecipeRows::FirstByte() const
-{
-    return 2 * static_cast<std::uint64_t>(m_startAddress);
-}
-
 std::uint64_t CRecipeRows::BytesWithin(std::uint64_t fileSize) const
 {
-    return fileSize <= FirstByte() ? 0 : std::min(fileSize - FirstByte(), StretchBytes());
+    const ByteOffset fileEnd(fileSize);
+    return fileEnd <= FirstByte() ? 0 : std::min(fileEnd - FirstByte(), StretchBytes());
 }
 
-std::int64_t CRecipeRows::WordAddress(std::int32_t row) const
+WordAddress CRecipeRows::RowAddress(std::int32_t row) const
 {
-    return m_startAddress + static_cast<std::int64_t>(m_wordsPerRow) * row;
+    return WordAddress(m_startAddress) + static_cast<std::int64_t>(m_wordsPerRow) * row;
+}
+
+ByteOffset CRecipeRows::FirstByte() const
+{
+    return FirstByteOf(RowAddress(0));
 }
 
 void CRecipeRows::ShowNothing()

@@ -3,6 +3,7 @@
 #include "files/ByteBuffer.h"
 #include "files/CellState.h"
 #include "files/FieldTable.h"
+#include "model/Address.h"
 #include "model/ColumnCoding.h"
 #include "model/WordCodec.h"
 
@@ -33,12 +34,12 @@ public:
 
     const std::vector<ColumnCoding>& Columns() const { return m_columns; }
     std::int32_t RowCount() const { return m_rowCount; }
-    std::int32_t StartAddress() const { return m_startAddress; } ///< word address of row 0
+    std::int32_t StartAddress() const { return m_startAddress; } ///< word address of row 0, as it was set
     std::int32_t WordsPerRow() const { return m_wordsPerRow; }
     std::uint64_t StretchBytes() const;                      ///< the bytes that all rows take
-    std::uint64_t FirstByte() const;                         ///< where row 0 begins in a flat file
-    std::uint64_t BytesWithin(std::uint64_t fileSize) const; ///< of them, those that such a flat file holds
-    std::int64_t WordAddress(std::int32_t row) const;        ///< of the row's first word
+    std::uint64_t BytesWithin(std::uint64_t fileSize) const; ///< of them, those that a flat file of that size holds
+    WordAddress RowAddress(std::int32_t row) const;          ///< of the row's first word
+    ByteOffset FirstByte() const;                            ///< of row 0
     std::int32_t WordOffset(std::size_t column) const { return m_wordOffsets[column]; } ///< within a row
 
     /// Every cell becomes empty.

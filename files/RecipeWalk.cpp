@@ -70,7 +70,7 @@ private:
 
 class CFlatStretch final : public CStretch {
 public:
-    CFlatStretch(const CFile& file, std::uint64_t first, std::uint64_t size, std::size_t reach)
+    CFlatStretch(const CFile& file, ByteOffset first, std::uint64_t size, std::size_t reach)
         : CStretch(size, reach),
           m_file(file),
           m_first(first)
@@ -80,16 +80,16 @@ public:
 private:
     std::optional<std::size_t> Read(std::uint64_t pos, std::span<std::byte> bytes) override
     {
-        return m_file.ReadAt(m_first + pos, bytes);
+        return m_file.ReadAt((m_first + pos).number, bytes);
     }
 
     const CFile& m_file;
-    const std::uint64_t m_first;
+    const ByteOffset m_first;
 };
 
 class CPagedStretch final : public CStretch {
 public:
-    CPagedStretch(CPagedReader& file, std::int64_t firstWord, std::uint64_t size, std::size_t reach)
+    CPagedStretch(CPagedReader& file, WordAddress firstWord, std::uint64_t size, std::size_t reach)
         : CStretch(size, reach),
           m_file(file),
           m_firstWord(firstWord)
@@ -105,7 +105,7 @@ private:
     }
 
     CPagedReader& m_file;
-    const std::int64_t m_firstWord;
+    const WordAddress m_firstWord;
 };
 
 /// The most bytes that the text of a cell is made of.
@@ -149,9 +149,9 @@ Outcome WalkFlat(const CRecipeRows& layout, const fs::path& path, CCellTaker& ta
 Outcome WalkPaged(const CRecipeRows& layout, const fs::path& path, PagedKind kind, CCellTaker& taker)
 {
     CPagedReader file;
-    if (!file.Open(path, kind) || !file.IsSound(layout.StartAddress(), layout.StretchBytes()))
+    if (!file.Open(path, kind) || !file.IsSound(layout.RowAddress(0), layout.StretchBytes()))
         return Outcome::Failed;
-    CPagedStretch stretch(file, layout.StartAddress(), layout.StretchBytes(), ReachOf(layout));
+    CPagedStretch stretch(file, layout.RowAddress(0), layout.StretchBytes(), ReachOf(layout));
     return WalkStretch(layout, stretch, RecipeKind::Paged, taker);
 }
 

@@ -1,6 +1,7 @@
 #include "merge/MergeFiles.h"
 
 #include "disk/File.h"
+#include "model/Address.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
@@ -21,15 +22,16 @@ constexpr std::u16string_view kMergeFailed = u"Merge file %s failed!";
 /// What goes from one source to the merged file, in words.
 struct Stretch {
     const fs::path& source;
-    std::int32_t readStart;
+    WordAddress readStart;
     std::int32_t length;
-    std::int32_t place;
+    WordAddress place;
 };
 
 std::array<Stretch, 2> StretchesOf(const MergeParams& params)
 {
-    return {{{params.firstPath, params.firstReadStart, params.firstLength, params.firstPlace},
-             {params.secondPath, params.secondReadStart, params.secondLength, params.secondPlace}}};
+    return {{{params.firstPath, WordAddress(params.firstReadStart), params.firstLength, WordAddress(params.firstPlace)},
+             {params.secondPath, WordAddress(params.secondReadStart), params.secondLength,
+              WordAddress(params.secondPlace)}}};
 }
 
 std::size_t ByteCount(std::int32_t words)
@@ -37,15 +39,11 @@ std::size_t ByteCount(std::int32_t words)
     return 2 * static_cast<std::size_t>(words);
 }
 
-std::uint64_t ByteAddress(std::int32_t wordAddress)
-{
-    return 2 * static_cast<std::uint64_t>(wordAddress);
-}
-
 bool FitsInto(std::int32_t mergedWords, const Stretch& stretch)
 {
-    return stretch.readStart >= 0 && stretch.length >= 0 && stretch.place >= 0 && stretch.length <= mergedWords &&
-           stretch.place <= mergedWords - stretch.length;
+    constexpr WordAddress kFirst(0);
+    return stretch.readStart >= kFirst && stretch.length >= 0 && stretch.place >= kFirst &&
+           stretch.place + stretch.length <= WordAddress(mergedWords);
 }
 
 /// One run, which tells of its first failure.
@@ -91,9 +89,9 @@ bool CMergeRun::Add(const Stretch& stretch)
     }
     const std::span<std::byte> bytes = std::span(m_buffer).first(ByteCount(stretch.length));
     std::fill(bytes.begin(), bytes.end(), std::byte{0}); // what the source no longer holds
-    if (!source.ReadAt(ByteAddress(stretch.readStart), bytes))
+    if (!source.ReadAt(FirstByteOf(stretch.readStart).number, bytes))
         return FailReading(stretch.source, source);
-    return m_merged.WriteAt(ByteAddress(stretch.place), bytes) || FailWriting();
+    return m_merged.WriteAt(FirstByteOf(stretch.place).number, bytes) || FailWriting();
 }
 
 /// Tells what could not be done to the open `file` at `path`, and why.

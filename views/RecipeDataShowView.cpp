@@ -219,8 +219,8 @@ QString CRecipeDataShowView::ChosenCellInfo() const
         return {};
     const auto column = static_cast<std::size_t>(m_nCurrentColumn - kFixedColumns);
     const ColumnCoding& coding = m_rows.Columns()[column];
-    const auto address = m_rows.WordAddress(m_nCurrentRow - kFixedRows) + m_rows.WordOffset(column);
-    QStringList parts{QStringLiteral("RW%1").arg(address), ToQString(NameOf(coding.dataType)),
+    const auto address = m_rows.RowAddress(m_nCurrentRow - kFixedRows) + m_rows.WordOffset(column);
+    QStringList parts{QStringLiteral("RW%1").arg(address.number), ToQString(NameOf(coding.dataType)),
                       ToQString(LimitsText(coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
@@ -251,7 +251,7 @@ QString CRecipeDataShowView::CellText(int row, int column) const
     case 0:
         return QString::number(row);
     case 1:
-        return QStringLiteral("RW%1").arg(m_rows.WordAddress(dataRow));
+        return QStringLiteral("RW%1").arg(m_rows.RowAddress(dataRow).number);
     default:
         return ToQString(m_rows.Text(dataRow, static_cast<std::size_t>(column - kFixedColumns)));
     }

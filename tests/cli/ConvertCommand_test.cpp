@@ -132,7 +132,7 @@ TEST_F(ConvertCommand, ExistingPagedFileKeepsItsPages)
     const fs::path target = folder / "b.frp";
     WriteAll(target, {});
     for (const std::int64_t address : {3, 40000, 2100000})
-        ASSERT_TRUE(PagedWrite(target, address, 1, WordBytes({77}), kFrp));
+        ASSERT_TRUE(PagedWrite(target, WordAddress(address), 1, WordBytes({77}), kFrp));
     Bytes wanted = ReadAll(target);
     wanted[2] = std::byte{5};
     ExpectDone({"convert", recipe.string(), target.string(), "--format", "W\xC3\xB6rter", "--rows", "1"});

@@ -78,7 +78,7 @@ void HoldingLinkedLibrary(const SavePlace& place)
 void HoldingPages(const SavePlace& place)
 {
     WriteAll(place.Disk("a.frp"), Pattern(65536, 65));
-    PagedWrite(place.Disk("a.frp"), 32768, 100, Pattern(200, 70), kFrp);
+    PagedWrite(place.Disk("a.frp"), WordAddress(32768), 100, Pattern(200, 70), kFrp);
 }
 
 using Words = std::vector<std::string>;

@@ -34,7 +34,8 @@ std::optional<Bytes> PagedWords(const SavePlace& place, const Bytes& content)
     Bytes low(100000);
     Bytes high(4096);
     CPagedReader file;
-    const bool isSound = file.Open(copy, kFrp) && file.Read(0, low) && file.Read(2999000, high);
+    const bool isSound =
+        file.Open(copy, kFrp) && file.Read(WordAddress(0), low) && file.Read(WordAddress(2999000), high);
     fs::remove(copy);
     if (!isSound)
         return std::nullopt;

@@ -60,8 +60,8 @@ struct PagedDamage : testing::TestWithParam<DamageCase> {
 TEST_P(PagedDamage, IsRefusedAndNothingIsWritten)
 {
     Bytes word = WordBytes({1});
-    EXPECT_FALSE(PagedWrite(path, 40000, 1, word, kFrp));
-    EXPECT_FALSE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_FALSE(PagedWrite(path, WordAddress(40000), 1, word, kFrp));
+    EXPECT_FALSE(PagedRead(path, WordAddress(40000), 1, word, kFrp));
     EXPECT_TRUE(ReadAll(path) == damaged);
 }
 
@@ -69,8 +69,8 @@ TEST_P(PagedDamage, DoesNotHarmTheFlatPart)
 {
     for (const std::int64_t address : {0, 100, 32767}) {
         Bytes word(2);
-        EXPECT_TRUE(PagedWrite(path, address, 1, WordBytes({0x1234}), kFrp)) << address;
-        EXPECT_TRUE(PagedRead(path, address, 1, word, kFrp)) << address;
+        EXPECT_TRUE(PagedWrite(path, WordAddress(address), 1, WordBytes({0x1234}), kFrp)) << address;
+        EXPECT_TRUE(PagedRead(path, WordAddress(address), 1, word, kFrp)) << address;
         EXPECT_EQ(word, WordBytes({0x1234})) << address;
     }
 }
@@ -130,7 +130,7 @@ TEST_F(PagedNeighbours, SoundFileIsRead)
 {
     WriteAll(path, SoundFile());
     Bytes word(2);
-    EXPECT_TRUE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_TRUE(PagedRead(path, WordAddress(40000), 1, word, kFrp));
     EXPECT_EQ(word, WordBytes({7}));
 }
 
@@ -143,7 +143,7 @@ TEST_F(PagedNeighbours, PageOfTwoTablesIsRefused)
     WriteAll(path, bytes);
     CPagedFile file;
     ASSERT_TRUE(file.Open(path, kFrp));
-    EXPECT_FALSE(file.IsSound(40000, 2 * 2097152));
+    EXPECT_FALSE(file.IsSound(WordAddress(40000), 2 * 2097152));
     EXPECT_TRUE(ReadAll(path) == bytes);
 }
 
@@ -158,12 +158,12 @@ TEST_F(PagedNeighbours, StretchIsSoundUpToTheTableThatIsDamaged)
     for (const std::uint64_t byteCount : {0U, 1U, 2U, 3U, 4U}) {
         CPagedFile file;
         ASSERT_TRUE(file.Open(path, kFrp));
-        EXPECT_EQ(file.IsSound(kLastWordBefore, byteCount), byteCount <= 2) << byteCount;
+        EXPECT_EQ(file.IsSound(WordAddress(kLastWordBefore), byteCount), byteCount <= 2) << byteCount;
     }
     for (const std::uint64_t byteCount : {0U, 1U}) {
         CPagedFile file;
         ASSERT_TRUE(file.Open(path, kFrp));
-        EXPECT_EQ(file.IsSound(kLastWordBefore + 1, byteCount), byteCount == 0) << byteCount;
+        EXPECT_EQ(file.IsSound(WordAddress(kLastWordBefore + 1), byteCount), byteCount == 0) << byteCount;
     }
 }
 
@@ -174,8 +174,8 @@ TEST_F(PagedNeighbours, NoBytesAreSoundInADamagedFile)
     WriteAll(path, bytes);
     CPagedFile file;
     ASSERT_TRUE(file.Open(path, kFrp));
-    EXPECT_TRUE(file.IsSound(40000, 0));
-    EXPECT_FALSE(file.IsSound(40000, 1));
+    EXPECT_TRUE(file.IsSound(WordAddress(40000), 0));
+    EXPECT_FALSE(file.IsSound(WordAddress(40000), 1));
 }
 
 TEST_F(PagedNeighbours, TableAndPageMayBeginAtAnyByte)
@@ -186,9 +186,9 @@ TEST_F(PagedNeighbours, TableAndPageMayBeginAtAnyByte)
     bytes[kPage + 2 + 2176] = std::byte{7};
     WriteAll(path, bytes);
     Bytes word(2);
-    EXPECT_TRUE(PagedRead(path, 40000, 1, word, kFrp));
+    EXPECT_TRUE(PagedRead(path, WordAddress(40000), 1, word, kFrp));
     EXPECT_EQ(word, WordBytes({7}));
-    EXPECT_TRUE(PagedWrite(path, 40000, 1, WordBytes({0x1234}), kFrp));
+    EXPECT_TRUE(PagedWrite(path, WordAddress(40000), 1, WordBytes({0x1234}), kFrp));
     bytes[kPage + 2 + 2176] = std::byte{0x34};
     bytes[kPage + 2 + 2177] = std::byte{0x12};
     EXPECT_TRUE(ReadAll(path) == bytes);
@@ -203,8 +203,10 @@ TEST_F(PagedNeighbours, ExtremeEntriesAreRefusedWhereverTheyStand)
                 StoreEntry(bytes, table + 4 * index, entry);
                 WriteAll(path, bytes);
                 Bytes word = WordBytes({1});
-                EXPECT_FALSE(PagedWrite(path, 40000, 1, word, kFrp)) << table << ' ' << index << ' ' << entry;
-                EXPECT_FALSE(PagedRead(path, 40000, 1, word, kFrp)) << table << ' ' << index << ' ' << entry;
+                EXPECT_FALSE(PagedWrite(path, WordAddress(40000), 1, word, kFrp))
+                    << table << ' ' << index << ' ' << entry;
+                EXPECT_FALSE(PagedRead(path, WordAddress(40000), 1, word, kFrp))
+                    << table << ' ' << index << ' ' << entry;
                 EXPECT_TRUE(ReadAll(path) == bytes) << table << ' ' << index << ' ' << entry;
             }
 }
@@ -218,8 +220,8 @@ TEST_F(PagedNeighbours, LongerFlatPartIsGuardedAlike)
         StoreEntry(bytes, kErpDirectory, entry);
         WriteAll(path, bytes);
         Bytes word = WordBytes({1});
-        EXPECT_FALSE(PagedWrite(path, kWord, 1, word, kErp)) << entry;
-        EXPECT_FALSE(PagedRead(path, kWord, 1, word, kErp)) << entry;
+        EXPECT_FALSE(PagedWrite(path, WordAddress(kWord), 1, word, kErp)) << entry;
+        EXPECT_FALSE(PagedRead(path, WordAddress(kWord), 1, word, kErp)) << entry;
         EXPECT_TRUE(ReadAll(path) == bytes) << entry;
     }
 }
@@ -230,11 +232,11 @@ TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
     CPagedFile file;
     Bytes word(2);
     ASSERT_TRUE(file.Open(path, kFrp));
-    ASSERT_TRUE(file.Read(40000, word));
+    ASSERT_TRUE(file.Read(WordAddress(40000), word));
     fs::resize_file(path, kPage);
-    EXPECT_FALSE(file.Read(40000, word));
+    EXPECT_FALSE(file.Read(WordAddress(40000), word));
     fs::resize_file(path, 10);
-    EXPECT_TRUE(file.Read(0, word)) << "the flat part may be of any length";
+    EXPECT_TRUE(file.Read(WordAddress(0), word)) << "the flat part may be of any length";
 }
 
 /// What is made anew must not come to lie in the directory that is at hand.
@@ -243,9 +245,9 @@ TEST_F(PagedNeighbours, DirectoryCutWhileOpenFailsTheWriteAndNothingIsWritten)
     WriteAll(path, Bytes(kTable));
     CPagedFile file;
     ASSERT_TRUE(file.Open(path, kFrp));
-    ASSERT_TRUE(file.IsSound(40000, 2));
+    ASSERT_TRUE(file.IsSound(WordAddress(40000), 2));
     fs::resize_file(path, kTable - 1);
-    EXPECT_FALSE(file.Write(40000, WordBytes({7})));
+    EXPECT_FALSE(file.Write(WordAddress(40000), WordBytes({7})));
     EXPECT_TRUE(ReadAll(path) == Bytes(kTable - 1));
 }
 
@@ -272,8 +274,8 @@ TEST_F(PagedNeighbours, DirectoryThatIsCutIsNoSounderTheSecondTime)
     WriteAll(path, Bytes(kTable - 1));
     CPagedFile file;
     ASSERT_TRUE(file.Open(path, kFrp));
-    EXPECT_FALSE(file.IsSound(40000, 2));
-    EXPECT_FALSE(file.IsSound(40000, 2));
+    EXPECT_FALSE(file.IsSound(WordAddress(40000), 2));
+    EXPECT_FALSE(file.IsSound(WordAddress(40000), 2));
 }
 
 TEST(PagePlaces, NeverShareAByte)

@@ -25,13 +25,13 @@ std::uint32_t WordAt(const Bytes& bytes, std::size_t pos)
 struct PagedFile : testing::Test {
     void Write(std::int64_t wordAddress, std::initializer_list<std::uint16_t> words, PagedKind kind = kFrp)
     {
-        EXPECT_TRUE(PagedWrite(path, wordAddress, words.size(), WordBytes(words), kind));
+        EXPECT_TRUE(PagedWrite(path, WordAddress(wordAddress), words.size(), WordBytes(words), kind));
     }
 
     Bytes Read(std::int64_t wordAddress, std::size_t wordCount, PagedKind kind = kFrp)
     {
         Bytes bytes(2 * wordCount, std::byte{0xEE});
-        EXPECT_TRUE(PagedRead(path, wordAddress, wordCount, bytes, kind));
+        EXPECT_TRUE(PagedRead(path, WordAddress(wordAddress), wordCount, bytes, kind));
         return bytes;
     }
 
@@ -182,8 +182,8 @@ TEST_F(PagedFile, SingleBytesAreWrittenAndRead)
     ASSERT_TRUE(file.Open(path, kFrp));
     for (const std::int64_t address : {10, 40000}) {
         Bytes byte = BytesOf({0});
-        EXPECT_TRUE(file.Write(address, BytesOf({0x12})));
-        EXPECT_TRUE(file.Read(address, byte));
+        EXPECT_TRUE(file.Write(WordAddress(address), BytesOf({0x12})));
+        EXPECT_TRUE(file.Read(WordAddress(address), byte));
         EXPECT_EQ(byte, BytesOf({0x12})) << address;
     }
     EXPECT_TRUE(file.Close());
@@ -282,12 +282,13 @@ struct RandomPagedFile : testing::TestWithParam<unsigned> {
         CPagedFile open;
         ASSERT_TRUE(open.Open(keptOpen, kFrp));
         for (const Value& value : values) {
-            ASSERT_TRUE(PagedWrite(oneByOne, value.wordAddress, value.bytes.size() / 2, value.bytes, kFrp));
-            ASSERT_TRUE(open.Write(value.wordAddress, value.bytes));
+            ASSERT_TRUE(
+                PagedWrite(oneByOne, WordAddress(value.wordAddress), value.bytes.size() / 2, value.bytes, kFrp));
+            ASSERT_TRUE(open.Write(WordAddress(value.wordAddress), value.bytes));
         }
         ASSERT_TRUE(open.Close());
         ASSERT_TRUE(open.Open(atOnce, kFrp));
-        ASSERT_TRUE(open.Write(values.front().wordAddress, Joined(values)));
+        ASSERT_TRUE(open.Write(WordAddress(values.front().wordAddress), Joined(values)));
         ASSERT_TRUE(open.Close());
     }
 
@@ -296,13 +297,13 @@ struct RandomPagedFile : testing::TestWithParam<unsigned> {
         Bytes read;
         for (const Value& value : values) {
             Bytes bytes(value.bytes.size());
-            ASSERT_TRUE(PagedRead(oneByOne, value.wordAddress, bytes.size() / 2, bytes, kFrp));
+            ASSERT_TRUE(PagedRead(oneByOne, WordAddress(value.wordAddress), bytes.size() / 2, bytes, kFrp));
             read.insert(read.end(), bytes.begin(), bytes.end());
         }
         for (const fs::path& path : {keptOpen, atOnce}) {
             CPagedFile open;
             Bytes together(read.size());
-            ASSERT_TRUE(open.Open(path, kFrp) && open.Read(values.front().wordAddress, together));
+            ASSERT_TRUE(open.Open(path, kFrp) && open.Read(WordAddress(values.front().wordAddress), together));
             ASSERT_TRUE(together == read);
         }
     }
@@ -343,9 +344,9 @@ TEST_F(PagedFile, ThatCannotBeOpenedIsLeftAlone)
     fs::create_directory(folder / "sub");
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     for (const fs::path& bad : {folder / "missing", folder / "sub", folder / "pipe", fs::path()}) {
-        EXPECT_FALSE(PagedWrite(bad, 0, 1, word, kFrp)) << bad;
+        EXPECT_FALSE(PagedWrite(bad, WordAddress(0), 1, word, kFrp)) << bad;
         Bytes bytes = BytesOf({7, 7});
-        EXPECT_FALSE(PagedRead(bad, 0, 1, bytes, kFrp)) << bad;
+        EXPECT_FALSE(PagedRead(bad, WordAddress(0), 1, bytes, kFrp)) << bad;
         EXPECT_EQ(bytes, Bytes(2));
     }
     EXPECT_FALSE(fs::exists(folder / "missing"));
@@ -358,8 +359,8 @@ TEST_F(PagedFile, ThatCannotBeWrittenCannotBeReadEither) // kept
     fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
     const COrdinaryUser user;
     Bytes bytes(2);
-    EXPECT_FALSE(PagedRead(path, 0, 1, bytes, kFrp));
-    EXPECT_FALSE(PagedWrite(path, 0, 1, bytes, kFrp));
+    EXPECT_FALSE(PagedRead(path, WordAddress(0), 1, bytes, kFrp));
+    EXPECT_FALSE(PagedWrite(path, WordAddress(0), 1, bytes, kFrp));
     EXPECT_EQ(ReadAll(path), WordBytes({7}));
 }
 
@@ -367,9 +368,9 @@ TEST_F(PagedFile, BufferThatIsTooSmallIsRefused)
 {
     WriteAll(path, {});
     Bytes bytes(3);
-    EXPECT_FALSE(PagedWrite(path, 0, 2, bytes, kFrp));
-    EXPECT_FALSE(PagedRead(path, 0, 2, bytes, kFrp));
-    EXPECT_FALSE(PagedRead(path, 0, ~std::size_t{0}, bytes, kFrp));
+    EXPECT_FALSE(PagedWrite(path, WordAddress(0), 2, bytes, kFrp));
+    EXPECT_FALSE(PagedRead(path, WordAddress(0), 2, bytes, kFrp));
+    EXPECT_FALSE(PagedRead(path, WordAddress(0), ~std::size_t{0}, bytes, kFrp));
     EXPECT_EQ(ReadAll(path), Bytes());
 }
 
@@ -382,11 +383,11 @@ TEST_F(PagedFile, WordsWithoutAnAddressAreRefused)
     for (const std::int64_t address :
          {std::int64_t{-1}, std::int64_t{0x7FFFFFFF}, std::int64_t{0x80000000}, std::int64_t{0x80000001},
           std::int64_t{1} << 40, std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()}) {
-        EXPECT_FALSE(file.Write(address, two)) << address;
-        EXPECT_FALSE(file.Read(address, two)) << address;
+        EXPECT_FALSE(file.Write(WordAddress(address), two)) << address;
+        EXPECT_FALSE(file.Read(WordAddress(address), two)) << address;
     }
-    EXPECT_TRUE(file.Write(0x80000000, {})) << "there is nothing to write";
-    EXPECT_FALSE(file.IsSound(0, ~std::uint64_t{0}));
+    EXPECT_TRUE(file.Write(WordAddress(0x80000000), {})) << "there is nothing to write";
+    EXPECT_FALSE(file.IsSound(WordAddress(0), ~std::uint64_t{0}));
     EXPECT_EQ(ReadAll(path), Bytes());
 }
 
@@ -394,9 +395,9 @@ TEST_F(PagedFile, ThatIsNotOpenDoesNothing)
 {
     CPagedFile file;
     Bytes bytes = BytesOf({7, 7});
-    EXPECT_FALSE(file.IsSound(0, 2));
-    EXPECT_FALSE(file.Write(0, bytes));
-    EXPECT_FALSE(file.Read(0, bytes));
+    EXPECT_FALSE(file.IsSound(WordAddress(0), 2));
+    EXPECT_FALSE(file.Write(WordAddress(0), bytes));
+    EXPECT_FALSE(file.Read(WordAddress(0), bytes));
 }
 
 struct LimitCase {
@@ -412,7 +413,7 @@ TEST_P(PagedFullDisk, FailsTheWriteAndLeavesTheFileAsItWas)
     WriteAll(path, WordBytes({1, 2, 3}));
     {
         const CFileSizeLimit limit(GetParam().limit);
-        EXPECT_FALSE(PagedWrite(path, 40000, 1, WordBytes({1}), kFrp));
+        EXPECT_FALSE(PagedWrite(path, WordAddress(40000), 1, WordBytes({1}), kFrp));
     }
     EXPECT_EQ(ReadAll(path), WordBytes({1, 2, 3}));
 }
@@ -432,7 +433,7 @@ TEST_F(PagedFile, FullDiskFailsAReadThatMakesPagesAndLeavesTheFileAsItWas)
     {
         const CFileSizeLimit limit(kFrpFlat + 4096);
         Bytes bytes(2);
-        EXPECT_FALSE(PagedRead(path, 40000, 1, bytes, kFrp));
+        EXPECT_FALSE(PagedRead(path, WordAddress(40000), 1, bytes, kFrp));
     }
     EXPECT_EQ(ReadAll(path), Bytes(kFrpFlat + 4096));
 }
@@ -444,7 +445,7 @@ TEST_F(PagedFile, FullDiskTouchesNoOldWordOfAStretchThatNeedsAPage)
     const Bytes before = ReadAll(path);
     {
         const CFileSizeLimit limit(before.size() + 4095);
-        EXPECT_FALSE(PagedWrite(path, 32767, 2050, Bytes(4100, std::byte{7}), kFrp));
+        EXPECT_FALSE(PagedWrite(path, WordAddress(32767), 2050, Bytes(4100, std::byte{7}), kFrp));
     }
     EXPECT_EQ(ReadAll(path), before);
 }
@@ -454,7 +455,7 @@ TEST_F(PagedFile, RoomChangesNoWord)
     WriteAll(path, WordBytes({1, 2, 3}));
     CPagedFile file;
     ASSERT_TRUE(file.Open(path, kFrp));
-    EXPECT_TRUE(file.MakeRoom(32767, 4));
+    EXPECT_TRUE(file.MakeRoom(WordAddress(32767), 4));
     EXPECT_TRUE(file.Close());
     EXPECT_EQ(fs::file_size(path), 77824u);
     EXPECT_EQ(Read(0, 3), WordBytes({1, 2, 3}));
@@ -469,8 +470,8 @@ TEST_F(PagedFile, EntriesLeadNoFartherThanFourGigabytes)
     Write(32768, {0x5678}); // its page is the last that an entry can lead to
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(32768, 1), WordBytes({0x5678}));
-    EXPECT_FALSE(PagedWrite(path, 50000, 1, WordBytes({1}), kFrp));
-    EXPECT_FALSE(PagedWrite(path, 3 * 2097152, 1, WordBytes({1}), kFrp)) << "nor does one to a new table";
+    EXPECT_FALSE(PagedWrite(path, WordAddress(50000), 1, WordBytes({1}), kFrp));
+    EXPECT_FALSE(PagedWrite(path, WordAddress(3 * 2097152), 1, WordBytes({1}), kFrp)) << "nor does one to a new table";
     EXPECT_EQ(fs::file_size(path), std::uint64_t{1} << 32);
     EXPECT_EQ(Read(40000, 1), WordBytes({0x1234})) << "what is there can be read";
 }

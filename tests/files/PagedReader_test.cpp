@@ -16,7 +16,7 @@ struct PagedReader : testing::Test {
     PagedReader()
     {
         for (const auto& [address, word] : {std::pair{5, 1}, {40000, 2}, {2100000, 3}})
-            EXPECT_TRUE(PagedWrite(path, address, 1, WordBytes({static_cast<std::uint16_t>(word)}), kFrp));
+            EXPECT_TRUE(PagedWrite(path, WordAddress(address), 1, WordBytes({static_cast<std::uint16_t>(word)}), kFrp));
         before = ReadAll(path);
         EXPECT_TRUE(reader.Open(path, kFrp));
     }
@@ -24,7 +24,7 @@ struct PagedReader : testing::Test {
     Bytes Read(std::int64_t wordAddress, std::size_t wordCount)
     {
         Bytes bytes(2 * wordCount, std::byte{0xEE});
-        EXPECT_TRUE(reader.Read(wordAddress, bytes));
+        EXPECT_TRUE(reader.Read(WordAddress(wordAddress), bytes));
         return bytes;
     }
 
@@ -69,8 +69,8 @@ TEST_F(PagedReader, ReadsUpToTheLastAddressAndNoFurther)
 {
     EXPECT_EQ(Read(2147483647, 1), Bytes(2));
     Bytes two(4);
-    EXPECT_FALSE(reader.Read(2147483647, two));
-    EXPECT_FALSE(reader.Read(-1, two));
+    EXPECT_FALSE(reader.Read(WordAddress(2147483647), two));
+    EXPECT_FALSE(reader.Read(WordAddress(-1), two));
 }
 
 TEST_F(PagedReader, ReadsAFileThatMayOnlyBeRead)
@@ -92,10 +92,10 @@ TEST_F(PagedReader, RefusesWhatADamagedTableLeadsTo)
     damaged[69632 + 4 * 30] = std::byte{1}; // an entry of the first table leads to byte 1
     WriteAll(path, damaged);
     ASSERT_TRUE(reader.Open(path, kFrp));
-    EXPECT_TRUE(reader.IsSound(5, 2));
-    EXPECT_FALSE(reader.IsSound(40000, 2));
+    EXPECT_TRUE(reader.IsSound(WordAddress(5), 2));
+    EXPECT_FALSE(reader.IsSound(WordAddress(40000), 2));
     Bytes word(2);
-    EXPECT_FALSE(reader.Read(40000, word));
+    EXPECT_FALSE(reader.Read(WordAddress(40000), word));
     EXPECT_EQ(ReadAll(path), damaged);
 }
 

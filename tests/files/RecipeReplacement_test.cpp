@@ -53,7 +53,7 @@ TEST_P(SameAsSaveAs, ToTheByteOverAnyFileOrNone)
     const fs::path other = folder / "other" / GetParam();
     Bytes paged(65536, std::byte{7});
     WriteAll(one, paged);
-    ASSERT_TRUE(PagedWrite(one, 40000, 2, WordBytes({1, 2}), kFrp));
+    ASSERT_TRUE(PagedWrite(one, WordAddress(40000), 2, WordBytes({1, 2}), kFrp));
     paged = ReadAll(one);
     for (const Bytes& old : {Bytes(), Bytes(5, std::byte{8}), Bytes(400'000, std::byte{9}), paged})
         for (const std::int32_t start : {0, 3, 32764, 40001}) {

@@ -51,9 +51,9 @@ TEST(RecipeRows, LieOneAfterTheOther)
     EXPECT_EQ(rows.WordOffset(0), 0);
     EXPECT_EQ(rows.WordOffset(1), 1);
     EXPECT_EQ(rows.WordOffset(2), 2);
-    EXPECT_EQ(rows.WordAddress(0), 100);
-    EXPECT_EQ(rows.WordAddress(1), 104);
-    EXPECT_EQ(rows.FirstByte(), 200u);
+    EXPECT_EQ(rows.RowAddress(0), WordAddress(100));
+    EXPECT_EQ(rows.RowAddress(1), WordAddress(104));
+    EXPECT_EQ(rows.FirstByte(), ByteOffset(200));
     EXPECT_EQ(rows.StretchBytes(), 16u);
     EXPECT_EQ(rows.Columns()[1].title, u"Hex");
 }
@@ -62,9 +62,9 @@ TEST(RecipeRows, AddressesDoNotWrapRound)
 {
     CRecipeRows rows;
     rows.LayOut({AnsiColumn(128)}, std::numeric_limits<std::int32_t>::max(), 16777216);
-    EXPECT_EQ(rows.FirstByte(), 4294967294u);
+    EXPECT_EQ(rows.FirstByte(), ByteOffset(4294967294));
     EXPECT_EQ(rows.StretchBytes(), 4294967296u);
-    EXPECT_EQ(rows.WordAddress(16777215), 2147483647 + 16777215LL * 128);
+    EXPECT_EQ(rows.RowAddress(16777215), WordAddress(2147483647 + 16777215LL * 128));
 }
 
 TEST(RecipeRows, TakeAnotherGeometryEntirely)

@@ -100,7 +100,7 @@ TEST_P(ManyPieces, GiveTheTextsThatOneReadOfAllGives)
     const Bytes words = Pattern(1'000'001);
     if (path.extension() == ".frp") {
         WriteAll(path, {});
-        ASSERT_TRUE(PagedWrite(path, 100, words.size() / 2, words, kFrp));
+        ASSERT_TRUE(PagedWrite(path, WordAddress(100), words.size() / 2, words, kFrp));
     } else {
         WriteAll(path, words);
     }
@@ -184,7 +184,7 @@ TEST_F(RecipeWalk, APagedFileThatIsCutMeanwhileIsReported)
 {
     const fs::path path = folder / "a.frp";
     WriteAll(path, {});
-    ASSERT_TRUE(PagedWrite(path, 0, 1'000'000, Bytes(2'000'000, std::byte{1}), kFrp));
+    ASSERT_TRUE(PagedWrite(path, WordAddress(0), 1'000'000, Bytes(2'000'000, std::byte{1}), kFrp));
     LayOut({Signed16Column()}, 0, 1'000'000);
     CKeptCells cells(1);
     cells.onFirst = [&] { fs::resize_file(path, 1'000'000); };
@@ -215,7 +215,7 @@ TEST_F(RecipeWalk, NoRowsAreTooManyForTheMemory)
     WriteAll(folder / "a.rcp", Bytes(2, std::byte{'x'}));
     fs::resize_file(folder / "a.rcp", std::uintmax_t{64} << 20);
     WriteAll(folder / "a.frp", {});
-    ASSERT_TRUE(PagedWrite(folder / "a.frp", 40000, 1, WordBytes({u'x'}), kFrp));
+    ASSERT_TRUE(PagedWrite(folder / "a.frp", WordAddress(40000), 1, WordBytes({u'x'}), kFrp));
     std::string line(2000, 'x');
     line += '\n';
     std::string table;

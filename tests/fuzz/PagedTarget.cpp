@@ -236,7 +236,8 @@ void RequireReadOnly(const std::filesystem::path& path, PagedKind kind, const Wo
     Bytes bytes = work.bytes;
     CPagedReader reader;
     Require(reader.Open(path, kind), "a file that is there can be opened to read");
-    Require(reader.Read(work.word, bytes) == isSound, "a read is refused when, and only when, the way is damaged");
+    Require(reader.Read(WordAddress(work.word), bytes) == isSound,
+            "a read is refused when, and only when, the way is damaged");
     Require(!isSound || bytes == before.Logical(work.first, bytes.size()), "what is read is what the file holds");
     Require(AreSame(FileContent(path), before.Content()), "who only reads changes nothing");
 }
@@ -251,7 +252,8 @@ bool DoAsDescribed(const std::filesystem::path& path, PagedKind kind, const Work
     Bytes bytes = work.bytes;
     CPagedFile file;
     Require(file.Open(path, kind), "a file that is there can be opened");
-    const bool done = work.isWrite ? file.Write(work.word, bytes) && file.Close() : file.Read(work.word, bytes);
+    const bool done = work.isWrite ? file.Write(WordAddress(work.word), bytes) && file.Close()
+                                   : file.Read(WordAddress(work.word), bytes);
     Require(done == tables.has_value(), "work is refused when, and only when, the way to a word is damaged");
 
     const CPlainPagedFile after(FileContent(path), kind);
@@ -292,7 +294,7 @@ void FuzzPaged(FuzzBytes bytes)
             return;
         Bytes room = work.bytes;
         if (isSound)
-            Require(work.isWrite ? open.Write(work.word, room) : open.Read(work.word, room),
+            Require(work.isWrite ? open.Write(WordAddress(work.word), room) : open.Read(WordAddress(work.word), room),
                     "work goes on in one open");
     }
     if (isSound)

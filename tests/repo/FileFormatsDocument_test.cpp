@@ -90,10 +90,10 @@ TEST_F(FileFormatsDocument, LibraryExampleIsWhatASaveWrites)
 
 TEST_F(FileFormatsDocument, RecipeExampleShowsTheRowsOfItsTable)
 {
-    EXPECT_EQ(m_rows.WordAddress(0), 2);
+    EXPECT_EQ(m_rows.RowAddress(0), WordAddress(2));
     EXPECT_EQ(Row(0), u"-5.5 | 90 | T55");
     EXPECT_EQ(Row(1), u"120.4 | 3600 | Rye");
-    EXPECT_EQ(m_rows.WordAddress(2), 12);
+    EXPECT_EQ(m_rows.RowAddress(2), WordAddress(12));
     EXPECT_EQ(Row(2), u"25.4 | 0 | ");
 }
 
