@@ -93,21 +93,6 @@ def includes():
                 yield path, number, match[2], match[1] == '"'
 
 
-def circle(needs):
-    """Names that need one another in a circle, the first one twice; empty when there is none."""
-    done = set()
-
-    def search(pair, way):
-        if pair in way:
-            return way[way.index(pair):] + [pair]
-        if pair in done:
-            return []
-        done.add(pair)
-        return next(filter(None, (search(other, way + [pair]) for other in sorted(needs.get(pair, ())))), [])
-
-    return next(filter(None, (search(pair, []) for pair in sorted(needs))), [])
-
-
 class RepositoryTest(unittest.TestCase):
     def assertNone(self, faults, why):
         self.assertFalse(faults, "\n" + why + "\n  " + "\n  ".join(faults))
@@ -119,14 +104,6 @@ class RepositoryTest(unittest.TestCase):
             if quoted and not made_by_the_toolkit and included.split("/")[0] not in ROOMS[room(path)]:
                 faults.append(f"{name(path)}:{number}: {included}")
         self.assertNone(faults, "A room includes only from itself and from the rooms below it:")
-
-    def testFilePairsOfTheCoreIncludeEachOtherInNoCircle(self):
-        needs = {}
-        for path, _, included, quoted in includes():
-            pair = path.relative_to(ROOT).with_suffix("").as_posix()
-            if in_core(path) and quoted and included != pair + ".h":
-                needs.setdefault(pair, set()).add(included.removesuffix(".h"))
-        self.assertEqual(circle(needs), [], "A header and its .cpp count as one:")
 
     def testPathsAreAskedByOneDialog(self):
         faults = [f"{name(path)}:{number}" for path, number, included, _ in includes()
