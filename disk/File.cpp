@@ -234,17 +234,6 @@ void CFile::Discard()
         fs::remove(made, ignored);
 }
 
-bool CopyContent(const CFile& from, CFile& to, std::uint64_t length, std::span<std::byte> piece)
-{
-    for (std::uint64_t done = 0; done < length;) {
-        const auto part = piece.first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), length - done)));
-        if (from.ReadAt(done, part) != part.size() || !to.WriteAt(done, part))
-            return false;
-        done += part.size();
-    }
-    return true;
-}
-
 bool FlushFolderOf(const fs::path& path)
 {
     const fs::path folder = path.parent_path();

@@ -92,10 +92,6 @@ private:
     mutable std::error_code m_lastError;
 };
 
-/// Copies the first `length` bytes of `from` over those of `to` by way of `piece`, which is at least one byte. False
-/// after an error or when `from` is shorter; a part may have been copied then.
-bool CopyContent(const CFile& from, CFile& to, std::uint64_t length, std::span<std::byte> piece);
-
 /// Waits until the disk knows which files the folder of `path` holds, as after a rename in it. False when it refuses.
 bool FlushFolderOf(const std::filesystem::path& path);
 

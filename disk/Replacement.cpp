@@ -1,5 +1,6 @@
 #include "disk/Replacement.h"
 
+#include "disk/Content.h"
 #include "disk/TemporaryFile.h"
 
 #include <algorithm>

@@ -1,0 +1,52 @@
+#include "disk/Content.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+bool CopyContent(const CFile& from, CFile& to, std::uint64_t length, std::span<std::byte> piece)
+{
+    for (std::uint64_t done = 0; done < length;) {
+        const auto part = piece.first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), length - done)));
+        if (from.ReadAt(done, part) != part.size() || !to.WriteAt(done, part))
+            return false;
+        done += part.size();
+    }
+    return true;
+}
+
+bool CopyToNewFile(const fs::path& file, const fs::path& copy)
+{
+    CFile to(copy, CFile::Mode::CreateNew);
+    if (!to.IsOpen())
+        return false; // what has the name is not ours to remove
+    const CFile from(file, CFile::Mode::Read);
+    to.TakeAttributesOf(file); // or else it is the user's own, which is no loss
+    const auto length = from.Size();
+    std::array<std::byte, 65536> piece;
+    const bool isCopied = length && CopyContent(from, to, *length, piece) && to.Close() && FlushFolderOf(copy);
+    if (isCopied && HaveSameContent(file, copy))
+        return true;
+    std::error_code ignored;
+    fs::remove(copy, ignored);
+    return false;
+}
+
+bool HaveSameContent(const fs::path& one, const fs::path& other)
+{
+    const CFile oneFile(one, CFile::Mode::Read);
+    const CFile otherFile(other, CFile::Mode::Read);
+    std::array<std::byte, 4096> onePiece;
+    std::array<std::byte, 4096> otherPiece;
+    for (std::uint64_t done = 0;;) {
+        const auto length = oneFile.ReadAt(done, onePiece);
+        if (!length || length != otherFile.ReadAt(done, otherPiece) ||
+            !std::equal(onePiece.begin(), onePiece.begin() + static_cast<std::ptrdiff_t>(*length), otherPiece.begin()))
+            return false;
+        if (*length == 0)
+            return true;
+        done += *length;
+    }
+}
