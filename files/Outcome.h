@@ -27,6 +27,7 @@ try {
 struct SaveResult {
     bool isSaved = false;
     bool mayHoldOldAndNew = false; ///< it failed part-way
+    bool isGivenUp = false;        ///< by the user's wish: it wrote nothing, and reported nothing either
     bool isLeftOut = false;        ///< kept: it wrote nothing, and reported nothing either (PagedRecipeFile.h)
 
     explicit operator bool() const { return isSaved; }
@@ -35,7 +36,9 @@ struct SaveResult {
 /// The result of a save that ended so.
 constexpr SaveResult ResultOf(Outcome outcome)
 {
-    return {.isSaved = outcome == Outcome::Done, .mayHoldOldAndNew = outcome == Outcome::FailedMixed};
+    return {.isSaved = outcome == Outcome::Done,
+            .mayHoldOldAndNew = outcome == Outcome::FailedMixed,
+            .isGivenUp = outcome == Outcome::GivenUp};
 }
 
 /// Whether there is a failure to report.

@@ -1,7 +1,6 @@
 #include "files/BinaryRecipeFile.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
-#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
@@ -50,29 +49,6 @@ struct BinaryRecipeFailure : testing::Test {
     CNoProgress progress;
 };
 
-TEST_F(BinaryRecipeFailure, MissingFileIsReported)
-{
-    ExpectReadFails(folder / "missing.rcp");
-    EXPECT_FALSE(fs::exists(folder / "missing.rcp"));
-}
-
-TEST_F(BinaryRecipeFailure, FileInAMissingFolderIsReported)
-{
-    ExpectReadFails(folder / "missing" / "a.rcp");
-}
-
-TEST_F(BinaryRecipeFailure, FolderInPlaceOfAFileIsReported)
-{
-    ExpectReadFails(folder.Path());
-}
-
-TEST_F(BinaryRecipeFailure, UnreadableFileIsReported)
-{
-    fs::permissions(good, fs::perms::none);
-    const COrdinaryUser user;
-    ExpectReadFails(good);
-}
-
 TEST_F(BinaryRecipeFailure, FileCutWhileItIsReadShowsWhatArrived)
 {
     constexpr std::int32_t kRows = 40'000'000; // more bytes than one read takes
@@ -106,39 +82,6 @@ TEST_F(BinaryRecipeFailure, ReadWithoutMemoryIsReported)
 {
     const CAllocationLimit limit(3);
     ExpectReadFails(good);
-}
-
-TEST_F(BinaryRecipeFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
-{
-    CImpatientProgress impatient(0);
-    EXPECT_EQ(ReadBinaryRecipe(rows, good, false, reporter, impatient), Outcome::GivenUp);
-    EXPECT_EQ(impatient.reports.size(), 1u);
-    EXPECT_TRUE(reporter.shown.empty());
-    EXPECT_EQ(rows.Text(0, 0), u"");
-    EXPECT_EQ(rows.RowCount(), 1);
-    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
-}
-
-TEST_F(BinaryRecipeFailure, SaveIntoAMissingFolderIsReported)
-{
-    ExpectSaveFails(folder / "missing" / "a.rcp");
-    EXPECT_FALSE(fs::exists(folder / "missing"));
-}
-
-TEST_F(BinaryRecipeFailure, SaveOverAFolderIsReported)
-{
-    ExpectSaveFails(folder.Path());
-}
-
-TEST_F(BinaryRecipeFailure, SaveIntoAReadOnlyFileIsReported)
-{
-    fs::permissions(good, fs::perms::owner_read | fs::perms::others_read);
-    rows.SetText(0, 1, u"9");
-    {
-        const COrdinaryUser user;
-        ExpectSaveFails(good);
-    }
-    EXPECT_EQ(ReadAll(good), WordBytes({7, 8}));
 }
 
 TEST_F(BinaryRecipeFailure, SaveToAnEmptyPathIsReported)

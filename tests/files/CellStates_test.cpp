@@ -22,18 +22,6 @@ CByteBuffer ImageOf(const Bytes& bytes)
     return image;
 }
 
-ColumnCoding FloatColumn()
-{
-    return {.title = u"Float",
-            .dataType = DataType::Float,
-            .dataLength = 2,
-            .codeType = CodeType::Bin,
-            .integerDigits = 4,
-            .decimalDigits = 1,
-            .minValue = -999,
-            .maxValue = 9999};
-}
-
 /// Three rows of a float with one decimal and a signed word.
 CRecipeRows Rows()
 {

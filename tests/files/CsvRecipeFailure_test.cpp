@@ -1,7 +1,6 @@
 #include "files/CsvRecipeFile.h"
 #include "tests/files/AllocationLimit.h"
 #include "tests/files/FileSizeLimit.h"
-#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
@@ -54,17 +53,6 @@ struct CsvFailure : testing::Test {
     CNoProgress progress;
 };
 
-TEST_F(CsvFailure, MissingFileIsReported)
-{
-    ExpectReadFails(folder / "missing.csv");
-    EXPECT_FALSE(fs::exists(folder / "missing.csv"));
-}
-
-TEST_F(CsvFailure, FolderInPlaceOfAFileIsReported)
-{
-    ExpectReadFails(folder.Path());
-}
-
 TEST_F(CsvFailure, PipeIsReportedAndDoesNotHang)
 {
     ASSERT_EQ(mkfifo((folder / "pipe.csv").c_str(), 0600), 0);
@@ -74,13 +62,6 @@ TEST_F(CsvFailure, PipeIsReportedAndDoesNotHang)
 TEST_F(CsvFailure, EmptyPathIsReported)
 {
     ExpectReadFails({});
-}
-
-TEST_F(CsvFailure, UnreadableFileIsReported)
-{
-    fs::permissions(good, fs::perms::none);
-    const COrdinaryUser user;
-    ExpectReadFails(good);
 }
 
 TEST_F(CsvFailure, FileCutWhileItIsReadShowsWhatArrived)
@@ -105,15 +86,6 @@ TEST_F(CsvFailure, ReadWithoutMemoryIsReported)
     ExpectReadFails(good);
 }
 
-TEST_F(CsvFailure, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
-{
-    CImpatientProgress impatient(0);
-    EXPECT_EQ(ReadCsv(rows, good, reporter, impatient), Outcome::GivenUp);
-    EXPECT_EQ(impatient.reports.size(), 1u);
-    EXPECT_TRUE(reporter.shown.empty());
-    EXPECT_EQ(TextsOf(rows), (Texts{u"", u""}));
-}
-
 TEST_F(CsvFailure, PathOfAnyLengthIsGoodEnough)
 {
     fs::path deep = folder.Path();
@@ -123,19 +95,6 @@ TEST_F(CsvFailure, PathOfAnyLengthIsGoodEnough)
     EXPECT_TRUE(SaveCsv(rows, deep / "a.csv", reporter, progress));
     EXPECT_EQ(ReadCsv(rows, deep / "a.csv", reporter, progress), Outcome::Done);
     EXPECT_EQ(rows.Text(0, 0), u"7");
-}
-
-TEST_F(CsvFailure, SaveIntoAMissingFolderIsReported)
-{
-    ExpectSaveFails(folder / "missing" / "a.csv");
-    EXPECT_FALSE(fs::exists(folder / "missing"));
-}
-
-TEST_F(CsvFailure, SaveOverAFolderIsReported)
-{
-    fs::create_directory(folder / "sub.csv");
-    ExpectSaveFails(folder / "sub.csv");
-    EXPECT_EQ(FilesInFolder(), 2u);
 }
 
 TEST_F(CsvFailure, SaveToAnEmptyPathIsReported)
@@ -152,17 +111,6 @@ TEST_F(CsvFailure, SaveToAPipeIsReportedAndDoesNotHang)
 TEST_F(CsvFailure, SaveToADeviceIsReported)
 {
     ExpectSaveFails("/dev/full");
-}
-
-TEST_F(CsvFailure, SaveOverAReadOnlyFileIsReported)
-{
-    fs::permissions(folder.Path(), fs::perms::all);
-    fs::permissions(good, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
-    {
-        const COrdinaryUser user;
-        ExpectSaveFails(good);
-    }
-    EXPECT_EQ(ReadAll(good), BytesOf({'7', ',', '8'}));
 }
 
 TEST_F(CsvFailure, FullDiskIsReportedAndTheOldFileStays)

@@ -13,25 +13,6 @@ namespace {
 
 using Texts = std::vector<std::u16string>;
 
-/// The units of `text`, low byte first.
-Bytes UnitBytes(std::u16string_view text)
-{
-    Bytes bytes;
-    for (const char16_t unit : text) {
-        bytes.push_back(static_cast<std::byte>(unit & 0xFF));
-        bytes.push_back(static_cast<std::byte>(unit >> 8));
-    }
-    return bytes;
-}
-
-/// FF FE and the units of `text`.
-Bytes Utf16File(std::u16string_view text)
-{
-    Bytes bytes = UnitBytes(text);
-    bytes.insert(bytes.begin(), {std::byte{0xFF}, std::byte{0xFE}});
-    return bytes;
-}
-
 Bytes AsciiFile(std::string_view text)
 {
     Bytes bytes(text.size());

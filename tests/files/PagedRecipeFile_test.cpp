@@ -383,14 +383,4 @@ TEST_F(PagedRecipe, SaveIsNotGivenUpOnceItWrites)
     EXPECT_EQ(ReadAll(path), WordBytes({9}));
 }
 
-TEST_F(PagedRecipe, ReadGivenUpLeavesEveryCellEmptyAndSaysNothing)
-{
-    WriteAll(path, WordBytes({7}));
-    rows.LayOut({Signed16Column()}, 0, 1);
-    CImpatientProgress impatient(0);
-    EXPECT_EQ(ReadPaged(rows, path, FileType::Frp, reporter, impatient), Outcome::GivenUp);
-    EXPECT_TRUE(reporter.shown.empty());
-    EXPECT_EQ(rows.Text(0, 0), u"");
-}
-
 } // namespace

@@ -21,30 +21,6 @@ struct RecipeFile : testing::Test {
     CNoProgress progress;
 };
 
-TEST_F(RecipeFile, FlatFileIsReadAndSaved)
-{
-    WriteAll(path, WordBytes({7}));
-    rows.LayOut({Signed16Column()}, 0, 1);
-    EXPECT_EQ(ReadRecipe(FileType::Rcp, rows, path, false, reporter, progress), Outcome::Done);
-    EXPECT_EQ(rows.Text(0, 0), u"7");
-    rows.SetText(0, 0, u"8");
-    EXPECT_TRUE(SaveRecipe(FileType::Rcp, rows, path, reporter, progress));
-    EXPECT_EQ(ReadAll(path), WordBytes({8}));
-    EXPECT_TRUE(reporter.shown.empty());
-}
-
-TEST_F(RecipeFile, TableIsReadAndSaved)
-{
-    WriteAll(path, BytesOf({'7', ',', '8'}));
-    rows.LayOut({Signed16Column(), Signed16Column()}, 0, 1);
-    EXPECT_EQ(ReadRecipe(FileType::Csv, rows, path, false, reporter, progress), Outcome::Done);
-    EXPECT_EQ(rows.Text(0, 1), u"8");
-    EXPECT_TRUE(SaveRecipe(FileType::Csv, rows, path, reporter, progress));
-    EXPECT_EQ(ReadAll(path),
-              BytesOf({0xFF, 0xFE, '"', 0, '7', 0, '"', 0, '\t', 0, '"', 0, '8', 0, '"', 0, '\r', 0, '\n', 0}));
-    EXPECT_TRUE(reporter.shown.empty());
-}
-
 /// Saves `rows` under a new name, as the user does, and reads them from there.
 void MoveTo(const fs::path& path, CRecipeRows& rows, CReporter& reporter)
 {
@@ -99,61 +75,6 @@ TEST_F(RecipeFile, UnknownTypeReadsAndWritesNothing)
     EXPECT_TRUE(reporter.shown.empty());
 }
 
-struct FailureCase {
-    const char* name;
-    FileType type;
-    const char16_t* beforePath;
-    const char16_t* afterPath;
-    friend void PrintTo(const FailureCase& c, std::ostream* out) { *out << c.name; }
-    Texts Message(const fs::path& path) const { return {beforePath + PathText(path) + afterPath}; }
-};
-
-struct ReadFailure : testing::TestWithParam<FailureCase> {
-    CTempFolder folder;
-};
-
-TEST_P(ReadFailure, IsReportedInTheWordsOfTheType)
-{
-    const fs::path path = folder / "missing" / "a";
-    CRecordingReporter reporter;
-    CNoProgress progress;
-    CRecipeRows rows;
-    rows.LayOut({Signed16Column()}, 0, 1);
-    rows.SetText(0, 0, u"7");
-    EXPECT_EQ(ReadRecipe(GetParam().type, rows, path, false, reporter, progress), Outcome::Failed);
-    EXPECT_EQ(reporter.shown, GetParam().Message(path));
-    EXPECT_EQ(rows.Text(0, 0), u"");
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Table, ReadFailure, testing::Values(
-    FailureCase{"Rcp", FileType::Rcp, u"Open file ",       u" error!"},
-    FailureCase{"Csv", FileType::Csv, u"Can't open file ", u"!"}),
-    [](const auto& c) { return std::string(c.param.name); });
-// clang-format on
-
-struct SaveFailure : testing::TestWithParam<FailureCase> {
-    CTempFolder folder;
-};
-
-TEST_P(SaveFailure, IsReportedInTheWordsOfTheType)
-{
-    const fs::path path = folder / "missing" / "a";
-    CRecordingReporter reporter;
-    CNoProgress progress;
-    CRecipeRows rows;
-    rows.LayOut({Signed16Column()}, 0, 1);
-    EXPECT_FALSE(SaveRecipe(GetParam().type, rows, path, reporter, progress));
-    EXPECT_EQ(reporter.shown, GetParam().Message(path));
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Table, SaveFailure, testing::Values(
-    FailureCase{"Rcp", FileType::Rcp, u"Can't save file ", u",please check file or your disk!"},
-    FailureCase{"Csv", FileType::Csv, u"Save file ",       u" failed!"}),
-    [](const auto& c) { return std::string(c.param.name); });
-// clang-format on
-
 TEST_F(RecipeFile, SaveAsFillsAFlatFileWithOneZeroByteAWord) // kept: not two
 {
     WriteAll(path, WordBytes({7, 8, 9}));
@@ -204,24 +125,6 @@ TEST_F(RecipeFile, SaveAsOfATableNeedsNothing)
     EXPECT_TRUE(reporter.shown.empty());
 }
 
-struct PagedWithoutAFile : testing::TestWithParam<FileType> {};
-
-TEST_P(PagedWithoutAFile, WritesAndShowsNothing) // kept
-{
-    CTempFolder folder;
-    CRecordingReporter reporter;
-    CNoProgress progress;
-    CRecipeRows rows;
-    rows.LayOut({Signed16Column()}, 0, 1);
-    const SaveResult result = SaveRecipe(GetParam(), rows, folder / "a", reporter, progress);
-    EXPECT_TRUE(result.isLeftOut);
-    EXPECT_FALSE(result.isSaved);
-    EXPECT_FALSE(fs::exists(folder / "a"));
-    EXPECT_EQ(ReadRecipe(GetParam(), rows, folder / "a", false, reporter, progress), Outcome::Done);
-    EXPECT_EQ(rows.Text(0, 0), u"48");
-    EXPECT_TRUE(reporter.shown.empty());
-}
-
 struct SaveAsPaged : testing::TestWithParam<FileType> {
     CTempFolder folder;
     CRecordingReporter reporter;
@@ -253,7 +156,6 @@ std::string NameOfType(const testing::TestParamInfo<FileType>& info)
     return info.param == FileType::Erp ? "Erp" : "Frp";
 }
 
-INSTANTIATE_TEST_SUITE_P(Types, PagedWithoutAFile, testing::Values(FileType::Erp, FileType::Frp), NameOfType);
 INSTANTIATE_TEST_SUITE_P(Types, SaveAsPaged, testing::Values(FileType::Erp, FileType::Frp), NameOfType);
 
 } // namespace

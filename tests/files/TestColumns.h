@@ -43,6 +43,18 @@ inline ColumnCoding Unsigned32Column()
             .maxValue = 4294967295};
 }
 
+inline ColumnCoding FloatColumn()
+{
+    return {.title = u"Float",
+            .dataType = DataType::Float,
+            .dataLength = 2,
+            .codeType = CodeType::Bin,
+            .integerDigits = 4,
+            .decimalDigits = 1,
+            .minValue = -999,
+            .maxValue = 9999};
+}
+
 inline ColumnCoding DoubleColumn()
 {
     return {.title = u"Double",

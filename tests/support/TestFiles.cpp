@@ -60,6 +60,23 @@ Bytes WordBytes(std::initializer_list<std::uint16_t> words)
     return bytes;
 }
 
+Bytes UnitBytes(std::u16string_view text)
+{
+    Bytes bytes;
+    for (const char16_t unit : text) {
+        bytes.push_back(static_cast<std::byte>(unit & 0xFF));
+        bytes.push_back(static_cast<std::byte>(unit >> 8));
+    }
+    return bytes;
+}
+
+Bytes Utf16File(std::u16string_view text)
+{
+    Bytes bytes = UnitBytes(text);
+    bytes.insert(bytes.begin(), {std::byte{0xFF}, std::byte{0xFE}});
+    return bytes;
+}
+
 std::int32_t LoadLE32(std::span<const std::byte> bytes, std::size_t offset)
 {
     std::uint32_t value = 0;

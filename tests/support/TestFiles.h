@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using Bytes = std::vector<std::byte>;
@@ -29,4 +30,6 @@ void WriteAll(const std::filesystem::path& path, std::span<const std::byte> byte
 
 Bytes BytesOf(std::initializer_list<int> values);            ///< each value one byte
 Bytes WordBytes(std::initializer_list<std::uint16_t> words); ///< each word two bytes, low byte first
+Bytes UnitBytes(std::u16string_view text);                   ///< each unit two bytes, low byte first
+Bytes Utf16File(std::u16string_view text);                   ///< FF FE and the units of `text`
 std::int32_t LoadLE32(std::span<const std::byte> bytes, std::size_t offset);
