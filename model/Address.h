@@ -10,7 +10,8 @@
 struct WordAddress {
     constexpr explicit WordAddress(std::int64_t address) : number(address) {}
 
-    friend constexpr auto operator<=>(WordAddress, WordAddress) = default;
+    friend constexpr bool operator==(WordAddress, WordAddress) = default;
+    friend constexpr auto operator<=>(WordAddress a, WordAddress b) { return a.number <=> b.number; }
 
     std::int64_t number;
 };
@@ -25,7 +26,8 @@ constexpr WordAddress operator+(WordAddress address, std::int64_t words)
 struct ByteOffset {
     constexpr explicit ByteOffset(std::uint64_t offset) : number(offset) {}
 
-    friend constexpr auto operator<=>(ByteOffset, ByteOffset) = default;
+    friend constexpr bool operator==(ByteOffset, ByteOffset) = default;
+    friend constexpr auto operator<=>(ByteOffset a, ByteOffset b) { return a.number <=> b.number; }
 
     std::uint64_t number;
 };

@@ -24,11 +24,12 @@ inline constexpr std::int32_t kRows = 4;
 inline constexpr std::size_t kColumns = 6;
 inline constexpr std::int32_t kWordsAround = 3; // before and behind the rows, which no save may touch
 
+/// A type, and the words that it has for its failures.
 struct RecipeType {
     const char* name;
     FileType type;
-    const char* extension;
     std::int32_t startAddress; ///< so that a paged file's rows lie in its flat part and in a page
+    const char* extension;
     std::u16string_view beforeOpened;
     std::u16string_view afterOpened;
     std::u16string_view beforeSaved;
@@ -36,7 +37,7 @@ struct RecipeType {
 
     bool IsTable() const { return type == FileType::Csv; }
 
-    friend void PrintTo(const RecipeType& type, std::ostream* out) { *out << type.name; }
+    friend void PrintTo(const RecipeType& one, std::ostream* out) { *out << one.name; }
 };
 
 inline constexpr std::u16string_view kOpen = u"Open file ";
@@ -46,10 +47,10 @@ inline constexpr std::u16string_view kCheckDisk = u",please check file or your d
 
 // clang-format off
 inline const RecipeType kTypes[] = {
-    {"Rcp", FileType::Rcp, ".rcp",      5, kOpen,               kError, kCannotSave,   kCheckDisk},
-    {"Csv", FileType::Csv, ".csv",      5, u"Can't open file ", u"!",   u"Save file ", u" failed!"},
-    {"Erp", FileType::Erp, ".erp", 524278, kOpen,               kError, kCannotSave,   kCheckDisk},
-    {"Frp", FileType::Frp, ".frp",  32758, kOpen,               kError, kCannotSave,   kCheckDisk}};
+    {"Rcp", FileType::Rcp,      5, ".rcp", kOpen,               kError, kCannotSave,   kCheckDisk},
+    {"Csv", FileType::Csv,      5, ".csv", u"Can't open file ", u"!",   u"Save file ", u" failed!"},
+    {"Erp", FileType::Erp, 524278, ".erp", kOpen,               kError, kCannotSave,   kCheckDisk},
+    {"Frp", FileType::Frp,  32758, ".frp", kOpen,               kError, kCannotSave,   kCheckDisk}};
 
 /// A row of 10 words in each: what the file holds, and what it shows.
 inline const std::vector<std::vector<std::uint16_t>> kWords = {
@@ -110,6 +111,7 @@ inline std::vector<std::u16string> ReadBack(const RecipeType& type, std::vector<
     return texts;
 }
 
+/// A file of one type in a folder of its own, and rows to read it into.
 struct OneType {
     const RecipeType& type;
     CTempFolder folder;
@@ -138,7 +140,7 @@ struct OneType {
         if (!IsPaged(type.type))
             return WriteAll(path, Joined({Bytes(2 * static_cast<std::size_t>(begin), std::byte{1}), words}));
         WriteAll(path, {});
-        ASSERT_TRUE(PagedWrite(path, WordAddress(begin), words.size() / 2, words, PagedKindOf()));
+        ASSERT_TRUE(PagedWrite(path, WordAddress(begin), words.size() / 2, words, Kind()));
     }
 
     void MakeAndRead()
@@ -169,7 +171,7 @@ struct OneType {
         const std::int32_t begin = type.startAddress - kWordsAround;
         if (IsPaged(type.type)) {
             Bytes bytes(size);
-            EXPECT_TRUE(PagedRead(path, WordAddress(begin), size / 2, bytes, PagedKindOf()));
+            EXPECT_TRUE(PagedRead(path, WordAddress(begin), size / 2, bytes, Kind()));
             return bytes;
         }
         const Bytes all = ReadAll(path);
@@ -178,7 +180,7 @@ struct OneType {
         return Bytes(all.begin() + 2 * begin, all.end());
     }
 
-    PagedKind PagedKindOf() const { return type.type == FileType::Erp ? kErp : kFrp; }
+    PagedKind Kind() const { return type.type == FileType::Erp ? kErp : kFrp; }
 
     /// Gives cells of every type a text, one by one and by an exchange; returns what all cells show then.
     std::vector<std::u16string> Edit()
