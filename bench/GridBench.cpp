@@ -1,9 +1,10 @@
-// What the window adds to the core's work: laying out a huge recipe, and scrolling through it.
+// What the window adds to the core's work: laying out a huge recipe, scrolling through it, and pasting into it.
 
 #include "tests/views/RecordingFrame.h"
 #include "views/RecipeDataShowView.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QScrollBar>
 #include <QWindow>
 #include <benchmark/benchmark.h>
@@ -132,5 +133,40 @@ void ScrollStep(benchmark::State& state)
     }
 }
 BENCHMARK(ScrollStep)->ArgNames({"rows", "marks"})->ArgsProduct({{3, 30, 0}, {0, 1}})->Unit(benchmark::kMillisecond);
+
+/// Rows of kColumns values that no cell holds before.
+QString BlockOf(std::int64_t cells)
+{
+    QString block;
+    for (std::int64_t cell = 0; cell < cells; ++cell) {
+        block += QString::number(40000 + cell % 20000);
+        block += (cell + 1) % kColumns == 0 ? u'\n' : u'\t';
+    }
+    return block;
+}
+
+/// From the command to the painted window. The argument is the number of cells.
+void PasteCells(benchmark::State& state)
+{
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    SetUpFrame(frame, recipe.Path(), 5);
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    QApplication::clipboard()->setText(BlockOf(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        view.ShowData(FileType::Rcp);
+        view.Grid().SetFocusCell(1, 2);
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+        view.Grid().Paste();
+        QCoreApplication::processEvents(); // paints
+        state.PauseTiming();
+        view.ClearGrid();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(PasteCells)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
 } // namespace
