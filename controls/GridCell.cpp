@@ -1,6 +1,6 @@
 #include "controls/GridCell.h"
 
-#include "controls/GridCellPaint.h"
+#include "controls/GridTextPaint.h"
 
 void CGridCell::Draw(QPainter& painter, const QRect& rect, const GridCellLook& look) const
 {

@@ -11,7 +11,15 @@
 
 class QPainter;
 class QRect;
-struct GridCellLook;
+
+/// How one cell is drawn, after what it does not set itself was taken from its default cell.
+struct GridCellLook {
+    QColor textColor;
+    QColor backColor;
+    QFont font;
+    std::uint32_t format = 0; ///< CGridCellBase::Format
+    int margin = 0;           ///< in pixels, left and right of the text
+};
 
 /// A cell of the grid: its text, its state and how it looks.
 ///

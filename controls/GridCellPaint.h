@@ -1,34 +1,16 @@
 #pragma once
 
+#include "controls/GridCellBase.h"
 #include "controls/GridTextSource.h"
-
-#include <QColor>
-#include <QFont>
-#include <QString>
-
-#include <cstdint>
 
 class CGridModel;
 class QPainter;
 class QRect;
 
-/// How one cell is drawn, after what it does not set itself was taken from its default cell.
-struct GridCellLook {
-    QColor textColor;
-    QColor backColor;
-    QFont font;
-    std::uint32_t format = 0; ///< CGridCellBase::Format
-    int margin = 0;           ///< in pixels, left and right of the text
-};
-
 constexpr QRgb kGridLine = qRgb(192, 192, 192);
 constexpr int kFocusFrame = 2; ///< width of the frame around the selected focus cell, in pixels
 
 GridCellLook LookOf(const CGridModel& model, int row, int column);
-Qt::Alignment AlignmentOf(std::uint32_t format);
-
-/// Draws `text` in one line with an ellipsis where it is cut off, or wrapped when the format says so.
-void DrawCellText(QPainter& painter, const QRect& rect, const GridCellLook& look, const QString& text);
 
 /// Draws background and content of a cell; `rect` holds the line at its right and bottom side, which stays free.
 void DrawCell(QPainter& painter, const QRect& rect, const CGridModel& model, int row, int column,

@@ -5,6 +5,7 @@
 #include "controls/GridCorner.h"
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
+#include "controls/GridTextPaint.h"
 #include "controls/TitleTip.h"
 
 #include <QAccessible>

@@ -6,7 +6,6 @@
 #include <functional>
 #include <vector>
 
-class CGridCtrl;
 class CGridModel;
 class QHeaderView;
 struct GridTitleSizes;

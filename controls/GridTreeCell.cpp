@@ -1,6 +1,6 @@
 #include "controls/GridTreeCell.h"
 
-#include "controls/GridCellPaint.h"
+#include "controls/GridTextPaint.h"
 
 #include <QFontMetrics>
 #include <QPainter>
