@@ -44,6 +44,7 @@ public:
 
     QString Text() const { return QString::fromStdU16String(m_text); }
     void SetText(QStringView text) { m_text.assign(text.utf16(), static_cast<std::size_t>(text.size())); }
+    void TakeText(std::u16string text) noexcept { m_text = std::move(text); }
     std::uint32_t StateFlags() const { return m_state; }
     void SetState(std::uint32_t state) { m_state = state; }
     std::uint32_t TextFormat() const { return m_format; }

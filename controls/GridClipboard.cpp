@@ -1,13 +1,13 @@
 #include "controls/GridClipboard.h"
 
-#include "controls/GridCtrl.h"
+#include "controls/GridEdits.h"
 #include "controls/GridModel.h"
 #include "controls/SlowWork.h"
 #include "controls/TabbedText.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QItemSelection>
+#include <QWidget>
 
 #include <algorithm>
 #include <vector>
@@ -81,42 +81,37 @@ bool IsOneField(QStringView text)
     return reader.Next(field) && !reader.Next(field);
 }
 
-/// The top left one of the chosen cells; invalid when there are none.
-QModelIndex PasteCorner(const CGridCtrl& grid)
+/// The top left cell of what the ranges reach over; there is one at least.
+std::pair<int, int> CornerOf(const QItemSelection& selection)
 {
-    const QItemSelection selection = grid.ChosenCells();
-    if (selection.isEmpty())
-        return {};
     int top = selection.first().top();
     int left = selection.first().left();
     for (const QItemSelectionRange& range : selection) {
         top = std::min(top, range.top());
         left = std::min(left, range.left());
     }
-    return grid.model()->index(top, left);
+    return {top, left};
 }
 
 } // namespace
 
 bool CGridClipboard::Copy()
 {
-    const CGridModel& model = m_grid.Model();
-    const QItemSelection selection = m_grid.ChosenCells();
-    if (selection.isEmpty())
+    if (m_chosen.isEmpty())
         return false;
-    const std::vector<Span> rows = RowsOf(selection);
-    const std::vector<Span> columns = ColumnsOf(selection);
+    const std::vector<Span> rows = RowsOf(m_chosen);
+    const std::vector<Span> columns = ColumnsOf(m_chosen);
     const std::int64_t count = CountOf(rows);
 
-    CSlowWork work(&m_grid, QStringLiteral("Copying cells"), count);
+    CSlowWork work(&m_window, QStringLiteral("Copying cells"), count);
     QString text;
     std::int64_t done = 0;
     for (const Span& span : rows) {
         for (int row = span.first; row <= span.last; ++row) {
-            AppendRow(text, model, selection, columns, row);
+            AppendRow(text, m_model, m_chosen, columns, row);
             if (count > 1) // else an empty field in the last row would be lost
                 text += u'\n';
-            if (!work.Step(++done))
+            if (!GoesOn(work, ++done))
                 return false;
         }
     }
@@ -124,77 +119,72 @@ bool CGridClipboard::Copy()
     return true;
 }
 
-void CGridClipboard::Clear()
+bool CGridClipboard::Clear(CGridEdits& edits)
 {
-    Fill(QString(), QStringLiteral("Clearing cells"));
-    Finish();
+    return Fill(QString(), QStringLiteral("Clearing cells"), edits);
 }
 
-void CGridClipboard::Paste(QStringView text)
+bool CGridClipboard::Paste(QStringView text, CGridEdits& edits)
 {
-    if (IsOneField(text)) {
-        QString field;
-        CTabbedTextReader(text).Next(field);
-        Fill(field, QStringLiteral("Pasting cells"));
-    } else {
-        PasteBlock(text);
-    }
-    Finish();
+    if (!IsOneField(text))
+        return PasteBlock(text, edits);
+    QString field;
+    CTabbedTextReader(text).Next(field);
+    return Fill(field, QStringLiteral("Pasting cells"), edits);
 }
 
-void CGridClipboard::Fill(const QString& text, const QString& label)
+bool CGridClipboard::Fill(const QString& text, const QString& label, CGridEdits& edits)
 {
-    const QItemSelection selection = m_grid.ChosenCells();
     std::int64_t rows = 0;
-    for (const QItemSelectionRange& range : selection)
+    std::int64_t cells = 0;
+    for (const QItemSelectionRange& range : m_chosen) {
         rows += range.height();
-    CSlowWork work(&m_grid, label, rows);
+        cells += std::int64_t{range.height()} * range.width();
+    }
+    edits.MakeRoom(cells);
+    CSlowWork work(&m_window, label, rows);
     std::int64_t done = 0;
-    for (const QItemSelectionRange& range : selection)
-        if (!FillRange(range, text, work, done))
-            return;
+    return std::all_of(m_chosen.begin(), m_chosen.end(), [&](const QItemSelectionRange& range) {
+        return FillRange(range, text, work, done, edits); //
+    });
 }
 
 bool CGridClipboard::FillRange(const QItemSelectionRange& range, const QString& text, CSlowWork& work,
-                               std::int64_t& rowsDone)
+                               std::int64_t& rowsDone, CGridEdits& edits)
 {
     for (int row = range.top(); row <= range.bottom(); ++row) {
         for (int column = range.left(); column <= range.right(); ++column)
-            Change(row + m_grid.FixedRowCount(), column + m_grid.FixedColumnCount(), text);
-        if (!work.Step(++rowsDone))
+            edits.Add(row + m_model.FixedRowCount(), column + m_model.FixedColumnCount(), text);
+        if (!GoesOn(work, ++rowsDone))
             return false;
     }
     return true;
 }
 
-void CGridClipboard::PasteBlock(QStringView text)
+bool CGridClipboard::PasteBlock(QStringView text, CGridEdits& edits)
 {
-    const QModelIndex corner = PasteCorner(m_grid);
-    if (!corner.isValid())
-        return;
-    const int top = m_grid.Model().GridRow(corner);
-    const int left = m_grid.Model().GridColumn(corner);
-    const std::int64_t room = m_grid.RowCount() - top;
-    CSlowWork work(&m_grid, QStringLiteral("Pasting cells"), room);
+    if (m_chosen.isEmpty())
+        return true;
+    const auto [bodyTop, bodyLeft] = CornerOf(m_chosen);
+    const int top = bodyTop + m_model.FixedRowCount();
+    const int left = bodyLeft + m_model.FixedColumnCount();
+    const int rows = m_model.RowCount() - top;
+    const int columns = m_model.ColumnCount() - left;
+    edits.MakeRoom(std::min<std::int64_t>(text.size() + 1, std::int64_t{rows} * columns));
+    CSlowWork work(&m_window, QStringLiteral("Pasting cells"), rows);
     CTabbedTextReader reader(text);
     QString field;
-    while (reader.Next(field) && reader.Row() < room) {
-        if (reader.Column() < m_grid.ColumnCount() - left)
-            Change(top + reader.Row(), left + reader.Column(), field);
-        if (reader.Column() == 0 && !work.Step(reader.Row()))
-            return;
+    while (reader.Next(field) && reader.Row() < rows) {
+        if (reader.Column() < columns)
+            edits.Add(top + reader.Row(), left + reader.Column(), std::move(field));
+        if (reader.Column() == 0 && !GoesOn(work, reader.Row()))
+            return false;
     }
+    return true;
 }
 
-void CGridClipboard::Change(int row, int column, const QString& text)
+/// Showing how far it is lets events happen, of which any may reset the grid.
+bool CGridClipboard::GoesOn(CSlowWork& work, std::int64_t done) const
 {
-    if (m_grid.ChangeText(row, column, text) == CGridCtrl::Change::Refused && !m_firstRefusal)
-        m_firstRefusal = Cell(row, column);
-}
-
-void CGridClipboard::Finish()
-{
-    m_grid.Model().TextsChanged();
-    if (m_firstRefusal)
-        m_grid.ReportRefusal(m_firstRefusal->first, m_firstRefusal->second);
+    return work.Step(done) && m_chosen.first().isValid();
 }

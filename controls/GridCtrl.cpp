@@ -1,7 +1,6 @@
 #include "controls/GridCtrl.h"
 
 #include "controls/GridCellPaint.h"
-#include "controls/GridClipboard.h"
 #include "controls/GridCorner.h"
 #include "controls/GridDelegate.h"
 #include "controls/GridHeader.h"
@@ -9,11 +8,7 @@
 #include "controls/GridSelectionModel.h"
 #include "controls/TitleTip.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QMessageBox>
-#include <QMimeData>
-#include <QScrollBar>
+#include <QHeaderView>
 
 #include <algorithm>
 
@@ -395,6 +390,11 @@ void CGridCtrl::RedrawCell(int row, int column)
     }
 }
 
+void CGridCtrl::TextsChanged()
+{
+    m_pModel->TextsChanged();
+}
+
 CGridCellBase* CGridCtrl::GetCell(int row, int column)
 {
     return m_pModel->MakeCell(row, column);
@@ -435,110 +435,6 @@ bool CGridCtrl::SetFocusCell(int row, int column)
 CGridSelectionModel& CGridCtrl::Selection() const
 {
     return static_cast<CGridSelectionModel&>(*selectionModel());
-}
-
-QItemSelection CGridCtrl::ChosenCells() const
-{
-    const QModelIndex focus = currentIndex();
-    return selectionModel()->hasSelection() || !focus.isValid() ? selectionModel()->selection()
-                                                                : QItemSelection(focus, focus);
-}
-
-CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text)
-{
-    if (!m_pModel->IsEditable(row, column))
-        return Change::ReadOnly;
-    if (m_pModel->Text(row, column) == text)
-        return Change::Same;
-    if (!AcceptsText(column, text))
-        return Change::Refused;
-    MarkEdited(row, column);
-    TakeText(row, column, text);
-    return Change::Done;
-}
-
-void CGridCtrl::ReportRefusal(int row, int column)
-{
-    // kept: the first number is the row, though the text says Col
-    const QString text = QString::asprintf("Col %d,Row %d data error !", row, column);
-    if (m_reporter) {
-        m_reporter(text);
-        return;
-    }
-    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::Ok, window());
-    box.exec();
-}
-
-bool CGridCtrl::AcceptsText(int column, const QString& text)
-{
-    return !m_check || m_check(column, text);
-}
-
-void CGridCtrl::MarkEdited(int row, int column)
-{
-    emit CellEdited(row, column);
-}
-
-/// A text that the cell has already is not set once more: the source need not keep what never changed.
-void CGridCtrl::TakeText(int row, int column, const QString& text)
-{
-    if (m_pModel->Text(row, column) != text)
-        SetItemText(row, column, text);
-}
-
-bool CGridCtrl::CanCopy() const
-{
-    return m_pEditor ? m_pEditor->hasSelectedText() : !ChosenCells().isEmpty();
-}
-
-bool CGridCtrl::CanCut() const
-{
-    return CanCopy() && (m_pEditor || m_pModel->IsEditable());
-}
-
-bool CGridCtrl::CanPaste() const
-{
-    const QMimeData* content = QApplication::clipboard()->mimeData();
-    if (content == nullptr || !content->hasText())
-        return false;
-    return m_pEditor || (m_pModel->IsEditable() && !ChosenCells().isEmpty());
-}
-
-bool CGridCtrl::CanSelectAll() const
-{
-    return m_pEditor ? !m_pEditor->text().isEmpty() : m_pModel->rowCount() > 0 && m_pModel->columnCount() > 0;
-}
-
-void CGridCtrl::Copy()
-{
-    if (m_pEditor)
-        m_pEditor->copy();
-    else
-        CGridClipboard(*this).Copy();
-}
-
-void CGridCtrl::Cut()
-{
-    if (m_pEditor)
-        m_pEditor->cut();
-    else if (CanCut() && CGridClipboard(*this).Copy())
-        CGridClipboard(*this).Clear();
-}
-
-void CGridCtrl::Paste()
-{
-    if (m_pEditor)
-        m_pEditor->paste();
-    else if (CanPaste())
-        CGridClipboard(*this).Paste(QApplication::clipboard()->text());
-}
-
-void CGridCtrl::SelectAll()
-{
-    if (m_pEditor)
-        m_pEditor->selectAll();
-    else
-        selectAll();
 }
 
 int CGridCtrl::PrintPageCount(const QPagedPaintDevice& device) const

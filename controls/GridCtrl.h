@@ -1,5 +1,6 @@
 #pragma once
 
+#include "controls/GridEdits.h"
 #include "controls/GridNotification.h"
 #include "controls/GridPrinter.h"
 #include "controls/GridTextSource.h"
@@ -14,8 +15,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class CGridCellBase;
+class CGridClipboard;
 class CGridCorner;
 class CGridDefaultCell;
 class CGridModel;
@@ -48,12 +52,11 @@ class CGridCtrl : public QTableView, private CInPlaceEditOwner {
     Q_OBJECT
 
 public:
-    /// Whether `text` may become the text of a cell in grid column `column`.
-    using CellCheck = std::function<bool(int column, const QString& text)>;
+    using CellCheck = CGridEdits::Check;
     /// Shows one message to the user and returns when it was answered.
     using MessageReporter = std::function<void(const QString& text)>;
     /// What became of a change that goes the user's way.
-    enum class Change { Same, Done, Refused, ReadOnly };
+    using Change = CGridEdits::Change;
 
     /// A grid without rows and columns. `controlId` goes with every notification.
     explicit CGridCtrl(int controlId, QWidget* parent = nullptr);
@@ -92,6 +95,7 @@ public:
     std::uintptr_t GetCellData(int row, int column) const;
     std::uint32_t GetItemState(int row, int column) const; ///< CGridCellBase::State; 0 outside the grid
     void RedrawCell(int row, int column);
+    void TextsChanged(); ///< to be called when all texts of data cells may be others
 
     CGridCellBase* GetCell(int row, int column); ///< a kept cell, to set its look; null outside, or when it is not kept
     bool SetCell(int row, int column,
@@ -113,7 +117,8 @@ public:
     Change ChangeText(int row, int column, const QString& text);
     void ReportRefusal(int row, int column) override; ///< "Col %d,Row %d data error !"
 
-    // While a cell is edited these act on its editor, otherwise on the chosen cells.
+    // While a cell is edited these act on its editor, otherwise on the chosen cells. What a command gives cells it
+    // hands over at its end: cancelled, or without the memory for it, it has changed nothing.
     bool CanCopy() const;
     bool CanCut() const;
     bool CanPaste() const;
@@ -178,6 +183,12 @@ private:
     void FixedCountsChanged();
     std::vector<int> BodyColumnWidths() const;
     void TakeText(int row, int column, const QString& text);
+    void TakeTexts(GridChange change, std::vector<GridCellText> texts);
+    /// What a command gives cells; false when it was given up.
+    using Collecting = std::function<bool(CGridClipboard& clipboard, CGridEdits& edits)>;
+    void ChangeChosenCells(GridChange change, const Collecting& collect);
+    void Clear();
+    void Report(const QString& text);
     void SendNotification(int controlId, int code, const QModelIndex& index);
     void AskForContextMenu();
     void AskForContextMenu(const QModelIndex& index, QPoint position);

@@ -1,7 +1,6 @@
 // The grid's mouse, its in-place editing and what it tells.
 
 #include "controls/GridCellPaint.h"
-#include "controls/GridClipboard.h"
 #include "controls/GridCorner.h"
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"

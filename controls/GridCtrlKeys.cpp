@@ -1,6 +1,5 @@
 // The grid's keys: those that move the focus cell and choose cells, the commands, and those that begin an edit.
 
-#include "controls/GridClipboard.h"
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
 #include "controls/GridSelectionModel.h"
@@ -162,7 +161,7 @@ bool CGridCtrl::HandleCommandKey(QKeyEvent& event)
     else if (event.matches(QKeySequence::SelectAll))
         SelectAll();
     else if (event.key() == Qt::Key_Delete && event.modifiers() == Qt::NoModifier)
-        CGridClipboard(*this).Clear();
+        Clear();
     else if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier)
         AskForContextMenu();
     else if ((event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&

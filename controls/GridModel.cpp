@@ -170,6 +170,30 @@ bool CGridModel::SetText(int row, int column, const QString& text)
     return true;
 }
 
+bool CGridModel::SetTexts(GridChange change, std::vector<GridCellText> texts)
+{
+    std::erase_if(texts, [this](const GridCellText& cell) {
+        return !Contains(cell.row, cell.column) || !IsBody(cell.row, cell.column);
+    });
+    if (texts.empty())
+        return false;
+    if (m_source != nullptr)
+        return m_source->SetCellTexts(change, std::move(texts));
+    KeepTexts(texts);
+    return true;
+}
+
+/// All that takes memory comes first.
+void CGridModel::KeepTexts(const std::vector<GridCellText>& texts)
+{
+    std::vector<std::pair<CGridCellBase*, std::u16string>> kept;
+    kept.reserve(texts.size());
+    for (const GridCellText& cell : texts)
+        kept.emplace_back(&m_cells.Make(cell.row, cell.column), cell.text.toStdU16String());
+    for (auto& [cell, text] : kept)
+        cell->TakeText(std::move(text));
+}
+
 GridCellMarks CGridModel::Marks(int row, int column) const
 {
     return Contains(row, column) && !IsKept(row, column) ? m_source->CellMarks(row, column) : GridCellMarks{};

@@ -40,8 +40,11 @@ public:
     bool IsEditable(int row, int column) const;
     void SetTextChange(TextChange change) { m_change = std::move(change); }
 
-    QString Text(int row, int column) const;                  ///< empty outside the grid
-    bool SetText(int row, int column, const QString& text);   ///< false outside the grid, or refused by the source
+    QString Text(int row, int column) const;                ///< empty outside the grid
+    bool SetText(int row, int column, const QString& text); ///< false outside the grid, or refused by the source
+    /// What one command of the user gives cells of the body, all or nothing, also where std::bad_alloc is thrown for
+    /// kept cells. Texts for other cells are left out. False when nothing was changed.
+    bool SetTexts(GridChange change, std::vector<GridCellText> texts);
     GridCellMarks Marks(int row, int column) const;           ///< none for a kept cell
     QString Remark(int row, int column) const;                ///< likewise
     const CGridCellBase* FindCell(int row, int column) const; ///< null for a cell that is not kept or not made yet
@@ -66,6 +69,7 @@ public:
 
 private:
     QString Description(const QModelIndex& index) const;
+    void KeepTexts(const std::vector<GridCellText>& texts);
     bool IsKept(int row, int column) const { return Contains(row, column) && (!m_source || row < m_nFixedRows); }
 
     int m_nRows = 0;

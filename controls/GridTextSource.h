@@ -2,10 +2,22 @@
 
 #include <QString>
 
+#include <vector>
+
 /// What is to be seen of a cell besides its text.
 struct GridCellMarks {
     bool changed = false;    ///< the user changed it and it was not saved since
     bool outOfRange = false; ///< its value lies outside what it may hold
+};
+
+/// What a command on cells was.
+enum class GridChange { Typing, Paste, Cut, Clear };
+
+/// A text for a cell; row and column of the grid.
+struct GridCellText {
+    int row;
+    int column;
+    QString text;
 };
 
 /// Where a grid in virtual mode gets its texts from and where it hands an edited one back. Rows and columns are those
@@ -16,6 +28,16 @@ public:
     virtual ~CGridTextSource() = default;
     virtual QString CellText(int row, int column) const = 0;
     virtual bool SetCellText(int row, int column, const QString& text) = 0;
+
+    /// Gives cells texts that passed the grid's check: what one command of the user changed, all or nothing. False when
+    /// nothing was changed. By default each goes through SetCellText.
+    virtual bool SetCellTexts(GridChange /*change*/, std::vector<GridCellText> texts)
+    {
+        bool changed = false;
+        for (const GridCellText& cell : texts)
+            changed = SetCellText(cell.row, cell.column, cell.text) || changed;
+        return changed;
+    }
 
     /// Asked for each cell that is painted.
     virtual GridCellMarks CellMarks(int /*row*/, int /*column*/) const { return {}; }

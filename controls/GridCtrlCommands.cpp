@@ -1,0 +1,174 @@
+// The grid's commands on cells: which they act on, the clipboard, and the road of a text from the user into its cell.
+
+#include "controls/GridClipboard.h"
+#include "controls/GridCtrl.h"
+#include "controls/GridModel.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+#include <QMimeData>
+
+#include <new>
+
+namespace {
+
+/// False when the memory does not suffice for `work`.
+template <typename Work>
+bool HasMemoryFor(const Work& work)
+{
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+QString NoMemoryText()
+{
+    return QStringLiteral("There is not enough memory for this command. Nothing was changed.");
+}
+
+} // namespace
+
+QItemSelection CGridCtrl::ChosenCells() const
+{
+    const QModelIndex focus = currentIndex();
+    return selectionModel()->hasSelection() || !focus.isValid() ? selectionModel()->selection()
+                                                                : QItemSelection(focus, focus);
+}
+
+CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text)
+{
+    CGridEdits edits(*m_pModel, m_check);
+    const Change change = edits.Add(row, column, text);
+    if (change == Change::Done) {
+        MarkEdited(row, column);
+        TakeText(row, column, text);
+    }
+    return change;
+}
+
+void CGridCtrl::ReportRefusal(int row, int column)
+{
+    // kept: the first number is the row, though the text says Col
+    Report(QString::asprintf("Col %d,Row %d data error !", row, column));
+}
+
+void CGridCtrl::Report(const QString& text)
+{
+    if (m_reporter) {
+        m_reporter(text);
+        return;
+    }
+    QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::Ok, window());
+    box.exec();
+}
+
+bool CGridCtrl::AcceptsText(int column, const QString& text)
+{
+    return !m_check || m_check(column, text);
+}
+
+void CGridCtrl::MarkEdited(int row, int column)
+{
+    emit CellEdited(row, column);
+}
+
+/// A text that the cell has already is not set once more: the source need not keep what never changed.
+void CGridCtrl::TakeText(int row, int column, const QString& text)
+{
+    if (m_pModel->Text(row, column) != text && m_pModel->SetTexts(GridChange::Typing, {{row, column, text}}))
+        RedrawCell(row, column);
+}
+
+void CGridCtrl::TakeTexts(GridChange change, std::vector<GridCellText> texts)
+{
+    for (const GridCellText& cell : texts)
+        MarkEdited(cell.row, cell.column);
+    if (m_pModel->SetTexts(change, std::move(texts)))
+        TextsChanged();
+}
+
+void CGridCtrl::ChangeChosenCells(GridChange change, const Collecting& collect)
+{
+    std::optional<CGridEdits::Cell> refusal;
+    const bool enough = HasMemoryFor([&] {
+        CGridClipboard clipboard(*m_pModel, ChosenCells(), *this);
+        CGridEdits edits(*m_pModel, m_check);
+        if (!collect(clipboard, edits))
+            return;
+        refusal = edits.FirstRefusal();
+        TakeTexts(change, edits.TakeTexts());
+    });
+    if (!enough)
+        Report(NoMemoryText());
+    else if (refusal)
+        ReportRefusal(refusal->first, refusal->second);
+}
+
+bool CGridCtrl::CanCopy() const
+{
+    return m_pEditor ? m_pEditor->hasSelectedText() : !ChosenCells().isEmpty();
+}
+
+bool CGridCtrl::CanCut() const
+{
+    return CanCopy() && (m_pEditor || m_pModel->IsEditable());
+}
+
+bool CGridCtrl::CanPaste() const
+{
+    const QMimeData* content = QApplication::clipboard()->mimeData();
+    if (content == nullptr || !content->hasText())
+        return false;
+    return m_pEditor || (m_pModel->IsEditable() && !ChosenCells().isEmpty());
+}
+
+bool CGridCtrl::CanSelectAll() const
+{
+    return m_pEditor ? !m_pEditor->text().isEmpty() : m_pModel->rowCount() > 0 && m_pModel->columnCount() > 0;
+}
+
+void CGridCtrl::Copy()
+{
+    if (m_pEditor)
+        m_pEditor->copy();
+    else if (!HasMemoryFor([this] { CGridClipboard(*m_pModel, ChosenCells(), *this).Copy(); }))
+        Report(NoMemoryText());
+}
+
+void CGridCtrl::Cut()
+{
+    if (m_pEditor)
+        m_pEditor->cut();
+    else if (CanCut())
+        ChangeChosenCells(GridChange::Cut, [](CGridClipboard& clipboard, CGridEdits& edits) {
+            return clipboard.Copy() && clipboard.Clear(edits);
+        });
+}
+
+void CGridCtrl::Paste()
+{
+    if (m_pEditor)
+        m_pEditor->paste();
+    else if (CanPaste())
+        ChangeChosenCells(GridChange::Paste, [](CGridClipboard& clipboard, CGridEdits& edits) {
+            return clipboard.Paste(QApplication::clipboard()->text(), edits);
+        });
+}
+
+void CGridCtrl::Clear()
+{
+    ChangeChosenCells(GridChange::Clear,
+                      [](CGridClipboard& clipboard, CGridEdits& edits) { return clipboard.Clear(edits); });
+}
+
+void CGridCtrl::SelectAll()
+{
+    if (m_pEditor)
+        m_pEditor->selectAll();
+    else
+        selectAll();
+}
