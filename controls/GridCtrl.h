@@ -106,6 +106,11 @@ public:
 
     bool FocusCell(int& row, int& column) const; ///< false when no cell has the focus
     bool SetFocusCell(int row, int column);      ///< false for a fixed cell or one outside the grid
+    /// Makes these data cells, grid row and column in ascending order, the selected ones and the first of them the
+    /// focus cell, and scrolls so that it is in sight, and the others where they fit. Others than data cells are left
+    /// out; nothing happens when no cell is left. Cells that make up more than 1,000 rectangles are selected with all
+    /// that lies between them.
+    void ShowCells(const std::vector<std::pair<int, int>>& cells);
     /// What the commands on cells act on: the selected cells, or the focus cell alone when none is selected.
     QItemSelection ChosenCells() const;
     bool StartEdit(); ///< opens the editor on the focus cell; false when it cannot be edited

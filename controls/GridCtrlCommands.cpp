@@ -1,17 +1,22 @@
 // The grid's commands on cells: which they act on, the clipboard, and the road of a text from the user into its cell.
 
+#include "controls/CellRectangles.h"
 #include "controls/GridClipboard.h"
 #include "controls/GridCtrl.h"
 #include "controls/GridModel.h"
+#include "controls/GridSelectionModel.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QMessageBox>
 #include <QMimeData>
 
+#include <algorithm>
 #include <new>
 
 namespace {
+
+constexpr std::size_t kMostRectangles = 1000; // of a selection: the toolkit walks through all for each cell it paints
 
 /// False when the memory does not suffice for `work`.
 template <typename Work>
@@ -37,6 +42,28 @@ QItemSelection CGridCtrl::ChosenCells() const
     const QModelIndex focus = currentIndex();
     return selectionModel()->hasSelection() || !focus.isValid() ? selectionModel()->selection()
                                                                 : QItemSelection(focus, focus);
+}
+
+void CGridCtrl::ShowCells(const std::vector<std::pair<int, int>>& cells)
+{
+    std::vector<std::pair<int, int>> shown;
+    shown.reserve(cells.size());
+    std::copy_if(cells.begin(), cells.end(), std::back_inserter(shown),
+                 [this](const auto& cell) { return m_pModel->BodyIndex(cell.first, cell.second).isValid(); });
+    if (shown.empty())
+        return;
+    QItemSelection selection;
+    for (const CellRectangle& rectangle : RectanglesOf(shown, kMostRectangles))
+        selection.append({m_pModel->BodyIndex(rectangle.top, rectangle.left),
+                          m_pModel->BodyIndex(rectangle.bottom, rectangle.right)});
+    const CellRectangle around = RectangleAround(shown);
+    const QPersistentModelIndex first(m_pModel->BodyIndex(shown.front().first, shown.front().second));
+    Selection().Choose(first, selection);
+    if (!first.isValid() || currentIndex() != first) // who was told has emptied the grid
+        return;
+    scrollTo(m_pModel->BodyIndex(around.bottom, around.right));
+    scrollTo(m_pModel->BodyIndex(around.top, around.left));
+    scrollTo(first);
 }
 
 CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text)

@@ -27,6 +27,14 @@ void CGridSelectionModel::ExtendTo(const QModelIndex& index)
         select(FromAnchor(), SelectCurrent);
 }
 
+void CGridSelectionModel::Choose(const QModelIndex& focus, const QItemSelection& cells)
+{
+    const QPersistentModelIndex target(focus);
+    setCurrentIndex(focus, NoUpdate);
+    if (target.isValid() && currentIndex() == target) // who was told has not emptied the grid
+        select(cells, ClearAndSelect);
+}
+
 void CGridSelectionModel::Widen(Extent extent)
 {
     if (!currentIndex().isValid())

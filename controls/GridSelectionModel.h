@@ -18,6 +18,8 @@ public:
 
     void MoveTo(const QModelIndex& index);   ///< makes it the focus cell and the only selected one
     void ExtendTo(const QModelIndex& index); ///< makes it the focus cell, and selects from the anchor to there
+    /// Makes these cells the selected ones and `focus`, one of them, the focus cell with which the selection begins.
+    void Choose(const QModelIndex& focus, const QItemSelection& cells);
     /// Selects all of the rows or columns from the anchor to the focus cell, and no other cell. Without a focus cell
     /// it does nothing.
     void Widen(Extent extent);
