@@ -34,6 +34,26 @@ bool IsEndingKey(const QKeyEvent& event)
     }
 }
 
+/// The keys for Undo and Redo of every desktop: a line edit takes only those of the desktop that it runs on.
+bool IsUndoKey(const QKeyEvent& event)
+{
+    return (event.key() == Qt::Key_Z && event.modifiers() == Qt::ControlModifier) ||
+           (event.key() == Qt::Key_Backspace && event.modifiers() == Qt::AltModifier);
+}
+
+bool IsRedoKey(const QKeyEvent& event)
+{
+    return (event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier) ||
+           (event.key() == Qt::Key_Z && event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) ||
+           (event.key() == Qt::Key_Backspace && event.modifiers() == (Qt::AltModifier | Qt::ShiftModifier));
+}
+
+/// Whether the editor has `event` before the window's accelerators. Others with Ctrl or Alt still work while editing.
+bool GoesBeforeAccelerators(const QKeyEvent& event)
+{
+    return IsEndingKey(event) || IsUndoKey(event) || IsRedoKey(event);
+}
+
 /// Swallows the one mouse press that is about to be delivered.
 ///
 /// A click that takes the focus away from the editor is delivered after the focus has moved. When the refusal's message
@@ -116,8 +136,7 @@ void CInPlaceEdit::Close(QWidget* heir)
 bool CInPlaceEdit::event(QEvent* event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
-        // Only the ending keys go before the window's accelerators: those with Ctrl or Alt still work while editing.
-        if (IsEndingKey(*static_cast<QKeyEvent*>(event))) {
+        if (GoesBeforeAccelerators(*static_cast<QKeyEvent*>(event))) {
             event->accept();
             return true;
         }
@@ -135,6 +154,10 @@ void CInPlaceEdit::keyPressEvent(QKeyEvent* event)
 {
     if (IsEndingKey(*event))
         End(event->key());
+    else if (IsUndoKey(*event))
+        undo();
+    else if (IsRedoKey(*event))
+        redo();
     else
         QLineEdit::keyPressEvent(event);
     event->accept(); // a key that the field has no use for must not reach the grid below it

@@ -6,6 +6,9 @@
 
 #include <QApplication>
 #include <QInputMethodEvent>
+#include <QLayout>
+#include <QMenu>
+#include <QMenuBar>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QTest>
@@ -121,6 +124,94 @@ TEST_F(GridEdit, AnEndingKeyGoesBeforeAnAccelerator)
     QTest::keyClick(Editor(), Qt::Key_Escape);
     EXPECT_EQ(fired, 0);
     EXPECT_EQ(Editor(), nullptr);
+}
+
+struct HistoryKey {
+    const char* name;
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    friend void PrintTo(const HistoryKey& c, std::ostream* out) { *out << c.name; }
+};
+
+/// A window whose accelerators take the keys of Undo and Redo.
+struct GridEditHistory : CGridTestBed, testing::WithParamInterface<HistoryKey> {
+    void SetUp() override
+    {
+        CGridTestBed::SetUp();
+        Fill(6, 6);
+        const QKeySequence keys(QKeyCombination(GetParam().modifiers, GetParam().key));
+        shortcut = new QShortcut(keys, &window, [this] { ++fired; });
+        Edit(2, 3, "77");
+    }
+
+    void PressKey() { QTest::keyClick(Editor(), GetParam().key, GetParam().modifiers); }
+
+    QShortcut* shortcut = nullptr;
+    int fired = 0;
+};
+
+struct GridEditUndo : GridEditHistory {};
+
+TEST_P(GridEditUndo, TakesTypingBackAndGoesNoFarther)
+{
+    PressKey();
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("2,3"));
+    PressKey(); // nothing is left
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("2,3"));
+    EXPECT_EQ(fired, 0);
+    EXPECT_EQ(log, Lines{});
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, GridEditUndo, testing::Values(
+    HistoryKey{"CtrlZ",        Qt::Key_Z,         Qt::ControlModifier},
+    HistoryKey{"AltBackspace", Qt::Key_Backspace, Qt::AltModifier    }),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+struct GridEditRedo : GridEditHistory {};
+
+TEST_P(GridEditRedo, BringsTypingAgainAndGoesNoFarther)
+{
+    Editor()->undo();
+    ASSERT_EQ(Editor()->text(), QString("2,3"));
+    PressKey();
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("77"));
+    PressKey(); // nothing is left
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("77"));
+    EXPECT_EQ(fired, 0);
+    EXPECT_EQ(log, Lines{});
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Table, GridEditRedo, testing::Values(
+    HistoryKey{"CtrlY",             Qt::Key_Y,         Qt::ControlModifier                    },
+    HistoryKey{"CtrlShiftZ",        Qt::Key_Z,         Qt::ControlModifier | Qt::ShiftModifier},
+    HistoryKey{"AltShiftBackspace", Qt::Key_Backspace, Qt::AltModifier | Qt::ShiftModifier    }),
+    [](const auto& c) { return std::string(c.param.name); });
+// clang-format on
+
+TEST_F(GridEdit, AMenuOpenedByAClickDoesNotEndTheEdit)
+{
+    Fill(6, 6);
+    auto* bar = new QMenuBar(&window);
+    window.layout()->setMenuBar(bar);
+    QMenu* menu = bar->addMenu("Edit");
+    menu->addAction("Undo");
+    Edit(2, 3, "77");
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(menu->menuAction()).center());
+    ASSERT_TRUE(menu->isVisible());
+    EXPECT_NE(Editor(), nullptr);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    EXPECT_FALSE(menu->isVisible());
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_EQ(Editor()->text(), QString("77"));
+    EXPECT_EQ(window.focusWidget(), Editor());
+    EXPECT_EQ(log, Lines{});
 }
 
 TEST_F(GridEdit, APopupDoesNotEndTheEdit)
