@@ -4,12 +4,13 @@
 
 #include <QTreeWidgetItem>
 
-/// A row of the item list. It makes its texts from the item when they are seen, so that a long list fills at once.
+/// A row of the item list, with a copy of its item. It makes its texts when they are seen, so that a long list fills at
+/// once.
 class CDataItemRow final : public QTreeWidgetItem {
 public:
     enum Column { IdColumn, LengthColumn, TypeColumn, DescriptionColumn, ColumnCount };
 
-    /// `id` is shown as it is, wherever the row moves. `item` outlives the row.
+    /// `id` is shown as it is, wherever the row moves.
     CDataItemRow(int id, const DataItem& item) : m_nId(id), m_item(item) {}
 
     QVariant data(int column, int role) const override;
@@ -19,5 +20,5 @@ private:
     QString Summary() const;
 
     int m_nId;
-    const DataItem& m_item;
+    DataItem m_item;
 };

@@ -83,8 +83,7 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
 CRecipeFormatEditView::~CRecipeFormatEditView()
 {
     if (m_bLibraryChanged)
-        WriteLibrary();        // too late to tell of a failure
-    m_pUi->listItems->clear(); // its rows refer to the items, which go first
+        WriteLibrary(); // too late to tell of a failure
 }
 
 void CRecipeFormatEditView::SetUpList()
@@ -483,16 +482,16 @@ void CRecipeFormatEditView::OnDeleteItem()
 /// kept: the numbers of the rows behind it stay as they are, until the list is filled again
 void CRecipeFormatEditView::DeleteItem(int row)
 {
-    delete m_pUi->listItems->takeTopLevelItem(row); // first: it refers to the item
     SelectedFormat()->removeItem(static_cast<std::size_t>(row));
+    delete m_pUi->listItems->takeTopLevelItem(row);
     ShowFormatSize();
     UseChange();
 }
 
 void CRecipeFormatEditView::OnDeleteAllItems()
 {
-    m_pUi->listItems->clear();
     SelectedFormat()->clear();
+    m_pUi->listItems->clear();
     ShowFormatSize();
     UseChange();
 }
@@ -520,7 +519,6 @@ void CRecipeFormatEditView::AppendFormat(const QString& name)
 void CRecipeFormatEditView::OnDeleteFormat()
 {
     const int index = m_pUi->comboFormats->currentIndex();
-    m_pUi->listItems->clear(); // its rows refer to the items
     m_library.formats.erase(m_library.formats.begin() + index);
     const QSignalBlocker quiet(m_pUi->comboFormats);
     m_pUi->comboFormats->removeItem(index);
