@@ -45,10 +45,10 @@ std::int32_t IntegerIn(const QLineEdit& edit)
 
 } // namespace
 
-CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem& item, Mode mode, CReporter& reporter, QWidget* parent)
+CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem item, Mode mode, CReporter& reporter, QWidget* parent)
     : QDialog(parent),
       m_pUi(std::make_unique<Ui::CDataTypeEditDlg>()),
-      m_pItem(&item),
+      m_item(item),
       m_reporter(reporter)
 {
     m_pUi->setupUi(this);
@@ -111,19 +111,19 @@ void CDataTypeEditDlg::ProposeItem(int index)
 
 void CDataTypeEditDlg::ShowItem()
 {
-    const bool isArray = m_pItem->isArray != 0;
+    const bool isArray = m_item.isArray != 0;
     (isArray ? m_pUi->radioArray : m_pUi->radioSingle)->setChecked(true);
-    Select(*m_pUi->comboType, static_cast<int>(m_pItem->dataType));
-    Select(*m_pUi->comboInteger, std::max(m_pItem->integerDigits, 0) - 1);
-    Select(*m_pUi->comboDecimal, m_pItem->decimalDigits);
-    m_pUi->radioBin->setChecked(m_pItem->codeType == CodeType::Bin);
-    m_pUi->radioBcd->setChecked(m_pItem->codeType == CodeType::Bcd);
+    Select(*m_pUi->comboType, static_cast<int>(m_item.dataType));
+    Select(*m_pUi->comboInteger, std::max(m_item.integerDigits, 0) - 1);
+    Select(*m_pUi->comboDecimal, m_item.decimalDigits);
+    m_pUi->radioBin->setChecked(m_item.codeType == CodeType::Bin);
+    m_pUi->radioBcd->setChecked(m_item.codeType == CodeType::Bcd);
     if (isArray)
-        m_pUi->editArrayLength->setText(QString::number(m_pItem->arrayLength));
+        m_pUi->editArrayLength->setText(QString::number(m_item.arrayLength));
     ShowArrayLength(isArray);
-    m_pUi->editLength->setText(QString::number(m_pItem->dataLength));
+    m_pUi->editLength->setText(QString::number(m_item.dataLength));
     const auto most = static_cast<std::size_t>(m_pUi->editDescription->maxLength());
-    m_pUi->editDescription->setText(ToQString(CutText(TextOf(m_pItem->description), most)));
+    m_pUi->editDescription->setText(ToQString(CutText(TextOf(m_item.description), most)));
     ShowStringControls();
 }
 
@@ -136,7 +136,7 @@ void CDataTypeEditDlg::ShowStringControls()
     EnableAndShow(*m_pUi->checkUnicode, isString);
     if (!isString)
         return;
-    m_pUi->checkUnicode->setChecked(m_pItem->unicode != 0);
+    m_pUi->checkUnicode->setChecked(m_item.unicode != 0);
     m_pUi->comboDecimal->setEnabled(false);
     m_pUi->comboInteger->setEnabled(false);
     m_pUi->radioBin->setEnabled(false);
@@ -195,8 +195,10 @@ void CDataTypeEditDlg::OnTypeChanged()
     if (IsHexadecimal(type))
         Select(*m_pUi->comboDecimal, 0);
     EnableAndShow(*m_pUi->checkUnicode, isString);
-    if (isString)
-        m_pItem->unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0; // kept: before OK, and in spite of Cancel
+    if (isString) {
+        TakeUnicode();
+        emit UnicodeTaken(m_item.unicode); // kept: before OK, and in spite of Cancel
+    }
     TellLimits();
 }
 
@@ -222,8 +224,8 @@ DigitCounts CDataTypeEditDlg::SelectedDigits() const
 {
     const int integer = m_pUi->comboInteger->currentIndex();
     const int decimal = m_pUi->comboDecimal->currentIndex();
-    return {.integerDigits = integer < 0 ? m_pItem->integerDigits : integer + 1,
-            .decimalDigits = decimal < 0 ? m_pItem->decimalDigits : decimal};
+    return {.integerDigits = integer < 0 ? m_item.integerDigits : integer + 1,
+            .decimalDigits = decimal < 0 ? m_item.decimalDigits : decimal};
 }
 
 ItemLengths CDataTypeEditDlg::EnteredLengths() const
@@ -244,20 +246,25 @@ void CDataTypeEditDlg::OnOK()
     accept();
 }
 
+void CDataTypeEditDlg::TakeUnicode()
+{
+    m_item.unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0;
+}
+
 void CDataTypeEditDlg::StoreIntoItem()
 {
     const ItemLengths lengths = EnteredLengths();
     const DigitCounts digits = SelectedDigits();
-    m_pItem->isArray = lengths.isArray ? 1 : 0;
-    m_pItem->decimalDigits = digits.decimalDigits;
-    m_pItem->dataType = lengths.dataType;
-    m_pItem->integerDigits = digits.integerDigits;
-    m_pItem->dataLength = lengths.dataLength;
-    m_pItem->codeType = m_pUi->radioBin->isChecked() ? CodeType::Bin : CodeType::Bcd;
-    m_pItem->arrayLength = lengths.isArray ? lengths.arrayLength : -1;
+    m_item.isArray = lengths.isArray ? 1 : 0;
+    m_item.decimalDigits = digits.decimalDigits;
+    m_item.dataType = lengths.dataType;
+    m_item.integerDigits = digits.integerDigits;
+    m_item.dataLength = lengths.dataLength;
+    m_item.codeType = m_pUi->radioBin->isChecked() ? CodeType::Bin : CodeType::Bcd;
+    m_item.arrayLength = lengths.isArray ? lengths.arrayLength : -1;
     const QString description = m_pUi->editDescription->text();
-    SetText(m_pItem->description, ViewOf(description));
+    SetText(m_item.description, ViewOf(description));
     if (lengths.dataType == DataType::String)
-        m_pItem->unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0;
-    deriveBounds(*m_pItem);
+        TakeUnicode();
+    deriveBounds(m_item);
 }

@@ -12,21 +12,27 @@ namespace Ui {
 class CDataTypeEditDlg;
 }
 
-/// Asks for everything that a data item holds. OK checks it, writes it into the item and derives the item's bounds;
-/// Cancel leaves the item as it was. A line in the dialog tells beforehand when the digits are of no use for the type
-/// (LimitsNotice.h), and when a description is longer than its field.
-///
-/// kept: choosing the string type sets the item's `unicode` at once, also when the dialog is cancelled after that.
+/// Asks for everything that a data item holds, and hands back an item: OK checks what was entered and derives the
+/// item's bounds. A line in the dialog tells beforehand when the digits are of no use for the type (LimitsNotice.h),
+/// and when a description is longer than its field.
 class CDataTypeEditDlg final : public QDialog {
     Q_OBJECT
 
 public:
     enum class Mode { Add, Modify };
 
-    /// `index` is the item's position in its format; a new item is described after it. `item` and `reporter` outlive
-    /// the dialog. In Mode::Add the dialog proposes a signed 16-bit value, whatever `item` holds.
-    CDataTypeEditDlg(int index, DataItem& item, Mode mode, CReporter& reporter, QWidget* parent = nullptr);
+    /// `index` is the item's position in its format; a new item is described after it. `reporter` outlives the dialog.
+    /// In Mode::Add the dialog proposes a signed 16-bit value, whatever `item` holds.
+    CDataTypeEditDlg(int index, DataItem item, Mode mode, CReporter& reporter, QWidget* parent = nullptr);
     ~CDataTypeEditDlg() override;
+
+    /// After OK the item as it was entered; what was not asked for is as it was in the one that came in.
+    const DataItem& Item() const { return m_item; }
+
+signals:
+    /// The string type was chosen, and this is to become the `unicode` of the owner's item at once.
+    /// kept: also when the dialog is cancelled after that
+    void UnicodeTaken(std::int32_t unicode);
 
 private:
     void FillLists();
@@ -48,9 +54,10 @@ private:
     DataType SelectedType() const;
     DigitCounts SelectedDigits() const;
     ItemLengths EnteredLengths() const;
+    void TakeUnicode();
     void StoreIntoItem();
 
     std::unique_ptr<Ui::CDataTypeEditDlg> m_pUi;
-    DataItem* m_pItem; ///< not owned
+    DataItem m_item;
     CReporter& m_reporter;
 };

@@ -436,12 +436,12 @@ void CRecipeFormatEditView::OnAddItem()
     const int rows = m_pUi->listItems->topLevelItemCount();
     const int position = m_nContextItem >= 0 ? std::min(m_nContextItem + 1, rows) : rows;
     m_nContextItem = -1;
-    auto item = CreateItem(FormatLibrary::ProgramVersion());
-    CDataTypeEditDlg dialog(position, *item, CDataTypeEditDlg::Mode::Add, m_frame.Reporter(), this);
+    CDataTypeEditDlg dialog(position, *CreateItem(FormatLibrary::ProgramVersion()), CDataTypeEditDlg::Mode::Add,
+                            m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     DataFormat& format = *SelectedFormat();
-    format.insertItem(static_cast<std::size_t>(position), std::move(item));
+    format.insertItem(static_cast<std::size_t>(position), std::make_unique<DataItem>(dialog.Item()));
     ++format.itemCount;
     ShowSelectedFormat();
     SelectRow(position);
@@ -466,8 +466,10 @@ void CRecipeFormatEditView::EditItem(int row)
         return;
     DataItem& item = *SelectedFormat()->items[static_cast<std::size_t>(row)];
     CDataTypeEditDlg dialog(row, item, CDataTypeEditDlg::Mode::Modify, m_frame.Reporter(), this);
+    connect(&dialog, &CDataTypeEditDlg::UnicodeTaken, this, [&item](std::int32_t unicode) { item.unicode = unicode; });
     if (dialog.exec() != QDialog::Accepted)
         return;
+    item = dialog.Item();
     ShowSelectedFormat();
     SelectRow(row);
     UseChange();

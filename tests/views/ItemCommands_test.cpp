@@ -240,6 +240,38 @@ INSTANTIATE_TEST_SUITE_P(Ways, ModifiedItem, testing::Values(
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
 
+TEST_F(FormatCommands, ChoosingAStringSetsTheUnicodeOfTheItemInSpiteOfCancel) // kept
+{
+    DataItem wide = Word(u"A");
+    wide.unicode = 1;
+    Start({MakeFormat(u"Wide", {wide, wide})});
+    const CModalAnswer answer({[](QWidget& dialog) {
+        QTest::keyClick(&FindIn<QComboBox>(dialog, "comboType"), Qt::Key_End); // String Data
+        ClickOn(dialog, "buttonCancel");
+    }});
+    DoubleClickRow(1);
+    EXPECT_EQ(answer.titles.size(), 1U);
+    EXPECT_EQ(frame.calls, Calls{}) << "it is no command";
+    Press("buttonUseFormat");
+    ExpectStored({MakeFormat(u"Wide", {wide, Word(u"A")})});
+    EXPECT_FALSE(SavesAtTheEnd());
+}
+
+TEST_F(FormatCommands, ChoosingAStringForANewItemThatIsCancelledChangesNoItem)
+{
+    DataItem wide = Word(u"A");
+    wide.unicode = 1;
+    Start({MakeFormat(u"Wide", {wide})});
+    const CModalAnswer answer({[](QWidget& dialog) {
+        QTest::keyClick(&FindIn<QComboBox>(dialog, "comboType"), Qt::Key_End); // String Data
+        ClickOn(dialog, "buttonCancel");
+    }});
+    RightClickRow(0);
+    ChooseInMenu("actionAddItem");
+    Press("buttonUseFormat");
+    ExpectStored({MakeFormat(u"Wide", {wide})});
+}
+
 TEST_F(FormatCommands, AModifiedLengthReachesTheFormatLength)
 {
     Start();

@@ -19,6 +19,9 @@ void ItemDialog::Modify(const DataItem& shown)
 void ItemDialog::Open(int index, Mode mode)
 {
     dialog = std::make_unique<CDataTypeEditDlg>(index, item, mode, reporter);
+    QObject::connect(dialog.get(), &CDataTypeEditDlg::UnicodeTaken, dialog.get(),
+                     [this](std::int32_t unicode) { item.unicode = unicode; });
+    QObject::connect(dialog.get(), &QDialog::accepted, dialog.get(), [this] { item = dialog->Item(); });
     ASSERT_TRUE(ShowActive(*dialog));
 }
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-/// The dialog of a data item, over an item and a reporter of one test's own.
+/// The dialog of a data item, over a reporter of one test's own and an item that takes what the dialog hands back.
 struct ItemDialog : testing::Test {
     using Mode = CDataTypeEditDlg::Mode;
     using Shown = std::vector<std::u16string>;
