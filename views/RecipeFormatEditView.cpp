@@ -1,7 +1,5 @@
 #include "views/RecipeFormatEditView.h"
 
-#include "disk/File.h"
-#include "library/LibraryOriginal.h"
 #include "library/LibraryPlace.h"
 #include "text/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
@@ -41,6 +39,24 @@ QString CountText(std::size_t saved, std::size_t shown)
     return CRecipeFormatEditView::tr("%1 of the %2 items shown will be saved.").arg(saved).arg(shown);
 }
 
+/// What is told of the library's file, of which %1 is the name; empty when there is nothing to tell.
+QString StateText(const LibraryState& state)
+{
+    using Pane = CRecipeFormatEditView;
+    QStringList sentences;
+    if (state.content == LibraryState::Content::Damaged)
+        sentences << Pane::tr("The data formats in %1 are damaged: what stands after the damage is not shown.");
+    else if (state.content == LibraryState::Content::Unreadable)
+        sentences << Pane::tr("The data formats in %1 cannot be read.");
+    if (state.changes == LibraryState::Changes::NotWritten)
+        sentences << Pane::tr("%1 may not be written: changes to the data formats are not kept.");
+    else if (state.changes == LibraryState::Changes::NoFile)
+        sentences << Pane::tr("%1 cannot be made: changes to the data formats are not kept.");
+    else if (!sentences.isEmpty())
+        sentences << Pane::tr("The file is copied before it is saved.");
+    return sentences.join(u' ');
+}
+
 /// What a new format begins with.
 DataFormat NewFormat(const QString& name)
 {
@@ -58,7 +74,8 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
                                              QWidget* parent)
     : QScrollArea(parent),
       m_frame(frame),
-      m_pUi(std::make_unique<Ui::CRecipeFormatEditView>())
+      m_pUi(std::make_unique<Ui::CRecipeFormatEditView>()),
+      m_store(ProgramLibraryPath(executable, frame.Reporter()))
 {
     setObjectName(QStringLiteral("formatPane"));
     setAccessibleName(tr("Data format"));
@@ -75,15 +92,15 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
 
     SetUpList();
     CreateItemMenu();
-    LoadLibrary(executable);
+    TellLibraryState();
     FillControls();
     ConnectControls();
 }
 
 CRecipeFormatEditView::~CRecipeFormatEditView()
 {
-    if (m_bLibraryChanged)
-        WriteLibrary(); // too late to tell of a failure
+    if (m_store.IsChanged())
+        m_store.Save(); // too late to tell of a failure
 }
 
 void CRecipeFormatEditView::SetUpList()
@@ -122,57 +139,57 @@ void CRecipeFormatEditView::ConnectControls()
     connect(m_pUi->editReadCount, &QLineEdit::returnPressed, this, &CRecipeFormatEditView::UseFormat);
 }
 
-void CRecipeFormatEditView::LoadLibrary(const std::filesystem::path& executable)
-{
-    m_opening = OpenLibrary(m_library, ProgramLibraryPath(executable, m_frame.Reporter()));
-    m_bOriginalAtRisk = IsOriginalAtRisk(m_library, m_opening.loaded);
-    if (m_library.versionsKnown) {
-        m_frame.m_nLibraryFileVersion = m_library.fileVersion;
-        m_frame.m_nLibraryProgramVersion = m_library.programVersion;
-    }
-    TellLibraryState();
-    EnsureFirstItem();
-}
-
 /// What the window shows is not all that the file holds, or will not get there.
 void CRecipeFormatEditView::TellLibraryState()
 {
-    QStringList sentences;
-    const bool isThere = !IsMissing(m_library.path);
-    if (IsDamaged(m_library, m_opening))
-        sentences << tr("The data formats in %1 are damaged: what stands after the damage is not shown.");
-    else if (!m_library.versionsKnown && isThere)
-        sentences << tr("The data formats in %1 cannot be read.");
-    if (m_opening.mayBeWritten && !sentences.isEmpty())
-        sentences << tr("The file is copied before it is saved.");
-    else if (!m_opening.mayBeWritten)
-        sentences << (isThere ? tr("%1 may not be written: changes to the data formats are not kept.")
-                              : tr("%1 cannot be made: changes to the data formats are not kept."));
-    if (sentences.isEmpty())
+    const QString text = StateText(m_store.State());
+    if (text.isEmpty())
         m_frame.WithdrawStrip(StripSubject::LibraryNotKept);
     else
-        m_frame.ShowStrip(StripSubject::LibraryNotKept, {sentences.join(u' ').arg(LibraryName()), {}});
-}
-
-void CRecipeFormatEditView::EnsureFirstItem()
-{
-    if (m_library.formats.empty())
-        m_library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
-    else if (DataFormat& first = *m_library.formats.front(); first.items.empty())
-        first.insertItem(0, std::make_unique<DataItem>(DefaultItem())); // kept: shown, but itemCount is not raised
+        m_frame.ShowStrip(StripSubject::LibraryNotKept, {text.arg(LibraryName()), {}});
 }
 
 void CRecipeFormatEditView::FillControls()
 {
-    QStringList names;
-    for (const auto& format : m_library.formats)
-        names << ToQString(TextOf(format->name));
-    m_pUi->comboFormats->addItems(names);
-    m_pUi->comboFormats->setCurrentIndex(0);
-    m_pUi->editReadCount->setText(QString::number(m_library.rowCount));
-    m_pUi->editStartAddress->setText(QString::number(m_library.startAddress));
-    m_strFilePattern = ToQString(TextOf(m_library.filePattern));
+    const FormatLibrary& library = m_store.Library();
+    m_pUi->editReadCount->setText(QString::number(library.rowCount));
+    m_pUi->editStartAddress->setText(QString::number(library.startAddress));
+    m_strFilePattern = ToQString(TextOf(library.filePattern));
+    FormatChanged(0);
+}
+
+void CRecipeFormatEditView::FormatChanged(std::size_t index)
+{
+    const auto names = static_cast<std::size_t>(m_pUi->comboFormats->count());
+    const bool isSelected = index < names && index == SelectedIndex() && names == m_store.Library().formats.size();
+    const int row = CurrentRow();
+    ShowNames();
+    SelectFormat(index);
     ShowChangedFormats();
+    if (isSelected)
+        SelectRow(std::min(row, m_pUi->listItems->topLevelItemCount() - 1));
+}
+
+/// The names that stay the same are left alone.
+void CRecipeFormatEditView::ShowNames()
+{
+    QComboBox& box = *m_pUi->comboFormats;
+    const QSignalBlocker quiet(box);
+    QStringList names;
+    for (const auto& format : m_store.Library().formats)
+        names << ToQString(TextOf(format->name));
+    while (box.count() > names.size())
+        box.removeItem(box.count() - 1);
+    for (int i = 0; i < box.count(); ++i)
+        if (box.itemText(i) != names[i])
+            box.setItemText(i, names[i]);
+    box.addItems(names.mid(box.count()));
+}
+
+void CRecipeFormatEditView::SelectFormat(std::size_t index)
+{
+    const QSignalBlocker quiet(m_pUi->comboFormats);
+    m_pUi->comboFormats->setCurrentIndex(std::min(static_cast<int>(index), m_pUi->comboFormats->count() - 1));
 }
 
 /// After formats came or went.
@@ -217,10 +234,7 @@ void CRecipeFormatEditView::TellCount()
 /// The table stays as it is: it shows all of them already.
 void CRecipeFormatEditView::KeepAllItems()
 {
-    DataFormat& format = *SelectedFormat();
-    format.itemCount = static_cast<std::int32_t>(format.items.size());
-    m_bLibraryChanged = true;
-    SaveLibrary();
+    Made(m_store.CountAllItems(SelectedIndex()), AfterChange::Save);
     TellCount();
 }
 
@@ -259,49 +273,43 @@ int CRecipeFormatEditView::CurrentRow() const
     return m_pUi->listItems->currentIndex().row();
 }
 
-DataFormat* CRecipeFormatEditView::SelectedFormat() const
+/// Only while there is a format.
+std::size_t CRecipeFormatEditView::SelectedIndex() const
 {
-    const int index = m_pUi->comboFormats->currentIndex();
-    return index < 0 ? nullptr : m_library.formats[static_cast<std::size_t>(index)].get();
+    return static_cast<std::size_t>(m_pUi->comboFormats->currentIndex());
+}
+
+const DataFormat* CRecipeFormatEditView::SelectedFormat() const
+{
+    const bool isSelected = m_pUi->comboFormats->currentIndex() >= 0;
+    return isSelected ? m_store.Library().formats[SelectedIndex()].get() : nullptr;
 }
 
 void CRecipeFormatEditView::StoreReadSettings()
 {
-    m_library.startAddress = IntegerIn(*m_pUi->editStartAddress);
-    m_library.rowCount = IntegerIn(*m_pUi->editReadCount);
     if (m_strFilePattern.isEmpty())
         m_strFilePattern = kDefaultPattern;
-    SetText(m_library.filePattern, ViewOf(m_strFilePattern));
-    SaveLibrary(); // a failure is no reason not to read
+    m_store.SetReadSettings(IntegerIn(*m_pUi->editStartAddress), IntegerIn(*m_pUi->editReadCount),
+                            ViewOf(m_strFilePattern));
+    SaveFormats(); // a failure is no reason not to read
 }
 
-/// Tells whether that went, in the status bar and in the strip.
-void CRecipeFormatEditView::SaveLibrary()
+bool CRecipeFormatEditView::SaveFormats()
 {
-    if (!WriteLibrary()) {
+    const LibraryState told = m_store.State();
+    if (!m_store.Save()) {
         m_frame.TellLibraryTrouble(tr("The data formats could not be saved in %1").arg(LibraryName()));
-        return;
+        return false;
     }
     m_frame.TellLibraryTrouble({});
-    if (!m_opening.mayBeWritten && MayBeWritten(m_library.path)) {
-        m_opening = {.loaded = 0, .mayBeWritten = true};
-        m_frame.WithdrawStrip(StripSubject::LibraryNotKept); // the file holds what is shown from now on
-    }
-}
-
-bool CRecipeFormatEditView::WriteLibrary()
-{
-    if (m_bOriginalAtRisk && !KeepOriginal(m_library.path))
-        return false;
-    if (m_library.save(m_library.path) != 0)
-        return false;
-    m_bOriginalAtRisk = false;
+    if (m_store.State() != told)
+        TellLibraryState();
     return true;
 }
 
 QString CRecipeFormatEditView::LibraryName() const
 {
-    return QDir::toNativeSeparators(QFileInfo(m_library.path).filePath());
+    return QDir::toNativeSeparators(QFileInfo(m_store.Library().path).filePath());
 }
 
 void CRecipeFormatEditView::ApplyReadSettings()
@@ -310,17 +318,17 @@ void CRecipeFormatEditView::ApplyReadSettings()
     const DataFormat* format = SelectedFormat();
     if (!format)
         return;
-    if (m_library.startAddress < 0) {
+    const FormatLibrary& library = m_store.Library();
+    if (library.startAddress < 0) {
         m_frame.Reporter().ShowError(u"The Address for reading data is error , it can' be less than 0!");
         return;
     }
-    if (m_library.rowCount < 1) {
+    if (library.rowCount < 1) {
         m_frame.Reporter().ShowError(u"The array number is error ,it must be Integer and larger than 0!");
         return;
     }
-    m_frame.m_nStartAddress = m_library.startAddress;
-    m_frame.m_nReadCount = m_library.rowCount;
-    m_frame.m_nFormatLength = IntegerIn(*m_pUi->editFormatLength);
+    m_frame.m_nStartAddress = library.startAddress;
+    m_frame.m_nReadCount = library.rowCount;
     HandOverFormat(*format);
 }
 
@@ -432,7 +440,7 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
 /// Behind the row that the menu was opened on, else at the end.
 void CRecipeFormatEditView::OnAddItem()
 {
-    m_bLibraryChanged = true; // kept: also when the dialog is cancelled
+    m_store.SetChanged(); // kept: also when the dialog is cancelled
     const int rows = m_pUi->listItems->topLevelItemCount();
     const int position = m_nContextItem >= 0 ? std::min(m_nContextItem + 1, rows) : rows;
     m_nContextItem = -1;
@@ -440,12 +448,10 @@ void CRecipeFormatEditView::OnAddItem()
                             m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    DataFormat& format = *SelectedFormat();
-    format.insertItem(static_cast<std::size_t>(position), std::make_unique<DataItem>(dialog.Item()));
-    ++format.itemCount;
+    const FormatChange change = m_store.InsertItem(SelectedIndex(), static_cast<std::size_t>(position), dialog.Item());
     ShowSelectedFormat();
     SelectRow(position);
-    UseChange();
+    Made(change);
 }
 
 /// The row that the menu was opened on, -1 for none. It is one no longer when rows went since.
@@ -464,15 +470,19 @@ void CRecipeFormatEditView::EditItem(int row)
 {
     if (row < 0)
         return;
-    DataItem& item = *SelectedFormat()->items[static_cast<std::size_t>(row)];
+    const std::size_t format = SelectedIndex();
+    const auto position = static_cast<std::size_t>(row);
+    const DataItem item = *SelectedFormat()->items[position];
     CDataTypeEditDlg dialog(row, item, CDataTypeEditDlg::Mode::Modify, m_frame.Reporter(), this);
-    connect(&dialog, &CDataTypeEditDlg::UnicodeTaken, this, [&item](std::int32_t unicode) { item.unicode = unicode; });
+    connect(&dialog, &CDataTypeEditDlg::UnicodeTaken, this,
+            [&](std::int32_t unicode) { m_store.SetUnicode(format, position, unicode); });
     if (dialog.exec() != QDialog::Accepted)
         return;
-    item = dialog.Item();
+    m_store.SetUnicode(format, position, item.unicode); // all that was done is one change
+    const FormatChange change = m_store.ReplaceItem(format, position, dialog.Item());
     ShowSelectedFormat();
     SelectRow(row);
-    UseChange();
+    Made(change);
 }
 
 void CRecipeFormatEditView::OnDeleteItem()
@@ -484,54 +494,42 @@ void CRecipeFormatEditView::OnDeleteItem()
 /// kept: the numbers of the rows behind it stay as they are, until the list is filled again
 void CRecipeFormatEditView::DeleteItem(int row)
 {
-    SelectedFormat()->removeItem(static_cast<std::size_t>(row));
+    const FormatChange change = m_store.RemoveItem(SelectedIndex(), static_cast<std::size_t>(row));
     delete m_pUi->listItems->takeTopLevelItem(row);
     ShowFormatSize();
-    UseChange();
+    Made(change);
 }
 
 void CRecipeFormatEditView::OnDeleteAllItems()
 {
-    SelectedFormat()->clear();
+    const FormatChange change = m_store.RemoveAllItems(SelectedIndex());
     m_pUi->listItems->clear();
     ShowFormatSize();
-    UseChange();
+    Made(change);
 }
 
 void CRecipeFormatEditView::OnAddFormat()
 {
-    m_bLibraryChanged = true; // kept: also when the dialog is cancelled
+    m_store.SetChanged(); // kept: also when the dialog is cancelled
     CNewFormatNameDlg dialog(m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    AppendFormat(dialog.Name());
-    UseChange();
-}
-
-void CRecipeFormatEditView::AppendFormat(const QString& name)
-{
-    m_library.formats.push_back(std::make_unique<DataFormat>(NewFormat(name)));
-    const QSignalBlocker quiet(m_pUi->comboFormats);
-    m_pUi->comboFormats->addItem(name);
-    m_pUi->comboFormats->setCurrentIndex(m_pUi->comboFormats->count() - 1);
-    ShowChangedFormats();
+    Made(m_store.AppendFormat(NewFormat(dialog.Name())));
 }
 
 /// The format behind the deleted one is selected, or, after the last one, the one before it.
 void CRecipeFormatEditView::OnDeleteFormat()
 {
-    const int index = m_pUi->comboFormats->currentIndex();
-    m_library.formats.erase(m_library.formats.begin() + index);
-    const QSignalBlocker quiet(m_pUi->comboFormats);
-    m_pUi->comboFormats->removeItem(index);
-    m_pUi->comboFormats->setCurrentIndex(std::min(index, m_pUi->comboFormats->count() - 1));
-    ShowChangedFormats();
-    UseChange();
+    Made(m_store.RemoveFormat(SelectedIndex()));
 }
 
-void CRecipeFormatEditView::UseChange()
+/// Every command on formats and items ends here. What became of a format is shown by now, but not that it came or went.
+void CRecipeFormatEditView::Made(const FormatChange& change, AfterChange next)
 {
-    m_bLibraryChanged = true;
-    if (m_bAutoUse)
+    if (!change.before || !change.after)
+        FormatChanged(change.index);
+    if (next == AfterChange::Save)
+        SaveFormats();
+    else if (m_bAutoUse)
         UseFormat();
 }

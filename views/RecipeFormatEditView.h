@@ -1,12 +1,12 @@
 #pragma once
 
-#include "library/FormatLibrary.h"
-#include "library/LibraryOpening.h"
+#include "library/FormatStore.h"
 #include "views/RecipeFrame.h"
 
 #include <QScrollArea>
 #include <QString>
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 
@@ -20,14 +20,13 @@ class CRecipeFormatEditView;
 
 /// The left pane: the formats of the library, the items of the selected one, and the settings of what to read.
 ///
-/// Owns the format library. What it shows reaches the frame only through ApplyReadSettings, which copies the selected
-/// format and the read settings into the frame's state. Every command that changes the library is used at once while
-/// "Auto use dataformat" is checked; a changed library is saved when the pane goes, too.
+/// It shows what its store of formats holds (library/FormatStore.h) and has it carry out the commands. What it shows
+/// reaches the frame only through ApplyReadSettings, which copies the selected format and the read settings into the
+/// frame's state. Every command that changes the library is used at once while "Auto use dataformat" is checked; a
+/// changed library is saved when the pane goes, too.
 ///
-/// The library file is written silently; while that fails the status bar says so. A file that was not understood in
-/// full is copied before it is first overwritten (library/LibraryOriginal.h), and left alone when it cannot be copied.
-/// The strip tells when the file is damaged or may only be read, and when the count of the selected format leaves out
-/// items that are shown.
+/// The library file is written silently; while that fails the status bar says so. The strip tells when the file is
+/// damaged or may only be read, and when the count of the selected format leaves out items that are shown.
 class CRecipeFormatEditView final : public QScrollArea {
     Q_OBJECT
 
@@ -48,6 +47,17 @@ public:
 
     bool HasSelectedFormat() const;
 
+    /// Who changes its formats tells FormatChanged.
+    CFormatStore& Store() { return m_store; }
+
+    /// Shows and selects the format at `index`, or the last one before that, after it was changed from outside, came
+    /// or went. Neither uses nor saves it. A format that became another one while it was selected keeps the current
+    /// row.
+    void FormatChanged(std::size_t index);
+
+    /// Saves the library. Whether that went is told in the status bar and in the strip, too.
+    bool SaveFormats();
+
     /// The pattern of the file type that was opened last, "*.rcp" for example; kept in the library between runs.
     const QString& FilePattern() const { return m_strFilePattern; }
     void SetFilePattern(const QString& pattern) { m_strFilePattern = pattern; }
@@ -57,12 +67,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    enum class AfterChange { UseFormat, Save };
+
     void SetUpList();
     void CreateItemMenu();
     void ConnectControls();
-    void LoadLibrary(const std::filesystem::path& executable);
-    void EnsureFirstItem();
     void FillControls();
+    void ShowNames();
     void FillList();
     void ShowFormatLength();
     void ShowFormatSize();
@@ -70,6 +81,7 @@ private:
     void KeepAllItems();
     void ShowChangedFormats();
     void ShowSelectedFormat();
+    void SelectFormat(std::size_t index);
     void SelectRow(int row);
     int CurrentRow() const;
 
@@ -86,27 +98,22 @@ private:
     void OnDeleteFormat();
     void EditItem(int row);
     void DeleteItem(int row);
-    void AppendFormat(const QString& name);
-    void UseChange();
+    void Made(const FormatChange& change, AfterChange next = AfterChange::UseFormat);
 
     void StoreReadSettings();
     void TellLibraryState();
-    void SaveLibrary();
-    bool WriteLibrary();
     QString LibraryName() const;
     void HandOverFormat(const DataFormat& format);
-    DataFormat* SelectedFormat() const;
+    std::size_t SelectedIndex() const;
+    const DataFormat* SelectedFormat() const;
     static FileType TypeByEnding(const QString& path);
 
     CRecipeFrame& m_frame;
     std::unique_ptr<Ui::CRecipeFormatEditView> m_pUi;
-    FormatLibrary m_library;
+    CFormatStore m_store;
     QMenu* m_pItemMenu = nullptr;
-    bool m_bAutoUse = true;         ///< a changed format is used at once
-    int m_nContextItem = -1;        ///< row that the item menu was opened on, -1 for none
-    bool m_bLibraryChanged = false; ///< by an item or format command since the library was loaded
-    bool m_bOriginalAtRisk = false; ///< the library file holds what the next save drops
-    LibraryOpening m_opening;
-    QString m_strCountTold; ///< what the strip was asked to say of the selected format's count
+    bool m_bAutoUse = true;  ///< a changed format is used at once
+    int m_nContextItem = -1; ///< row that the item menu was opened on, -1 for none
+    QString m_strCountTold;  ///< what the strip was asked to say of the selected format's count
     QString m_strFilePattern;
 };

@@ -58,9 +58,6 @@ public:
     std::int32_t m_nGridCols = 0;     ///< values in a row, and the two fixed columns
     std::int32_t m_nStartAddress = 0; ///< word address of the first row
     std::int32_t m_nReadCount = 0;    ///< rows to read
-    std::int32_t m_nFormatLength = 0; ///< the row length as the format pane shows it; kept, and read by nobody
     std::unique_ptr<DataFormat> m_pDataFormat = std::make_unique<DataFormat>(); ///< the format in use; a deep copy
-    bool m_bModified = false;                  ///< a cell was changed since the last save
-    std::int32_t m_nLibraryFileVersion = 0;    ///< of the library file that was loaded
-    std::int32_t m_nLibraryProgramVersion = 0; ///< of the library that this program writes
+    bool m_bModified = false; ///< a cell was changed since the last save
 };

@@ -26,8 +26,6 @@ TEST_F(FormatPane, ShowsTheFirstFormatAndTheStoredSettings)
     EXPECT_EQ(Find<QComboBox>("comboFormats").currentText(), "Oven");
     EXPECT_TRUE(Find<QCheckBox>("checkAutoUse").isChecked());
     EXPECT_EQ(view->FilePattern(), "*.rcp");
-    EXPECT_EQ(frame.m_nLibraryFileVersion, 20);
-    EXPECT_EQ(frame.m_nLibraryProgramVersion, 20);
 }
 
 TEST_F(FormatPane, ListsTheItemsOfTheSelectedFormat)
@@ -124,7 +122,6 @@ TEST_F(FormatPane, ApplyingHandsOverTheSettingsAndADeepCopy)
     Press("buttonRefreshData");
     EXPECT_EQ(frame.m_nStartAddress, 100);
     EXPECT_EQ(frame.m_nReadCount, 4);
-    EXPECT_EQ(frame.m_nFormatLength, 7);
     EXPECT_EQ(TextOf(frame.m_pDataFormat->name), u"Oven");
     EXPECT_EQ(frame.m_pDataFormat->itemCount, 2);
     ASSERT_EQ(frame.m_pDataFormat->items.size(), 2u);

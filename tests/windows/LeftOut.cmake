@@ -51,6 +51,10 @@ set(vantor_library_tests_left_out
   FormatLibrarySave.NeedsNoRightToWriteWhereNothingChanged
   FormatLibrarySave.RefusesADevice
   FormatLibrarySave.RewritesAFileWithFurtherNamesInPlace
+  FormatStoreFile.IsLeftAloneWhereItCannotBeCopied
+  FormatStoreFile.ThatCannotBeMadeIsTold
+  FormatStoreFile.ThatMayOnlyBeReadIsToldUntilASaveGoes
+  FormatStoreFile.ThatIsDamagedAndMayOnlyBeReadIsBoth
   OpenedLibrary.HasNoLeftOversBesideIt
   OpenedLibrary.HasNothingWhereItCannotBeMade
   OpenedLibrary.IsReadWhereItMayOnlyBeRead

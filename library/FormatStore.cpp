@@ -1,0 +1,152 @@
+#include "library/FormatStore.h"
+
+#include "disk/File.h"
+#include "library/LibraryOriginal.h"
+
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+LibraryState StateOf(const FormatLibrary& library, const LibraryOpening& opening)
+{
+    const bool isThere = !IsMissing(library.path);
+    LibraryState state;
+    if (IsDamaged(library, opening))
+        state.content = LibraryState::Content::Damaged;
+    else if (!library.versionsKnown && isThere)
+        state.content = LibraryState::Content::Unreadable;
+    if (!opening.mayBeWritten)
+        state.changes = isThere ? LibraryState::Changes::NotWritten : LibraryState::Changes::NoFile;
+    return state;
+}
+
+} // namespace
+
+CFormatStore::CFormatStore(const fs::path& path)
+{
+    const LibraryOpening opening = OpenLibrary(m_library, path);
+    m_state = StateOf(m_library, opening);
+    m_isOriginalAtRisk = IsOriginalAtRisk(m_library, opening.loaded);
+    EnsureFirstItem();
+}
+
+void CFormatStore::EnsureFirstItem()
+{
+    if (m_library.formats.empty())
+        m_library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+    else if (DataFormat& first = *m_library.formats.front(); first.items.empty())
+        first.insertItem(0, std::make_unique<DataItem>(DefaultItem())); // kept: shown, but itemCount is not raised
+}
+
+void CFormatStore::SetReadSettings(std::int32_t startAddress, std::int32_t rowCount, std::u16string_view filePattern)
+{
+    m_library.startAddress = startAddress;
+    m_library.rowCount = rowCount;
+    SetText(m_library.filePattern, filePattern);
+}
+
+bool CFormatStore::Save()
+{
+    if (m_isOriginalAtRisk && !KeepOriginal(m_library.path))
+        return false;
+    if (m_library.save(m_library.path) != 0)
+        return false;
+    m_isOriginalAtRisk = false;
+    if (m_state.changes != LibraryState::Changes::Kept && MayBeWritten(m_library.path))
+        m_state = {};
+    return true;
+}
+
+FormatChange CFormatStore::AppendFormat(DataFormat format)
+{
+    auto& formats = m_library.formats;
+    FormatChange change{.index = formats.size(), .before = nullptr, .after = std::make_shared<DataFormat>(format)};
+    formats.push_back(std::make_unique<DataFormat>(std::move(format)));
+    m_isChanged = true;
+    return change;
+}
+
+FormatChange CFormatStore::RemoveFormat(std::size_t format)
+{
+    const auto place = m_library.formats.begin() + static_cast<std::ptrdiff_t>(format);
+    FormatChange change{.index = format, .before = std::move(*place), .after = nullptr};
+    m_library.formats.erase(place);
+    m_isChanged = true;
+    return change;
+}
+
+FormatChange CFormatStore::InsertItem(std::size_t format, std::size_t position, const DataItem& item)
+{
+    return ChangeFormat(format, [&](DataFormat& changed) {
+        changed.insertItem(position, std::make_unique<DataItem>(item));
+        if (changed.itemCount < std::numeric_limits<std::int32_t>::max())
+            ++changed.itemCount;
+    });
+}
+
+FormatChange CFormatStore::ReplaceItem(std::size_t format, std::size_t position, const DataItem& item)
+{
+    return ChangeFormat(format, [&](DataFormat& changed) { *changed.items[position] = item; });
+}
+
+FormatChange CFormatStore::RemoveItem(std::size_t format, std::size_t position)
+{
+    return ChangeFormat(format, [&](DataFormat& changed) { changed.removeItem(position); });
+}
+
+FormatChange CFormatStore::RemoveAllItems(std::size_t format)
+{
+    return ChangeFormat(format, [](DataFormat& changed) { changed.clear(); });
+}
+
+FormatChange CFormatStore::CountAllItems(std::size_t format)
+{
+    return ChangeFormat(
+        format, [](DataFormat& changed) { changed.itemCount = static_cast<std::int32_t>(changed.items.size()); });
+}
+
+void CFormatStore::SetUnicode(std::size_t format, std::size_t position, std::int32_t unicode)
+{
+    m_library.formats[format]->items[position]->unicode = unicode;
+}
+
+void CFormatStore::Apply(const FormatChange& change)
+{
+    Exchange(change.index, change.before.get(), change.after.get());
+}
+
+void CFormatStore::TakeBack(const FormatChange& change)
+{
+    Exchange(change.index, change.after.get(), change.before.get());
+}
+
+/// All that may fail comes before the format itself is touched.
+template <class Edit>
+FormatChange CFormatStore::ChangeFormat(std::size_t format, Edit edit)
+{
+    std::unique_ptr<DataFormat>& place = m_library.formats[format];
+    auto after = std::make_shared<DataFormat>(*place);
+    edit(*after);
+    auto fresh = std::make_unique<DataFormat>(*after);
+    FormatChange change{.index = format, .before = std::move(place), .after = std::move(after)};
+    place = std::move(fresh);
+    m_isChanged = true;
+    return change;
+}
+
+void CFormatStore::Exchange(std::size_t index, const DataFormat* old, const DataFormat* fresh)
+{
+    auto copy = fresh ? std::make_unique<DataFormat>(*fresh) : nullptr;
+    const auto place = m_library.formats.begin() + static_cast<std::ptrdiff_t>(index);
+    if (old && fresh)
+        *place = std::move(copy);
+    else if (fresh)
+        m_library.formats.insert(place, std::move(copy));
+    else if (old)
+        m_library.formats.erase(place);
+    m_isChanged = true;
+}

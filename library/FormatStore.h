@@ -1,0 +1,89 @@
+#pragma once
+
+#include "library/FormatChange.h"
+#include "library/FormatLibrary.h"
+#include "library/LibraryOpening.h"
+#include "model/DataItem.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+
+/// What there is to be told of the library's file: what of it is shown, and whether changes get there.
+struct LibraryState {
+    enum class Content {
+        Whole,
+        Damaged,    ///< only what stands before the damage
+        Unreadable, ///< nothing of a file that is there
+    };
+    enum class Changes {
+        Kept,
+        NotWritten, ///< the file may not be written
+        NoFile,     ///< there is none, and none can be made
+    };
+
+    Content content = Content::Whole;
+    Changes changes = Changes::Kept;
+
+    friend bool operator==(const LibraryState&, const LibraryState&) = default;
+};
+
+/// The format library of the running program and all that is known of its file. It always begins with a format to
+/// show. Each operation on formats gives what it did, so that it can be taken back; one that fails for want of memory
+/// did nothing. Nothing is saved before Save().
+///
+/// A file that was not understood in full is copied before it is first overwritten (LibraryOriginal.h), and left alone
+/// when it cannot be copied.
+class CFormatStore {
+public:
+    /// Loads the library from `path`, as OpenLibrary does. One without formats gets the built-in default format.
+    /// kept: a first format without items is given the default item, but its `itemCount` is not raised.
+    explicit CFormatStore(const std::filesystem::path& path);
+
+    const FormatLibrary& Library() const { return m_library; }
+    const LibraryState& State() const { return m_state; }
+
+    /// Whether anything was changed since the library was loaded, saved or not.
+    bool IsChanged() const { return m_isChanged; }
+
+    /// Has it count as changed.
+    void SetChanged() { m_isChanged = true; }
+
+    /// Keeps all three, whatever they are: `filePattern` as far as its field goes. Does not count as a change.
+    void SetReadSettings(std::int32_t startAddress, std::int32_t rowCount, std::u16string_view filePattern);
+
+    /// Writes the library to its file; false when that failed. Reports nothing. A file that could not be written before
+    /// and now can holds what is shown from here on, which State() tells then.
+    bool Save();
+
+    // `format` is the index of a format that there is, `position` that of an item of it or, for one that is put in, one
+    // beyond.
+
+    FormatChange AppendFormat(DataFormat format);
+    FormatChange RemoveFormat(std::size_t format);
+    FormatChange InsertItem(std::size_t format, std::size_t position, const DataItem& item); ///< and counts it
+    FormatChange ReplaceItem(std::size_t format, std::size_t position, const DataItem& item);
+    FormatChange RemoveItem(std::size_t format, std::size_t position); ///< and lowers the count
+    FormatChange RemoveAllItems(std::size_t format);
+    FormatChange CountAllItems(std::size_t format); ///< so that a save keeps them all
+
+    /// Sets the `unicode` of an item. Is no change of its own, and does not count as one.
+    void SetUnicode(std::size_t format, std::size_t position, std::int32_t unicode);
+
+    /// Puts what the change left, or what stood there before it, in its place. The library holds the other side
+    /// (Holds).
+    void Apply(const FormatChange& change);
+    void TakeBack(const FormatChange& change);
+
+private:
+    void EnsureFirstItem();
+    template <class Edit>
+    FormatChange ChangeFormat(std::size_t format, Edit edit);
+    void Exchange(std::size_t index, const DataFormat* old, const DataFormat* fresh);
+
+    FormatLibrary m_library;
+    LibraryState m_state;
+    bool m_isOriginalAtRisk = false; ///< the file holds what the next save drops
+    bool m_isChanged = false;
+};
