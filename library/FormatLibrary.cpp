@@ -1,5 +1,6 @@
 #include "library/FormatLibrary.h"
 
+#include "disk/File.h"
 #include "disk/Replacement.h"
 #include "model/LittleEndian.h"
 #include "text/NumberText.h"
@@ -7,12 +8,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <fstream>
-#include <ios>
-#include <istream>
+#include <cstdint>
 #include <span>
 #include <string>
-#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -39,23 +38,24 @@ public:
             Put(static_cast<std::uint16_t>(unit));
     }
 
-    const std::string& Bytes() const { return m_bytes; }
+    const std::vector<std::byte>& Bytes() const { return m_bytes; }
 
 private:
     template <class Value>
     void Put(Value value)
     {
-        for (std::size_t i = 0; i < sizeof(Value); ++i)
-            m_bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+        std::array<std::byte, sizeof(Value)> bytes;
+        StoreLittleEndian(bytes, value);
+        m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     }
 
-    std::string m_bytes;
+    std::vector<std::byte> m_bytes;
 };
 
 /// The same fields taken from a buffer that holds them all.
 class CFieldReader {
 public:
-    explicit CFieldReader(std::span<const char> bytes) : m_bytes(bytes) {}
+    explicit CFieldReader(std::span<const std::byte> bytes) : m_bytes(bytes) {}
 
     std::int32_t Take32() { return static_cast<std::int32_t>(Take<std::uint32_t>()); }
     std::int64_t Take64() { return static_cast<std::int64_t>(Take<std::uint64_t>()); }
@@ -73,12 +73,12 @@ private:
     template <class Value>
     Value Take()
     {
-        const auto value = LoadLittleEndian<Value>(std::as_bytes(m_bytes));
+        const auto value = LoadLittleEndian<Value>(m_bytes);
         m_bytes = m_bytes.subspan(sizeof(Value));
         return value;
     }
 
-    std::span<const char> m_bytes;
+    std::span<const std::byte> m_bytes;
 };
 
 void PutItem(CFieldWriter& out, const DataItem& item)
@@ -154,7 +154,7 @@ void PutFormat(CFieldWriter& out, const DataFormat& format)
     out.Put32(kEndMark);
 }
 
-std::string StoredBytes(const FormatLibrary& library)
+std::vector<std::byte> StoredBytes(const FormatLibrary& library)
 {
     FixedText<kMarkerLength> marker;
     SetText(marker, FormatLibrary::kMarker);
@@ -179,12 +179,11 @@ std::int32_t VersionIn(std::u16string_view marker)
 /// A library file being read from front to back.
 class CLibraryInput {
 public:
-    explicit CLibraryInput(std::istream& file) : m_file(file)
+    explicit CLibraryInput(const CFile& file) : m_file(file)
     {
-        m_file.seekg(0, std::ios::end);
-        m_length = static_cast<std::int64_t>(m_file.tellg());
-        m_hasFailed = m_length < 0;
-        MoveTo(0);
+        const auto size = file.Size();
+        m_length = static_cast<std::int64_t>(size.value_or(0));
+        m_hasFailed = !size;
     }
 
     std::int64_t Length() const { return m_length; }
@@ -196,23 +195,39 @@ public:
 
     void MoveTo(std::int64_t position)
     {
-        m_file.clear();
-        m_file.seekg(position);
-        m_hasFailed = m_hasFailed || m_file.fail();
         m_position = position;
+        m_held = {};
     }
 
     /// Reads as much of `bytes` as there is and leaves the rest of them as it was; the position moves on by all.
-    bool Read(std::span<char> bytes)
+    bool Read(std::span<std::byte> bytes)
     {
-        m_file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        m_hasFailed = m_hasFailed || m_file.bad(); // fewer bytes at the end of the file are no failure
+        while (!bytes.empty() && Fetch()) {
+            const auto taken = m_held.first(std::min(m_held.size(), bytes.size()));
+            std::copy(taken.begin(), taken.end(), bytes.begin());
+            m_held = m_held.subspan(taken.size());
+            m_position += static_cast<std::int64_t>(taken.size());
+            bytes = bytes.subspan(taken.size());
+        }
         m_position += static_cast<std::int64_t>(bytes.size());
-        return m_file.gcount() == static_cast<std::streamsize>(bytes.size());
+        return bytes.empty();
     }
 
 private:
-    std::istream& m_file;
+    /// Sees to it that bytes at the position are held; false when there are none.
+    bool Fetch()
+    {
+        if (!m_held.empty())
+            return true;
+        const auto length = m_file.ReadAt(static_cast<std::uint64_t>(m_position), m_piece);
+        m_hasFailed = m_hasFailed || !length;
+        m_held = std::span(m_piece).first(length.value_or(0));
+        return !m_held.empty();
+    }
+
+    const CFile& m_file;
+    std::array<std::byte, 65536> m_piece;
+    std::span<const std::byte> m_held; ///< the part of it that begins at the position
     std::int64_t m_length = 0;
     std::int64_t m_position = 0;
     bool m_hasFailed = false;
@@ -220,7 +235,7 @@ private:
 
 std::int32_t ReadVersion(CLibraryInput& file)
 {
-    std::array<char, kMarkerSize> bytes{};
+    std::array<std::byte, kMarkerSize> bytes{};
     file.Read(bytes);
     const auto marker = CFieldReader(bytes).TakeText<kMarkerLength>();
     return VersionIn(TextOf(marker));
@@ -231,7 +246,7 @@ void ReadSettings(CLibraryInput& file, FormatLibrary& library)
 {
     CFieldWriter current;
     PutSettings(current, library);
-    std::string bytes = current.Bytes();
+    std::vector<std::byte> bytes = current.Bytes();
     file.Read(bytes);
     if (file.HasFailed())
         return;
@@ -255,7 +270,7 @@ public:
     /// The next record; nothing for a bad one.
     std::unique_ptr<DataFormat> ReadFormat()
     {
-        std::array<char, kRecordHeadSize> head{};
+        std::array<std::byte, kRecordHeadSize> head{};
         if (!m_file.Read(head))
             return nullptr;
         CFieldReader in(head);
@@ -289,7 +304,7 @@ private:
 
     DataItem ReadItem()
     {
-        std::vector<char> bytes(m_itemSize);
+        std::vector<std::byte> bytes(m_itemSize);
         m_file.Read(bytes);
         CFieldReader in(bytes);
         return m_isOlder ? TakeOldItem(in) : TakeItem(in);
@@ -297,7 +312,7 @@ private:
 
     bool ReadEndMark()
     {
-        std::array<char, kMarkSize> mark{};
+        std::array<std::byte, kMarkSize> mark{};
         return m_file.Read(mark) && CFieldReader(mark).Take32() == kEndMark;
     }
 
@@ -322,12 +337,6 @@ std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
     return file.Length();
 }
 
-bool IsRegularFile(const fs::path& path)
-{
-    std::error_code ignored;
-    return fs::is_regular_file(path, ignored);
-}
-
 /// Whether the file at `path` holds exactly `bytes`.
 bool HoldsAlready(const fs::path& path, std::span<const std::byte> bytes)
 {
@@ -349,16 +358,14 @@ std::int64_t FormatLibrary::load(const fs::path& libraryPath)
 {
     path = libraryPath;
     forget();
-    if (IsMissing(path))
-        std::ofstream(path, std::ios::binary | std::ios::app); // creates it; never cuts one made meanwhile
-    return IsRegularFile(path) ? read(std::ios::in | std::ios::out) : -1;
+    return read(CFile(path, CFile::Mode::OpenOrCreate));
 }
 
 std::int64_t FormatLibrary::loadReadOnly(const fs::path& libraryPath)
 {
     path = libraryPath;
     forget();
-    return IsRegularFile(path) ? read(std::ios::in) : -1;
+    return read(CFile(path, CFile::Mode::Read));
 }
 
 void FormatLibrary::forget()
@@ -367,12 +374,11 @@ void FormatLibrary::forget()
     versionsKnown = false;
 }
 
-std::int64_t FormatLibrary::read(std::ios::openmode mode)
+std::int64_t FormatLibrary::read(const CFile& libraryFile)
 {
-    std::fstream stream(path, mode | std::ios::binary);
-    if (!stream.is_open())
+    if (!libraryFile.IsOpen())
         return -1;
-    CLibraryInput file(stream);
+    CLibraryInput file(libraryFile);
     fileVersion = ReadVersion(file);
     programVersion = ProgramVersion();
     versionsKnown = true;
@@ -385,8 +391,7 @@ std::int64_t FormatLibrary::read(std::ios::openmode mode)
 
 int FormatLibrary::save(const fs::path& libraryPath) const
 {
-    const std::string text = StoredBytes(*this);
-    const auto bytes = std::as_bytes(std::span(text));
+    const std::vector<std::byte> bytes = StoredBytes(*this);
     if (HoldsAlready(libraryPath, bytes))
         return 0;
     CReplacement file(libraryPath);

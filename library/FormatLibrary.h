@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <ios>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -31,6 +30,8 @@
 //                                                   20  codeType       296  minValue, 64 bits
 //                                                  312  unicode        304  maxValue, 64 bits
 //                                                  316  padding, 4 zero bytes
+
+class CFile;
 
 /// All formats that the user defined, with the read settings that go with them. Owns its formats.
 class FormatLibrary {
@@ -72,7 +73,7 @@ public:
 
 private:
     void forget();
-    std::int64_t read(std::ios_base::openmode mode);
+    std::int64_t read(const CFile& libraryFile);
 };
 
 /// The library file beside the executable with the full name `executable`: its folder, then "RecipeFile.Dat".
