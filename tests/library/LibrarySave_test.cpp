@@ -89,6 +89,25 @@ TEST_F(FormatLibrarySave, ComesBackEqual)
     EXPECT_EQ(ReadAll(File()), first);
 }
 
+TEST_F(FormatLibrarySave, ALongOneComesBackToItsLastByte) // read in more than one piece
+{
+    for (std::int32_t i = 0; i < 1'000; ++i) {
+        auto item = std::make_unique<DataItem>(DefaultItem());
+        item->reserved2 = i;
+        library.formats[0]->items.push_back(std::move(item));
+    }
+    library.formats[0]->itemCount = 1'001;
+    library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+    ASSERT_EQ(library.save(File()), 0);
+    FormatLibrary loaded;
+    EXPECT_EQ(loaded.load(File()), 72 + 2 * 268 + 1'002 * 320);
+    ASSERT_EQ(loaded.formats.size(), 2U);
+    ASSERT_EQ(loaded.formats[0]->items.size(), 1'001U);
+    for (std::size_t i = 0; i < 1'001; ++i)
+        ASSERT_EQ(*loaded.formats[0]->items[i], *library.formats[0]->items[i]) << i;
+    EXPECT_EQ(*loaded.formats[1]->items[0], DefaultItem());
+}
+
 TEST_F(FormatLibrarySave, AnEmptyLibraryIsItsHeader)
 {
     library.formats.clear();
