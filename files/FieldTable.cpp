@@ -11,3 +11,9 @@ void CFieldTable::EndLine()
     m_lines.push_back(m_line);
     m_line = {m_text.size(), m_ends.size()};
 }
+
+std::size_t CFieldTable::FurtherBytes() const
+{
+    return m_text.capacity() * sizeof(char16_t) + m_ends.capacity() * sizeof(std::uint32_t) +
+           m_lines.capacity() * sizeof(LineBegin);
+}

@@ -30,6 +30,11 @@ public:
 
     std::size_t LineCount() const { return m_lines.size(); }
 
+    /// The memory that it takes beside its own size, in bytes.
+    std::size_t FurtherBytes() const;
+
+    friend bool operator==(const CFieldTable&, const CFieldTable&) = default;
+
     /// A field of an ended line, both counted from 0; "0" where there is none. Good until the table is changed.
     std::u16string_view Field(std::size_t line, std::size_t column) const
     {
@@ -48,6 +53,8 @@ private:
     struct LineBegin {
         std::size_t text = 0;  ///< where the line begins in the text
         std::size_t field = 0; ///< and with which field
+
+        friend bool operator==(const LineBegin&, const LineBegin&) = default;
     };
 
     std::u16string m_text;             ///< of all fields, one after the other

@@ -131,6 +131,39 @@ bool CRecipeRows::IsEdited(std::int32_t row, std::size_t column) const
     return cell != m_touchedCells.end() && IsEdited(cell->second);
 }
 
+CellPlace CRecipeRows::PlaceOf(std::uint64_t cellKey) const
+{
+    return {static_cast<std::int32_t>(cellKey / m_columns.size()),
+            static_cast<std::uint32_t>(cellKey % m_columns.size())};
+}
+
+std::vector<CellPlace> CRecipeRows::EditedPlaces() const
+{
+    std::vector<CellPlace> places;
+    places.reserve(m_editedCount);
+    for (const auto& [key, cell] : m_touchedCells)
+        if (IsEdited(cell))
+            places.push_back(PlaceOf(key));
+    return places;
+}
+
+std::optional<CellPlace> CRecipeRows::NextEdited(CellPlace place) const
+{
+    auto cell = place.row < 0 ? m_touchedCells.begin() : m_touchedCells.upper_bound(CellKey(place.row, place.column));
+    while (cell != m_touchedCells.end() && !IsEdited(cell->second))
+        ++cell;
+    return cell == m_touchedCells.end() ? std::nullopt : std::optional(PlaceOf(cell->first));
+}
+
+std::optional<CellPlace> CRecipeRows::PreviousEdited(CellPlace place) const
+{
+    auto next = place.row < 0 ? m_touchedCells.begin() : m_touchedCells.lower_bound(CellKey(place.row, place.column));
+    while (next != m_touchedCells.begin())
+        if (--next; IsEdited(next->second))
+            return PlaceOf(next->first);
+    return std::nullopt;
+}
+
 void CRecipeRows::MarkSaved()
 {
     ++m_saves;
@@ -227,6 +260,35 @@ void CRecipeRows::Show(Source source)
     m_fields.reset();
     m_touchedCells.clear();
     MarkSaved();
+}
+
+void CRecipeRows::ShareSourceOf(const CRecipeRows& other)
+{
+    if (m_image && other.m_image && std::ranges::equal(Image(), other.Image()))
+        m_image = other.m_image;
+    if (m_fields && other.m_fields && *m_fields == *other.m_fields)
+        m_fields = other.m_fields;
+}
+
+const void* CRecipeRows::SourceId() const
+{
+    return m_image ? static_cast<const void*>(m_image.get()) : m_fields.get();
+}
+
+std::size_t CRecipeRows::SourceBytes() const
+{
+    return m_fields ? m_fields->FurtherBytes() : Image().size();
+}
+
+std::size_t CRecipeRows::FurtherBytes() const
+{
+    constexpr std::size_t kNode = 4 * sizeof(void*); // what a map adds to an entry
+    std::size_t bytes = m_columns.size() * (sizeof(ColumnCoding) + sizeof(std::int32_t));
+    for (const auto& [key, cell] : m_touchedCells)
+        bytes += kNode + sizeof(TouchedCells::value_type) + cell.state.FurtherBytes();
+    for (const auto& saved : m_savedStates)
+        bytes += kNode + sizeof(saved) + saved.second.FurtherBytes();
+    return bytes;
 }
 
 bool CRecipeRows::Holds(std::int32_t row, std::size_t column) const

@@ -83,12 +83,31 @@ public:
     /// How many cells are edited.
     std::size_t EditedCount() const { return m_editedCount; }
 
+    /// All of them, in ascending order.
+    std::vector<CellPlace> EditedPlaces() const;
+
+    /// The edited cell that comes next after `place`, or before it; nothing when there is none. A `place` above the
+    /// rows comes before all of them.
+    std::optional<CellPlace> NextEdited(CellPlace place) const;
+    std::optional<CellPlace> PreviousEdited(CellPlace place) const;
+
     /// The cell's value when it lies outside its column's limits (ValueLimits.h), that of the words it was read from
     /// while it is untouched; nothing otherwise, and for a cell that was never filled.
     std::optional<std::u16string> OutsideLimits(std::int32_t row, std::size_t column) const;
 
     /// The rows are in their file: no cell is edited any more. Cheap for any number of cells.
     void MarkSaved();
+
+    /// Where these rows were read from the same bytes as `other`, they share those of `other` from now on.
+    void ShareSourceOf(const CRecipeRows& other);
+
+    /// What they were read from, which copies share: an address that tells it from others, null for nothing, and the
+    /// memory that it takes, in bytes.
+    const void* SourceId() const;
+    std::size_t SourceBytes() const;
+
+    /// The memory that the rest takes beside its own size, about, in bytes: the layout, and the states of cells.
+    std::size_t FurtherBytes() const;
 
 private:
     /// A cell that was given a state since the rows were filled.
@@ -109,6 +128,7 @@ private:
     TouchedCells::const_iterator Find(std::int32_t row, std::size_t column) const;
     bool IsEdited(const TouchedCell& cell) const { return cell.editedAfter == m_saves; }
     bool Holds(std::int32_t row, std::size_t column) const;
+    CellPlace PlaceOf(std::uint64_t cellKey) const;
     std::uint64_t CellKey(std::int32_t row, std::size_t column) const
     {
         return static_cast<std::uint64_t>(row) * m_columns.size() + column;

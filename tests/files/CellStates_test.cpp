@@ -134,6 +134,74 @@ TEST(CellStates, TakenBackPastASaveACellIsEdited)
     EXPECT_FALSE(rows.IsEdited(0, 1));
 }
 
+TEST(CellStates, EditedCellsAreFoundInTheirOrder)
+{
+    CRecipeRows rows = Rows();
+    EXPECT_EQ(rows.NextEdited({-1, 0}), std::nullopt);
+    rows.SetText(0, 1, u"saved");
+    rows.MarkSaved();
+    rows.SetText(2, 0, u"1");
+    rows.SetText(1, 1, u"2");
+    EXPECT_EQ(rows.EditedPlaces(), (std::vector<CellPlace>{{1, 1}, {2, 0}}));
+    EXPECT_EQ(rows.NextEdited({-1, 0}), (CellPlace{1, 1})); // what was saved is none
+    EXPECT_EQ(rows.NextEdited({1, 0}), (CellPlace{1, 1}));
+    EXPECT_EQ(rows.NextEdited({1, 1}), (CellPlace{2, 0}));
+    EXPECT_EQ(rows.NextEdited({2, 0}), std::nullopt);
+    EXPECT_EQ(rows.PreviousEdited({2, 1}), (CellPlace{2, 0}));
+    EXPECT_EQ(rows.PreviousEdited({2, 0}), (CellPlace{1, 1}));
+    EXPECT_EQ(rows.PreviousEdited({1, 1}), std::nullopt);
+    EXPECT_EQ(rows.PreviousEdited({-1, 0}), std::nullopt);
+}
+
+TEST(CellStates, RowsOfTheSameBytesShareThem)
+{
+    const CRecipeRows rows = Rows();
+    CRecipeRows same = Rows();
+    EXPECT_NE(same.SourceId(), rows.SourceId());
+    same.ShareSourceOf(rows);
+    EXPECT_EQ(same.SourceId(), rows.SourceId());
+    CRecipeRows other = Rows();
+    other.ShowWords(ImageOf(WordBytes({1, 2, 3, 4, 5, 6, 7, 8, 9})), RecipeKind::Flat);
+    other.ShareSourceOf(rows);
+    EXPECT_NE(other.SourceId(), rows.SourceId());
+    EXPECT_EQ(other.Text(0, 1), u"3");
+}
+
+TEST(CellStates, RowsOfTheSameFieldsShareThem)
+{
+    const auto fieldsOf = [](std::u16string_view field) {
+        CFieldTable fields;
+        fields.AddField(field);
+        fields.EndLine();
+        return fields;
+    };
+    CRecipeRows rows = Rows();
+    rows.ShowFields(fieldsOf(u"7"));
+    CRecipeRows same = Rows();
+    same.ShowFields(fieldsOf(u"7"));
+    same.ShareSourceOf(rows);
+    EXPECT_EQ(same.SourceId(), rows.SourceId());
+    same.ShowFields(fieldsOf(u"8"));
+    same.ShareSourceOf(rows);
+    EXPECT_EQ(same.Text(0, 0), u"8");
+}
+
+TEST(CellStates, TheMemoryOfRowsGrowsWithWhatWasReadAndWithTouchedCells)
+{
+    CRecipeRows rows = Rows();
+    EXPECT_EQ(rows.SourceBytes(), 18u);
+    const std::size_t before = rows.FurtherBytes();
+    rows.SetText(0, 0, std::u16string(1000, u'1'));
+    EXPECT_GE(rows.FurtherBytes(), before + 2000);
+    rows.MarkSaved();
+    rows.SetText(0, 0, u"1"); // the saved state is kept beside
+    EXPECT_GE(rows.FurtherBytes(), before + 2000);
+    rows.ShowNothing();
+    EXPECT_EQ(rows.SourceId(), nullptr);
+    EXPECT_EQ(rows.SourceBytes(), 0u);
+    EXPECT_EQ(rows.FurtherBytes(), before);
+}
+
 TEST(CellStates, CopiesOfRowsShareWhatWasRead)
 {
     CRecipeRows rows;
