@@ -61,12 +61,12 @@ CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSiz
     return command.add_option(name, take, description)->type_name("128K|256K");
 }
 
-CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<CellText>& cells,
+CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<TypedCell>& cells,
                       const std::string& description)
 {
     const auto take = [&cells](const CLI::results_t& texts) {
         for (std::size_t i = 0; i + kCellArguments <= texts.size(); i += kCellArguments) {
-            CellText cell;
+            TypedCell cell;
             if (!ReadNumber<std::int64_t>(texts[i], cell.row) || !ReadNumber<std::int64_t>(texts[i + 1], cell.column))
                 return false;
             cell.text = texts[i + 2];

@@ -27,5 +27,5 @@ CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSiz
                            const std::string& description);
 
 /// ROW COLUMN TEXT, any number of times.
-CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<CellText>& cells,
+CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<TypedCell>& cells,
                       const std::string& description);

@@ -1,9 +1,8 @@
 #include "cli/ConvertCommand.h"
 
-#include "cli/RecipeSource.h"
+#include "cli/OpenRecipe.h"
 #include "disk/File.h"
-#include "files/RecipeMessages.h"
-#include "files/RecipeReplacement.h"
+#include "text/FileMessages.h"
 
 namespace fs = std::filesystem;
 
@@ -18,26 +17,17 @@ bool IsAnotherFile(const fs::path& target, const fs::path& source, CReporter& re
     return false;
 }
 
-/// A format without words lays out no rows. To save none would empty the target, or put zeros over it.
-bool HasRows(const CRecipeRows& rows, FileType type, const fs::path& target, CReporter& reporter)
-{
-    if (rows.RowCount() > 0)
-        return true;
-    ShowFileError(reporter, SaveErrorOf(type), target);
-    return false;
-}
-
 } // namespace
 
 bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
 {
-    const auto source = FindSource(options.source, options.read, reporter);
-    if (!source)
+    CRecipeDocument document;
+    if (!OpenRecipe(document, options.source, options.read, reporter))
         return false;
     const fs::path target(options.target);
     const auto type = KnownTypeOf(target, reporter);
-    CRecipeRows rows;
-    return type && IsAnotherFile(target, source->path, reporter) && ReadRows(*source, rows, reporter) &&
-           HasRows(rows, *type, target, reporter) &&
-           ReplaceRecipe(*type, rows, target, source->settings.startAddress, reporter).isSaved;
+    CNoProgress progress;
+    return type && IsAnotherFile(target, document.Path(), reporter) &&
+           document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed &&
+           document.Replace(*type, target, reporter).isSaved;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "cli/ReadSettings.h"
+#include "cli/ReadOptions.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 /// A text for a cell, which is named as the grid counts: row 1 and column 2 are the first that hold data.
-struct CellText {
+struct TypedCell {
     std::int64_t row = 0;
     std::int64_t column = 0;
     std::string text; ///< UTF-8
@@ -16,7 +16,7 @@ struct CellText {
 struct SetOptions {
     std::string file;
     ReadOptions read;
-    std::vector<CellText> cells;
+    std::vector<TypedCell> cells;
 };
 
 /// Puts texts into the cells of a recipe file and saves it in place. False after a failure, then reported: when any

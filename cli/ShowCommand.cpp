@@ -1,10 +1,9 @@
 #include "cli/ShowCommand.h"
 
-#include "cli/RecipeSource.h"
+#include "cli/OpenRecipe.h"
 #include "cli/TextTable.h"
-#include "files/RecipeWalk.h"
+#include "files/TableTitles.h"
 #include "library/JsonText.h"
-#include "text/NumberText.h"
 
 #include <cstddef>
 #include <string_view>
@@ -13,33 +12,6 @@
 namespace {
 
 using Align = CTextTable::Align;
-
-constexpr std::u16string_view kIdTitle = u"ID";
-constexpr std::u16string_view kAddressTitle = u"RW_Addr";
-constexpr std::size_t kFixedColumns = 2;
-
-std::u16string IdText(std::int32_t row)
-{
-    return DecimalText(std::int64_t{row} + 1);
-}
-
-std::u16string AddressText(const CRecipeRows& rows, std::int32_t row)
-{
-    return u"RW" + DecimalText(rows.RowAddress(row).number);
-}
-
-/// The rows of a source: what is printed, but for the texts of the cells.
-struct Sheet {
-    const RecipeSource& source;
-    CRecipeRows layout;
-};
-
-/// Hands every cell to `taker`. False after a failure, then reported.
-bool Walk(const Sheet& sheet, CCellTaker& taker, CReporter& reporter)
-{
-    return sheet.layout.RowCount() == 0 ||
-           WalkRecipe(sheet.source.type, sheet.layout, sheet.source.path, taker, reporter);
-}
 
 CTextTable TableWithTitles(const CRecipeRows& layout)
 {
@@ -50,7 +22,7 @@ CTextTable TableWithTitles(const CRecipeRows& layout)
     table.MakeRoom(0, kIdTitle);
     table.MakeRoom(1, kAddressTitle);
     for (std::size_t column = 0; column < layout.Columns().size(); ++column)
-        table.MakeRoom(kFixedColumns + column, layout.Columns()[column].title);
+        table.MakeRoom(kTitleColumns + column, layout.Columns()[column].title);
     if (layout.RowCount() > 0) { // of these, the last row's are the longest
         table.MakeRoom(0, IdText(layout.RowCount() - 1));
         table.MakeRoom(1, AddressText(layout, layout.RowCount() - 1));
@@ -65,7 +37,7 @@ public:
 
     void TakeCell(std::int32_t, std::size_t column, std::u16string_view text) override
     {
-        m_table.MakeRoom(kFixedColumns + column, text);
+        m_table.MakeRoom(kTitleColumns + column, text);
     }
 
 private:
@@ -114,15 +86,16 @@ private:
 };
 
 /// Goes over the file twice, since the first line is as wide as the widest.
-bool PrintTable(const Sheet& sheet, CStandardOutput& output, CReporter& reporter)
+bool PrintTable(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
 {
-    CTextTable table = TableWithTitles(sheet.layout);
+    const CRecipeRows layout = LayOutRows(document.Settings());
+    CTextTable table = TableWithTitles(layout);
     CCellMeasure measure(table);
-    if (!Walk(sheet, measure, reporter))
+    if (!document.Walk(measure, reporter))
         return false;
-    CTablePrinter printer(sheet.layout, table, output);
+    CTablePrinter printer(layout, table, output);
     printer.PrintTitles();
-    return Walk(sheet, printer, reporter);
+    return document.Walk(printer, reporter);
 }
 
 /// Prints every cell as a text of its row's object, a line a row.
@@ -171,11 +144,12 @@ private:
 };
 
 /// One object.
-bool PrintJson(const Sheet& sheet, CStandardOutput& output, CReporter& reporter)
+bool PrintJson(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
 {
-    CJsonPrinter printer(sheet.layout, output);
+    const CRecipeRows layout = LayOutRows(document.Settings());
+    CJsonPrinter printer(layout, output);
     printer.PrintTitles();
-    if (!Walk(sheet, printer, reporter))
+    if (!document.Walk(printer, reporter))
         return false;
     printer.PrintEnd();
     return true;
@@ -185,10 +159,10 @@ bool PrintJson(const Sheet& sheet, CStandardOutput& output, CReporter& reporter)
 
 bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& reporter)
 {
-    const auto source = FindSource(options.file, options.read, reporter);
-    if (!source)
+    CRecipeDocument document;
+    if (!OpenRecipe(document, options.file, options.read, reporter))
         return false;
-    const Sheet sheet{*source, LayOutRows(source->settings)};
-    const bool isPrinted = options.json ? PrintJson(sheet, output, reporter) : PrintTable(sheet, output, reporter);
+    const bool isPrinted =
+        options.json ? PrintJson(document, output, reporter) : PrintTable(document, output, reporter);
     return isPrinted && output.Finish(reporter);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/ReadSettings.h"
+#include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
 
 #include <string>

@@ -33,6 +33,7 @@ MODEL_TESTS = "vantor_model_tests"
 LIBRARY_TESTS = "vantor_library_tests"
 FILES_TESTS = "vantor_files_tests"
 ANSI_TESTS = "vantor_ansi_table_tests"
+DOCUMENT_TESTS = "vantor_document_tests"
 MERGE_TESTS = "vantor_merge_tests"
 FAULTS_TESTS = "vantor_faults_tests"
 
@@ -47,6 +48,8 @@ PAGED_RUNS = [
     (FAULTS_TESTS, "*Faults*/*Paged*:*PagedSave*"),
 ]
 
+DOCUMENT_RUNS = [(DOCUMENT_TESTS, "-Seeds*"), (DOCUMENT_TESTS, "Seeds*")]
+
 # File -> the runs that are to notice, the quickest and likeliest first: a test program and a filter of its tests.
 TARGETS = {
     "disk/Replacement.cpp": [
@@ -57,6 +60,9 @@ TARGETS = {
     ],
     "model/WordCodec.cpp": CODEC_RUNS,
     "model/LittleEndian.h": CODEC_RUNS,
+    "document/EditHistory.cpp": DOCUMENT_RUNS,
+    "document/EditStep.cpp": DOCUMENT_RUNS,
+    "document/RecipeDocument.cpp": DOCUMENT_RUNS,
     "text/NumberText.cpp": [(TEXT_TESTS, "*"), (MODEL_TESTS, "*")],
     "model/BitText.cpp": [(MODEL_TESTS, "*Bits*")],
     "model/CellCheck.cpp": [(MODEL_TESTS, "*CellValue*")],
@@ -81,7 +87,7 @@ TARGETS = {
     "files/PagedLayout.cpp": PAGED_RUNS,
     "files/PagedReader.cpp": PAGED_RUNS,
     "files/RecipeRows.cpp": [
-        (FILES_TESTS, "RecipeRows*:CellTexts*:BinaryRecipe*"),
+        (FILES_TESTS, "RecipeRows*:CellStates*:CellTexts*:BinaryRecipe*"),
         (FILES_TESTS, "*Csv*:*Paged*:RecipeWalk*:*SaveAsShown*:-*Seeds*"),
     ],
     "files/StretchCoding.cpp": [

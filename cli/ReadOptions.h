@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/DataFormat.h"
+#include "document/ReadSettings.h"
 #include "text/Reporter.h"
 
 #include <cstdint>
@@ -13,13 +13,6 @@ struct ReadOptions {
     std::optional<std::string> formatName;    ///< UTF-8; else the library's first format
     std::optional<std::int32_t> startAddress; ///< in words; else the library's
     std::optional<std::int32_t> rowCount;     ///< else the library's
-};
-
-/// The same, settled.
-struct ReadSettings {
-    DataFormat format;
-    std::int32_t startAddress = 0;
-    std::int32_t rowCount = 0;
 };
 
 /// Completes `options` from the format library, which is never created or changed; one that is missing or holds no

@@ -1,4 +1,4 @@
-#include "cli/ReadSettings.h"
+#include "cli/ReadOptions.h"
 
 #include "files/ShowLimits.h"
 #include "library/FormatLibrary.h"
@@ -24,11 +24,8 @@ const DataFormat* ChooseFormat(const FormatLibrary& library, const std::optional
 
 std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
 {
-    if (settings.startAddress < 0)
-        return u"The Address for reading data is error , it can' be less than 0!";
-    if (settings.rowCount < 1)
-        return u"The array number is error ,it must be Integer and larger than 0!";
-    return ShowFault(settings.format, settings.rowCount);
+    const auto fault = ReadSettingsFault(settings.startAddress, settings.rowCount);
+    return fault ? fault : ShowFault(settings.format, settings.rowCount);
 }
 
 } // namespace

@@ -1,0 +1,40 @@
+#include "cli/OpenRecipe.h"
+
+#include "cli/InputFile.h"
+#include "text/FileMessages.h"
+
+#include <utility>
+
+namespace fs = std::filesystem;
+
+bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter)
+{
+    auto settings = SettleReadSettings(options, reporter);
+    if (!settings)
+        return false;
+    const fs::path path(file);
+    if (!IsThere(path, reporter))
+        return false;
+    const auto type = KnownTypeOf(path, reporter);
+    if (!type)
+        return false;
+    document.StartOpen(path, type);
+    document.TakeSettings(std::move(*settings));
+    return true;
+}
+
+bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter)
+{
+    if (!OpenRecipe(document, file, options, reporter))
+        return false;
+    CNoProgress progress;
+    return document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed;
+}
+
+std::optional<FileType> KnownTypeOf(const fs::path& path, CReporter& reporter)
+{
+    const auto type = FileTypeOf(path);
+    if (!type)
+        ShowFileError(reporter, u"The type of file %s is unknown! It must be .rcp, .csv, .erp or .frp!", path);
+    return type;
+}

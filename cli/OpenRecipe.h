@@ -1,0 +1,20 @@
+#pragma once
+
+#include "cli/ReadOptions.h"
+#include "document/RecipeDocument.h"
+#include "text/Reporter.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/// Makes the file that the command line names the open one of `document`, with the settings to read it by; it is not
+/// read yet. False, and then reported, when a setting is not possible, the file is missing or its type is unknown.
+bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter);
+
+/// As OpenRecipe, and fills the rows with all that the file holds of them: nothing of it is needed any more. Never
+/// writes. False after a failure, then reported. A format without words gives no rows.
+bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter);
+
+/// The type that goes with the extension of `path`; nothing, and then reported, for an unknown one.
+std::optional<FileType> KnownTypeOf(const std::filesystem::path& path, CReporter& reporter);

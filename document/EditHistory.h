@@ -1,0 +1,76 @@
+#pragma once
+
+#include "document/EditStep.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+
+/// The edits of a document in their order: those that were made, which can be undone, newest first, and those that were
+/// undone, which can be made again until another edit is made.
+///
+/// It is limited by memory, never by a number of edits: the oldest go first, and the newest stays however large it is.
+/// The rows that are shown are told by the address of their source, which costs no memory of the history's own.
+class CEditHistory {
+    /// The states of the rows are numbered in the order in which they came to be. An edit of formats alone leads from
+    /// one to the same.
+    struct KeptEdit {
+        Edit edit;
+        std::size_t bytes = 0;
+        std::uint64_t before = 0;
+        std::uint64_t after = 0;
+    };
+
+public:
+    static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+
+    explicit CEditHistory(std::size_t mostBytes = kMostBytes) : m_mostBytes(mostBytes) {}
+
+    /// An edit and the room that the history needs for it.
+    using Prepared = std::list<KeptEdit>;
+
+    /// Makes all the room that Add needs, so that it cannot fail once the edit was made. Throws std::bad_alloc.
+    static Prepared Prepare(Edit edit);
+    static Edit& EditOf(Prepared& prepared) { return prepared.front().edit; }
+
+    /// Takes an edit that was made. Those that were undone can be made again no more.
+    void Add(Prepared edit, const void* shownSource) noexcept;
+
+    /// No edits; the state as it is counts as saved when `isSaved` says so.
+    void Clear(bool isSaved) noexcept;
+
+    /// The edit that an undo or redo is for; null for none. Good until the history changes.
+    Edit* NextToUndo() { return m_made.empty() ? nullptr : &m_made.back().edit; }
+    Edit* NextToRedo() { return m_undone.empty() ? nullptr : &m_undone.front().edit; }
+    const Edit* NextToUndo() const { return m_made.empty() ? nullptr : &m_made.back().edit; }
+    const Edit* NextToRedo() const { return m_undone.empty() ? nullptr : &m_undone.front().edit; }
+
+    /// That edit was undone, or made again. What it keeps may take other memory then.
+    void StepBack(const void* shownSource) noexcept;
+    void StepForth(const void* shownSource) noexcept;
+
+    /// The rows as they are were saved.
+    void MarkSaved() { m_savedState = m_state; }
+
+    /// Whether the rows are as they were saved last.
+    bool IsAsSaved() const { return m_state == m_savedState; }
+
+    /// Whether they are as they were before that: it was undone past a save.
+    bool IsBeforeSaved() const { return m_state < m_savedState; }
+
+    /// The memory that all edits take, about, in bytes.
+    std::size_t Bytes() const { return m_bytes; }
+
+private:
+    void Weigh(KeptEdit& kept, const void* shownSource) noexcept;
+    void ForgetUndone() noexcept;
+    void ForgetOldest() noexcept;
+
+    std::size_t m_mostBytes;
+    std::list<KeptEdit> m_made;
+    std::list<KeptEdit> m_undone; ///< the one that was undone last comes first
+    std::uint64_t m_state = 1;
+    std::uint64_t m_lastState = 1;
+    std::uint64_t m_savedState = 1; ///< 0 when no state is as saved
+    std::size_t m_bytes = 0;
+};

@@ -1,0 +1,106 @@
+#include "document/EditStep.h"
+
+#include "text/MessageText.h"
+
+#include <algorithm>
+
+namespace {
+
+std::size_t FurtherBytes(const DataFormat& format)
+{
+    return format.items.size() * (sizeof(DataItem) + sizeof(void*));
+}
+
+struct CStepBytes {
+    const void* shownSource;
+
+    std::size_t operator()(const CellsStep& step) const
+    {
+        std::size_t bytes = step.edits.capacity() * sizeof(CellEdit);
+        for (const CellEdit& edit : step.edits)
+            bytes += edit.other.FurtherBytes();
+        return bytes;
+    }
+
+    std::size_t operator()(const RowsStep& step) const
+    {
+        const CRecipeRows& rows = step.other->rows;
+        const std::size_t source = rows.SourceId() == shownSource ? 0 : rows.SourceBytes();
+        return sizeof(ShownRows) + source + rows.FurtherBytes() + FurtherBytes(step.other->settings.format);
+    }
+
+    std::size_t operator()(const FormatChange& step) const
+    {
+        std::size_t bytes = 0;
+        for (const DataFormat* format : {step.before.get(), step.after.get()})
+            bytes += format != nullptr ? sizeof(DataFormat) + FurtherBytes(*format) : 0;
+        return bytes;
+    }
+};
+
+std::u16string_view KindName(EditKind kind)
+{
+    switch (kind) {
+    case EditKind::Typing:
+        return u"Typing";
+    case EditKind::Paste:
+        return u"Paste";
+    case EditKind::Cut:
+        return u"Cut";
+    case EditKind::Clear:
+        return u"Clear";
+    case EditKind::BitBrowser:
+        return u"BitBrowse";
+    case EditKind::Reading:
+        return u"Reading again";
+    case EditKind::AddItem:
+        return u"Add DataItem";
+    case EditKind::ModifyItem:
+        return u"Modify DataItem";
+    case EditKind::DeleteItem:
+        return u"Del DataItem";
+    case EditKind::DeleteAllItems:
+        return u"Del All DataItem";
+    case EditKind::KeepAllItems:
+        return u"Keep all";
+    case EditKind::AddFormat:
+        return u"Add Dataformat";
+    case EditKind::DeleteFormat:
+        return u"Delete cur Dataformat";
+    }
+    return {};
+}
+
+} // namespace
+
+std::size_t BytesOf(const Edit& edit, const void* shownSource)
+{
+    std::size_t bytes = sizeof(Edit) + edit.steps.capacity() * sizeof(EditStep);
+    for (const EditStep& step : edit.steps)
+        bytes += std::visit(CStepBytes{shownSource}, step);
+    return bytes;
+}
+
+bool ChangesRows(const Edit& edit)
+{
+    return std::any_of(edit.steps.begin(), edit.steps.end(),
+                       [](const EditStep& step) { return !std::holds_alternative<FormatChange>(step); });
+}
+
+std::size_t CellCountOf(const Edit& edit)
+{
+    std::size_t cells = 0;
+    for (const EditStep& step : edit.steps)
+        if (const auto* changed = std::get_if<CellsStep>(&step))
+            cells += changed->edits.size();
+    return cells;
+}
+
+std::u16string NameOf(const Edit& edit)
+{
+    std::u16string name(KindName(edit.kind));
+    const std::size_t cells = CellCountOf(edit);
+    if (cells > 1)
+        name += FillMessage(u" (%d cells)", {static_cast<std::int64_t>(cells)});
+    return name;
+}

@@ -1,0 +1,370 @@
+#include "document/RecipeDocument.h"
+
+#include "files/RecipeMessages.h"
+#include "files/RecipeReplacement.h"
+#include "files/ShowLimits.h"
+#include "text/FileMessages.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Runs `work`, which changes nothing when there is no memory for it.
+template <class Work>
+EditOutcome WithMemoryFor(Work work)
+try {
+    work();
+    return EditOutcome::Made;
+} catch (const std::bad_alloc&) {
+    return EditOutcome::OutOfMemory;
+} catch (const std::length_error&) {
+    return EditOutcome::OutOfMemory;
+}
+
+bool IsWithin(const CRecipeRows& rows, CellPlace place)
+{
+    return place.row >= 0 && place.row < rows.RowCount() && place.column < rows.Columns().size();
+}
+
+std::vector<CellEdit> EditsOf(const CRecipeRows& rows, std::vector<TextForCell> texts)
+{
+    std::erase_if(texts, [&rows](const TextForCell& text) { return !IsWithin(rows, text.place); });
+    const auto isBefore = [](const TextForCell& a, const TextForCell& b) { return a.place < b.place; };
+    if (!std::is_sorted(texts.begin(), texts.end(), isBefore))
+        std::stable_sort(texts.begin(), texts.end(), isBefore);
+    std::vector<CellEdit> edits;
+    edits.reserve(texts.size());
+    for (const TextForCell& text : texts) {
+        if (!edits.empty() && edits.back().place == text.place)
+            edits.pop_back();
+        edits.push_back({text.place, CCellState::OfText(text.text)});
+    }
+    return edits;
+}
+
+} // namespace
+
+void CRecipeDocument::Start()
+{
+    m_bFileOpen = true;
+    m_shown = {};
+    m_bFirstReading = true;
+    m_history.Clear(!m_bModified);
+}
+
+void CRecipeDocument::StartNew()
+{
+    Start();
+    m_bNewFile = true;
+    m_strFilePath.clear(); // the type keeps its value
+}
+
+void CRecipeDocument::StartOpen(const fs::path& path, std::optional<FileType> type)
+{
+    Start();
+    m_strFilePath = path;
+    m_nFileType = type.value_or(m_nFileType);
+}
+
+CRecipeDocument::Reading CRecipeDocument::Read(FileType type, CReporter& reporter, CProgress& progress)
+{
+    return Read(type, Access::AsOpened, reporter, progress);
+}
+
+CRecipeDocument::Reading CRecipeDocument::ReadOnly(CReporter& reporter, CProgress& progress)
+{
+    return Read(m_nFileType, Access::ReadOnly, reporter, progress);
+}
+
+CRecipeDocument::Reading CRecipeDocument::Read(FileType type, Access access, CReporter& reporter, CProgress& progress)
+{
+    ShownRows shown;
+    Reading reading = Reading::Failed;
+    const auto work = [&] {
+        reading = FillRows(shown, type, access, reporter, progress);
+        ShowOther(std::move(shown));
+    };
+    if (WithMemoryFor(work) == EditOutcome::OutOfMemory)
+        ShowFileError(reporter, OpenErrorOf(type), m_strFilePath);
+    return reading;
+}
+
+/// Leaves no rows where there are none to be shown.
+CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter,
+                                                   CProgress& progress) const
+{
+    if (m_settings.format.totalLength() == 0 || m_settings.format.elementCount() == 0)
+        return Reading::NotShown;
+    if (const auto fault = ShowFault(m_settings.format, m_settings.rowCount)) {
+        reporter.ShowError(*fault);
+        return Reading::NotShown;
+    }
+    shown.rows = LayOutRows(m_settings);
+    const Outcome outcome = access == Access::ReadOnly
+                                ? ReadRecipeOnly(type, shown.rows, m_strFilePath, reporter, progress)
+                                : ReadRecipe(type, shown.rows, m_strFilePath, m_bNewFile, reporter, progress);
+    if (outcome == Outcome::GivenUp) {
+        shown.rows.Clear();
+        return Reading::GivenUp;
+    }
+    if (outcome != Outcome::Done)
+        return Reading::Failed;
+    // A file of an unknown type is looked at only.
+    shown.areOfFile = m_strFilePath.empty() || FileTypeOf(m_strFilePath);
+    shown.rows.ShareSourceOf(m_shown.rows);
+    return Reading::Done;
+}
+
+void CRecipeDocument::ShowOther(ShownRows rows)
+{
+    rows.settings = m_settings;
+    rows.isModified = m_bModified; // kept: dropping edits does not clear it
+    if (!m_bFirstReading) {
+        Make(EditKind::Reading, RowsStep{std::make_unique<ShownRows>(std::move(rows))});
+        return;
+    }
+    m_bFirstReading = false;
+    m_shown = std::move(rows);
+}
+
+void CRecipeDocument::ClearRows()
+{
+    ShowOther({});
+}
+
+bool CRecipeDocument::Walk(CCellTaker& taker, CReporter& reporter) const
+{
+    const CRecipeRows layout = LayOutRows(m_settings);
+    return layout.RowCount() == 0 || WalkRecipe(m_nFileType, layout, m_strFilePath, taker, reporter);
+}
+
+SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (!m_shown.areOfFile) {
+        ShowFileError(reporter, SaveErrorOf(type), path);
+        return {};
+    }
+    const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress);
+    if (result.isSaved)
+        m_shown.rows.MarkSaved();
+    return result;
+}
+
+SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (!MaySaveAs(type, path, reporter))
+        return {};
+    const bool isReady = PrepareSaveAs(type, path, m_settings.startAddress, reporter);
+    const SaveResult result = isReady ? Write(type, path, reporter, progress) : SaveResult();
+    const bool isNameKept = !isReady && type == FileType::Rcp; // kept: also when the file cannot be created
+    if (result.isSaved || isNameKept) {
+        m_strFilePath = path;
+        m_nFileType = type;
+    }
+    return result;
+}
+
+SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter) const
+{
+    return MaySaveAs(type, path, reporter) ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter)
+                                           : SaveResult();
+}
+
+bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const
+{
+    if (!HasRowsOfFile())
+        ShowFileError(reporter, SaveErrorOf(type), path);
+    return HasRowsOfFile();
+}
+
+void CRecipeDocument::MarkSaved()
+{
+    m_bNewFile = false;
+    MarkUnmodified();
+}
+
+void CRecipeDocument::MarkUnmodified()
+{
+    m_bModified = false;
+    m_history.MarkSaved();
+}
+
+EditOutcome CRecipeDocument::SetTexts(EditKind kind, std::vector<TextForCell> texts)
+{
+    std::vector<CellEdit> edits;
+    const auto outcome = WithMemoryFor([&] { edits = EditsOf(m_shown.rows, std::move(texts)); });
+    return outcome == EditOutcome::Made ? SetStates(kind, std::move(edits)) : outcome;
+}
+
+EditOutcome CRecipeDocument::SetStates(EditKind kind, std::vector<CellEdit> edits)
+{
+    if (edits.empty())
+        return EditOutcome::Nothing;
+    return WithMemoryFor([&] {
+        Make(kind, CellsStep{std::move(edits)});
+        m_bModified = true;
+    });
+}
+
+EditOutcome CRecipeDocument::NoteFormatChange(EditKind kind, FormatChange change)
+{
+    return WithMemoryFor([&] {
+        CEditHistory::Prepared own;
+        StepsFor(kind, own).emplace_back(std::move(change));
+        Keep(std::move(own));
+    });
+}
+
+CRecipeDocument::CGroup::CGroup(CRecipeDocument& document, EditKind kind) : m_document(document)
+{
+    document.m_group = CEditHistory::Prepare({kind, {}});
+}
+
+CRecipeDocument::CGroup::~CGroup()
+{
+    CEditHistory::Prepared group = std::move(*m_document.m_group);
+    m_document.m_group.reset();
+    if (!CEditHistory::EditOf(group).steps.empty())
+        m_document.Keep(std::move(group));
+}
+
+/// The steps of the open group, else of a new edit of its own.
+std::vector<EditStep>& CRecipeDocument::StepsFor(EditKind kind, CEditHistory::Prepared& own)
+{
+    if (m_group)
+        return CEditHistory::EditOf(*m_group).steps;
+    own = CEditHistory::Prepare({kind, {}});
+    return CEditHistory::EditOf(own).steps;
+}
+
+void CRecipeDocument::Keep(CEditHistory::Prepared own) noexcept
+{
+    if (!own.empty())
+        m_history.Add(std::move(own), m_shown.rows.SourceId());
+}
+
+/// All memory comes first, so that what was done is always kept.
+void CRecipeDocument::Make(EditKind kind, EditStep step)
+{
+    CEditHistory::Prepared own;
+    std::vector<EditStep>& steps = StepsFor(kind, own);
+    steps.push_back(std::move(step));
+    try {
+        Exchange(steps.back(), Way::Forth);
+    } catch (const std::bad_alloc&) {
+        steps.pop_back();
+        throw;
+    }
+    Keep(std::move(own));
+}
+
+void CRecipeDocument::Exchange(EditStep& step, Way way)
+{
+    if (auto* cells = std::get_if<CellsStep>(&step))
+        m_shown.rows.Exchange(cells->edits);
+    else if (auto* rows = std::get_if<RowsStep>(&step))
+        ExchangeRows(*rows->other);
+    else if (way == Way::Back)
+        m_pStore->TakeBack(std::get<FormatChange>(step));
+    else
+        m_pStore->Apply(std::get<FormatChange>(step));
+}
+
+/// The settings that come back are those that the rows were read by.
+void CRecipeDocument::ExchangeRows(ShownRows& other)
+{
+    m_settings = other.settings;
+    m_shown.isModified = m_bModified;
+    std::swap(m_shown, other);
+    m_bModified = m_shown.isModified;
+}
+
+/// Drops the steps on formats that are not what the edit made of them any more.
+bool CRecipeDocument::DropForeignFormats(Edit& edit, Way way)
+{
+    const ChangeSide side = way == Way::Back ? ChangeSide::After : ChangeSide::Before;
+    return std::erase_if(edit.steps, [&](const EditStep& step) {
+               const auto* format = std::get_if<FormatChange>(&step);
+               return format != nullptr && !Holds(m_pStore->Library(), *format, side);
+           }) > 0;
+}
+
+/// All steps or none.
+void CRecipeDocument::ExchangeAll(Edit& edit, Way way)
+{
+    const std::size_t count = edit.steps.size();
+    const auto step = [&](std::size_t i) -> EditStep& { return edit.steps[way == Way::Back ? count - 1 - i : i]; };
+    std::size_t done = 0;
+    try {
+        for (; done < count; ++done)
+            Exchange(step(done), way);
+    } catch (const std::bad_alloc&) {
+        while (done > 0)
+            Exchange(step(--done), way == Way::Back ? Way::Forth : Way::Back);
+        throw;
+    }
+}
+
+EditReport CRecipeDocument::Exchange(Edit* edit, Way way)
+{
+    EditReport report;
+    if (edit == nullptr)
+        return report;
+    report.outcome = WithMemoryFor([&] {
+        report.name = NameOf(*edit);
+        report.isFormatLeftAlone = DropForeignFormats(*edit, way);
+        ReportOn(*edit, report);
+        ExchangeAll(*edit, way);
+    });
+    if (report.outcome != EditOutcome::Made)
+        return report;
+    if (way == Way::Back)
+        m_history.StepBack(m_shown.rows.SourceId());
+    else
+        m_history.StepForth(m_shown.rows.SourceId());
+    Flag(*edit);
+    return report;
+}
+
+void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)
+{
+    for (const EditStep& step : edit.steps) {
+        if (const auto* cells = std::get_if<CellsStep>(&step)) {
+            for (const CellEdit& changed : cells->edits)
+                report.cells.push_back(changed.place);
+        } else if (const auto* rows = std::get_if<RowsStep>(&step)) {
+            report.hasOtherRows = true;
+            report.cells = rows->other->rows.EditedPlaces();
+        } else {
+            report.format = std::get<FormatChange>(step).index;
+        }
+    }
+}
+
+/// Where the saved state is reached the work is as saved, whatever it was before.
+void CRecipeDocument::Flag(const Edit& edit)
+{
+    if (!ChangesRows(edit))
+        return;
+    if (m_history.IsAsSaved())
+        m_bModified = false;
+    else if (CellCountOf(edit) > 0 || m_history.IsBeforeSaved())
+        m_bModified = true;
+}
+
+std::optional<std::u16string> CRecipeDocument::UndoName() const
+{
+    const Edit* edit = m_history.NextToUndo();
+    return edit ? std::optional(NameOf(*edit)) : std::nullopt;
+}
+
+std::optional<std::u16string> CRecipeDocument::RedoName() const
+{
+    const Edit* edit = m_history.NextToRedo();
+    return edit ? std::optional(NameOf(*edit)) : std::nullopt;
+}

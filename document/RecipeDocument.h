@@ -1,0 +1,190 @@
+#pragma once
+
+#include "document/EditHistory.h"
+#include "document/ReadSettings.h"
+#include "files/Outcome.h"
+#include "files/Progress.h"
+#include "files/RecipeFile.h"
+#include "files/RecipeWalk.h"
+#include "library/FormatStore.h"
+#include "text/Reporter.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+inline constexpr std::u16string_view kNoMemoryForEdit =
+    u"There is not enough memory for this command. Nothing was changed.";
+
+/// A text for a cell.
+struct TextForCell {
+    CellPlace place;
+    std::u16string text;
+};
+
+/// What became of an edit.
+enum class EditOutcome {
+    Made,
+    Nothing,     ///< there was nothing to change
+    OutOfMemory, ///< the document is as it was
+};
+
+/// What an undo or redo did, for those who show the document.
+struct EditReport {
+    EditOutcome outcome = EditOutcome::Nothing;
+    std::u16string name;               ///< of the edit
+    std::vector<CellPlace> cells;      ///< those that it gave other states, in ascending order
+    bool hasOtherRows = false;         ///< other rows are shown, perhaps of another layout
+    bool isFormatLeftAlone = false;    ///< a format is not what the edit had made of it any more: that part was dropped
+    std::optional<std::size_t> format; ///< the place in the library of a format that changed, came or went
+};
+
+/// The open recipe: its file and type, how it was laid out, its rows, what is edited, and the edits that can be undone.
+///
+/// The window's commands and the command line work on it; it shows nothing and asks nothing. What fails is reported in
+/// the words of the file's type.
+class CRecipeDocument {
+public:
+    /// How a reading ended.
+    enum class Reading {
+        Done,
+        NotShown, ///< the format has no words, or breaks a limit that was reported: there are no rows
+        Failed,   ///< reported; the cells are empty
+        GivenUp,  ///< by the user's wish: there are no rows
+    };
+
+    explicit CRecipeDocument(std::size_t mostHistoryBytes = CEditHistory::kMostBytes) : m_history(mostHistoryBytes) {}
+
+    /// The store whose formats undo and redo change; it outlives the document.
+    void UseFormatsOf(CFormatStore& store) { m_pStore = &store; }
+
+    // What is open.
+
+    bool IsOpen() const { return m_bFileOpen; }     ///< New or Open succeeded once
+    bool IsNew() const { return m_bNewFile; }       ///< made by New and not saved since
+    bool IsModified() const { return m_bModified; } ///< changed since the last save
+    bool IsUnsaved() const { return m_bFileOpen && (m_bModified || m_bNewFile); }
+    const std::filesystem::path& Path() const { return m_strFilePath; } ///< empty for one without a name
+    FileType Type() const { return m_nFileType; }                       ///< of the file opened or saved last
+    const ReadSettings& Settings() const { return m_settings; }         ///< in use: for the next reading
+    const CRecipeRows& Rows() const { return m_shown.rows; }
+    const DataFormat& Format() const { return m_shown.settings.format; } ///< that laid out the rows
+
+    /// Whether there are rows that may be saved: those of the current file, or of a new document. Others would put
+    /// zeros over words that nobody has seen. A paged file that could not be opened has none.
+    bool HasRowsOfFile() const { return m_shown.areOfFile && !m_shown.rows.ShowsTheSameEverywhere(); }
+
+    /// Takes the settings for the next reading. What is shown stays.
+    void TakeSettings(ReadSettings settings) { m_settings = std::move(settings); }
+
+    // Files.
+
+    /// A new document without a name is the open one, without rows until Read. The history ends.
+    void StartNew();
+
+    /// The file at `path` is the open one, without rows until Read. Where its type is not known it keeps the former
+    /// one, and gets no rows by Open. The history ends.
+    void StartOpen(const std::filesystem::path& path, std::optional<FileType> type);
+
+    /// Fills the rows from the current file as `type`, laid out by the settings in use. The first reading after a start
+    /// begins the history; each later one drops edits, and is one that can be undone: rows, layout and edits come back
+    /// then.
+    Reading Read(FileType type, CReporter& reporter, CProgress& progress);
+
+    /// As Read, but for the document's own type, and never writes: nothing is made that is missing.
+    Reading ReadOnly(CReporter& reporter, CProgress& progress);
+
+    /// Hands the text of every cell of the current file to `taker`, as the settings in use lay them out, without
+    /// keeping rows. Never writes. False after a failure, reported.
+    bool Walk(CCellTaker& taker, CReporter& reporter) const;
+
+    /// There are no rows any more. As a reading, one that can be undone but for the first.
+    void ClearRows();
+
+    /// Writes the rows to `path` as `type`; then no cell is edited. The document's own path, type and flags stay: see
+    /// SaveAs and MarkSaved. Rows that are none of the file's (HasRowsOfFile) are reported as the type's failed save,
+    /// and not a byte is written; those of a paged file that could not be opened are left out as it is.
+    SaveResult Write(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+    /// Writes the rows to `path` as `type` as Write does after its preparation for a new name (PrepareSaveAs), but all
+    /// at once: the old file is as it was until the new one is complete (ReplaceRecipe). The document stays as it is.
+    /// Rows that are none of the file's are reported as the type's failed save: they would empty the target, or put
+    /// zeros over it.
+    SaveResult Replace(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
+
+    /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the
+    /// document's then. Rows that Replace would not take cost the target no byte. After a failure all is as it was, but
+    /// for one case, kept: a flat file that cannot be made ready gives the document its name all the same.
+    SaveResult SaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+    /// The work counts as saved.
+    void MarkSaved();
+
+    /// What is shown is what the file holds: changes were dropped, and nothing is to be saved.
+    void MarkUnmodified();
+
+    // Edits. Each can be undone; those of cells make the document modified.
+
+    /// Gives cells texts that passed their check. A cell that stands twice gets the last text. Places outside the rows
+    /// are left out.
+    EditOutcome SetTexts(EditKind kind, std::vector<TextForCell> texts);
+
+    /// Gives cells states. The places lie within the rows, in ascending order, none twice.
+    EditOutcome SetStates(EditKind kind, std::vector<CellEdit> edits);
+
+    /// Takes note of a change of the library's formats that was made.
+    EditOutcome NoteFormatChange(EditKind kind, FormatChange change);
+
+    /// All edits until the group goes are one, named `kind`. Groups do not nest.
+    class CGroup {
+    public:
+        CGroup(CRecipeDocument& document, EditKind kind);
+        ~CGroup();
+        CGroup(const CGroup&) = delete;
+        CGroup& operator=(const CGroup&) = delete;
+
+    private:
+        CRecipeDocument& m_document;
+    };
+
+    /// The name of the edit that an undo or redo is for; nothing when there is none.
+    std::optional<std::u16string> UndoName() const;
+    std::optional<std::u16string> RedoName() const;
+
+    EditReport Undo() { return Exchange(m_history.NextToUndo(), Way::Back); }
+    EditReport Redo() { return Exchange(m_history.NextToRedo(), Way::Forth); }
+
+private:
+    enum class Way { Back, Forth };
+    enum class Access { AsOpened, ReadOnly };
+
+    void Start();
+    bool MaySaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
+    Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
+    Reading FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter, CProgress& progress) const;
+    void ShowOther(ShownRows rows);
+    std::vector<EditStep>& StepsFor(EditKind kind, CEditHistory::Prepared& own);
+    void Keep(CEditHistory::Prepared own) noexcept;
+    void Make(EditKind kind, EditStep step);
+    void Exchange(EditStep& step, Way way);
+    void ExchangeRows(ShownRows& other);
+    void ExchangeAll(Edit& edit, Way way);
+    EditReport Exchange(Edit* edit, Way way);
+    bool DropForeignFormats(Edit& edit, Way way);
+    static void ReportOn(const Edit& edit, EditReport& report);
+    void Flag(const Edit& edit);
+
+    CFormatStore* m_pStore = nullptr;
+    bool m_bFileOpen = false;
+    bool m_bNewFile = false;
+    bool m_bModified = false;
+    std::filesystem::path m_strFilePath;
+    FileType m_nFileType = FileType::Rcp;
+    ReadSettings m_settings;
+    ShownRows m_shown;
+    bool m_bFirstReading = true; ///< since the start: there is nothing to come back to
+    CEditHistory m_history;
+    std::optional<CEditHistory::Prepared> m_group; ///< while one is open
+};
