@@ -25,15 +25,11 @@ QString TitleWith(const QString& path)
 CFileCommands::CFileCommands(CRecipeFrame& frame, CRecipeFormatEditView& formatPane, CRecipeDataShowView& dataPane,
                              QWidget& window)
     : m_frame(frame),
+      m_document(frame.Document()),
       m_formatPane(formatPane),
       m_dataPane(dataPane),
       m_window(window)
 {
-}
-
-bool CFileCommands::IsUnsaved() const
-{
-    return m_frame.m_bFileOpen && (m_frame.m_bModified || m_frame.m_bNewFile);
 }
 
 /// Saves unsaved work without a question. False when another file must not take its place: a cell's text was refused,
@@ -42,7 +38,7 @@ bool CFileCommands::LeaveCurrentWork()
 {
     if (!m_dataPane.EndCellEdit())
         return false;
-    return !IsUnsaved() || Save() != Outcome::Failed;
+    return !m_document.IsUnsaved() || Save() != Saving::Failed;
 }
 
 void CFileCommands::OnFileNew()
@@ -50,12 +46,10 @@ void CFileCommands::OnFileNew()
     if (!LeaveCurrentWork())
         return;
     m_frame.ClearRecipeData();
-    m_frame.m_bNewFile = true;
     m_formatPane.ApplyReadSettings();
-    m_frame.m_strFilePath.clear();
+    m_document.StartNew();
     m_frame.SetTitle(kBaseTitle + QStringLiteral("[NoName]"));
-    m_frame.m_bFileOpen = true;
-    m_frame.ShowRecipeData(FileType::Rcp); // m_nFileType keeps its value
+    m_frame.ShowRecipeData(FileType::Rcp); // the document's own type keeps its value
     m_frame.UpdateCommands();
 }
 
@@ -96,14 +90,12 @@ void CFileCommands::OpenChosen(const QString& path)
         m_frame.Reporter().ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
         return;
     }
-    m_frame.m_bFileOpen = true;
-    m_frame.m_strFilePath = path;
-    if (const auto type = FileTypeOf(NativePath(path))) {
-        m_frame.m_nFileType = *type;
+    const auto type = FileTypeOf(NativePath(path));
+    m_document.StartOpen(NativePath(path), type);
+    if (type)
         m_frame.ShowRecipeData(*type);
-    } else {
+    else
         m_frame.ClearRecipeData(); // the rows of the file before must not be saved into this one
-    }
     m_frame.SetTitle(TitleWith(path));
     m_frame.UpdateCommands();
 }
@@ -124,55 +116,45 @@ void CFileCommands::OnFileSaveAs()
 
 void CFileCommands::OnDiscardChanges()
 {
-    m_frame.ShowRecipeData(m_frame.m_nFileType);
-    m_frame.m_bModified = false;
+    m_frame.ShowRecipeData(m_document.Type());
+    m_document.MarkUnmodified();
 }
 
-CFileCommands::Outcome CFileCommands::Save()
+CFileCommands::Saving CFileCommands::Save()
 {
     m_formatPane.ApplyReadSettings();
-    if (m_frame.m_bNewFile)
+    if (m_document.IsNew())
         return SaveAs();
-    if (!m_frame.RefreshRecipeData(m_frame.m_nFileType, m_frame.m_strFilePath))
-        return Outcome::Failed;
+    if (!m_frame.RefreshRecipeData(m_document.Type(), ToQPath(m_document.Path())))
+        return Saving::Failed;
     MarkSaved();
-    return Outcome::Done;
+    return Saving::Done;
 }
 
-CFileCommands::Outcome CFileCommands::SaveAs()
+CFileCommands::Saving CFileCommands::SaveAs()
 {
     const QString path = AskSavePath(m_window, DialogFolder());
     if (path.isEmpty())
-        return Outcome::Cancelled;
-    const Outcome outcome = SaveTo(path);
-    if (outcome == Outcome::Done) {
+        return Saving::Cancelled;
+    const Saving outcome = SaveTo(path);
+    if (outcome == Saving::Done) {
         m_frame.SetTitle(TitleWith(path));
         MarkSaved();
     }
     return outcome;
 }
 
-CFileCommands::Outcome CFileCommands::SaveTo(const QString& path)
+CFileCommands::Saving CFileCommands::SaveTo(const QString& path)
 {
     const auto type = FileTypeOf(NativePath(path));
     if (!type)
-        return Outcome::Done; // kept: nothing is written under an unknown extension, yet the work counts as saved
-    if (!m_dataPane.MaySaveAs(*type, path))
-        return Outcome::Failed;
-    const bool isPrepared = PrepareSaveAs(*type, NativePath(path), m_frame.m_nStartAddress, m_frame.Reporter());
-    const bool isSaved = isPrepared && m_frame.RefreshRecipeData(*type, path);
-    const bool isNameKept = !isPrepared && *type == FileType::Rcp; // kept: also when the file cannot be created
-    if (isSaved || isNameKept) {
-        m_frame.m_nFileType = *type;
-        m_frame.m_strFilePath = path;
-    }
-    return isSaved ? Outcome::Done : Outcome::Failed;
+        return Saving::Done; // kept: nothing is written under an unknown extension, yet the work counts as saved
+    return m_frame.SaveRecipeDataAs(*type, path) ? Saving::Done : Saving::Failed;
 }
 
 void CFileCommands::MarkSaved()
 {
-    m_frame.m_bNewFile = false;
-    m_frame.m_bModified = false;
+    m_document.MarkSaved();
     m_frame.UpdateCommands();
 }
 
@@ -180,7 +162,7 @@ void CFileCommands::OnClose()
 {
     m_frame.SetTitle(QStringLiteral("Saving file，Please be patient!"));
     m_dataPane.EndCellEdit();
-    if (!IsUnsaved())
+    if (!m_document.IsUnsaved())
         return;
     if (AskToSave(m_window))
         Save();
@@ -188,5 +170,6 @@ void CFileCommands::OnClose()
 
 QString CFileCommands::DialogFolder() const
 {
-    return m_frame.m_strFilePath.isEmpty() ? QString() : QFileInfo(m_frame.m_strFilePath).absolutePath();
+    const auto& path = m_document.Path();
+    return path.empty() ? QString() : QFileInfo(ToQPath(path)).absolutePath();
 }

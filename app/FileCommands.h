@@ -3,12 +3,13 @@
 #include <QString>
 
 class CRecipeDataShowView;
+class CRecipeDocument;
 class CRecipeFormatEditView;
 class CRecipeFrame;
 class QWidget;
 
 /// New, Open, Save, Save As and the question at closing: which file and which type are current, and when the work
-/// counts as unsaved. The state itself lies in the frame.
+/// counts as unsaved. The state itself lies in the document.
 ///
 /// Each command first ends a cell's edit that is open; a text that is refused then stops the command. A write that
 /// fails leaves the work unsaved, the current file the current one, and stops the command that wanted it saved.
@@ -34,18 +35,18 @@ public:
     void OnClose();
 
 private:
-    enum class Outcome { Done, Cancelled, Failed };
+    enum class Saving { Done, Cancelled, Failed };
 
-    bool IsUnsaved() const;
     bool LeaveCurrentWork();
-    Outcome Save();
-    Outcome SaveAs();
-    Outcome SaveTo(const QString& path);
+    Saving Save();
+    Saving SaveAs();
+    Saving SaveTo(const QString& path);
     void MarkSaved();
     void OpenChosen(const QString& path);
     QString DialogFolder() const;
 
     CRecipeFrame& m_frame;
+    CRecipeDocument& m_document;
     CRecipeFormatEditView& m_formatPane;
     CRecipeDataShowView& m_dataPane;
     QWidget& m_window;

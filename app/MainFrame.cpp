@@ -22,7 +22,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -34,12 +33,6 @@ QString DraggedFile(const QMimeData& data)
     const QList<QUrl> urls = data.urls();
     const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
     return QFileInfo(path).isDir() ? QString() : path;
-}
-
-std::int32_t ClampTo32(std::int64_t value)
-{
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
 } // namespace
@@ -62,6 +55,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 
 CMainFrame::~CMainFrame()
 {
+    m_pEditCommands.reset();
     delete m_pSplitter; // the panes speak to this frame while they go
 }
 
@@ -89,6 +83,7 @@ void CMainFrame::CreatePanes()
     layout->addWidget(m_pSplitter, 1);
     setCentralWidget(client);
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
+    m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
 }
 
 void CMainFrame::CreateStatusPanes()
@@ -127,17 +122,19 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// A file that may hold old and new words is of more weight than one that was not written, that than formats that are
-/// not saved, and they are than the chosen cell.
+/// A file that may hold old and new words is of more weight than one that was not written, that than what was just
+/// undone, which is told for a moment only, that than formats that are not saved, and they are than the chosen cell.
 void CMainFrame::ShowMessage()
 {
+    const SaveNotice edit{{}, m_strEditNotice, m_strEditNotice};
     const SaveNotice library{{}, m_strLibraryTrouble, m_strLibraryTrouble};
     for (const SaveNotice& notice :
-         {m_tornSave, m_leftOutSave, library, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
+         {m_tornSave, m_leftOutSave, edit, library, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
           SaveNotice{{}, tr("Ready"), {}}}) {
         if (notice.text.isEmpty())
             continue;
         m_pMessage->setText(notice.text);
+        m_pMessage->setAccessibleName({});
         m_pMessage->setToolTip(notice.inFull);
         return;
     }
@@ -151,6 +148,26 @@ void CMainFrame::TellLibraryTrouble(const QString& trouble)
     ShowMessage();
     if (trouble.isEmpty())
         return;
+    Announce(trouble);
+}
+
+void CMainFrame::TellEdit(const QString& text)
+{
+    m_strEditNotice = text;
+    ShowMessage();
+    Announce(text);
+}
+
+void CMainFrame::ForgetEditNotice()
+{
+    m_strEditNotice.clear();
+    ShowMessage();
+}
+
+/// Has screen readers say `text`, even where the status bar has something of more weight.
+void CMainFrame::Announce(const QString& text)
+{
+    m_pMessage->setAccessibleName(text);
     QAccessibleEvent alert(m_pMessage, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
@@ -171,8 +188,12 @@ void CMainFrame::ConnectCommands()
     connect(m_pUi->actionStatusBar, &QAction::toggled, m_pUi->statusBar, &QStatusBar::setVisible);
     connect(m_pUi->actionBitBrowse, &QAction::triggered, this, [this] { m_pDataPane->OnBitBrowse(); });
     connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::UpdateCommands);
-    connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::ShowMessage);
-    connect(m_pDataPane, &CRecipeDataShowView::ChosenCellChanged, this, &CMainFrame::ShowMessage);
+    for (const auto signal : {&CRecipeDataShowView::CellChosen, &CRecipeDataShowView::ChosenCellChanged})
+        connect(m_pDataPane, signal, this, &CMainFrame::ForgetEditNotice);
+    connect(m_pDataPane, &CRecipeDataShowView::Edited, this, [this] {
+        ForgetEditNotice();
+        UpdateCommands();
+    });
 }
 
 void CMainFrame::AddAccelerators()
@@ -189,25 +210,16 @@ void CMainFrame::AddAccelerators()
     };
     // The key works before anything is open too, when the menu's own entry is disabled.
     m_pUnopenedSave = add(this, "accelSave", 57603, {Qt::CTRL | Qt::Key_S}, [this] { m_pFileCommands->OnFileSave(); });
-    add(this, "accelUndo", 57643, {Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Backspace}, [this] {
-        if (auto* field = qobject_cast<QLineEdit*>(focusWidget()))
-            field->undo();
-    });
     add(this, "accelNextPane", 57680, {Qt::Key_F6}, [this] { SwitchPane(+1); });
     add(this, "accelPreviousPane", 57681, {Qt::SHIFT | Qt::Key_F6}, [this] { SwitchPane(-1); });
-
-    CGridCtrl& grid = m_pDataPane->Grid();
-    add(m_pDataPane, "accelCut", 57635, {Qt::CTRL | Qt::Key_X, Qt::SHIFT | Qt::Key_Delete}, [&grid] { grid.Cut(); });
-    add(m_pDataPane, "accelCopy", 57634, {Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_Insert}, [&grid] { grid.Copy(); });
-    add(m_pDataPane, "accelPaste", 57637, {Qt::CTRL | Qt::Key_V, Qt::SHIFT | Qt::Key_Insert},
-        [&grid] { grid.Paste(); });
 }
 
 void CMainFrame::UpdateCommands()
 {
-    m_pUi->actionSave->setEnabled(m_bFileOpen);
-    m_pUi->actionSaveAs->setEnabled(m_bFileOpen);
-    m_pUnopenedSave->setEnabled(!m_bFileOpen);
+    m_pUi->actionSave->setEnabled(m_document.IsOpen());
+    m_pUi->actionSaveAs->setEnabled(m_document.IsOpen());
+    m_pUnopenedSave->setEnabled(!m_document.IsOpen());
+    m_pEditCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 
@@ -220,13 +232,19 @@ CMainFrame::SaveNotice CMainFrame::NoticeOf(const QString& text, const QString& 
 void CMainFrame::ShowRecipeData(FileType type)
 {
     ForgetLeftOut();
-    UpdateFormatMetrics();
     m_pDataPane->ShowData(type);
 }
 
 bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
 {
     const SaveResult result = m_pDataPane->WriteData(type, path);
+    TellState(result, path);
+    return result.isSaved;
+}
+
+bool CMainFrame::SaveRecipeDataAs(FileType type, const QString& path)
+{
+    const SaveResult result = m_pDataPane->WriteDataAs(type, path);
     TellState(result, path);
     return result.isSaved;
 }
@@ -253,12 +271,12 @@ void CMainFrame::TellLeftOut(const QString& path)
     const QString text = path.isEmpty()            ? tr("There is no file to save to: ")
                          : QFileInfo::exists(path) ? tr("%1 may not be written: ")
                                                    : tr("%1 is gone: ");
-    const bool hasChanges = m_bModified || m_bNewFile;
+    const bool hasChanges = m_document.IsModified() || m_document.IsNew();
     m_leftOutSave = NoticeOf(text + (hasChanges ? tr("your changes are not saved.") : tr("nothing was saved.")), path);
     StripMessage message{m_leftOutSave.text, {}};
-    if (m_pDataPane->HasRowsOfFile())
+    if (m_document.HasRowsOfFile())
         message.buttons << StripButton{tr("Save as..."), [this] { m_pFileCommands->OnFileSaveAs(); }};
-    if (m_bModified && path == m_strFilePath)
+    if (m_document.IsModified() && path == ToQPath(m_document.Path()))
         message.buttons << StripButton{tr("Discard changes"), [this] { m_pFileCommands->OnDiscardChanges(); }};
     ShowStrip(StripSubject::NotWritten, message);
 }
@@ -287,13 +305,6 @@ bool CMainFrame::ValidateCellValue(int gridColumn, const QString& text) const
 void CMainFrame::SetTitle(const QString& title)
 {
     setWindowTitle(LiteralTitle(title));
-}
-
-void CMainFrame::UpdateFormatMetrics()
-{
-    m_nFormatWords = ClampTo32(m_pDataFormat->totalLength());
-    m_nGridCols = ClampTo32(m_pDataFormat->elementCount() + CRecipeDataShowView::kFixedColumns);
-    m_nGridRows = ClampTo32(std::int64_t{m_nReadCount} + CRecipeDataShowView::kFixedRows);
 }
 
 void CMainFrame::OpenPath(const QString& path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/EditCommands.h"
 #include "app/FileCommands.h"
 #include "app/LockKeys.h"
 #include "views/MessageBoxReporter.h"
@@ -20,8 +21,8 @@ namespace Ui {
 class CMainFrame;
 }
 
-/// The main window: menus, tool bar, status bar, and the two panes with a splitter between them. Keeps the state that
-/// the panes share and routes the commands.
+/// The main window: menus, tool bar, status bar, and the two panes with a splitter between them. Keeps the document and
+/// routes the commands.
 class CMainFrame final : public QMainWindow, public CRecipeFrame {
     Q_OBJECT
 
@@ -30,12 +31,16 @@ public:
     explicit CMainFrame(const std::filesystem::path& executable, QWidget* parent = nullptr);
     ~CMainFrame() override;
 
+    CRecipeDocument& Document() override { return m_document; }
+    const CRecipeDocument& Document() const override { return m_document; }
     void ShowRecipeData(FileType type) override;
     bool RefreshRecipeData(FileType type, const QString& path) override;
+    bool SaveRecipeDataAs(FileType type, const QString& path) override;
     void ClearRecipeData() override;
     bool ValidateCellValue(int gridColumn, const QString& text) const override;
     void SetTitle(const QString& title) override;
     void UpdateCommands() override;
+    void TellEdit(const QString& text) override;
     void ShowStrip(StripSubject subject, const StripMessage& message) override;
     void WithdrawStrip(StripSubject subject) override;
     void TellLibraryTrouble(const QString& trouble) override;
@@ -43,9 +48,6 @@ public:
 
     /// Opens the file at `path` as the Open command opens a chosen one.
     void OpenPath(const QString& path);
-
-    /// Takes the row length and the grid's size from the format in use and the read count.
-    void UpdateFormatMetrics();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -63,6 +65,8 @@ private:
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
+    void ForgetEditNotice();
+    void Announce(const QString& text);
     void ShowLockKeys();
     void TellState(const SaveResult& result, const QString& path);
     static SaveNotice NoticeOf(const QString& text, const QString& path);
@@ -75,6 +79,7 @@ private:
     void ShowAbout();
 
     std::filesystem::path m_executable;
+    CRecipeDocument m_document;
     std::unique_ptr<Ui::CMainFrame> m_pUi;
     CMessageBoxReporter m_reporter;
     CLockKeys m_lockKeys;
@@ -84,9 +89,11 @@ private:
     CRecipeDataShowView* m_pDataPane = nullptr;
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
+    std::unique_ptr<CEditCommands> m_pEditCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing
+    QString m_strEditNotice;     ///< what was undone, for one
     QString m_strLibraryTrouble; ///< why the data formats are not saved; empty while they are
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled

@@ -2,6 +2,7 @@
 
 #include "tests/views/RecordingFrame.h"
 #include "views/RecipeDataShowView.h"
+#include "views/TextCrossing.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -49,13 +50,11 @@ void SetUpFrame(CRecordingFrame& frame, const QString& path, int digits)
     item.arrayLength = kColumns;
     item.integerDigits = digits;
     deriveBounds(item);
-    frame.m_pDataFormat->insertItem(0, std::make_unique<DataItem>(item));
-    frame.m_pDataFormat->itemCount = 1;
-    frame.m_strFilePath = path;
-    frame.m_nReadCount = kRows;
-    frame.m_nFormatWords = kColumns;
-    frame.m_nGridCols = kColumns + 2;
-    frame.m_nGridRows = kRows + 1;
+    DataFormat format;
+    format.insertItem(0, std::make_unique<DataItem>(item));
+    format.itemCount = 1;
+    frame.document.StartOpen(NativePath(path), FileType::Rcp);
+    frame.document.TakeSettings({format, 0, kRows});
 }
 
 double ResidentMiB()

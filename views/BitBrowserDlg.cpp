@@ -131,6 +131,5 @@ void CBitBrowserDlg::OnOK()
         return;
     }
     emit CellValueAccepted(m_nColumn, m_nRow, m_strValue);
-    m_frame.m_bModified = true;
     accept();
 }

@@ -20,8 +20,6 @@ public:
 
     bool Advance(std::uint64_t done, std::uint64_t total) override;
 
-    bool Cancelled() const { return m_bCancelled; }
-
 private:
     void Open();
 

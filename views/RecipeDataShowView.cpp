@@ -1,8 +1,6 @@
 #include "views/RecipeDataShowView.h"
 
 #include "controls/GridModel.h"
-#include "files/RecipeMessages.h"
-#include "files/ShowLimits.h"
 #include "model/CellCheck.h"
 #include "model/ValueLimits.h"
 #include "views/BitBrowserDlg.h"
@@ -36,6 +34,27 @@ std::u16string_view NameOf(DataType type)
     return name.empty() ? TypeName(type) : name;
 }
 
+EditKind KindOf(GridChange change)
+{
+    switch (change) {
+    case GridChange::Paste:
+        return EditKind::Paste;
+    case GridChange::Cut:
+        return EditKind::Cut;
+    case GridChange::Clear:
+        return EditKind::Clear;
+    case GridChange::Typing:
+        break;
+    }
+    return EditKind::Typing;
+}
+
+/// Of a data cell of the grid.
+CellPlace PlaceOf(int row, int column)
+{
+    return {row - kTitleRows, static_cast<std::uint32_t>(column - kTitleColumns)};
+}
+
 } // namespace
 
 CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
@@ -59,7 +78,6 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
     // A right click may have chosen another cell than the one with the focus, which does not move when it is used next.
     connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
-    connect(m_pGrid, &CGridCtrl::CellEdited, this, [this] { m_frame.m_bModified = true; });
     connect(&m_pGrid->Model(), &CGridModel::dataChanged, this, &CRecipeDataShowView::OnTextsChanged);
 }
 
@@ -80,32 +98,26 @@ void CRecipeDataShowView::CreatePopupMenu()
 
 int CRecipeDataShowView::ShowData(FileType type)
 {
-    ClearGrid();
-    const DataFormat& format = *m_frame.m_pDataFormat;
-    if (m_frame.m_nGridCols == kFixedColumns || m_frame.m_nFormatWords == 0)
-        return 2;
-    if (const auto fault = ShowFault(format, m_frame.m_nReadCount)) {
-        m_frame.Reporter().ShowError(*fault);
-        return 2;
-    }
-    m_dataFormat = format;
-    m_rows.LayOut(LayOutColumns(format), m_frame.m_nStartAddress, m_frame.m_nReadCount);
-
+    m_pGrid->DeleteAllItems();
     CProgressDialog progress(*this, tr("Reading the recipe file"));
-    const Outcome outcome =
-        ReadRecipe(type, m_rows, NativePath(m_frame.m_strFilePath), m_frame.m_bNewFile, m_frame.Reporter(), progress);
-    m_bRowsOfFile = outcome == Outcome::Done && HasKnownType();
-    if (outcome == Outcome::GivenUp)
-        m_rows.Clear();
-    else
-        LayOutGrid();
-    return 1;
+    const auto reading = m_frame.Document().Read(type, m_frame.Reporter(), progress);
+    ShowRows();
+    return reading == CRecipeDocument::Reading::NotShown ? 2 : 1;
 }
 
-/// Whether the current file, if it has a name, is a recipe file by that name. Any other is looked at only.
-bool CRecipeDataShowView::HasKnownType() const
+void CRecipeDataShowView::ClearGrid()
 {
-    return m_frame.m_strFilePath.isEmpty() || FileTypeOf(NativePath(m_frame.m_strFilePath));
+    m_frame.Document().ClearRows();
+    ShowRows();
+}
+
+void CRecipeDataShowView::ShowRows()
+{
+    m_pGrid->DeleteAllItems();
+    m_pGrid->setMinimumWidth(0);
+    ForgetChosenCell();
+    if (!Rows().Columns().empty())
+        LayOutGrid();
 }
 
 void CRecipeDataShowView::LayOutGrid()
@@ -113,10 +125,10 @@ void CRecipeDataShowView::LayOutGrid()
     m_pGrid->SetEditable(true);
     m_pGrid->SetTextSource(this);
     m_pGrid->SetDefaultRowHeight(kDataRowHeight);
-    m_pGrid->SetRowCount(kFixedRows + m_rows.RowCount());
-    m_pGrid->SetColumnCount(kFixedColumns + static_cast<int>(m_rows.Columns().size()));
-    m_pGrid->SetFixedRowCount(kFixedRows);
-    m_pGrid->SetFixedColumnCount(kFixedColumns);
+    m_pGrid->SetRowCount(kTitleRows + Rows().RowCount());
+    m_pGrid->SetColumnCount(kTitleColumns + static_cast<int>(Rows().Columns().size()));
+    m_pGrid->SetFixedRowCount(kTitleRows);
+    m_pGrid->SetFixedColumnCount(kTitleColumns);
     m_pGrid->SetRowHeight(0, kTitleRowHeight);
     m_pGrid->SetColumnWidth(0, kIdColumnWidth);
     WriteTitles();
@@ -129,8 +141,8 @@ void CRecipeDataShowView::LayOutGrid()
 int CRecipeDataShowView::LeastGridWidth() const
 {
     const int digit = m_pGrid->fontMetrics().horizontalAdvance(u'0');
-    int width = std::min(m_pGrid->ColumnWidth(kFixedColumns), kMostColumn * digit);
-    for (int column = 0; column < kFixedColumns; ++column)
+    int width = std::min(m_pGrid->ColumnWidth(kTitleColumns), kMostColumn * digit);
+    for (int column = 0; column < kTitleColumns; ++column)
         width += m_pGrid->ColumnWidth(column);
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_pGrid->verticalScrollBar());
     return std::min(width + bar + 2 * m_pGrid->frameWidth(), kMostGrid * digit);
@@ -146,49 +158,33 @@ void CRecipeDataShowView::WriteTitles()
         title.text = text;
         m_pGrid->SetItem(title);
     };
-    write(0, QStringLiteral("ID"));
-    write(1, QStringLiteral("RW_Addr"));
+    write(0, ToQString(kIdTitle));
+    write(kAddressColumn, ToQString(kAddressTitle));
     title.format = kCentred | kWraps;
-    int column = kFixedColumns;
-    for (const ColumnCoding& coding : m_rows.Columns())
+    int column = kTitleColumns;
+    for (const ColumnCoding& coding : Rows().Columns())
         write(column++, ToQString(coding.title));
 }
 
 SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path)
 {
-    if (!m_bRowsOfFile) {
-        ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(path));
-        return {};
-    }
+    return WriteBy(&CRecipeDocument::Write, type, path);
+}
+
+SaveResult CRecipeDataShowView::WriteDataAs(FileType type, const QString& path)
+{
+    return WriteBy(&CRecipeDocument::SaveAs, type, path);
+}
+
+SaveResult CRecipeDataShowView::WriteBy(Write write, FileType type, const QString& path)
+{
     CProgressDialog progress(*this, tr("Saving the recipe file"));
-    const SaveResult result = SaveRecipe(type, m_rows, NativePath(path), m_frame.Reporter(), progress);
-    if (result.isSaved)
-        ForgetChanges();
+    const SaveResult result = (m_frame.Document().*write)(type, NativePath(path), m_frame.Reporter(), progress);
+    if (result.isSaved) {
+        m_pGrid->viewport()->update();
+        emit ChosenCellChanged();
+    }
     return result;
-}
-
-void CRecipeDataShowView::ForgetChanges()
-{
-    m_rows.MarkSaved();
-    m_pGrid->viewport()->update();
-    emit ChosenCellChanged();
-}
-
-bool CRecipeDataShowView::MaySaveAs(FileType type, const QString& path) const
-{
-    if (HasRowsOfFile())
-        return true;
-    ShowFileError(m_frame.Reporter(), SaveErrorOf(type), NativePath(path));
-    return false;
-}
-
-void CRecipeDataShowView::ClearGrid()
-{
-    m_pGrid->DeleteAllItems();
-    m_pGrid->setMinimumWidth(0);
-    m_rows.Clear();
-    m_bRowsOfFile = false;
-    ForgetChosenCell();
 }
 
 bool CRecipeDataShowView::EndCellEdit()
@@ -198,30 +194,38 @@ bool CRecipeDataShowView::EndCellEdit()
 
 bool CRecipeDataShowView::ValidateCellValue(int gridColumn, const QString& text) const
 {
-    const auto& columns = m_rows.Columns();
-    const int column = gridColumn - kFixedColumns;
+    const auto& columns = Rows().Columns();
+    const int column = gridColumn - kTitleColumns;
     if (column < 0 || static_cast<std::size_t>(column) >= columns.size())
         return false;
     return ::ValidateCellValue(columns[static_cast<std::size_t>(column)], ViewOf(text));
 }
 
+/// The coding of the chosen cell's column; null while no data cell is chosen.
+const ColumnCoding* CRecipeDataShowView::ChosenColumn() const
+{
+    const auto& columns = Rows().Columns();
+    const int column = m_nCurrentColumn - kTitleColumns;
+    return column < 0 || static_cast<std::size_t>(column) >= columns.size()
+               ? nullptr
+               : &columns[static_cast<std::size_t>(column)];
+}
+
 bool CRecipeDataShowView::CanBitBrowse() const
 {
-    if (m_nCurrentColumn < kFixedColumns)
-        return false;
-    const DataType type = m_rows.Columns()[static_cast<std::size_t>(m_nCurrentColumn - kFixedColumns)].dataType;
-    return !IsReal(type) && type != DataType::String;
+    const ColumnCoding* coding = ChosenColumn();
+    return coding != nullptr && !IsReal(coding->dataType) && coding->dataType != DataType::String;
 }
 
 QString CRecipeDataShowView::ChosenCellInfo() const
 {
-    if (m_nCurrentColumn < kFixedColumns)
+    const ColumnCoding* coding = ChosenColumn();
+    if (coding == nullptr)
         return {};
-    const auto column = static_cast<std::size_t>(m_nCurrentColumn - kFixedColumns);
-    const ColumnCoding& coding = m_rows.Columns()[column];
-    const auto address = m_rows.RowAddress(m_nCurrentRow - kFixedRows) + m_rows.WordOffset(column);
-    QStringList parts{QStringLiteral("RW%1").arg(address.number), ToQString(NameOf(coding.dataType)),
-                      ToQString(LimitsText(coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
+    const auto column = static_cast<std::size_t>(m_nCurrentColumn - kTitleColumns);
+    const auto address = Rows().RowAddress(m_nCurrentRow - kTitleRows).number + Rows().WordOffset(column);
+    QStringList parts{QStringLiteral("RW%1").arg(address), ToQString(NameOf(coding->dataType)),
+                      ToQString(LimitsText(*coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
 }
@@ -230,7 +234,7 @@ void CRecipeDataShowView::OnBitBrowse()
 {
     if (!EndCellEdit() || !CanBitBrowse())
         return;
-    const DataItem* item = m_dataFormat.itemOfElement(m_nCurrentColumn - kFixedColumns);
+    const DataItem* item = m_frame.Document().Format().itemOfElement(m_nCurrentColumn - kTitleColumns);
     const QString text =
         m_pGrid->GetItemText(m_nCurrentRow, m_nCurrentColumn); // it may have changed since it was chosen
     CBitBrowserDlg dialog(m_frame, *item, m_nCurrentColumn, m_nCurrentRow, text, this);
@@ -240,48 +244,107 @@ void CRecipeDataShowView::OnBitBrowse()
 
 void CRecipeDataShowView::SetCellValue(int column, int row, const QString& text)
 {
-    m_pGrid->SetItemText(row, column, text);
+    Take(EditKind::BitBrowser, {{row, column, text}});
     m_pGrid->RedrawCell(row, column);
 }
 
 QString CRecipeDataShowView::CellText(int row, int column) const
 {
-    const int dataRow = row - kFixedRows;
+    const int dataRow = row - kTitleRows;
     switch (column) {
     case 0:
-        return QString::number(row);
-    case 1:
-        return QStringLiteral("RW%1").arg(m_rows.RowAddress(dataRow).number);
+        return ToQString(IdText(dataRow));
+    case kAddressColumn:
+        return ToQString(AddressText(Rows(), dataRow));
     default:
-        return ToQString(m_rows.Text(dataRow, static_cast<std::size_t>(column - kFixedColumns)));
+        return ToQString(Rows().Text(dataRow, static_cast<std::size_t>(column - kTitleColumns)));
     }
 }
 
 bool CRecipeDataShowView::SetCellText(int row, int column, const QString& text)
 {
-    return column >= kFixedColumns &&
-           m_rows.SetText(row - kFixedRows, static_cast<std::size_t>(column - kFixedColumns), ViewOf(text));
+    return Take(EditKind::Typing, {{row, column, text}});
+}
+
+bool CRecipeDataShowView::SetCellTexts(GridChange change, std::vector<GridCellText> texts)
+{
+    return Take(KindOf(change), std::move(texts));
+}
+
+/// One edit of the document. False when nothing was changed.
+bool CRecipeDataShowView::Take(EditKind kind, const std::vector<GridCellText>& cells)
+{
+    std::vector<TextForCell> texts;
+    texts.reserve(cells.size());
+    for (const GridCellText& cell : cells)
+        if (cell.column >= kTitleColumns)
+            texts.push_back({PlaceOf(cell.row, cell.column), std::u16string(ViewOf(cell.text))});
+    const EditOutcome outcome = m_frame.Document().SetTexts(kind, std::move(texts));
+    if (outcome == EditOutcome::OutOfMemory)
+        m_frame.Reporter().ShowError(kNoMemoryForEdit);
+    if (outcome == EditOutcome::Made)
+        emit Edited();
+    return outcome == EditOutcome::Made;
+}
+
+void CRecipeDataShowView::ShowEdited(const EditReport& report)
+{
+    if (report.hasOtherRows)
+        ShowRows();
+    else
+        m_pGrid->TextsChanged();
+    std::vector<std::pair<int, int>> cells;
+    cells.reserve(report.cells.size());
+    for (const CellPlace place : report.cells)
+        cells.emplace_back(place.row + kTitleRows, static_cast<int>(place.column) + kTitleColumns);
+    m_pGrid->ShowCells(cells);
+}
+
+bool CRecipeDataShowView::GoToNextEdited()
+{
+    return GoTo(Rows().NextEdited(FocusPlace()));
+}
+
+bool CRecipeDataShowView::GoToPreviousEdited()
+{
+    return GoTo(Rows().PreviousEdited(FocusPlace()));
+}
+
+/// Above the rows while no cell has the focus.
+CellPlace CRecipeDataShowView::FocusPlace() const
+{
+    int row = 0;
+    int column = 0;
+    return m_pGrid->FocusCell(row, column) ? PlaceOf(row, column) : CellPlace{-1, 0};
+}
+
+bool CRecipeDataShowView::GoTo(std::optional<CellPlace> place)
+{
+    if (!place)
+        return false;
+    m_pGrid->ShowCells({{place->row + kTitleRows, static_cast<int>(place->column) + kTitleColumns}});
+    return true;
 }
 
 GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
 {
-    if (column < kFixedColumns)
+    if (column < kTitleColumns)
         return {};
-    const auto dataColumn = static_cast<std::size_t>(column - kFixedColumns);
-    return {m_rows.IsEdited(row - kFixedRows, dataColumn),
-            m_rows.OutsideLimits(row - kFixedRows, dataColumn).has_value()};
+    const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
+    return {Rows().IsEdited(row - kTitleRows, dataColumn),
+            Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value()};
 }
 
 QString CRecipeDataShowView::CellRemark(int row, int column) const
 {
-    if (column < kFixedColumns)
+    if (column < kTitleColumns)
         return {};
-    const auto dataColumn = static_cast<std::size_t>(column - kFixedColumns);
+    const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
     QStringList remarks;
-    if (const auto value = m_rows.OutsideLimits(row - kFixedRows, dataColumn))
+    if (const auto value = Rows().OutsideLimits(row - kTitleRows, dataColumn))
         remarks += tr("the value %1 lies outside the limits %2")
-                       .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(m_rows.Columns()[dataColumn])));
-    if (m_rows.IsEdited(row - kFixedRows, dataColumn))
+                       .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(Rows().Columns()[dataColumn])));
+    if (Rows().IsEdited(row - kTitleRows, dataColumn))
         remarks += tr("changed, not saved yet");
     return remarks.join(QStringLiteral(", "));
 }

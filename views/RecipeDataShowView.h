@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controls/GridCtrl.h"
-#include "files/RecipeRows.h"
+#include "files/TableTitles.h"
 #include "views/RecipeFrame.h"
 
 #include <QWidget>
@@ -11,38 +11,37 @@ class QMenu;
 /// The right pane: a grid over the words of the current recipe file, laid out by the format in use.
 ///
 /// Row 0 of the grid holds the titles, columns 0 and 1 the row number and the word address of each row; the data cells
-/// lie behind them. The cells' texts are the working copy of the words: they are read when the rows are shown and coded
-/// back when they are saved.
+/// follow them. What the cells show are the rows of the document, and each command of the grid that changes texts is
+/// one edit of it.
 class CRecipeDataShowView final : public QWidget, private CGridTextSource {
     Q_OBJECT
 
 public:
     static constexpr int kGridControlId = 102800;
-    static constexpr int kFixedRows = 1;
-    static constexpr int kFixedColumns = 2;
 
     /// `frame` outlives the view.
     explicit CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent = nullptr);
     ~CRecipeDataShowView() override;
 
-    /// Lays out the grid from the frame's state and reads the current file, as `type`, into it. Returns 1, or 2 with an
-    /// empty grid when the format in use has no words or breaks a limit (then reported).
+    /// Has the document read its file, as `type`, and lays out the grid for the rows that it has then. Returns 1, or 2
+    /// with an empty grid when the format in use has no words or breaks a limit (then reported).
     int ShowData(FileType type);
 
-    /// Writes the rows to the file `path` as `type`; a failure was reported then. Rows that are not those of the
-    /// frame's current file are written nowhere: none, or empty ones, would take the place of words that nobody has
-    /// seen.
+    /// Has the document write its rows to the file `path` as `type`; a failure was reported then.
     SaveResult WriteData(FileType type, const QString& path);
 
-    /// Whether there are rows that may be saved: those of the frame's current file, or of its new document.
-    bool HasRowsOfFile() const { return m_bRowsOfFile && !m_rows.ShowsTheSameEverywhere(); }
+    /// As WriteData, under the new name `path`, which is the document's then.
+    SaveResult WriteDataAs(FileType type, const QString& path);
 
-    /// Whether the rows may be saved as the file `path`, of the type `type`; if not, that was reported as its failed
-    /// save. Asked before a target is prepared: rows that are not the current file's must cost it no byte.
-    bool MaySaveAs(FileType type, const QString& path) const;
-
-    /// Empties the grid; no cell is chosen afterwards.
+    /// Has the document drop its rows, and empties the grid; no cell is chosen afterwards.
     void ClearGrid();
+
+    /// Shows what an undo or redo left: the cells that it gave other states are selected and come into sight.
+    void ShowEdited(const EditReport& report);
+
+    /// Goes to the next edited cell after the focus cell, or to the one before it. False when there is none.
+    bool GoToNextEdited();
+    bool GoToPreviousEdited();
 
     /// Ends a cell's edit that is open. False when its text was refused; that was reported then.
     bool EndCellEdit();
@@ -61,7 +60,7 @@ public:
     /// first; a refused text stops the command.
     void OnBitBrowse();
 
-    /// Puts a text that was checked into a data cell and redraws the cell.
+    /// Takes a text that was checked in the bit browser for a data cell.
     void SetCellValue(int column, int row, const QString& text);
 
     CGridCtrl& Grid() { return *m_pGrid; }
@@ -71,14 +70,19 @@ signals:
     void CellChosen();
     /// What ChosenCellInfo tells may be another text now.
     void ChosenCellChanged();
+    /// An edit was made.
+    void Edited();
 
 private:
     QString CellText(int row, int column) const override;
     bool SetCellText(int row, int column, const QString& text) override;
+    bool SetCellTexts(GridChange change, std::vector<GridCellText> texts) override;
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
 
-    bool HasKnownType() const;
+    void ShowRows();
+    using Write = SaveResult (CRecipeDocument::*)(FileType, const std::filesystem::path&, CReporter&, CProgress&);
+    SaveResult WriteBy(Write write, FileType type, const QString& path);
     void LayOutGrid();
     int LeastGridWidth() const;
     void WriteTitles();
@@ -86,16 +90,18 @@ private:
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
-    void ForgetChanges();
+    bool Take(EditKind kind, const std::vector<GridCellText>& cells);
+    const ColumnCoding* ChosenColumn() const;
+    CellPlace FocusPlace() const;
+    bool GoTo(std::optional<CellPlace> place);
     void CreatePopupMenu();
+
+    const CRecipeRows& Rows() const { return m_frame.Document().Rows(); }
 
     CRecipeFrame& m_frame;
     CGridCtrl* m_pGrid;
     QMenu* m_pPopupMenu = nullptr;
     QAction* m_pActionBitBrowse = nullptr; ///< the popup menu's
-    DataFormat m_dataFormat;               ///< the format that laid out the rows; the frame may have gone on to another
-    CRecipeRows m_rows;
-    bool m_bRowsOfFile = false; ///< they were read in full from the current file, or are those of a new document
-    int m_nCurrentColumn = -1;  ///< grid column of the chosen cell, -1 for none
-    int m_nCurrentRow = -1;     ///< grid row of the chosen cell
+    int m_nCurrentColumn = -1;             ///< grid column of the chosen cell, -1 for none
+    int m_nCurrentRow = -1;                ///< grid row of the chosen cell
 };

@@ -95,6 +95,7 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
     TellLibraryState();
     FillControls();
     ConnectControls();
+    m_frame.Document().UseFormatsOf(m_store);
 }
 
 CRecipeFormatEditView::~CRecipeFormatEditView()
@@ -234,7 +235,7 @@ void CRecipeFormatEditView::TellCount()
 /// The table stays as it is: it shows all of them already.
 void CRecipeFormatEditView::KeepAllItems()
 {
-    Made(m_store.CountAllItems(SelectedIndex()), AfterChange::Save);
+    Made(EditKind::KeepAllItems, m_store.CountAllItems(SelectedIndex()), AfterChange::Save);
     TellCount();
 }
 
@@ -319,24 +320,13 @@ void CRecipeFormatEditView::ApplyReadSettings()
     if (!format)
         return;
     const FormatLibrary& library = m_store.Library();
-    if (library.startAddress < 0) {
-        m_frame.Reporter().ShowError(u"The Address for reading data is error , it can' be less than 0!");
+    if (const auto fault = ReadSettingsFault(library.startAddress, library.rowCount)) {
+        m_frame.Reporter().ShowError(*fault);
         return;
     }
-    if (library.rowCount < 1) {
-        m_frame.Reporter().ShowError(u"The array number is error ,it must be Integer and larger than 0!");
-        return;
-    }
-    m_frame.m_nStartAddress = library.startAddress;
-    m_frame.m_nReadCount = library.rowCount;
-    HandOverFormat(*format);
-}
-
-void CRecipeFormatEditView::HandOverFormat(const DataFormat& format)
-{
-    DataFormat& used = *m_frame.m_pDataFormat;
-    used = format;
-    SetText(used.name, ViewOf(m_pUi->comboFormats->currentText()));
+    ReadSettings settings{*format, library.startAddress, library.rowCount};
+    SetText(settings.format.name, ViewOf(m_pUi->comboFormats->currentText()));
+    m_frame.Document().TakeSettings(std::move(settings));
 }
 
 void CRecipeFormatEditView::UseFormat()
@@ -344,8 +334,8 @@ void CRecipeFormatEditView::UseFormat()
     ApplyReadSettings();
     if (m_pUi->comboFormats->count() == 0)
         m_frame.ClearRecipeData();
-    else if (m_frame.m_bFileOpen)
-        m_frame.ShowRecipeData(TypeByEnding(m_frame.m_strFilePath));
+    else if (m_frame.Document().IsOpen())
+        m_frame.ShowRecipeData(TypeByEnding(ToQPath(m_frame.Document().Path())));
 }
 
 FileType CRecipeFormatEditView::TypeByEnding(const QString& path)
@@ -451,7 +441,7 @@ void CRecipeFormatEditView::OnAddItem()
     const FormatChange change = m_store.InsertItem(SelectedIndex(), static_cast<std::size_t>(position), dialog.Item());
     ShowSelectedFormat();
     SelectRow(position);
-    Made(change);
+    Made(EditKind::AddItem, change);
 }
 
 /// The row that the menu was opened on, -1 for none. It is one no longer when rows went since.
@@ -482,7 +472,7 @@ void CRecipeFormatEditView::EditItem(int row)
     const FormatChange change = m_store.ReplaceItem(format, position, dialog.Item());
     ShowSelectedFormat();
     SelectRow(row);
-    Made(change);
+    Made(EditKind::ModifyItem, change);
 }
 
 void CRecipeFormatEditView::OnDeleteItem()
@@ -497,7 +487,7 @@ void CRecipeFormatEditView::DeleteItem(int row)
     const FormatChange change = m_store.RemoveItem(SelectedIndex(), static_cast<std::size_t>(row));
     delete m_pUi->listItems->takeTopLevelItem(row);
     ShowFormatSize();
-    Made(change);
+    Made(EditKind::DeleteItem, change);
 }
 
 void CRecipeFormatEditView::OnDeleteAllItems()
@@ -505,7 +495,7 @@ void CRecipeFormatEditView::OnDeleteAllItems()
     const FormatChange change = m_store.RemoveAllItems(SelectedIndex());
     m_pUi->listItems->clear();
     ShowFormatSize();
-    Made(change);
+    Made(EditKind::DeleteAllItems, change);
 }
 
 void CRecipeFormatEditView::OnAddFormat()
@@ -514,17 +504,28 @@ void CRecipeFormatEditView::OnAddFormat()
     CNewFormatNameDlg dialog(m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    Made(m_store.AppendFormat(NewFormat(dialog.Name())));
+    Made(EditKind::AddFormat, m_store.AppendFormat(NewFormat(dialog.Name())));
 }
 
 /// The format behind the deleted one is selected, or, after the last one, the one before it.
 void CRecipeFormatEditView::OnDeleteFormat()
 {
-    Made(m_store.RemoveFormat(SelectedIndex()));
+    Made(EditKind::DeleteFormat, m_store.RemoveFormat(SelectedIndex()));
 }
 
 /// Every command on formats and items ends here. What became of a format is shown by now, but not that it came or went.
-void CRecipeFormatEditView::Made(const FormatChange& change, AfterChange next)
+/// With the reading that it brings about it is one edit.
+void CRecipeFormatEditView::Made(EditKind kind, const FormatChange& change, AfterChange next)
+{
+    {
+        const CRecipeDocument::CGroup group(m_frame.Document(), kind);
+        m_frame.Document().NoteFormatChange(kind, change);
+        TakeIntoUse(change, next);
+    }
+    m_frame.UpdateCommands();
+}
+
+void CRecipeFormatEditView::TakeIntoUse(const FormatChange& change, AfterChange next)
 {
     if (!change.before || !change.after)
         FormatChanged(change.index);

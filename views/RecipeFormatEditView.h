@@ -98,12 +98,12 @@ private:
     void OnDeleteFormat();
     void EditItem(int row);
     void DeleteItem(int row);
-    void Made(const FormatChange& change, AfterChange next = AfterChange::UseFormat);
+    void Made(EditKind kind, const FormatChange& change, AfterChange next = AfterChange::UseFormat);
+    void TakeIntoUse(const FormatChange& change, AfterChange next);
 
     void StoreReadSettings();
     void TellLibraryState();
     QString LibraryName() const;
-    void HandOverFormat(const DataFormat& format);
     std::size_t SelectedIndex() const;
     const DataFormat* SelectedFormat() const;
     static FileType TypeByEnding(const QString& path);

@@ -1,5 +1,7 @@
 #include "views/TextCrossing.h"
 
+#include "text/PathText.h"
+
 #include <system_error>
 
 QString ToQString(std::u16string_view text)
@@ -24,4 +26,9 @@ std::filesystem::path NativePath(const QString& path)
     } catch (const std::system_error&) { // a lone surrogate has no native form
         return {};
     }
+}
+
+QString ToQPath(const std::filesystem::path& path)
+{
+    return ToQString(PathText(path));
 }

@@ -20,3 +20,6 @@ std::u16string_view ViewOf(const QString& text);
 /// `path` for the core's file calls. A text that names no file on this platform gives an empty path, which no file call
 /// accepts.
 std::filesystem::path NativePath(const QString& path);
+
+/// `path` for the toolkit; what is no valid text in it becomes U+FFFD.
+QString ToQPath(const std::filesystem::path& path);

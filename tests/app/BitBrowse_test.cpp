@@ -129,14 +129,14 @@ TEST_P(BitBrowseOfType, PutsTheFlippedValueIntoCellAndFile)
 {
     const EachTypeCase& c = GetParam();
     QMenu& menu = RightClick(1, c.column);
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
     {
         const CModalAnswer answer({Flip(c.bit), OK()});
         Choose(menu);
     }
     EXPECT_EQ(Grid().GetItemText(1, c.column), c.text);
     EXPECT_EQ(Grid().GetItemText(2, c.column), "0");
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     EXPECT_EQ(ReadAll(folder / "a.rcp"), Image()); // nothing is written before it is saved
     Trigger(*frame, "actionSave");
     words[c.word] = BytesOf({c.value % 256, c.value / 256});
@@ -263,7 +263,7 @@ TEST_F(BitBrowseCommand, TheKeyboardDoesTheWholeRoad)
         {CModalAnswer::Key(Qt::Key_End), CModalAnswer::Key(Qt::Key_Space), CModalAnswer::Key(Qt::Key_Return)});
     QTest::keyClick(&menu, Qt::Key_Return);
     EXPECT_EQ(Grid().GetItemText(1, Signed16), "101");
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
 }
 
 TEST_F(BitBrowseCommand, AnElementOfAnArrayIsNamedAsItsItem)
@@ -281,7 +281,7 @@ TEST_F(BitBrowseCommand, CancelLeavesCellAndFlagAsTheyWere)
     const CModalAnswer answer({Flip(0), Cancel()});
     Trigger(*frame, "actionBitBrowse");
     EXPECT_EQ(Grid().GetItemText(1, Signed16), "100");
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(BitBrowseCommand, EachOpeningStartsFromTheCellsText)
@@ -312,7 +312,7 @@ TEST_F(BitBrowseCommand, ARefusedValueIsReportedOverTheDialogWhichStays)
                                                   "Bit Browser[H32]"}));
     EXPECT_EQ(answer.titles[2], "Vantor");
     EXPECT_EQ(Grid().GetItemText(1, Hex32), "0");
-    EXPECT_TRUE(frame->m_bModified); // OK was pressed in the end
+    EXPECT_TRUE(frame->Document().IsModified()); // OK was pressed in the end
 }
 
 TEST_F(BitBrowseCommand, ARefusedValueThatIsCancelledChangesNothing)
@@ -321,7 +321,7 @@ TEST_F(BitBrowseCommand, ARefusedValueThatIsCancelledChangesNothing)
     const CModalAnswer answer({Flip(31), OK(), CModalAnswer::Press(QMessageBox::Ok), Cancel()});
     Trigger(*frame, "actionBitBrowse");
     EXPECT_EQ(Grid().GetItemText(1, Hex32), "0");
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(BitBrowseCommand, EndsAnOpenEditFirst)

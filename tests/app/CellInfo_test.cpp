@@ -150,7 +150,7 @@ TEST_F(CellInfo, DeleteClearsThroughTheCheck)
     QTest::keyClick(&Grid(), Qt::Key_Delete);
     EXPECT_EQ(Grid().GetItemText(1, 2), ""); // an empty text is zero, which the limits allow
     EXPECT_TRUE(Marks(1, 2).changed);
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
 }
 
 TEST_F(CellInfo, ColumnsAreFittedOncePerLoad)

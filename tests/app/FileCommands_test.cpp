@@ -1,6 +1,7 @@
 #include "controls/GridCtrl.h"
 #include "tests/app/FrameFixture.h"
 #include "tests/support/ListOpenChoice.h"
+#include "views/TextCrossing.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -26,7 +27,10 @@ struct FileCommands : FrameFixture {
 
     void MakePipe(const char* name) { ASSERT_EQ(mkfifo((folder / name).c_str(), 0600), 0); }
 
-    bool IsUnsaved() const { return frame->m_bFileOpen && (frame->m_bModified || frame->m_bNewFile); }
+    bool IsUnsaved() const
+    {
+        return frame->Document().IsOpen() && (frame->Document().IsModified() || frame->Document().IsNew());
+    }
 };
 
 } // namespace
@@ -34,11 +38,11 @@ struct FileCommands : FrameFixture {
 TEST_F(FileCommands, TheWindowStartsWithNothingOpen)
 {
     EXPECT_EQ(Title(), "Vantor");
-    EXPECT_FALSE(frame->m_bFileOpen);
-    EXPECT_FALSE(frame->m_bNewFile);
-    EXPECT_FALSE(frame->m_bModified);
-    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
-    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+    EXPECT_FALSE(frame->Document().IsOpen());
+    EXPECT_FALSE(frame->Document().IsNew());
+    EXPECT_FALSE(frame->Document().IsModified());
+    EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
+    EXPECT_TRUE(ToQPath(frame->Document().Path()).isEmpty());
 }
 
 TEST_F(FileCommands, NewRightAfterStartSavesNothing)
@@ -47,8 +51,8 @@ TEST_F(FileCommands, NewRightAfterStartSavesNothing)
     Trigger(*frame, "actionNew");
     EXPECT_EQ(answer.texts, Texts{});
     EXPECT_EQ(Title(), "Vantor[NoName]");
-    EXPECT_TRUE(frame->m_bFileOpen);
-    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_TRUE(frame->Document().IsOpen());
+    EXPECT_TRUE(frame->Document().IsNew());
     EXPECT_EQ(Grid().RowCount(), 5);
     EXPECT_EQ(Grid().GetItemText(1, 2), "0");
     EXPECT_EQ(Grid().GetItemText(1, 3), "");
@@ -62,7 +66,7 @@ TEST_F(FileCommands, NewTwiceAsksWhereToSaveAndGoesOnWhenThatIsCancelled)
     Trigger(*frame, "actionNew");
     EXPECT_EQ(answer.titles, Texts{"Save as"});
     EXPECT_EQ(Title(), "Vantor[NoName]");
-    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_TRUE(frame->Document().IsNew());
     EXPECT_EQ(Grid().GetItemText(1, 2), "0");
 }
 
@@ -71,9 +75,9 @@ TEST_F(FileCommands, OpenReadsTheChosenFile)
     WriteAll(folder / "a.rcp", WordBytes({5, 0x4241, 0, 6}));
     OpenThroughDialog("a.rcp");
     EXPECT_EQ(Title(), TitleWith("a.rcp"));
-    EXPECT_TRUE(frame->m_bFileOpen);
-    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
-    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_TRUE(frame->Document().IsOpen());
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.rcp"));
+    EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
     EXPECT_EQ(Grid().GetItemText(1, 2), "5");
     EXPECT_EQ(Grid().GetItemText(1, 3), "AB");
     EXPECT_EQ(Grid().GetItemText(2, 2), "6");
@@ -104,7 +108,7 @@ TEST_F(FileCommands, OpenCancelledTakesTheNameFromTheTitleOnly)
     const CModalAnswer answer({CancelDialog()});
     Trigger(*frame, "actionOpen");
     EXPECT_EQ(Title(), "Vantor");
-    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.rcp"));
     EXPECT_EQ(Grid().RowCount(), 5);
 }
 
@@ -115,7 +119,7 @@ TEST_F(FileCommands, OpenOfAMissingFileIsReported)
     EXPECT_EQ(answer.texts, (Texts{"Open file", "Open error! " + Path("gone.rcp") + " doesn't exit!"}));
     EXPECT_EQ(answer.titles.back(), "Vantor");
     EXPECT_EQ(Title(), "Vantor");
-    EXPECT_FALSE(frame->m_bFileOpen);
+    EXPECT_FALSE(frame->Document().IsOpen());
 }
 
 TEST_F(FileCommands, OpenOfAFolderIsRefused)
@@ -128,8 +132,8 @@ TEST_F(FileCommands, OpenOfAFolderIsRefused)
         EXPECT_EQ(answer.texts,
                   Texts{isTable ? "Can't open file " + Path(name) + "!" : "Open file " + Path(name) + " error!"});
         EXPECT_EQ(Title(), "Vantor");
-        EXPECT_FALSE(frame->m_bFileOpen);
-        EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+        EXPECT_FALSE(frame->Document().IsOpen());
+        EXPECT_TRUE(ToQPath(frame->Document().Path()).isEmpty());
         EXPECT_FALSE(Action("actionSave").isEnabled());
         EXPECT_EQ(Grid().RowCount(), 0);
     }
@@ -148,7 +152,7 @@ TEST_F(FileCommands, OpenOfAFolderLeavesTheOpenFileAndItsTypeAlone)
         const CModalAnswer answer(QMessageBox::Ok);
         frame->OpenPath(Path("b.csv"));
     }
-    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.rcp"));
     EXPECT_EQ(Grid().GetItemText(1, 2), "5");
     QString firstFilter;
     const CModalAnswer answer({[&](QWidget& dialog) {
@@ -165,7 +169,7 @@ TEST_F(FileCommands, TheOpenDialogGoesIntoAFolder)
     const CModalAnswer answer({ChoosePath(Path("a.rcp")), CancelDialog()});
     Trigger(*frame, "actionOpen");
     EXPECT_EQ(answer.titles, (Texts{"Open file", "Open file"}));
-    EXPECT_FALSE(frame->m_bFileOpen);
+    EXPECT_FALSE(frame->Document().IsOpen());
 }
 
 TEST_F(FileCommands, OpenRemembersTheTypeForTheNextDialog)
@@ -203,7 +207,7 @@ TEST_F(FileCommands, OpenOfAnUnknownTypeShowsNothing)
     MakeFile("notes.txt");
     frame->OpenPath(Path("notes.txt"));
     EXPECT_EQ(Title(), TitleWith("notes.txt"));
-    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
     EXPECT_EQ(Grid().RowCount(), 0); // the rows of a.rcp must not be saved into notes.txt
 }
 
@@ -216,7 +220,7 @@ TEST_F(FileCommands, OpenAfterNewKeepsTheNewFlagWhenSavingIsCancelled)
         Trigger(*frame, "actionOpen");
         EXPECT_EQ(answer.titles, (Texts{"Save as", "Open file"}));
     }
-    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_TRUE(frame->Document().IsNew());
     EXPECT_EQ(Title(), TitleWith("a.rcp"));
     const CModalAnswer answer({CancelDialog()});
     Trigger(*frame, "actionSave");
@@ -231,7 +235,7 @@ TEST_F(FileCommands, OpenSavesUnsavedWorkWithoutAQuestion)
     TypeIntoCell(1, 2, "9");
     OpenThroughDialog("b.rcp");
     EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{9});
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(FileCommands, SaveWritesInPlaceAndClearsTheMark)
@@ -239,9 +243,9 @@ TEST_F(FileCommands, SaveWritesInPlaceAndClearsTheMark)
     MakeFile("a.rcp");
     OpenThroughDialog("a.rcp");
     TypeIntoCell(2, 2, "258");
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
     EXPECT_EQ(Title(), TitleWith("a.rcp"));
     Bytes expected(24);
     expected[6] = std::byte{2};
@@ -259,7 +263,7 @@ TEST_F(FileCommands, SaveEndsAnOpenEditFirst)
     QTest::keyClicks(frame->focusWidget(), "7");
     Trigger(*frame, "actionSave");
     EXPECT_EQ(ReadAll(folder / "a.rcp")[0], std::byte{7});
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(FileCommands, ARefusedTextStopsTheSave)
@@ -273,7 +277,7 @@ TEST_F(FileCommands, ARefusedTextStopsTheSave)
     const CModalAnswer answer(QMessageBox::Ok);
     Trigger(*frame, "actionSave");
     EXPECT_EQ(answer.texts, Texts{"Col 2,Row 2 data error !"});
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
 }
 
@@ -289,11 +293,11 @@ TEST_F(FileCommands, AFailedSaveIsReportedAndTheWorkStaysUnsaved)
     Trigger(*frame, "actionSave");
     const QString message = "Can't save file " + Path("a.rcp") + ",please check file or your disk!";
     EXPECT_EQ(answer.texts, Texts{message});
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     frame->OpenPath(Path("b.rcp")); // would lose the edit
     EXPECT_EQ(answer.texts, (Texts{message, message}));
     EXPECT_EQ(Grid().GetItemText(1, 2), "3");
-    EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.rcp"));
 }
 
 TEST_F(FileCommands, CtrlSBeforeAnythingIsOpenWritesToAnEmptyPath)
@@ -312,7 +316,7 @@ TEST_F(FileCommands, SaveAsWritesTheNewFileAndTakesItsName)
     const CModalAnswer answer({ChoosePath(Path("b.RCP"))});
     Trigger(*frame, "actionSaveAs");
     EXPECT_EQ(Title(), TitleWith("b.RCP"));
-    EXPECT_EQ(frame->m_strFilePath, Path("b.RCP"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("b.RCP"));
     EXPECT_FALSE(IsUnsaved());
     EXPECT_EQ(ReadAll(folder / "b.RCP")[0], std::byte{9});
     EXPECT_EQ(ReadAll(folder / "a.rcp"), Bytes(24));
@@ -334,7 +338,7 @@ TEST_F(FileCommands, SaveAsAsksBeforeItReplacesAFile)
     const CModalAnswer answer({ChoosePath(Path("old.rcp")), CModalAnswer::Press(QMessageBox::No), CancelDialog()});
     Trigger(*frame, "actionSaveAs");
     EXPECT_EQ(ReadAll(folder / "old.rcp").size(), 200u);
-    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_TRUE(frame->Document().IsNew());
 }
 
 TEST_F(FileCommands, SaveAsUnderAnUnknownExtensionWritesNothingYetCountsAsSaved) // kept
@@ -345,7 +349,7 @@ TEST_F(FileCommands, SaveAsUnderAnUnknownExtensionWritesNothingYetCountsAsSaved)
     EXPECT_EQ(Title(), TitleWith("notes.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder / "notes.txt"));
     EXPECT_FALSE(IsUnsaved());
-    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
+    EXPECT_TRUE(ToQPath(frame->Document().Path()).isEmpty());
 }
 
 TEST_F(FileCommands, SaveAsWithAStartAddressPutsOneZeroByteAWordBeforeTheRows) // kept: not two
@@ -390,7 +394,7 @@ TEST_F(FileCommands, SaveAsToAPlaceThatCannotBeWrittenKeepsTheWorkUnsaved)
     Trigger(*frame, "actionSaveAs");
     ASSERT_FALSE(answer.texts.empty());
     EXPECT_EQ(answer.texts.back(), "Open " + path + " failed ,It can't save!");
-    EXPECT_EQ(frame->m_strFilePath, path); // kept: taken over before the file is created
+    EXPECT_EQ(ToQPath(frame->Document().Path()), path); // kept: taken over before the file is created
     EXPECT_EQ(Title(), "Vantor[NoName]");
     EXPECT_TRUE(IsUnsaved());
 }
@@ -402,8 +406,8 @@ TEST_F(FileCommands, SaveAsOfAPagedFileThatCannotBeCreatedChangesNothing)
     Trigger(*frame, "actionSaveAs");
     ASSERT_FALSE(answer.texts.empty());
     EXPECT_EQ(answer.texts.back(), "Can't open the file that need save!");
-    EXPECT_TRUE(frame->m_strFilePath.isEmpty());
-    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_TRUE(ToQPath(frame->Document().Path()).isEmpty());
+    EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
     EXPECT_TRUE(IsUnsaved());
 }
 

@@ -1,6 +1,7 @@
 #include "controls/GridCtrl.h"
 #include "tests/app/FrameFixture.h"
 #include "tests/support/ProcessRun.h"
+#include "views/TextCrossing.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -52,15 +53,15 @@ struct EveryFileType : FrameFixture, testing::WithParamInterface<TypeCase> {
     void ExpectIsCurrent(const std::string& name)
     {
         EXPECT_EQ(Title(), TitleWith(name));
-        EXPECT_EQ(frame->m_strFilePath, Path(name));
-        EXPECT_EQ(frame->m_nFileType, GetParam().type);
-        EXPECT_TRUE(frame->m_bFileOpen);
+        EXPECT_EQ(ToQPath(frame->Document().Path()), Path(name));
+        EXPECT_EQ(frame->Document().Type(), GetParam().type);
+        EXPECT_TRUE(frame->Document().IsOpen());
     }
 
     void ExpectIsUnsaved(bool modified, bool newFile)
     {
-        EXPECT_EQ(frame->m_bModified, modified);
-        EXPECT_EQ(frame->m_bNewFile, newFile);
+        EXPECT_EQ(frame->Document().IsModified(), modified);
+        EXPECT_EQ(frame->Document().IsNew(), newFile);
     }
 
     void SaveAs(const std::string& name)
@@ -122,7 +123,7 @@ TEST_P(EveryFileType, NewRowsAreSavedUnderTheChosenName)
 {
     Trigger(*frame, "actionNew");
     ExpectIsUnsaved(false, true);
-    EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+    EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
     SaveAs(FileName());
     ExpectIsCurrent(FileName());
     ExpectIsUnsaved(false, false);

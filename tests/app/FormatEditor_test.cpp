@@ -130,7 +130,7 @@ TEST_F(FormatEditor, ANewFormatIsUsedAtOnce)
     EXPECT_EQ(Titles(), Texts{"Desc0"});
     EXPECT_EQ(Grid().GetItemText(3, 2), "0"); // word 2 holds 0x4443, beyond four digits
     EXPECT_EQ(Grid().GetItemText(4, 2), "2"); // word 3
-    EXPECT_EQ(TextOf(frame->m_pDataFormat->name), u"Words");
+    EXPECT_EQ(TextOf(frame->Document().Settings().format.name), u"Words");
 }
 
 TEST_F(FormatEditor, WithoutAFormatTheTableIsEmptyAndTheFileStaysAsItIs)

@@ -132,9 +132,9 @@ TEST_F(FormatsKept, KeepingAllLeavesTheTableAsItIs)
     Restart();
     OpenThroughDialog("a.rcp");
     TypeIntoCell(1, 2, "7");
-    ASSERT_TRUE(frame->m_bModified);
+    ASSERT_TRUE(frame->Document().IsModified());
     ClickInStrip("Keep all");
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     EXPECT_EQ(Strip(), "");
 }
 

@@ -2,6 +2,7 @@
 #include "controls/Strip.h"
 #include "tests/app/FrameFixture.h"
 #include "tests/files/OrdinaryUser.h"
+#include "views/TextCrossing.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -95,7 +96,7 @@ TEST_F(LeftOutSave, OfAFileThatHasGoneLeavesTheWorkUnsavedAndTells)
     OpenAndChange();
     fs::remove(folder / "a.frp");
     SaveSilently();
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     EXPECT_FALSE(fs::exists(folder / "a.frp"));
     ExpectTold(kGone);
     EXPECT_TRUE(Find<QLabel>("labelMessage").toolTip().startsWith(Path("a.frp")));
@@ -109,7 +110,7 @@ TEST_F(LeftOutSave, OfAProtectedFileLeavesTheWorkUnsavedAndTells)
         const COrdinaryUser user;
         SaveSilently();
     }
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     EXPECT_EQ(ReadAll(folder / "a.frp"), Bytes(65536));
     ExpectTold("a.frp may not be written: your changes are not saved.");
 }
@@ -133,10 +134,10 @@ TEST_F(LeftOutSave, KeepsTheTableFromANewOrAnotherFile)
     Trigger(*frame, "actionOpen");
     Trigger(*frame, "actionNew");
     EXPECT_EQ(answer.texts, Texts{});
-    EXPECT_EQ(frame->m_strFilePath, Path("a.frp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.frp"));
     EXPECT_EQ(Title(), TitleWith("a.frp"));
     EXPECT_EQ(Grid().GetItemText(1, 2), "9");
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
 }
 
 TEST_F(LeftOutSave, IsAskedAboutAtClosing)
@@ -158,7 +159,7 @@ TEST_F(LeftOutSave, IsToldUntilASaveSucceeds)
     ExpectTold(kGone); // not the cell's address
     fs::rename(folder / "away.frp", folder / "a.frp");
     SaveSilently();
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
     EXPECT_EQ(ReadAll(folder / "a.frp")[0], std::byte{9});
     ExpectNothingIsTold();
 }
@@ -173,8 +174,8 @@ TEST_F(LeftOutSave, OffersToSaveElsewhere)
     PressInStrip("Save as...");
     EXPECT_EQ(answer.titles, Texts{"Save as"});
     EXPECT_EQ(ReadAll(folder / "c.frp")[0], std::byte{9});
-    EXPECT_EQ(frame->m_strFilePath, Path("c.frp"));
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("c.frp"));
+    EXPECT_FALSE(frame->Document().IsModified());
     ExpectNothingIsTold();
 }
 
@@ -186,7 +187,7 @@ TEST_F(LeftOutSave, OffersToDiscardTheChanges)
     fs::rename(folder / "away.frp", folder / "a.frp");
     PressInStrip("Discard changes");
     EXPECT_EQ(Grid().GetItemText(1, 2), "0");
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
     ExpectNothingIsTold();
     frame->OpenPath(Path("b.rcp"));
     EXPECT_EQ(Title(), TitleWith("b.rcp"));
@@ -213,9 +214,9 @@ TEST_F(LeftOutSave, UnderAnotherNameChangesNothing)
         Trigger(*frame, "actionSaveAs");
         EXPECT_EQ(answer.texts.size(), 2u);
     }
-    EXPECT_EQ(frame->m_strFilePath, Path("a.frp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.frp"));
     EXPECT_EQ(Title(), TitleWith("a.frp"));
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     ExpectTold("c.frp may not be written: your changes are not saved.");
     EXPECT_EQ(StripButtons(), Texts{"Save as..."}); // the file that is open can still be saved
 }
@@ -234,7 +235,7 @@ TEST_F(LeftOutSave, IsNoneWhereSomethingElseHasTheName)
         const CModalAnswer answer(QMessageBox::Ok);
         QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
         EXPECT_EQ(answer.texts, Texts{message});
-        EXPECT_TRUE(frame->m_bModified);
+        EXPECT_TRUE(frame->Document().IsModified());
         ExpectNothingIsTold();
     }
 }

@@ -1,5 +1,6 @@
 #include "tests/app/FrameFixture.h"
 #include "tests/support/ProcessRun.h"
+#include "views/TextCrossing.h"
 
 #include <QMessageBox>
 #include <QTest>
@@ -109,10 +110,10 @@ TEST_F(MergeCommand, ChangesNothingOfTheOpenRecipe)
     Trigger(*frame, "actionFileMerge");
     ExpectMerged();
     EXPECT_EQ(Title(), TitleWith("open.rcp"));
-    EXPECT_EQ(frame->m_strFilePath, Path("open.rcp"));
-    EXPECT_TRUE(frame->m_bFileOpen);
-    EXPECT_TRUE(frame->m_bModified);
-    EXPECT_FALSE(frame->m_bNewFile);
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("open.rcp"));
+    EXPECT_TRUE(frame->Document().IsOpen());
+    EXPECT_TRUE(frame->Document().IsModified());
+    EXPECT_FALSE(frame->Document().IsNew());
     EXPECT_EQ(ReadAll(folder / "open.rcp"), Bytes(24));
 }
 

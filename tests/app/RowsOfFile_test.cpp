@@ -1,6 +1,7 @@
 #include "controls/GridCtrl.h"
 #include "library/FormatLibrary.h"
 #include "tests/app/FrameFixture.h"
+#include "views/TextCrossing.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -118,7 +119,7 @@ struct ForeignRows : RowsOfFile, testing::WithParamInterface<std::tuple<Road, st
         for (const std::string& name : {File(), std::string("note.txt"), std::string("other.") + Type()})
             EXPECT_EQ(ReadAll(folder / name), AnsiBytes(kTable)) << name;
         EXPECT_EQ(Title(), title);
-        EXPECT_EQ(frame->m_strFilePath, Path(target));
+        EXPECT_EQ(ToQPath(frame->Document().Path()), Path(target));
     }
 
     std::string target;
@@ -169,7 +170,7 @@ TEST_F(RowsOfFile, OnceReadAgainAreSaved)
     const CModalAnswer answer(QMessageBox::Ok);
     QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(answer.texts, Texts{});
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
     EXPECT_EQ(ReadAll(folder / "a.csv")[4], std::byte{'7'}); // behind the mark and a quote
 }
 
@@ -232,7 +233,7 @@ TEST_F(RowsOfFile, OfANewFileInAFormatWithoutWordsAreNotSaved)
     Trigger(*frame, "actionSave");
     EXPECT_EQ(answer.texts, (Texts{"Save as", SaveMessage("new.csv", "csv")}));
     EXPECT_FALSE(std::filesystem::exists(folder / "new.csv"));
-    EXPECT_TRUE(frame->m_bNewFile);
+    EXPECT_TRUE(frame->Document().IsNew());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "controls/GridCtrl.h"
 #include "tests/app/FrameFixture.h"
 #include "tests/files/FileSizeLimit.h"
+#include "views/TextCrossing.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -50,16 +51,16 @@ struct SaveAsFailure : FrameFixture {
 
     void ExpectTheOpenFileIsStillTheCurrentOne()
     {
-        EXPECT_EQ(frame->m_strFilePath, Path("a.rcp"));
-        EXPECT_EQ(frame->m_nFileType, FileType::Rcp);
+        EXPECT_EQ(ToQPath(frame->Document().Path()), Path("a.rcp"));
+        EXPECT_EQ(frame->Document().Type(), FileType::Rcp);
         EXPECT_EQ(Title(), TitleWith("a.rcp"));
-        EXPECT_TRUE(frame->m_bModified);
+        EXPECT_TRUE(frame->Document().IsModified());
         EXPECT_TRUE(ShowActive(*frame));
         const CModalAnswer none(QMessageBox::Ok);
         QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
         EXPECT_EQ(none.texts, std::vector<QString>{});
         EXPECT_EQ(ReadAll(folder / "a.rcp").at(firstByte), std::byte{9});
-        EXPECT_FALSE(frame->m_bModified);
+        EXPECT_FALSE(frame->Document().IsModified());
     }
 
     QString FailedRecipe(const std::string& name) const
@@ -101,14 +102,14 @@ TEST_F(SaveAsFailure, OfARecipeThatCannotBeMadeForItsStartAddressTakesNameAndTyp
 {
     ReadFrom(100);
     EXPECT_EQ(FailToSaveAs("nofolder/q.rcp"), "Open " + Path("nofolder/q.rcp") + " failed ,It can't save!");
-    EXPECT_EQ(frame->m_strFilePath, Path("nofolder/q.rcp"));
+    EXPECT_EQ(ToQPath(frame->Document().Path()), Path("nofolder/q.rcp"));
     EXPECT_EQ(Title(), TitleWith("a.rcp"));
-    EXPECT_TRUE(frame->m_bModified);
+    EXPECT_TRUE(frame->Document().IsModified());
     std::filesystem::create_directory(folder / "nofolder");
     EXPECT_TRUE(ShowActive(*frame));
     QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier); // the rows are to be saved there
     EXPECT_EQ(ReadAll(folder / "nofolder/q.rcp").at(firstByte), std::byte{9});
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(SaveAsFailure, OfAPagedFileThatCouldBeMadeButHasNoRoomForTheRowsChangesNothing)

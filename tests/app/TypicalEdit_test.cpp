@@ -52,7 +52,7 @@ TEST_F(TypicalEdit, ChangesTheEditedCellsWordsOnly)
         ASSERT_TRUE(ShowActive(*frame)); // the offscreen platform does not do it after a dialog
     }
     EXPECT_EQ(Grid().GetItemText(kRow, kZone1Column), before);
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 
     QTest::keyClick(&Grid(), Qt::Key_F2);
     Retype("205.5");
@@ -66,7 +66,7 @@ TEST_F(TypicalEdit, ChangesTheEditedCellsWordsOnly)
     expected[kZone1Byte] = std::byte{0x07}; // 2055 = 0x0807
     expected[kZone1Byte + 1] = std::byte{0x08};
     EXPECT_EQ(ReadAll(folder / "bakery-oven.rcp"), expected);
-    EXPECT_FALSE(frame->m_bModified);
+    EXPECT_FALSE(frame->Document().IsModified());
 }
 
 TEST_F(TypicalEdit, SavingTheSampleUnchangedChangesNoByte)

@@ -33,10 +33,10 @@ void Type(CMainFrame& frame, const QString& text)
 bool Save(CMainFrame& frame, const char* command = "actionSave")
 {
     frame.findChild<QAction*>(QLatin1String(command))->trigger();
-    const QString state = frame.m_bModified ? QStringLiteral("failed") : QStringLiteral("saved");
+    const QString state = frame.Document().IsModified() ? QStringLiteral("failed") : QStringLiteral("saved");
     const QString status = frame.findChild<QLabel*>(QStringLiteral("labelMessage"))->text();
     std::printf("%s: %s\n", qPrintable(state), qPrintable(status));
-    return !frame.m_bModified;
+    return !frame.Document().IsModified();
 }
 
 /// Saves as `target`, over what is there, when it is asked for a file.
@@ -67,7 +67,7 @@ int main(int argc, char* argv[])
     frame.show();
     frame.OpenPath(arguments.at(2));
     Type(frame, arguments.at(3));
-    if (!frame.m_bModified)
+    if (!frame.Document().IsModified())
         return 2; // nothing was typed
     if (!target.isEmpty() && Save(frame, "actionSaveAs"))
         return 2;

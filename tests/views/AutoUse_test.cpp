@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, WithoutAutoUse, testing::Values(
 TEST_F(FormatCommands, LookingChangesNotAByteOfTheLibrary)
 {
     Start({kLine, kMixer});
-    frame.m_bFileOpen = false;
+    frame.document = CRecipeDocument(); // nothing is open
     const Bytes before = ReadAll(LibraryPath());
     const auto written = std::filesystem::last_write_time(LibraryPath());
     SelectFormat(1);

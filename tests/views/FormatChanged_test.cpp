@@ -83,7 +83,7 @@ TEST_F(FormatChangedOutside, TheFormatThatChangedIsSelected)
     EXPECT_EQ(Row(0)[3], "Level");
     EXPECT_EQ(List().currentIndex().row(), -1);
     Press("buttonUseFormat");
-    EXPECT_EQ(TextOf(frame.m_pDataFormat->name), u"Tank");
+    EXPECT_EQ(TextOf(frame.Document().Settings().format.name), u"Tank");
 }
 
 TEST_F(FormatChangedOutside, AFormatThatCameAndWentTakesItsPlaceAmongTheOthers)

@@ -4,7 +4,7 @@ void FormatCommands::Start(const std::vector<DataFormat>& formats)
 {
     Store(formats);
     FormatPane::Start();
-    frame.m_bFileOpen = true;
+    frame.document.StartNew();
 }
 
 void FormatCommands::Start()

@@ -14,7 +14,7 @@ TEST_F(FormatCommands, ANewFormatComesLastWithOneItemAndIsSelected)
     EXPECT_EQ(FormatLength(), "1");
     EXPECT_TRUE(Find<QPushButton>("buttonDeleteFormat").isEnabled());
     EXPECT_EQ(frame.calls, Calls{"show 0"});
-    EXPECT_EQ(TextOf(frame.m_pDataFormat->name), u"Test");
+    EXPECT_EQ(TextOf(frame.Document().Settings().format.name), u"Test");
     ExpectStored({kLine, kMixer, NewFormat(u"Test")});
 }
 

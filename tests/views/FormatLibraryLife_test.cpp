@@ -140,7 +140,7 @@ TEST_F(LibraryLife, AFailedSaveIsToldInTheStatusBarAndByNoBoxUntilOneSucceeds)
 {
     Store({kMixer});
     Start();
-    frame.m_bFileOpen = true;
+    frame.document.StartNew();
     fs::remove(LibraryPath());
     fs::create_directory(LibraryPath());
     Press("buttonUseFormat");
@@ -260,14 +260,14 @@ TEST_F(LibraryLife, ANegativeStartAddressIsStoredAndTheDataIsShownAsBefore)
 {
     Store({kMixer}, 3, 5);
     Start();
-    frame.m_bFileOpen = true;
+    frame.document.StartNew();
     Press("buttonUseFormat");
     Type("editStartAddress", "-1");
     List().setCurrentItem(List().topLevelItem(0));
     PressKey(Qt::Key_Delete); // a command uses the settings, too
     EXPECT_EQ(frame.reporter.shown, Shown{u"The Address for reading data is error , it can' be less than 0!"});
     EXPECT_EQ(Stored().startAddress, -1);
-    EXPECT_EQ(frame.m_nStartAddress, 3);
+    EXPECT_EQ(frame.Document().Settings().startAddress, 3);
     EXPECT_EQ(frame.calls, (Calls{"show 0", "show 0"}));
 }
 

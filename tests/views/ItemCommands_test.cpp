@@ -394,7 +394,7 @@ TEST_F(FormatCommands, TheShownDefaultItemOfAnEmptyFormatIsNotCounted) // kept
     RightClickBelowTheRows();
     const CModalAnswer answer({kOk});
     ChooseInMenu("actionAddItem");
-    EXPECT_EQ(frame.m_pDataFormat->itemCount, 0); // -1 after the deletion
+    EXPECT_EQ(frame.Document().Settings().format.itemCount, 0); // -1 after the deletion
     ExpectStored({MakeFormat(u"Empty", {})});
 }
 

@@ -32,7 +32,6 @@ TEST(ProgressDialog, ShowsHowFarLongWorkIs)
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(dialog->labelText(), "Reading");
     EXPECT_EQ(dialog->value(), dialog->maximum() / 2);
-    EXPECT_FALSE(progress.Cancelled());
 }
 
 TEST(ProgressDialog, CancelEndsTheWork)
@@ -44,6 +43,5 @@ TEST(ProgressDialog, CancelEndsTheWork)
         {[](QWidget& dialog) { QTest::mouseClick(dialog.findChild<QPushButton*>(), Qt::LeftButton); }});
     std::uint64_t done = 0;
     EXPECT_TRUE(WaitFor([&] { return !progress.Advance(++done, 1'000'000'000); }));
-    EXPECT_TRUE(progress.Cancelled());
     EXPECT_FALSE(progress.Advance(++done, 1'000'000'000));
 }

@@ -3,6 +3,7 @@
 #include "tests/support/TestFiles.h"
 #include "tests/views/RecordingFrame.h"
 #include "views/RecipeDataShowView.h"
+#include "views/TextCrossing.h"
 
 #include <QTest>
 #include <gtest/gtest.h>
@@ -12,21 +13,16 @@ namespace {
 struct DataPane : testing::Test {
     void Use(const DataFormat& format, std::int32_t startAddress, std::int32_t rows)
     {
-        *frame.m_pDataFormat = format;
-        frame.m_nStartAddress = startAddress;
-        frame.m_nReadCount = rows;
-        frame.m_nFormatWords = static_cast<std::int32_t>(format.totalLength());
-        frame.m_nGridCols = static_cast<std::int32_t>(format.elementCount()) + 2;
-        frame.m_nGridRows = rows + 1;
+        frame.document.TakeSettings({format, startAddress, rows});
     }
 
     void Open(const std::string& name, const Bytes& bytes)
     {
         WriteAll(folder / name, bytes);
-        frame.m_strFilePath = QString::fromStdString((folder / name).string());
+        frame.document.StartOpen(folder / name, FileTypeOf(name));
     }
 
-    SaveResult Save(FileType type) { return view.WriteData(type, frame.m_strFilePath); }
+    SaveResult Save(FileType type) { return view.WriteData(type, ToQPath(frame.Document().Path())); }
 
     QString Cell(int row, int column) { return view.Grid().GetItemText(row, column); }
 
@@ -89,7 +85,7 @@ TEST_F(DataPane, AFormatWithoutItemsEmptiesTheGridAndReadsNothing)
     Open("a.rcp", WordBytes({1, 2, 3}));
     view.ShowData(FileType::Rcp);
     Use(MakeFormat(u"nothing", {}), 0, 3);
-    frame.m_strFilePath = "/no/such/file.rcp";
+    frame.document.StartOpen("/no/such/file.rcp", FileType::Rcp);
     EXPECT_EQ(view.ShowData(FileType::Rcp), 2);
     EXPECT_EQ(view.Grid().RowCount(), 0);
     EXPECT_EQ(view.Grid().ColumnCount(), 0);
@@ -112,7 +108,7 @@ TEST_F(DataPane, AFormatThatNoGridCanShowIsReportedOnceAndTouchesNothing)
 TEST_F(DataPane, AFileThatCannotBeOpenedLeavesEmptyCells)
 {
     Use(MakeFormat(u"word", {kWord}), 0, 2);
-    frame.m_strFilePath = "/no/such/file.rcp";
+    frame.document.StartOpen("/no/such/file.rcp", FileType::Rcp);
     EXPECT_EQ(view.ShowData(FileType::Rcp), 1);
     EXPECT_EQ(frame.reporter.shown, std::vector<std::u16string>{u"Open file /no/such/file.rcp error!"});
     EXPECT_EQ(view.Grid().RowCount(), 3);
@@ -130,8 +126,9 @@ TEST_F(DataPane, RowsThatCouldNotBeReadAreNotWritten)
     std::filesystem::rename(folder / "away.rcp", folder / "a.rcp"); // it is back before the save
     frame.reporter.shown.clear();
     EXPECT_FALSE(Save(FileType::Rcp));
-    EXPECT_EQ(frame.reporter.shown, std::vector{u"Can't save file " + frame.m_strFilePath.toStdU16String() +
-                                                u",please check file or your disk!"});
+    EXPECT_EQ(frame.reporter.shown,
+              std::vector{u"Can't save file " + ToQPath(frame.Document().Path()).toStdU16String() +
+                          u",please check file or your disk!"});
     EXPECT_EQ(ReadAll(folder / "a.rcp"), words);
     view.ShowData(FileType::Rcp); // and once it is read, it can be written
     EXPECT_TRUE(Save(FileType::Rcp));
@@ -147,7 +144,8 @@ TEST_F(DataPane, RowsOfATableThatCouldNotBeReadAreNotWritten)
     std::filesystem::rename(folder / "away.csv", folder / "a.csv");
     frame.reporter.shown.clear();
     EXPECT_FALSE(Save(FileType::Csv));
-    EXPECT_EQ(frame.reporter.shown, std::vector{u"Save file " + frame.m_strFilePath.toStdU16String() + u" failed!"});
+    EXPECT_EQ(frame.reporter.shown,
+              std::vector{u"Save file " + ToQPath(frame.Document().Path()).toStdU16String() + u" failed!"});
     EXPECT_EQ(ReadAll(folder / "a.csv"), table);
 }
 
@@ -165,8 +163,9 @@ TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
     EXPECT_TRUE(frame.reporter.shown.empty());
     std::filesystem::rename(folder / "away.frp", folder / "a.frp");
     EXPECT_FALSE(Save(FileType::Frp));
-    EXPECT_EQ(frame.reporter.shown, std::vector{u"Can't save file " + frame.m_strFilePath.toStdU16String() +
-                                                u",please check file or your disk!"});
+    EXPECT_EQ(frame.reporter.shown,
+              std::vector{u"Can't save file " + ToQPath(frame.Document().Path()).toStdU16String() +
+                          u",please check file or your disk!"});
     EXPECT_EQ(ReadAll(folder / "a.frp"), words);
 }
 
@@ -199,7 +198,7 @@ TEST_F(DataPane, AnEditedCellMarksTheWorkAndReachesTheFile)
     QTest::keyClick(view.window()->focusWidget(), Qt::Key_7);
     QTest::keyClick(view.window()->focusWidget(), Qt::Key_Return);
     EXPECT_EQ(Cell(1, 2), "77");
-    EXPECT_TRUE(frame.m_bModified);
+    EXPECT_TRUE(frame.Document().IsModified());
     EXPECT_TRUE(Save(FileType::Rcp));
     EXPECT_EQ(ReadAll(folder / "a.rcp"), WordBytes({1, 77, 3, 4}));
 }
@@ -255,14 +254,13 @@ TEST_F(DataPane, ARightClickChoosesItsCell)
 TEST_F(DataPane, ANewDocumentShowsZerosAndEmptyStrings)
 {
     Use(MakeFormat(u"mixed", {kWord, MakeItem(u"Name", DataType::String, 2, 0)}), 0, 2);
-    frame.m_bNewFile = true;
+    frame.document.StartNew();
     EXPECT_EQ(view.ShowData(FileType::Rcp), 1);
     for (int row = 1; row <= 2; ++row) {
         EXPECT_EQ(Cell(row, 2), "0");
         EXPECT_EQ(Cell(row, 3), "");
     }
-    frame.m_strFilePath = QString::fromStdString((folder / "new.rcp").string());
-    EXPECT_TRUE(Save(FileType::Rcp));
+    EXPECT_TRUE(view.WriteDataAs(FileType::Rcp, ToQPath(folder / "new.rcp")).isSaved);
     EXPECT_EQ(ReadAll(folder / "new.rcp"), Bytes(12));
 }
 

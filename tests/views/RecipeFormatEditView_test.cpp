@@ -120,12 +120,12 @@ TEST_F(FormatPane, ApplyingHandsOverTheSettingsAndADeepCopy)
     Type("editStartAddress", "100");
     Type("editReadCount", "4");
     Press("buttonRefreshData");
-    EXPECT_EQ(frame.m_nStartAddress, 100);
-    EXPECT_EQ(frame.m_nReadCount, 4);
-    EXPECT_EQ(TextOf(frame.m_pDataFormat->name), u"Oven");
-    EXPECT_EQ(frame.m_pDataFormat->itemCount, 2);
-    ASSERT_EQ(frame.m_pDataFormat->items.size(), 2u);
-    EXPECT_EQ(*frame.m_pDataFormat->items[1], *kOven.items[1]);
+    EXPECT_EQ(frame.Document().Settings().startAddress, 100);
+    EXPECT_EQ(frame.Document().Settings().rowCount, 4);
+    EXPECT_EQ(TextOf(frame.Document().Settings().format.name), u"Oven");
+    EXPECT_EQ(frame.Document().Settings().format.itemCount, 2);
+    ASSERT_EQ(frame.Document().Settings().format.items.size(), 2u);
+    EXPECT_EQ(*frame.Document().Settings().format.items[1], *kOven.items[1]);
     const FormatLibrary stored = Stored();
     EXPECT_EQ(stored.startAddress, 100);
     EXPECT_EQ(stored.rowCount, 4);
@@ -141,14 +141,14 @@ struct SettingsCase {
     friend void PrintTo(const SettingsCase& c, std::ostream* out) { *out << c.name; }
 };
 
-struct ReadSettings : FormatPane, testing::WithParamInterface<SettingsCase> {};
+struct SettingsInUse : FormatPane, testing::WithParamInterface<SettingsCase> {};
 
-TEST_P(ReadSettings, AreStoredInAnyCaseAndCheckedBeforeTheyAreUsed)
+TEST_P(SettingsInUse, AreStoredInAnyCaseAndCheckedBeforeTheyAreUsed)
 {
     Store({kMixer}, 3, 5);
     Start();
     Press("buttonUseFormat");
-    frame.m_bFileOpen = true;
+    frame.document.StartNew();
     Type("editStartAddress", GetParam().start);
     Type("editReadCount", GetParam().rows);
     Press("buttonUseFormat");
@@ -156,12 +156,12 @@ TEST_P(ReadSettings, AreStoredInAnyCaseAndCheckedBeforeTheyAreUsed)
     EXPECT_EQ(Stored().rowCount, GetParam().storedRows);
     if (GetParam().message == nullptr) {
         EXPECT_EQ(frame.reporter.shown, Shown{});
-        EXPECT_EQ(frame.m_nStartAddress, GetParam().storedStart);
-        EXPECT_EQ(frame.m_nReadCount, GetParam().storedRows);
+        EXPECT_EQ(frame.Document().Settings().startAddress, GetParam().storedStart);
+        EXPECT_EQ(frame.Document().Settings().rowCount, GetParam().storedRows);
     } else {
         EXPECT_EQ(frame.reporter.shown, Shown{GetParam().message});
-        EXPECT_EQ(frame.m_nStartAddress, 3);
-        EXPECT_EQ(frame.m_nReadCount, 5);
+        EXPECT_EQ(frame.Document().Settings().startAddress, 3);
+        EXPECT_EQ(frame.Document().Settings().rowCount, 5);
     }
     EXPECT_EQ(frame.calls, Calls{"show 0"}); // the message does not stop the refresh
 }
@@ -171,7 +171,7 @@ constexpr const char16_t* kBadStart = u"The Address for reading data is error , 
 constexpr const char16_t* kBadRows = u"The array number is error ,it must be Integer and larger than 0!";
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Table, ReadSettings, testing::Values(
+INSTANTIATE_TEST_SUITE_P(Table, SettingsInUse, testing::Values(
     SettingsCase{"Plain",              "12",   "7",     12, 7,  nullptr},
     SettingsCase{"KeysThatAreNoDigits", "12ab", "7.9",  12, 79, nullptr},
     SettingsCase{"AddressAsInTheTable", "RW140", "r3",  140, 3, nullptr},
@@ -210,8 +210,7 @@ struct UseFormat : FormatPane, testing::WithParamInterface<EndingCase> {};
 TEST_P(UseFormat, ShowsTheOpenFileAsTheTypeOfItsEnding)
 {
     Start();
-    frame.m_bFileOpen = true;
-    frame.m_strFilePath = GetParam().path;
+    frame.document.StartOpen(GetParam().path, std::nullopt);
     Press("buttonUseFormat");
     EXPECT_EQ(frame.calls, Calls{GetParam().call});
 }
@@ -231,10 +230,10 @@ INSTANTIATE_TEST_SUITE_P(Endings, UseFormat, testing::Values(
 TEST_F(FormatPane, ReturnInASettingRefreshes)
 {
     Start();
-    frame.m_bFileOpen = true;
+    frame.document.StartNew();
     Type("editReadCount", "3");
     QTest::keyClick(&Find<QLineEdit>("editReadCount"), Qt::Key_Return);
-    EXPECT_EQ(frame.m_nReadCount, 3);
+    EXPECT_EQ(frame.Document().Settings().rowCount, 3);
     EXPECT_EQ(frame.calls, Calls{"show 0"});
 }
 

@@ -11,10 +11,17 @@
 /// A frame without a window: it keeps what the panes ask of it, in order.
 class CRecordingFrame final : public CRecipeFrame {
 public:
+    CRecipeDocument& Document() override { return document; }
+    const CRecipeDocument& Document() const override { return document; }
     void ShowRecipeData(FileType type) override { calls.push_back("show " + std::to_string(static_cast<int>(type))); }
     bool RefreshRecipeData(FileType type, const QString& path) override
     {
         calls.push_back("refresh " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
+        return true;
+    }
+    bool SaveRecipeDataAs(FileType type, const QString& path) override
+    {
+        calls.push_back("save as " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
         return true;
     }
     void ClearRecipeData() override { calls.emplace_back("clear"); }
@@ -24,12 +31,15 @@ public:
     }
     void SetTitle(const QString& title) override { calls.push_back("title " + title.toStdString()); }
     void UpdateCommands() override {}
+    void TellEdit(const QString& text) override { editsTold.push_back(text); }
     void ShowStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
     void WithdrawStrip(StripSubject subject) override { strip.erase(subject); }
     void TellLibraryTrouble(const QString& trouble) override { libraryTroubles.push_back(trouble); }
     CReporter& Reporter() override { return reporter; }
 
+    CRecipeDocument document;
     std::vector<std::string> calls;
+    std::vector<QString> editsTold;             ///< in order
     std::map<StripSubject, StripMessage> strip; ///< what it says
     std::vector<QString> libraryTroubles;       ///< all that were told, in order
     CRecordingReporter reporter;
