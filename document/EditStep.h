@@ -5,6 +5,7 @@
 #include "library/FormatChange.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <variant>
@@ -33,6 +34,7 @@ struct ShownRows {
     ReadSettings settings;   ///< that were in use when they were read
     bool areOfFile = false;  ///< they hold what the document's file holds, or are a new document's
     bool isModified = false; ///< what the document said of itself when others took their place
+    std::uint64_t saves = 0; ///< the document's saves that they know of
 };
 
 /// Cells that changed states with these. In ascending order of their places, none twice.

@@ -123,6 +123,7 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
 void CRecipeDocument::ShowOther(ShownRows rows)
 {
     rows.settings = m_settings;
+    rows.saves = m_saves;
     rows.isModified = m_bModified; // kept: dropping edits does not clear it
     if (!m_bFirstReading) {
         Make(EditKind::Reading, RowsStep{std::make_unique<ShownRows>(std::move(rows))});
@@ -150,8 +151,10 @@ SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter
         return {};
     }
     const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress);
-    if (result.isSaved)
+    if (result.isSaved) {
         m_shown.rows.MarkSaved();
+        m_shown.saves = ++m_saves;
+    }
     return result;
 }
 
@@ -220,13 +223,16 @@ EditOutcome CRecipeDocument::NoteFormatChange(EditKind kind, FormatChange change
     });
 }
 
+/// Without memory for it each edit stands for itself.
 CRecipeDocument::CGroup::CGroup(CRecipeDocument& document, EditKind kind) : m_document(document)
 {
-    document.m_group = CEditHistory::Prepare({kind, {}});
+    WithMemoryFor([&] { document.m_group = CEditHistory::Prepare({kind, {}}); });
 }
 
 CRecipeDocument::CGroup::~CGroup()
 {
+    if (!m_document.m_group)
+        return;
     CEditHistory::Prepared group = std::move(*m_document.m_group);
     m_document.m_group.reset();
     if (!CEditHistory::EditOf(group).steps.empty())
@@ -275,10 +281,14 @@ void CRecipeDocument::Exchange(EditStep& step, Way way)
         m_pStore->Apply(std::get<FormatChange>(step));
 }
 
-/// The settings that come back are those that the rows were read by.
+/// The settings that come back are those that the rows were read by. Rows that were away during a save are edited where
+/// they differ from what was saved.
 void CRecipeDocument::ExchangeRows(ShownRows& other)
 {
     m_settings = other.settings;
+    if (other.saves != m_saves)
+        other.rows.TakeSavedFrom(m_shown.rows);
+    other.saves = m_saves;
     m_shown.isModified = m_bModified;
     std::swap(m_shown, other);
     m_bModified = m_shown.isModified;
@@ -328,6 +338,8 @@ EditReport CRecipeDocument::Exchange(Edit* edit, Way way)
     else
         m_history.StepForth(m_shown.rows.SourceId());
     Flag(*edit);
+    if (report.hasOtherRows) // without memory for them they are not shown, that is all
+        WithMemoryFor([&] { report.cells = m_shown.rows.EditedPlaces(); });
     return report;
 }
 
@@ -337,9 +349,8 @@ void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)
         if (const auto* cells = std::get_if<CellsStep>(&step)) {
             for (const CellEdit& changed : cells->edits)
                 report.cells.push_back(changed.place);
-        } else if (const auto* rows = std::get_if<RowsStep>(&step)) {
+        } else if (std::holds_alternative<RowsStep>(step)) {
             report.hasOtherRows = true;
-            report.cells = rows->other->rows.EditedPlaces();
         } else {
             report.format = std::get<FormatChange>(step).index;
         }

@@ -184,6 +184,7 @@ private:
     FileType m_nFileType = FileType::Rcp;
     ReadSettings m_settings;
     ShownRows m_shown;
+    std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to
     CEditHistory m_history;
     std::optional<CEditHistory::Prepared> m_group; ///< while one is open

@@ -262,6 +262,76 @@ void CRecipeRows::Show(Source source)
     MarkSaved();
 }
 
+bool CRecipeRows::IsLaidOutLike(const CRecipeRows& other) const
+{
+    return m_rowCount == other.m_rowCount && m_startAddress == other.m_startAddress && m_columns == other.m_columns;
+}
+
+/// What the cell was at the last save, or reading.
+CCellState CRecipeRows::SavedState(std::uint64_t cellKey) const
+{
+    const auto cell = m_touchedCells.find(cellKey);
+    if (cell == m_touchedCells.end())
+        return {};
+    if (!IsEdited(cell->second))
+        return cell->second.state;
+    const auto saved = m_savedStates.find(cellKey);
+    return saved == m_savedStates.end() ? CCellState() : saved->second;
+}
+
+/// Whether the cell was read from the same words as in `other`, as far as that is quickly seen.
+bool CRecipeRows::IsReadLike(CellPlace place, const CRecipeRows& other) const
+{
+    if (m_source != Source::Words || other.m_source != Source::Words || m_kind != other.m_kind)
+        return false;
+    const std::size_t begin = PositionInImage(place.row, place.column);
+    const std::size_t size = 2 * static_cast<std::size_t>(m_columns[place.column].dataLength);
+    if (begin + size > std::min(Image().size(), other.Image().size()))
+        return false;
+    return std::ranges::equal(Image().subspan(begin, size), other.Image().subspan(begin, size));
+}
+
+/// All but those that are untouched in both and were read from the same words.
+std::vector<std::uint64_t> CRecipeRows::CellsThatMayDifferFrom(const CRecipeRows& other) const
+{
+    std::vector<std::uint64_t> cells;
+    for (const TouchedCells* touched : {&m_touchedCells, &other.m_touchedCells})
+        for (const auto& cell : *touched)
+            cells.push_back(cell.first);
+    const std::uint64_t count = SourceId() == other.SourceId() ? 0 : CellKey(m_rowCount, 0);
+    for (std::uint64_t key = 0; key < count; ++key)
+        if (!IsReadLike(PlaceOf(key), other))
+            cells.push_back(key);
+    std::sort(cells.begin(), cells.end());
+    cells.erase(std::unique(cells.begin(), cells.end()), cells.end());
+    return cells;
+}
+
+void CRecipeRows::TakeSavedFrom(const CRecipeRows& other)
+{
+    if (!IsLaidOutLike(other))
+        return;
+    const std::vector<std::uint64_t> cells = CellsThatMayDifferFrom(other);
+    MarkSaved();
+    for (const std::uint64_t cell : cells)
+        CompareWithSaved(cell, other);
+}
+
+void CRecipeRows::CompareWithSaved(std::uint64_t cellKey, const CRecipeRows& other)
+{
+    const CellPlace place = PlaceOf(cellKey);
+    const CCellState& state = State(place);
+    const CCellState saved = other.SavedState(cellKey);
+    std::u16string savedText;
+    other.AppendState(saved, place.row, place.column, savedText);
+    const bool isExact = state.IsExact() || saved.IsExact();
+    if (isExact ? state == saved : Text(place.row, place.column) == savedText)
+        return;
+    m_savedStates.try_emplace(cellKey, saved.IsExact() ? saved : CCellState::OfText(savedText));
+    m_touchedCells[cellKey].editedAfter = m_saves;
+    ++m_editedCount;
+}
+
 void CRecipeRows::ShareSourceOf(const CRecipeRows& other)
 {
     if (m_image && other.m_image && std::ranges::equal(Image(), other.Image()))

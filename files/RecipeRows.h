@@ -98,6 +98,11 @@ public:
     /// The rows are in their file: no cell is edited any more. Cheap for any number of cells.
     void MarkSaved();
 
+    /// Takes over how `other`, rows of the same layout, was saved: a cell is edited from now on where it is not shown
+    /// as it was saved there. Rows of another layout are left as they are. Throws std::bad_alloc, and then some cells
+    /// may count as saved that are not.
+    void TakeSavedFrom(const CRecipeRows& other);
+
     /// Where these rows were read from the same bytes as `other`, they share those of `other` from now on.
     void ShareSourceOf(const CRecipeRows& other);
 
@@ -128,6 +133,11 @@ private:
     TouchedCells::const_iterator Find(std::int32_t row, std::size_t column) const;
     bool IsEdited(const TouchedCell& cell) const { return cell.editedAfter == m_saves; }
     bool Holds(std::int32_t row, std::size_t column) const;
+    bool IsLaidOutLike(const CRecipeRows& other) const;
+    CCellState SavedState(std::uint64_t cellKey) const;
+    bool IsReadLike(CellPlace place, const CRecipeRows& other) const;
+    std::vector<std::uint64_t> CellsThatMayDifferFrom(const CRecipeRows& other) const;
+    void CompareWithSaved(std::uint64_t cellKey, const CRecipeRows& other);
     CellPlace PlaceOf(std::uint64_t cellKey) const;
     std::uint64_t CellKey(std::int32_t row, std::size_t column) const
     {

@@ -290,7 +290,7 @@ bool CRecipeDataShowView::Take(EditKind kind, const std::vector<GridCellText>& c
 void CRecipeDataShowView::ShowEdited(const EditReport& report)
 {
     if (report.hasOtherRows)
-        ShowRows();
+        ShowOtherRows();
     else
         m_pGrid->TextsChanged();
     std::vector<std::pair<int, int>> cells;
@@ -298,6 +298,17 @@ void CRecipeDataShowView::ShowEdited(const EditReport& report)
     for (const CellPlace place : report.cells)
         cells.emplace_back(place.row + kTitleRows, static_cast<int>(place.column) + kTitleColumns);
     m_pGrid->ShowCells(cells);
+}
+
+/// The user stays where they were, if there is such a cell.
+void CRecipeDataShowView::ShowOtherRows()
+{
+    int row = 0;
+    int column = 0;
+    const bool hadFocusCell = m_pGrid->FocusCell(row, column);
+    ShowRows();
+    if (hadFocusCell)
+        m_pGrid->SetFocusCell(row, column);
 }
 
 bool CRecipeDataShowView::GoToNextEdited()

@@ -83,6 +83,7 @@ private:
     void ShowRows();
     using Write = SaveResult (CRecipeDocument::*)(FileType, const std::filesystem::path&, CReporter&, CProgress&);
     SaveResult WriteBy(Write write, FileType type, const QString& path);
+    void ShowOtherRows();
     void LayOutGrid();
     int LeastGridWidth() const;
     void WriteTitles();

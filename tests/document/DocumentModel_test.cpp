@@ -37,6 +37,7 @@ struct ModelReading {
     bool hasRows = true;
     Words words;
     std::map<std::size_t, ModelState> saved;
+    int saves = 0; ///< of the document that it knows of
 };
 
 using ModelFormat = std::pair<std::u16string, int>; ///< name, and the number of its items
@@ -233,6 +234,7 @@ private:
         for (std::size_t cell = 0; cell < CellCount(); ++cell)
             m_disk[static_cast<std::size_t>(reading.layout.start) + cell] = ShownWord(cell);
         m_view.reading->saved = m_view.states;
+        m_view.reading->saves = ++m_saves;
         m_modified = false;
         m_savedState = m_state;
     }
@@ -308,8 +310,7 @@ private:
 
     std::u16string ShownText(std::size_t cell) const
     {
-        const auto state = m_view.states.find(cell);
-        return state == m_view.states.end() ? Number(m_view.reading->words[cell]) : *state->second;
+        return TextOf(StateIn(m_view.states, cell), *m_view.reading, cell);
     }
 
     std::uint16_t ShownWord(std::size_t cell) const
@@ -345,6 +346,7 @@ private:
     {
         ModelView view = EmptyView(m_settings);
         view.reading->hasRows = true;
+        view.reading->saves = m_saves;
         const auto first = m_disk.begin() + m_settings.start;
         view.reading->words.assign(first, first + m_settings.rows * m_settings.columns);
         return view;
@@ -375,6 +377,8 @@ private:
         m_state = state;
         if (!edit.ChangesRows())
             return;
+        if (edit.isReading)
+            TellOfSaves(view);
         m_view = view;
         if (edit.isReading) {
             std::swap(m_modified, edit.otherFlag);
@@ -384,6 +388,27 @@ private:
             m_modified = false;
         else if (edit.changesCells || m_state < m_savedState)
             m_modified = true;
+    }
+
+    /// A reading that was away during a save takes what was saved for its own, where both have the same cells.
+    void TellOfSaves(const ModelView& view)
+    {
+        ModelReading& reading = *view.reading;
+        if (reading.saves != m_saves && reading.hasRows && m_view.reading->hasRows &&
+            reading.layout == m_view.reading->layout) {
+            reading.saved = view.states;
+            for (std::size_t cell = 0; cell < CellCount(); ++cell) {
+                const std::u16string saved = TextOf(StateIn(m_view.reading->saved, cell), *m_view.reading, cell);
+                if (saved != TextOf(StateIn(view.states, cell), reading, cell))
+                    reading.saved[cell] = saved;
+            }
+        }
+        reading.saves = m_saves;
+    }
+
+    static std::u16string TextOf(const ModelState& state, const ModelReading& reading, std::size_t cell)
+    {
+        return state ? *state : Number(reading.words[cell]);
     }
 
     void Put(std::size_t index, const std::optional<ModelFormat>& from, const std::optional<ModelFormat>& to)
@@ -445,7 +470,7 @@ private:
     {
         ASSERT_EQ(m_store.Library().formats.size(), m_formats.size());
         for (std::size_t i = 0; i < m_formats.size(); ++i) {
-            ASSERT_EQ(TextOf(m_store.Library().formats[i]->name), m_formats[i].first);
+            ASSERT_EQ(::TextOf(m_store.Library().formats[i]->name), m_formats[i].first);
             ASSERT_EQ(m_store.Library().formats[i]->items.size(), static_cast<std::size_t>(m_formats[i].second));
         }
     }
@@ -471,6 +496,7 @@ private:
     ModelLayout m_settings;
     ModelView m_view;
     bool m_modified = false;
+    int m_saves = 0;
     std::uint64_t m_state = 1;
     std::uint64_t m_lastState = 1;
     std::uint64_t m_savedState = 1;

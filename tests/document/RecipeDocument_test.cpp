@@ -209,6 +209,25 @@ TEST_F(RecipeDocument, WhatAReadingDropsComesBackWithItsEdits)
     EXPECT_FALSE(document.IsModified());
 }
 
+TEST_F(RecipeDocument, RowsThatWereAwayDuringASaveAreEditedWhereTheyDifferFromIt)
+{
+    Type({1, 1}, u"5");
+    Read();
+    Type({0, 1}, u"12");
+    ASSERT_TRUE(Save());
+    document.Undo(); // the typing
+    EXPECT_EQ(document.Rows().EditedPlaces(), (std::vector<CellPlace>{{0, 1}}));
+    const EditReport report = document.Undo(); // the reading
+    EXPECT_EQ(report.cells, (std::vector<CellPlace>{{0, 1}, {1, 1}}));
+    EXPECT_EQ(Text({0, 1}), u"7");
+    EXPECT_EQ(Text({1, 1}), u"5");
+    EXPECT_TRUE(document.IsModified());
+    document.Redo();
+    document.Redo();
+    EXPECT_EQ(document.Rows().EditedCount(), 0u);
+    EXPECT_FALSE(document.IsModified());
+}
+
 TEST_F(RecipeDocument, AReadingThroughAnotherLayoutComesBackWithItsSettings)
 {
     const DataFormat other = MakeFormat(u"Words", {MakeItem(u"W", DataType::Signed16, 1, 4)});

@@ -153,6 +153,59 @@ TEST(CellStates, EditedCellsAreFoundInTheirOrder)
     EXPECT_EQ(rows.PreviousEdited({-1, 0}), std::nullopt);
 }
 
+TEST(CellStates, RowsAreEditedWhereTheyAreNotShownAsOthersWereSaved)
+{
+    CRecipeRows saved = Rows();
+    saved.SetText(0, 1, u"5");
+    saved.SetText(1, 1, u"6");
+    saved.MarkSaved();
+    saved.SetText(1, 1, u"60"); // not saved
+    CRecipeRows rows = Rows();
+    rows.SetText(1, 1, u"6");
+    rows.SetText(2, 1, u"9"); // as it was read
+    rows.SetText(2, 0, u"1.5");
+    rows.TakeSavedFrom(saved);
+    EXPECT_EQ(rows.EditedPlaces(), (std::vector<CellPlace>{{0, 1}, {2, 0}}));
+    rows.SetText(0, 1, u"5");
+    EXPECT_FALSE(rows.IsEdited(0, 1)); // as it was saved
+}
+
+TEST(CellStates, RowsReadFromOtherWordsAreEditedWhereTheyShowOthers)
+{
+    CRecipeRows rows = Rows();
+    CRecipeRows saved = Rows();
+    saved.ShowWords(ImageOf(WordBytes({0x0A3D, 0x436B, 7, 0x0000, 0x3F80, 80, 0, 0})), RecipeKind::Flat);
+    rows.TakeSavedFrom(saved);
+    EXPECT_EQ(rows.EditedPlaces(), (std::vector<CellPlace>{{1, 1}, {2, 1}})); // 80 for 8, and none for 9
+}
+
+TEST(CellStates, ExactWordsAreComparedAsWords)
+{
+    const auto exact = [](std::u16string_view words) {
+        return std::vector<CellEdit>{{{0, 0}, CCellState::OfWords(words)}};
+    };
+    CRecipeRows saved = Rows();
+    auto edit = exact({u"\x0A3E\x436B", 2});
+    saved.Exchange(edit);
+    saved.MarkSaved();
+    CRecipeRows rows = Rows();
+    rows.TakeSavedFrom(saved);
+    EXPECT_TRUE(rows.IsEdited(0, 0)); // both show 235.0
+    edit = exact({u"\x0A3E\x436B", 2});
+    rows.Exchange(edit);
+    EXPECT_FALSE(rows.IsEdited(0, 0));
+}
+
+TEST(CellStates, RowsOfAnotherLayoutKeepTheirEdits)
+{
+    CRecipeRows saved = Rows();
+    saved.LayOut({Signed16Column()}, 0, 3);
+    CRecipeRows rows = Rows();
+    rows.SetText(0, 1, u"5");
+    rows.TakeSavedFrom(saved);
+    EXPECT_EQ(rows.EditedPlaces(), (std::vector<CellPlace>{{0, 1}}));
+}
+
 TEST(CellStates, RowsOfTheSameBytesShareThem)
 {
     const CRecipeRows rows = Rows();
