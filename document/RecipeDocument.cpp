@@ -39,10 +39,10 @@ std::vector<CellEdit> EditsOf(const CRecipeRows& rows, std::vector<TextForCell> 
         std::stable_sort(texts.begin(), texts.end(), isBefore);
     std::vector<CellEdit> edits;
     edits.reserve(texts.size());
-    for (const TextForCell& text : texts) {
+    for (TextForCell& text : texts) {
         if (!edits.empty() && edits.back().place == text.place)
             edits.pop_back();
-        edits.push_back({text.place, CCellState::OfText(text.text)});
+        edits.push_back({text.place, CCellState::OfText(std::move(text.text))});
     }
     return edits;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Where a cell stands in the rows: data row and data column, counted from 0. Ordered as writers go.
 struct CellPlace {
@@ -25,10 +26,10 @@ public:
 
     CCellState() = default; ///< untouched
 
-    static CCellState OfText(std::u16string_view text) { return {Kind::Text, text}; }
+    static CCellState OfText(std::u16string text) { return {Kind::Text, std::move(text)}; }
 
     /// `words` in the order of their addresses, one a unit: as many as the cell takes.
-    static CCellState OfWords(std::u16string_view words) { return {Kind::Exact, words}; }
+    static CCellState OfWords(std::u16string_view words) { return {Kind::Exact, std::u16string(words)}; }
 
     bool IsUntouched() const { return m_kind == Kind::Untouched; }
     bool IsText() const { return m_kind == Kind::Text; }
@@ -46,7 +47,7 @@ public:
     friend bool operator==(const CCellState&, const CCellState&) = default;
 
 private:
-    CCellState(Kind kind, std::u16string_view content) : m_content(content), m_kind(kind) {}
+    CCellState(Kind kind, std::u16string content) : m_content(std::move(content)), m_kind(kind) {}
 
     std::u16string m_content;
     Kind m_kind = Kind::Untouched;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -108,7 +109,7 @@ bool CRecipeRows::SetText(std::int32_t row, std::size_t column, std::u16string_v
 {
     if (!Holds(row, column))
         return false;
-    CellEdit edit{{row, static_cast<std::uint32_t>(column)}, CCellState::OfText(text)};
+    CellEdit edit{{row, static_cast<std::uint32_t>(column)}, CCellState::OfText(std::u16string(text))};
     Exchange({&edit, 1});
     return true;
 }
@@ -173,30 +174,40 @@ void CRecipeRows::MarkSaved()
 
 void CRecipeRows::Exchange(std::span<CellEdit> edits)
 {
+    auto next = m_touchedCells.begin();
     try {
-        MakeRoomFor(edits);
+        next = MakeRoomFor(edits);
     } catch (const std::bad_alloc&) {
         ForgetRoomFor(edits);
         throw;
     }
     for (CellEdit& edit : edits)
-        Exchange(m_touchedCells.find(CellKey(edit.place.row, edit.place.column)), edit.other);
+        next = Exchange(Seek(next, CellKey(edit.place.row, edit.place.column)), edit.other);
 }
 
-/// All that takes memory, so that the exchange itself cannot fail half-way.
-void CRecipeRows::MakeRoomFor(std::span<const CellEdit> edits)
+/// All that takes memory, so that the exchange itself cannot fail half-way. The first of the cells.
+CRecipeRows::TouchedCells::iterator CRecipeRows::MakeRoomFor(std::span<const CellEdit> edits)
 {
+    auto first = m_touchedCells.end();
     auto next = m_touchedCells.begin();
     for (const CellEdit& edit : edits) {
         const std::uint64_t key = CellKey(edit.place.row, edit.place.column);
-        if (next != m_touchedCells.end() && next->first < key)
-            next = m_touchedCells.lower_bound(key);
-        next = m_touchedCells.try_emplace(next, key);
+        next = m_touchedCells.try_emplace(Seek(next, key), key);
+        if (first == m_touchedCells.end())
+            first = next;
         const TouchedCell& cell = next->second;
         if (!IsEdited(cell) && !cell.state.IsUntouched())
             m_savedStates.try_emplace(key, cell.state);
         ++next;
     }
+    return first;
+}
+
+/// The first touched cell from `from` on that does not stand before `cellKey`. That is mostly `from` itself: edits come
+/// in the order of the cells.
+CRecipeRows::TouchedCells::iterator CRecipeRows::Seek(TouchedCells::iterator from, std::uint64_t cellKey)
+{
+    return from != m_touchedCells.end() && from->first < cellKey ? m_touchedCells.lower_bound(cellKey) : from;
 }
 
 /// Takes the room back that was not used: cells that are neither touched nor edited.
@@ -212,7 +223,8 @@ void CRecipeRows::ForgetRoomFor(std::span<const CellEdit> edits)
     }
 }
 
-void CRecipeRows::Exchange(TouchedCells::iterator cell, CCellState& other)
+/// The touched cell that comes next.
+CRecipeRows::TouchedCells::iterator CRecipeRows::Exchange(TouchedCells::iterator cell, CCellState& other)
 {
     std::swap(cell->second.state, other);
     const auto saved = m_savedStates.find(cell->first);
@@ -225,8 +237,7 @@ void CRecipeRows::Exchange(TouchedCells::iterator cell, CCellState& other)
     cell->second.editedAfter = isAsSaved ? 0 : m_saves;
     if (isAsSaved && saved != m_savedStates.end())
         m_savedStates.erase(saved);
-    if (isAsSaved && cell->second.state.IsUntouched())
-        m_touchedCells.erase(cell);
+    return isAsSaved && cell->second.state.IsUntouched() ? m_touchedCells.erase(cell) : std::next(cell);
 }
 
 std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::size_t column) const

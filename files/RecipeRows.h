@@ -127,9 +127,10 @@ private:
     friend class CCellTexts;
 
     void Show(Source source);
-    void MakeRoomFor(std::span<const CellEdit> edits);
+    TouchedCells::iterator MakeRoomFor(std::span<const CellEdit> edits);
     void ForgetRoomFor(std::span<const CellEdit> edits);
-    void Exchange(TouchedCells::iterator cell, CCellState& other);
+    TouchedCells::iterator Exchange(TouchedCells::iterator cell, CCellState& other);
+    TouchedCells::iterator Seek(TouchedCells::iterator from, std::uint64_t cellKey);
     TouchedCells::const_iterator Find(std::int32_t row, std::size_t column) const;
     bool IsEdited(const TouchedCell& cell) const { return cell.editedAfter == m_saves; }
     bool Holds(std::int32_t row, std::size_t column) const;

@@ -55,6 +55,11 @@ CellPlace PlaceOf(int row, int column)
     return {row - kTitleRows, static_cast<std::uint32_t>(column - kTitleColumns)};
 }
 
+TextForCell TextFor(int row, int column, const QString& text)
+{
+    return {PlaceOf(row, column), std::u16string(ViewOf(text))};
+}
+
 } // namespace
 
 CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
@@ -244,7 +249,7 @@ void CRecipeDataShowView::OnBitBrowse()
 
 void CRecipeDataShowView::SetCellValue(int column, int row, const QString& text)
 {
-    Take(EditKind::BitBrowser, {{row, column, text}});
+    Take(EditKind::BitBrowser, row, column, text);
     m_pGrid->RedrawCell(row, column);
 }
 
@@ -263,22 +268,30 @@ QString CRecipeDataShowView::CellText(int row, int column) const
 
 bool CRecipeDataShowView::SetCellText(int row, int column, const QString& text)
 {
-    return Take(EditKind::Typing, {{row, column, text}});
+    return Take(EditKind::Typing, row, column, text);
 }
 
 bool CRecipeDataShowView::SetCellTexts(GridChange change, std::vector<GridCellText> texts)
 {
-    return Take(KindOf(change), std::move(texts));
+    std::vector<TextForCell> ofRows;
+    ofRows.reserve(texts.size());
+    for (const GridCellText& cell : texts)
+        if (cell.column >= kTitleColumns)
+            ofRows.push_back(TextFor(cell.row, cell.column, cell.text));
+    return Take(KindOf(change), std::move(ofRows));
+}
+
+bool CRecipeDataShowView::Take(EditKind kind, int row, int column, const QString& text)
+{
+    std::vector<TextForCell> texts;
+    if (column >= kTitleColumns)
+        texts.push_back(TextFor(row, column, text));
+    return Take(kind, std::move(texts));
 }
 
 /// One edit of the document. False when nothing was changed.
-bool CRecipeDataShowView::Take(EditKind kind, const std::vector<GridCellText>& cells)
+bool CRecipeDataShowView::Take(EditKind kind, std::vector<TextForCell> texts)
 {
-    std::vector<TextForCell> texts;
-    texts.reserve(cells.size());
-    for (const GridCellText& cell : cells)
-        if (cell.column >= kTitleColumns)
-            texts.push_back({PlaceOf(cell.row, cell.column), std::u16string(ViewOf(cell.text))});
     const EditOutcome outcome = m_frame.Document().SetTexts(kind, std::move(texts));
     if (outcome == EditOutcome::OutOfMemory)
         m_frame.Reporter().ShowError(kNoMemoryForEdit);

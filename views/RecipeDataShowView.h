@@ -91,7 +91,8 @@ private:
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
-    bool Take(EditKind kind, const std::vector<GridCellText>& cells);
+    bool Take(EditKind kind, int row, int column, const QString& text);
+    bool Take(EditKind kind, std::vector<TextForCell> texts);
     const ColumnCoding* ChosenColumn() const;
     CellPlace FocusPlace() const;
     bool GoTo(std::optional<CellPlace> place);
