@@ -1,4 +1,5 @@
-// What the window adds to the core's work: laying out a huge recipe, scrolling through it, and pasting into it.
+// What the window adds to the core's work: laying out a huge recipe, scrolling through it, changing it and undoing
+// that.
 
 #include "tests/views/RecordingFrame.h"
 #include "views/RecipeDataShowView.h"
@@ -6,6 +7,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QWindow>
 #include <benchmark/benchmark.h>
@@ -89,8 +91,9 @@ void ChangeSomeValues(CGridCtrl& grid)
 void ShowAMillionRows(benchmark::State& state)
 {
     const CBigRecipe recipe;
+    const auto digits = static_cast<int>(state.range(0));
     CRecordingFrame frame;
-    SetUpFrame(frame, recipe.Path(), static_cast<int>(state.range(0)));
+    SetUpFrame(frame, recipe.Path(), digits);
     CRecipeDataShowView view(frame);
     Expose(view);
     const double before = ResidentMiB();
@@ -101,6 +104,7 @@ void ShowAMillionRows(benchmark::State& state)
         state.PauseTiming();
         added = ResidentMiB() - before;
         view.ClearGrid();
+        SetUpFrame(frame, recipe.Path(), digits); // no edits that keep rows
         state.ResumeTiming();
     }
     state.counters["addedMiB"] = added;
@@ -144,28 +148,129 @@ QString BlockOf(std::int64_t cells)
     return block;
 }
 
-/// From the command to the painted window. The argument is the number of cells.
+void PasteInto(CRecipeDataShowView& view)
+{
+    view.Grid().Paste();
+    QCoreApplication::processEvents(); // paints
+}
+
+void ShowUndone(CRecipeDataShowView& view, const EditReport& report)
+{
+    view.ShowEdited(report);
+    QCoreApplication::processEvents(); // paints
+}
+
+/// Shows the recipe anew, without edits that could be undone, and with its first cell chosen.
+void OpenToPaste(CRecordingFrame& frame, CRecipeDataShowView& view, const CBigRecipe& recipe)
+{
+    SetUpFrame(frame, recipe.Path(), 5);
+    view.ShowData(FileType::Rcp);
+    view.Grid().SetFocusCell(1, 2);
+    QCoreApplication::processEvents();
+}
+
+/// From the command to the painted window, as are its undo and its redo. The argument is the number of cells.
 void PasteCells(benchmark::State& state)
 {
     const CBigRecipe recipe;
     CRecordingFrame frame;
-    SetUpFrame(frame, recipe.Path(), 5);
     CRecipeDataShowView view(frame);
     Expose(view);
     QApplication::clipboard()->setText(BlockOf(state.range(0)));
     for (auto _ : state) {
         state.PauseTiming();
-        view.ShowData(FileType::Rcp);
-        view.Grid().SetFocusCell(1, 2);
-        QCoreApplication::processEvents();
+        OpenToPaste(frame, view, recipe);
         state.ResumeTiming();
-        view.Grid().Paste();
-        QCoreApplication::processEvents(); // paints
-        state.PauseTiming();
-        view.ClearGrid();
-        state.ResumeTiming();
+        PasteInto(view);
     }
 }
 BENCHMARK(PasteCells)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+void UndoPaste(benchmark::State& state)
+{
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    QApplication::clipboard()->setText(BlockOf(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        OpenToPaste(frame, view, recipe);
+        PasteInto(view);
+        state.ResumeTiming();
+        ShowUndone(view, frame.document.Undo());
+    }
+}
+BENCHMARK(UndoPaste)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+void RedoPaste(benchmark::State& state)
+{
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    QApplication::clipboard()->setText(BlockOf(state.range(0)));
+    OpenToPaste(frame, view, recipe);
+    PasteInto(view);
+    for (auto _ : state) {
+        state.PauseTiming();
+        ShowUndone(view, frame.document.Undo());
+        state.ResumeTiming();
+        ShowUndone(view, frame.document.Redo());
+    }
+}
+BENCHMARK(RedoPaste)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+/// One value given to one cell, without its paint; 4,096 cells all over the rows take turns.
+void ChangeOneCell(benchmark::State& state)
+{
+    constexpr std::int32_t kCells = 4096;
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    SetUpFrame(frame, recipe.Path(), 5);
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    view.ShowData(FileType::Rcp);
+    std::int32_t cell = 0;
+    for (auto _ : state) {
+        view.Grid().SetItemText(1 + cell * (kRows / kCells), 2 + cell % kColumns, QString::number(cell % 9973));
+        cell = (cell + 1) % kCells;
+    }
+}
+BENCHMARK(ChangeOneCell);
+
+/// To what has the focus.
+void PressKey(int key, const QString& text)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(QApplication::focusWidget(), &press);
+}
+
+/// A value typed into a cell and ended with Enter, with its paints. The cells in sight take turns.
+void TypeIntoCell(benchmark::State& state)
+{
+    constexpr int kRowsInSight = 16;
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    SetUpFrame(frame, recipe.Path(), 5);
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    view.activateWindow();
+    view.ShowData(FileType::Rcp);
+    view.Grid().setFocus();
+    int typed = 0;
+    for (auto _ : state) {
+        const int row = 1 + typed % kRowsInSight;
+        const QString text = QString::number(1 + typed / kRowsInSight % 9);
+        view.Grid().SetFocusCell(row, 2);
+        PressKey(Qt::Key_0 + text.toInt(), text);
+        PressKey(Qt::Key_Return, QStringLiteral("\r"));
+        QCoreApplication::processEvents(); // paints
+        if (view.Grid().GetItemText(row, 2) != text)
+            state.SkipWithError("the cell did not take the value");
+        ++typed;
+    }
+}
+BENCHMARK(TypeIntoCell)->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -1,0 +1,124 @@
+#include "bench/BenchRows.h"
+#include "document/RecipeDocument.h"
+
+#include <benchmark/benchmark.h>
+
+#include <fstream>
+
+// A million cells changed as by a paste, that undone and made again, and one cell changed as by typing: what the room
+// does with texts that passed their check.
+
+namespace {
+
+constexpr std::int32_t kTextRows = 62'500; // of kBenchColumns cells
+
+DataFormat BenchFormat()
+{
+    DataItem item = DefaultItem();
+    item.isArray = 1;
+    item.arrayLength = kBenchColumns;
+    item.integerDigits = 5;
+    deriveBounds(item);
+    DataFormat format;
+    format.insertItem(0, std::make_unique<DataItem>(item));
+    format.itemCount = 1;
+    return format;
+}
+
+void WriteBenchFile(const CBenchFile& bench)
+{
+    const CByteBuffer image = BenchImage(kBenchRows);
+    std::ofstream file(bench.Path(), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(image.Bytes().data()), static_cast<std::streamsize>(image.Bytes().size()));
+}
+
+/// The file's rows, all of them untouched and without edits that could be undone.
+void Open(CRecipeDocument& document, const CBenchFile& bench)
+{
+    CSilentReporter reporter;
+    CNoProgress progress;
+    document.StartOpen(bench.Path(), FileType::Rcp);
+    document.TakeSettings({BenchFormat(), 0, kBenchRows});
+    document.Read(FileType::Rcp, reporter, progress);
+}
+
+std::vector<TextForCell> AMillionTexts()
+{
+    std::vector<TextForCell> texts;
+    for (std::int32_t row = 0; row < kTextRows; ++row)
+        for (std::uint32_t column = 0; column < kBenchColumns; ++column)
+            texts.push_back({{row, column}, u"4" + std::u16string(4, static_cast<char16_t>(u'0' + row % 10))});
+    return texts;
+}
+
+void BM_Document_SetTexts(benchmark::State& state)
+{
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    CRecipeDocument document;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Open(document, bench);
+        auto texts = AMillionTexts();
+        state.ResumeTiming();
+        if (document.SetTexts(EditKind::Paste, std::move(texts)) != EditOutcome::Made)
+            state.SkipWithError("cannot set the texts");
+    }
+}
+
+void BM_Document_Undo(benchmark::State& state)
+{
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    CRecipeDocument document;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Open(document, bench);
+        document.SetTexts(EditKind::Paste, AMillionTexts());
+        state.ResumeTiming();
+        if (document.Undo().outcome != EditOutcome::Made)
+            state.SkipWithError("cannot undo");
+    }
+}
+
+void BM_Document_Redo(benchmark::State& state)
+{
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    CRecipeDocument document;
+    Open(document, bench);
+    document.SetTexts(EditKind::Paste, AMillionTexts());
+    for (auto _ : state) {
+        state.PauseTiming();
+        document.Undo();
+        state.ResumeTiming();
+        if (document.Redo().outcome != EditOutcome::Made)
+            state.SkipWithError("cannot redo");
+    }
+}
+
+/// 4,096 cells all over the rows take turns.
+void BM_Document_OneText(benchmark::State& state)
+{
+    constexpr std::int32_t kCells = 4096;
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    CRecipeDocument document;
+    Open(document, bench);
+    std::int32_t cell = 0;
+    for (auto _ : state) {
+        const CellPlace place{cell * (kBenchRows / kCells), static_cast<std::uint32_t>(cell % kBenchColumns)};
+        std::vector<TextForCell> texts;
+        texts.push_back({place, u"7"});
+        if (document.SetTexts(EditKind::Typing, std::move(texts)) != EditOutcome::Made)
+            state.SkipWithError("cannot set the text");
+        cell = (cell + 1) % kCells;
+    }
+}
+
+BENCHMARK(BM_Document_SetTexts)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_Undo)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_Redo)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_OneText);
+
+} // namespace
