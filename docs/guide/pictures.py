@@ -101,10 +101,16 @@ def scroll_to_the_right(app):
     app.screen.key("End")
 
 
-def choose_command(app, title, command):
-    """Chooses a command of the menu bar."""
+def open_menu(app, title):
+    """Opens a menu of the menu bar and returns its entry there."""
     entry = next(entry for entry in app.find("menu bar").children if entry.name == title)
     entry.click()
+    return entry
+
+
+def choose_command(app, title, command):
+    """Chooses a command of the menu bar."""
+    entry = open_menu(app, title)
     wait_for(lambda: next(item for menu in entry.children for item in menu.children if item.name == command and item.showing),
              command).click()
 
@@ -184,6 +190,22 @@ def editing(desk):
         desk.screen.key("Return", "alt+F4")
         app.window(2)
         desk.window(app, "close-question.png")
+
+
+@scene("edit-menu.png")
+def undo(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Zone °C(0)", 4).click()
+        desk.screen.key("shift+Right", "shift+Right", "shift+Down", "ctrl+c")
+        cell_of(app, "Zone °C(0)", 8).click()
+        desk.screen.key("ctrl+v")
+        wait_for(lambda: cell_of(app, "Zone °C(2)", 9).name == "235.0", "the pasted values")
+        open_menu(app, "Edit(E)")
+        app.find("menu item", "Undo Paste (6 cells)")
+        desk.screen.mouse_away()
+        x, y, width, height = cell_of(app, "Zone °C(2)", 9).box
+        desk.part("edit-menu.png", (0, 0, x + width, y + height), margin=6)
 
 
 @scene("decimals-typed.png", "decimals-read-again.png")
