@@ -111,6 +111,23 @@ void ShowAMillionRows(benchmark::State& state)
 }
 BENCHMARK(ShowAMillionRows)->ArgName("digits")->Arg(5)->Arg(4)->Unit(benchmark::kMillisecond);
 
+/// The same rows read once more, as "RefreshData" does; those from before can come back then.
+void ReadAMillionRowsAgain(benchmark::State& state)
+{
+    const CBigRecipe recipe;
+    CRecordingFrame frame;
+    SetUpFrame(frame, recipe.Path(), 5);
+    CRecipeDataShowView view(frame);
+    Expose(view);
+    const double before = ResidentMiB();
+    for (auto _ : state) {
+        view.ShowData(FileType::Rcp);
+        QCoreApplication::processEvents(); // lays out and paints
+    }
+    state.counters["addedMiB"] = ResidentMiB() - before;
+}
+BENCHMARK(ReadAMillionRowsAgain)->Unit(benchmark::kMillisecond);
+
 /// One scroll step and its paint. The arguments are the rows moved by each (0: a jump to anywhere) and whether there
 /// are changed values and such outside their limits.
 void ScrollStep(benchmark::State& state)

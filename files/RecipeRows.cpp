@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -17,6 +18,12 @@ std::vector<std::byte> BytesOf(std::u16string_view words)
     std::vector<std::byte> bytes(words.size() * sizeof(char16_t));
     StoreEach(bytes, words);
     return bytes;
+}
+
+/// In long strides: the library's own comparison takes bytes one by one.
+bool AreEqual(std::span<const std::byte> a, std::span<const std::byte> b)
+{
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
 }
 
 } // namespace
@@ -345,7 +352,7 @@ void CRecipeRows::CompareWithSaved(std::uint64_t cellKey, const CRecipeRows& oth
 
 void CRecipeRows::ShareSourceOf(const CRecipeRows& other)
 {
-    if (m_image && other.m_image && std::ranges::equal(Image(), other.Image()))
+    if (m_image && other.m_image && AreEqual(Image(), other.Image()))
         m_image = other.m_image;
     if (m_fields && other.m_fields && *m_fields == *other.m_fields)
         m_fields = other.m_fields;
