@@ -306,7 +306,7 @@ bool CRecipeRows::IsReadLike(CellPlace place, const CRecipeRows& other) const
     const std::size_t size = 2 * static_cast<std::size_t>(m_columns[place.column].dataLength);
     if (begin + size > std::min(Image().size(), other.Image().size()))
         return false;
-    return std::ranges::equal(Image().subspan(begin, size), other.Image().subspan(begin, size));
+    return AreEqual(Image().subspan(begin, size), other.Image().subspan(begin, size));
 }
 
 /// All but those that are untouched in both and were read from the same words.
