@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The first format without a wish; null when the wanted one is not there.
+/// The first format when none is asked for; null when the wanted one is not there.
 const DataFormat* ChooseFormat(const FormatLibrary& library, const std::optional<std::string>& wanted)
 {
     if (!wanted)

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// Lines of a table in UTF-8 whose columns stand one under the other, two blanks between them. To be told every text of
-/// a column before the first line is made.
+/// Lines of a table in UTF-8 whose cells stand under one another, two blanks between them. To be told every text of a
+/// column before the first line is made.
 class CTextTable {
 public:
     enum class Align { Left, Right };

@@ -43,7 +43,7 @@ public:
     /// after an error.
     std::optional<std::size_t> ReadAt(std::uint64_t offset, std::span<std::byte> bytes) const;
 
-    /// Writes all of `bytes` at `offset`; a gap behind the old end reads as zero bytes. False after an error, when a
+    /// Writes all of `bytes` at `offset`; a gap after the old end reads as zero bytes. False after an error, when a
     /// part may have been written.
     bool WriteAt(std::uint64_t offset, std::span<const std::byte> bytes);
 
@@ -79,8 +79,8 @@ public:
     /// Closes, and removes the file again when OpenOrCreate or Truncate created it.
     void Discard();
 
-    /// Why the latest call that failed did so, Open or one on the open file; zero before one. A call that succeeds
-    /// leaves it, but for Open.
+    /// Why the latest call that failed, Open or one on the open file, did so; zero before any has. A call that succeeds
+    /// leaves it as it is, except for Open.
     std::error_code LastError() const { return m_lastError; }
 
 private:
@@ -95,14 +95,14 @@ private:
 /// Waits until the disk knows which files the folder of `path` holds, as after a rename in it. False when it refuses.
 bool FlushFolderOf(const std::filesystem::path& path);
 
-/// Whether for certain nothing has the name, or a link there leads nowhere; false when that cannot be told.
+/// Whether it is certain that nothing has the name, or only a link that leads nowhere; false when that cannot be told.
 bool IsMissing(const std::filesystem::path& path);
 
 /// Whether both paths lead to one file, by whatever names or links; false for what is not there.
 bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
 
-/// Whether a file that could not be opened for `fault` is missing, or one may not use it so. Anything else that has its
-/// name, and a disk that fails, is neither.
+/// Whether a file that could not be opened because of `fault` is missing, or may not be used in that way. Anything else
+/// that has its name, and a disk that fails, is neither.
 bool IsMissingOrProtected(std::error_code fault);
 
 /// What `path` names when all symbolic links at its end are followed; it need not exist. A circle of links ends in one

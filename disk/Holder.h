@@ -1,6 +1,6 @@
 #pragma once
 
-/// Which open file has the one hold of a file on the disk that there is at a time.
+/// Which open file has the hold of a file on the disk, of which there is only one at a time.
 enum class Holder {
     ThisFile,
     AnotherFile, ///< of this or another program

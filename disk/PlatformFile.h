@@ -21,13 +21,14 @@ enum class Access {
     Create, ///< write and read a file that is not there yet
 };
 
-/// The reason of the call just made.
+/// Why the call just made failed.
 std::error_code SystemError();
 
 /// Never waits, and never gives the number of a standard stream; kNoFile after an error. May open what is no file.
 std::intptr_t OpenByName(const std::filesystem::path& path, Access access);
 
-/// What speaks against it as a file: it is a folder, a pipe or a device, or that cannot be told; none where it is one.
+/// What speaks against it as a file: it is a folder, a pipe or a device, or that cannot be told; no fault where it is a
+/// file.
 std::error_code NoFileFault(std::intptr_t file);
 
 /// Bytes.
@@ -41,7 +42,7 @@ bool SetLength(std::intptr_t file, std::uint64_t length);
 std::optional<std::size_t> ReadSome(std::intptr_t file, std::uint64_t offset, std::span<std::byte> bytes);
 std::optional<std::size_t> WriteSome(std::intptr_t file, std::uint64_t offset, std::span<const std::byte> bytes);
 
-/// Sets room aside for `size` bytes at `offset`; the file is at least as long as that then. Else tells why not.
+/// Sets room aside for `size` bytes at `offset`; the file is then at least as long as that. Otherwise tells why not.
 std::error_code Allocate(std::intptr_t file, std::uint64_t offset, std::uint64_t size);
 
 /// Gives the file the owner, rights and extended attributes of the one at `path`.

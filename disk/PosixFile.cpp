@@ -45,7 +45,7 @@ std::intptr_t BehindStandardStreams(std::intptr_t file)
 
 #ifdef __linux__
 
-/// What a file is marked with beside its permissions, by name: the list of its further users and their rights, too.
+/// What a file is marked with besides its permissions, by name: the list of its further users and their rights, too.
 using Marks = std::map<std::string, std::string>;
 
 /// Asks `call` for the size, then for the bytes; none where the file system knows no marks, nothing after an error.
@@ -103,8 +103,8 @@ bool TakeMarks(int file, const fs::path& path)
     return true;
 }
 
-/// Whether the file lies on a share of the kind whose locks keep everything out but the open file that has the lock:
-/// our own writes by another one, too.
+/// Whether the file lies on a share of the kind whose locks keep out everything but the open file that has the lock:
+/// even our own writes through another one.
 bool LocksKeepWritesOut(int file)
 {
     struct statfs system {};

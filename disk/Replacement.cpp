@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
-/// What has the name, be it a link that leads nowhere.
+/// What has the name, even a link that leads nowhere.
 fs::file_type TypeOf(const fs::path& path)
 {
     std::error_code ignored;
@@ -88,7 +88,7 @@ bool CReplacement::MakeFileIn(const fs::path& folder)
     return IsOpen();
 }
 
-/// Holds the new file. Before that another program may have taken it for a left-over.
+/// Holds the new file. Before that another program may have taken it for a leftover.
 bool CReplacement::IsTakenAway()
 {
     if (!m_guard.Open(m_fresh, CFile::Mode::Read))
@@ -181,7 +181,7 @@ bool CReplacement::CopyIntoTarget()
     return false;
 }
 
-/// From now on it may be the only whole one: nobody is to take it for a left-over, should the program end here.
+/// From now on it may be the only whole one: nobody is to take it for a leftover, should the program end here.
 bool CReplacement::KeepForGood()
 {
     std::error_code fault;

@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <span>
 
-/// A file that is written anew as a whole. It grows beside the old one and takes its place when it is complete, so that
+/// A file that is rewritten as a whole. It grows beside the old one and takes its place when it is complete, so that
 /// work that fails or is given up leaves the old file as it was, or none where there was none. A link is followed; what
 /// exists and is no regular file is refused.
 ///
-/// Where it cannot take the old one's place, because that has further names (hard links) or another owner or lies in a
+/// Where it cannot take the old one's place, because that has other names (hard links) or another owner or lies in a
 /// folder that takes no new file, it grows all the same, beside it or in the system's folder for temporary files, and
 /// is copied into the old file when it is complete.
 ///
@@ -26,18 +26,18 @@ public:
     /// False when there is nothing to write to: no such folder, no regular file, a file that may not be written.
     bool IsOpen() const { return m_file.IsOpen(); }
 
-    /// Writes `bytes` behind what was written before. False after an error.
+    /// Writes `bytes` after what was written before. False after an error.
     bool Append(std::span<const std::byte> bytes);
 
-    /// Leaves `count` zero bytes behind what was written before, which take no room where the disk has holes. False
+    /// Leaves `count` zero bytes after what was written before, which take no room where the disk has holes. False
     /// after an error.
     bool AppendZeros(std::uint64_t count);
 
-    /// Writes what the old file holds behind what was written before; nothing where there is none. False after an
-    /// error.
+    /// Writes what the old file holds after what was written before; nothing where there is none. False after an error.
     bool AppendOld();
 
-    /// Where the new file grows. It may be opened and written by this name once all is appended that is to be.
+    /// Where the new file grows. It may be opened and written by this name once everything that is to be appended has
+    /// been.
     const std::filesystem::path& FreshPath() const { return m_fresh; }
 
     /// Puts the new file in the old one's place, once everything is on the disk. False when that fails.

@@ -13,5 +13,6 @@ std::filesystem::path TemporaryName();
 std::filesystem::path KeptName(const std::filesystem::path& file);
 
 /// Removes from `folder` the temporary files of this user whose programs ended before they had done with them. What is
-/// held, is another user's, is no regular file or a link, or cannot be told from such stays. Reports nothing.
+/// held, belongs to another user, is not a regular file, is a link, or cannot be told from these stays. Reports
+/// nothing.
 void RemoveLeftOvers(const std::filesystem::path& folder);

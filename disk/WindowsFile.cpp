@@ -21,7 +21,7 @@ HANDLE HandleOf(std::intptr_t file)
     return reinterpret_cast<HANDLE>(file);
 }
 
-/// A name as long as MAX_PATH opens only in full and behind a prefix.
+/// A name as long as MAX_PATH opens only in full and with a prefix.
 std::wstring OpenableName(const fs::path& path)
 {
     std::error_code error;
@@ -136,7 +136,7 @@ bool TakeAttributes(std::intptr_t, const fs::path&)
     return true;
 }
 
-/// A lock keeps others from the bytes it is on: it is on one behind all that a file can hold.
+/// A lock keeps others from the bytes it is on: it is on one past all that a file can hold.
 Holder TakeHold(std::intptr_t file)
 {
     constexpr std::uint64_t kBehindAll = (std::uint64_t{1} << 63) - 2;

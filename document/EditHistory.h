@@ -10,7 +10,7 @@
 /// undone, which can be made again until another edit is made.
 ///
 /// It is limited by memory, never by a number of edits: the oldest go first, and the newest stays however large it is.
-/// The rows that are shown are told by the address of their source, which costs no memory of the history's own.
+/// The rows that are shown are recognised by the address of their source, which costs no memory of the history's own.
 class CEditHistory {
     /// The states of the rows are numbered in the order in which they came to be. An edit of formats alone leads from
     /// one to the same.
@@ -33,7 +33,7 @@ public:
     static Prepared Prepare(Edit edit);
     static Edit& EditOf(Prepared& prepared) { return prepared.front().edit; }
 
-    /// Takes an edit that was made. Those that were undone can be made again no more.
+    /// Takes an edit that was made. Those that were undone can no longer be made again.
     void Add(Prepared edit, const void* shownSource) noexcept;
 
     /// No edits; the state as it is counts as saved when `isSaved` says so.
@@ -52,13 +52,13 @@ public:
     /// The rows as they are were saved.
     void MarkSaved() { m_savedState = m_state; }
 
-    /// Whether the rows are as they were saved last.
+    /// Whether the rows are as they were last saved.
     bool IsAsSaved() const { return m_state == m_savedState; }
 
-    /// Whether they are as they were before that: it was undone past a save.
+    /// Whether they are as they were before that, undone past a save.
     bool IsBeforeSaved() const { return m_state < m_savedState; }
 
-    /// The memory that all edits take, about, in bytes.
+    /// Roughly the memory that all edits take, in bytes.
     std::size_t Bytes() const { return m_bytes; }
 
 private:

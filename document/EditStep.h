@@ -37,7 +37,7 @@ struct ShownRows {
     std::uint64_t saves = 0; ///< the document's saves that they know of
 };
 
-/// Cells that changed states with these. In ascending order of their places, none twice.
+/// Cells that exchanged states with these. In ascending order of their places, none twice.
 struct CellsStep {
     std::vector<CellEdit> edits;
 };
@@ -49,13 +49,13 @@ struct RowsStep {
 
 using EditStep = std::variant<CellsStep, RowsStep, FormatChange>;
 
-/// One command of the user: what it did, in its order, which is undone as one.
+/// One command of the user: what it did, in order; undone as one.
 struct Edit {
     EditKind kind = EditKind::Typing;
     std::vector<EditStep> steps;
 };
 
-/// The memory that `edit` keeps from being freed, about, in bytes. Rows whose source is `shownSource` share it with
+/// Roughly the memory that `edit` keeps from being freed, in bytes. Rows whose source is `shownSource` share it with
 /// those that are shown: that part counts for nothing.
 std::size_t BytesOf(const Edit& edit, const void* shownSource);
 

@@ -14,7 +14,7 @@ struct ReadSettings {
     std::int32_t rowCount = 0;
 };
 
-/// What is told of a start address or a number of rows that nothing can be read by; nothing for those that are good.
+/// What is told of a start address or a number of rows by which nothing can be read; nothing for good ones.
 std::optional<std::u16string> ReadSettingsFault(std::int32_t startAddress, std::int32_t rowCount);
 
 /// The rows that the settings ask for, with nothing in them yet. A format without words has no rows and no columns.

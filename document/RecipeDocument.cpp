@@ -114,7 +114,7 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
     }
     if (outcome != Outcome::Done)
         return Reading::Failed;
-    // A file of an unknown type is looked at only.
+    // A file of an unknown type is only looked at.
     shown.areOfFile = m_strFilePath.empty() || FileTypeOf(m_strFilePath);
     shown.rows.ShareSourceOf(m_shown.rows);
     return Reading::Done;
@@ -294,7 +294,7 @@ void CRecipeDocument::ExchangeRows(ShownRows& other)
     m_bModified = m_shown.isModified;
 }
 
-/// Drops the steps on formats that are not what the edit made of them any more.
+/// Drops the steps on formats that are no longer what the edit made of them.
 bool CRecipeDocument::DropForeignFormats(Edit& edit, Way way)
 {
     const ChangeSide side = way == Way::Back ? ChangeSide::After : ChangeSide::Before;

@@ -37,7 +37,7 @@ struct EditReport {
     std::u16string name;               ///< of the edit
     std::vector<CellPlace> cells;      ///< those that it gave other states, in ascending order
     bool hasOtherRows = false;         ///< other rows are shown, perhaps of another layout
-    bool isFormatLeftAlone = false;    ///< a format is not what the edit had made of it any more: that part was dropped
+    bool isFormatLeftAlone = false;    ///< a format is no longer what the edit made of it: that part was dropped
     std::optional<std::size_t> format; ///< the place in the library of a format that changed, came or went
 };
 
@@ -89,8 +89,7 @@ public:
     void StartOpen(const std::filesystem::path& path, std::optional<FileType> type);
 
     /// Fills the rows from the current file as `type`, laid out by the settings in use. The first reading after a start
-    /// begins the history; each later one drops edits, and is one that can be undone: rows, layout and edits come back
-    /// then.
+    /// begins the history; each later one drops edits and can be undone: then rows, layout and edits come back.
     Reading Read(FileType type, CReporter& reporter, CProgress& progress);
 
     /// As Read, but for the document's own type, and never writes: nothing is made that is missing.
@@ -100,7 +99,7 @@ public:
     /// keeping rows. Never writes. False after a failure, reported.
     bool Walk(CCellTaker& taker, CReporter& reporter) const;
 
-    /// There are no rows any more. As a reading, one that can be undone but for the first.
+    /// There are no rows any more. Like a reading, this can be undone unless it is the first.
     void ClearRows();
 
     /// Writes the rows to `path` as `type`; then no cell is edited. The document's own path, type and flags stay: see

@@ -4,7 +4,7 @@
 #include <memory>
 #include <span>
 
-/// An owned run of bytes that starts uninitialised, so that a large read touches its memory once only.
+/// An owned run of bytes that starts uninitialised, so that a large read touches its memory only once.
 class CByteBuffer {
 public:
     CByteBuffer() = default;

@@ -37,7 +37,7 @@ public:
     std::u16string_view Text() const { return m_content; }  ///< of a text
     std::u16string_view Words() const { return m_content; } ///< of exact words
 
-    /// The memory that it takes beside its own size, in bytes.
+    /// The memory that it takes besides its own size, in bytes.
     std::size_t FurtherBytes() const
     {
         constexpr std::size_t kWithin = 7; // units that a string holds without memory of its own

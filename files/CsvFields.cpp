@@ -100,7 +100,7 @@ private:
     {
         while (field.ends_with(u'\r'))
             field.remove_suffix(1);
-        if (m_column < m_columns && !field.empty()) // nothing behind a separator is no field
+        if (m_column < m_columns && !field.empty()) // an empty rest after a separator is no field
             m_fields.AddField(field);               // kept: with its quotes
         m_fields.EndLine();
         ++m_ended;
@@ -118,7 +118,7 @@ private:
 };
 
 /// Cuts ANSI bytes into lines as a text stream with a small buffer does, and appends them to a text with a line feed
-/// behind each.
+/// after each.
 class CAnsiLines {
 public:
     explicit CAnsiLines(std::u16string& text) : m_text(text) {}

@@ -23,6 +23,6 @@ Outcome ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter&
 /// Writes `rows` as the table at `path`, which is created or replaced as a whole.
 ///
 /// Not saved when the file cannot be written (then reported: "Save file %s failed!") or the work was given up. The old
-/// file is then as it was, unless it could not be replaced (Replacement.h) and failed while it was written over.
+/// file is then as it was, unless it could not be replaced (Replacement.h) and writing over it failed part-way.
 SaveResult SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                    CProgress& progress);

@@ -30,7 +30,7 @@ public:
 
     std::size_t LineCount() const { return m_lines.size(); }
 
-    /// The memory that it takes beside its own size, in bytes.
+    /// The memory that it takes besides its own size, in bytes.
     std::size_t FurtherBytes() const;
 
     friend bool operator==(const CFieldTable&, const CFieldTable&) = default;

@@ -6,7 +6,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The part of the file name behind its last point, its ASCII letters in lower case.
+/// The part of the file name after its last dot, its ASCII letters in lower case.
 fs::path::string_type LowerExtension(const fs::path& path)
 {
     fs::path::string_type name = path.filename().native();

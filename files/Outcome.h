@@ -23,7 +23,8 @@ try {
     return Outcome::Failed;
 }
 
-/// How a save ended, once its failure was reported. Reads as whether everything is in the file, and on the disk.
+/// How a save ended, once its failure was reported. As a truth value: whether everything is in the file, and on the
+/// disk.
 struct SaveResult {
     bool isSaved = false;
     bool mayHoldOldAndNew = false; ///< it failed part-way

@@ -60,7 +60,7 @@ bool CPagedFile::Write(WordAddress wordAddress, std::span<const std::byte> bytes
 }
 
 /// Enters all that the bytes from `first` to `end` lack in the directory and the tables at hand, in the order of the
-/// bytes and behind `fileEnd`: the length that the file is to have, nothing when an entry cannot lead so far.
+/// bytes and from `fileEnd` on: gives the length that the file is to have, nothing when an entry cannot lead so far.
 std::optional<std::uint64_t> CPagedFile::EnterBlocks(ByteOffset first, ByteOffset end, std::uint64_t fileEnd)
 {
     fileEnd = std::max(fileEnd, std::min(end, FlatEnd()).number);
@@ -92,7 +92,7 @@ bool CPagedFile::EnterTable(std::size_t directoryIndex, std::uint64_t& fileEnd)
     return true;
 }
 
-/// Enters a block at `fileEnd`, which moves on behind it.
+/// Enters a block at `fileEnd`, which moves on past it.
 bool CPagedFile::EnterBlock(Table& owner, std::size_t index, std::uint64_t& fileEnd)
 {
     if (fileEnd > std::numeric_limits<std::uint32_t>::max()) // an entry could not lead there
@@ -159,7 +159,7 @@ bool CPagedFile::WriteTables(std::span<Table* const> tables)
     });
 }
 
-/// Has nothing lead behind `oldEnd` any more and cuts the file there; leaves it long when an entry cannot be taken
+/// Makes nothing lead past `oldEnd` any more and cuts the file there; leaves it long when an entry cannot be taken
 /// back.
 void CPagedFile::TakeBack(std::span<Table* const> tables, std::uint64_t oldEnd)
 {

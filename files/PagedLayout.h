@@ -33,7 +33,7 @@ std::size_t TableIndex(ByteOffset address);
 /// Where the byte at `address` lies in its page.
 std::uint32_t PlaceInPage(ByteOffset address);
 
-/// The first byte behind the page of `address`.
+/// The first byte after the page of `address`.
 ByteOffset NextPage(ByteOffset address);
 
 /// How many of the next `left` bytes lie in the page of `address`.

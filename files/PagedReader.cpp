@@ -131,7 +131,7 @@ std::unique_ptr<CPagedReader::Table> CPagedReader::ReadTable(std::uint32_t offse
     return table;
 }
 
-/// Whether what an entry leads to lies in the file, behind the directory, where nothing else lies.
+/// Whether what an entry leads to lies in the file, after the directory, where nothing else lies.
 bool CPagedReader::TakesPlace(std::uint32_t offset)
 {
     const auto size = m_file.Size();

@@ -27,14 +27,15 @@ constexpr PagedKind KindOf(FileType type)
 Outcome ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                   CProgress& progress);
 
-/// Likewise, but never writes: the file need not be writable, and one that cannot be opened is a failure as others are.
+/// The same, but never writes: the file need not be writable, and one that cannot be opened is a failure like any
+/// other.
 Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                       CProgress& progress);
 
-/// Writes `rows` into the file at `path`. Every cell is coded first; words before and behind the stretch stay as they
+/// Writes `rows` into the file at `path`. Every cell is coded first; words before and after the stretch stay as they
 /// are.
 ///
-/// kept: a file that is missing or that one may not write is left so without a word; `isLeftOut` says so.
+/// kept: a file that is missing or that one may not write is left as it is without a word; `isLeftOut` says so.
 ///
 /// Not saved either when the rows are those of a file that could not be opened to be read, or when the file cannot be
 /// opened for another reason, is damaged or a write fails (then reported: "Can't save file %s,please check file or your
@@ -43,5 +44,5 @@ Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, File
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                      CProgress& progress);
 
-/// Likewise, with the failure left for the caller to report; that the file cannot be opened is one, too.
+/// The same, with the failure left for the caller to report; a file that cannot be opened is one, too.
 Outcome WritePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CProgress& progress);

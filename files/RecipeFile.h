@@ -19,14 +19,14 @@
 Outcome ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path& path, bool newFile,
                    CReporter& reporter, CProgress& progress);
 
-/// As ReadRecipe for a file that there is, but never writes: a paged file need not be writable, gets no pages, and one
-/// that cannot be opened is Failed, too, and reported.
+/// As ReadRecipe for an existing file, but never writes: a paged file need not be writable, gets no pages, and one that
+/// cannot be opened is Failed, too, and reported.
 Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                        CProgress& progress);
 
 /// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
-/// or when the work was given up. kept: a paged file that is missing or that one may not write is left so, and nothing
-/// is reported (PagedRecipeFile.h); PrepareSaveAs creates one.
+/// or when the work was given up. kept: a paged file that is missing or that one may not write is left as it is, and
+/// nothing is reported (PagedRecipeFile.h); PrepareSaveAs creates one.
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                       CProgress& progress);
 

@@ -27,7 +27,7 @@ bool Begin(FileType type, std::int32_t startAddress, CReplacement& file)
     return file.AppendOld();
 }
 
-/// That the file could not be begun, in the words that its type has for it.
+/// Says that the file could not be begun, in the words that its type has for it.
 void ReportNoBegin(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)
 {
     const bool isPagedToRead = IsPaged(type) && CFile(path, CFile::Mode::Read).IsOpen();

@@ -12,7 +12,7 @@
 /// once: the file is built beside the old one, with the old one's words where they stay, and takes its place when it is
 /// complete (CReplacement). The disk needs room for both until then.
 ///
-/// Not saved after a failure, reported exactly once in the words of those two: the old file is as it was then, or there
-/// is none as before. Only where it could not be replaced and failed while it was written over it may hold old and new.
+/// Not saved after a failure, reported exactly once in the words of those two: the old file is then as it was, or there
+/// is still none. Only where it could not be replaced, and writing over it failed part-way, may it hold old and new.
 SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path,
                          std::int32_t startAddress, CReporter& reporter);

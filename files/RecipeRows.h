@@ -111,7 +111,7 @@ public:
     const void* SourceId() const;
     std::size_t SourceBytes() const;
 
-    /// The memory that the rest takes beside its own size, about, in bytes: the layout, and the states of cells.
+    /// Roughly the memory that the rest takes besides its own size, in bytes: the layout, and the states of cells.
     std::size_t FurtherBytes() const;
 
 private:

@@ -63,7 +63,7 @@ bool CodesToItself(const CodedColumn& column, RecipeKind kind, std::span<const s
            (!isSigned || IsShownAsItIs(coding, LoadLittleEndian<std::uint32_t>(words.first(column.wholeNumberBytes))));
 }
 
-/// The number that `text` is, if it is nothing but some digits behind at most one minus: the usual field of a table.
+/// The number that `text` is, if it is nothing but some digits after at most one minus: the usual field of a table.
 std::optional<std::int32_t> ReadPlainInteger(std::u16string_view text)
 {
     constexpr std::size_t kMostDigits = 9; // any number of so many fits
@@ -80,7 +80,7 @@ std::optional<std::int32_t> ReadPlainInteger(std::u16string_view text)
     return isNegative ? -value : value;
 }
 
-/// Codes `text` to byte `pos` of `image`, which holds it, and moves `pos` behind it.
+/// Codes `text` to byte `pos` of `image`, which holds it, and moves `pos` past it.
 void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view text, std::span<std::byte> image,
               std::size_t& pos)
 {
@@ -97,7 +97,7 @@ void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view te
         CodeValue(coding, text, image, pos, kind);
 }
 
-/// Codes the cell that `texts` stands at to byte `pos` of `image` and moves `pos` behind it.
+/// Codes the cell that `texts` stands at to byte `pos` of `image` and moves `pos` past it.
 void CodeCell(const CodedColumn& column, RecipeKind kind, CCellTexts& texts, std::span<std::byte> image,
               std::size_t& pos)
 {

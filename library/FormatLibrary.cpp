@@ -25,7 +25,7 @@ constexpr std::size_t kMarkerLength = kMarkerSize / sizeof(char16_t);
 constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
 constexpr std::size_t kMarkSize = 4;
 
-/// Little-endian fields put one behind the other.
+/// Little-endian fields put one after another.
 class CFieldWriter {
 public:
     void Put32(std::int32_t value) { Put(static_cast<std::uint32_t>(value)); }
@@ -199,7 +199,8 @@ public:
         m_held = {};
     }
 
-    /// Reads as much of `bytes` as there is and leaves the rest of them as it was; the position moves on by all.
+    /// Reads as much of `bytes` as there is and leaves the rest of them as it was; the position moves on by the length
+    /// of all.
     bool Read(std::span<std::byte> bytes)
     {
         while (!bytes.empty() && Fetch()) {
@@ -322,7 +323,7 @@ private:
     std::size_t m_itemSize;
 };
 
-/// Reads what stands behind the marker: the file's length, -1 when a format record is bad.
+/// Reads what follows the marker: the file's length, -1 when a format record is bad.
 std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
 {
     file.MoveTo(library.fileVersion != 0 ? static_cast<std::int64_t>(kMarkerSize) : 0);

@@ -55,11 +55,11 @@ public:
     std::int64_t loadReadOnly(const std::filesystem::path& libraryPath);
 
     /// Writes the library to `libraryPath` as version 20: a complete new file that takes the old one's place
-    /// (CReplacement). Where a file holds these very bytes, be it one that may only be read, nothing is written or
-    /// made. Returns 0 once they are on the disk, or -1 after a failure, which leaves the old file as it was wherever
-    /// it could be replaced. Reports nothing. A link keeps leading to the file; what exists and is no regular file is
-    /// refused. Of each format `itemCount` items are written, but no more than it holds, and the number written is the
-    /// count in the file.
+    /// (CReplacement). Where a file already holds these very bytes, even one that may only be read, nothing is written
+    /// or made. Returns 0 once they are on the disk, or -1 after a failure, which leaves the old file as it was
+    /// wherever it could be replaced. Reports nothing. A link keeps leading to the file; what exists and is no regular
+    /// file is refused. Of each format `itemCount` items are written, but no more than it holds, and the number written
+    /// is the count in the file.
     int save(const std::filesystem::path& libraryPath) const;
 
     std::vector<std::unique_ptr<DataFormat>> formats;        ///< in file order; the first is selected at start

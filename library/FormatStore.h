@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <string_view>
 
-/// What there is to be told of the library's file: what of it is shown, and whether changes get there.
+/// What there is to tell of the library's file: what of it is shown, and whether changes get there.
 struct LibraryState {
     enum class Content {
         Whole,
@@ -54,7 +54,7 @@ public:
     void SetReadSettings(std::int32_t startAddress, std::int32_t rowCount, std::u16string_view filePattern);
 
     /// Writes the library to its file; false when that failed. Reports nothing. A file that could not be written before
-    /// and now can holds what is shown from here on, which State() tells then.
+    /// and now can be holds what is shown from here on, as State() then tells.
     bool Save();
 
     // `format` is the index of a format that there is, `position` that of an item of it or, for one that is put in, one

@@ -10,7 +10,8 @@
 /// The library file to read: the one that the command line names, else the program's own. Nothing is made.
 std::filesystem::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter);
 
-/// The one to write, likewise; a user's own that is missing is made from the sample one first (library/LibraryPlace.h).
+/// The one to write, chosen in the same way; a user's own that is missing is made from the sample one first
+/// (library/LibraryPlace.h).
 std::filesystem::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter);
 
 /// Loads the library file at `path`, which is never created or changed; a missing one gives no formats. False, and then

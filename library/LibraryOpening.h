@@ -18,5 +18,5 @@ LibraryOpening OpenLibrary(FormatLibrary& library, const std::filesystem::path& 
 /// Whether the library file at `path` is open to changes now. Changes nothing.
 bool MayBeWritten(const std::filesystem::path& path);
 
-/// Whether a library that was opened so holds only what stands before a damage of its file.
+/// Whether a library that was opened so holds only what stands before the damage in its file.
 bool IsDamaged(const FormatLibrary& library, const LibraryOpening& opening);

@@ -18,7 +18,7 @@ bool IsNothingToKeep(const fs::path& file)
     return fs::is_empty(file, fault); // not when nobody can tell
 }
 
-/// Whether `name` is in use, be it by a link that leads nowhere.
+/// Whether `name` is in use, even by a link that leads nowhere.
 bool IsTaken(const fs::path& name)
 {
     std::error_code ignored;

@@ -13,8 +13,8 @@
 /// opened.
 bool IsOriginalAtRisk(const FormatLibrary& library, std::int64_t loaded);
 
-/// Copies `file` to the same name with ".bak" behind it, or ".bak2", ".bak3" and so on where that name is taken. A copy
-/// with the same bytes that is there already serves; no existing file is changed. Reports nothing.
+/// Copies `file` to its name with ".bak" appended, or ".bak2", ".bak3" and so on where that name is taken. An existing
+/// copy with the same bytes will do; no existing file is changed. Reports nothing.
 ///
 /// True when such a copy stands there, or when there is nothing to keep: no such file, or an empty one. False after a
 /// failure, which leaves no new file behind.

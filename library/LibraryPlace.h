@@ -21,5 +21,5 @@ std::filesystem::path ProgramLibraryToRead(const std::filesystem::path& executab
 /// when there is no sample.
 std::filesystem::path UserLibraryPath(const std::filesystem::path& dataFolder, const std::filesystem::path& sample);
 
-/// The same file, or `sample` where there is none yet but a sample; nothing is made.
+/// The same file, or `sample` while there is a sample but no such file yet; nothing is made.
 std::filesystem::path UserLibraryToRead(const std::filesystem::path& dataFolder, const std::filesystem::path& sample);

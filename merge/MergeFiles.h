@@ -7,7 +7,7 @@
 /// that it has in the source, and zero words everywhere else. What the source no longer holds of its stretch is zero.
 /// The merged path's own file, if there is one, is replaced.
 ///
-/// False after a failure, then reported exactly once. What was written until then stays on disk:
+/// False after a failure, then reported exactly once. What was written by then stays on disk:
 /// - "Merge file %s failed!" with the merged path when it cannot be created (nothing new on disk); the same with a
 ///   second line of operation, path and the system's reason when reading or writing fails later on (the merged file as
 ///   far as it was written);

@@ -30,7 +30,7 @@ std::u16string ShownPath(std::u16string_view folder, std::u16string_view name, c
 /// What is wrong with the name as typed; nothing when it will do. White space around it does not count.
 std::optional<std::u16string> MergeNameFault(std::u16string_view name);
 
-/// `path`, with ".rcp" behind it unless it ends so, in whatever case.
+/// `path`, with ".rcp" appended unless it ends so, in whatever case.
 std::u16string WithRcpEnding(std::u16string_view path);
 
 /// The question to ask before the file at `path`, which exists, is replaced.

@@ -37,13 +37,13 @@ constexpr ByteOffset operator+(ByteOffset offset, std::uint64_t bytes)
     return ByteOffset(offset.number + bytes);
 }
 
-/// The bytes from `begin` to before `end`, which does not lie before it.
+/// The bytes from `begin` up to, but without, `end`, which does not lie before `begin`.
 constexpr std::uint64_t operator-(ByteOffset end, ByteOffset begin)
 {
     return end.number - begin.number;
 }
 
-/// Where a word begins; for one that is a little below 0, as a setting of 32 bits may be, behind the end of any file.
+/// Where a word begins; for one that is a little below 0, as a setting of 32 bits may be, past the end of any file.
 constexpr ByteOffset FirstByteOf(WordAddress address)
 {
     return ByteOffset(2 * static_cast<std::uint64_t>(address.number));

@@ -24,7 +24,7 @@ Value LoadLittleEndian(std::span<const std::byte> bytes)
     return bytes.size() == 2 ? LoadBytes<Value>(bytes.data(), 2) : LoadBytes<Value>(bytes.data(), bytes.size());
 }
 
-/// Puts as many low bytes of `value` into `bytes` as they hold, and zeros behind it.
+/// Puts as many low bytes of `value` into `bytes` as they hold, and zeros after it.
 template <class Value>
 void StoreLittleEndian(std::span<std::byte> bytes, Value value)
 {

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::int32_t kMostDecimals = 18; ///< a 64-bit integer has no more digits behind its first one
+constexpr std::int32_t kMostDecimals = 18; ///< a 64-bit integer has no more digits after its first one
 
 std::u16string FromAscii(std::string_view ascii)
 {

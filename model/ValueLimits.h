@@ -18,7 +18,7 @@
 std::optional<std::u16string> ValueOutsideLimits(const ColumnCoding& coding, std::span<const std::byte> image,
                                                  std::size_t pos);
 
-/// Likewise for the value that `text` codes, which need not have been checked; the result is then `text` itself.
+/// The same for the value that `text` codes, which need not have been checked; the result is then `text` itself.
 std::optional<std::u16string> ValueOutsideLimits(const ColumnCoding& coding, std::u16string_view text);
 
 /// What may stand in a cell, for the user to read: "-9.99 to 99.99", "0 to FFFF", "up to 8 characters"; empty for an

@@ -90,7 +90,7 @@ char16_t* PutInteger(char16_t* out, std::int32_t value)
     return PutUnsignedDigits(out + isNegative, (static_cast<std::uint32_t>(value) ^ (0 - isNegative)) + isNegative);
 }
 
-/// `digits` behind the point, made `count` characters long. kept: the zeros go behind the digits, so 5 becomes "50".
+/// `digits` after the point, made `count` characters long. kept: the zeros go after the digits, so 5 becomes "50".
 char16_t* PutFraction(char16_t* out, std::u16string_view digits, std::size_t count)
 {
     *out++ = u'.';

@@ -16,7 +16,7 @@
 //                  byte; or, with the unicode flag, one UTF-16 unit a word, up to the first zero unit
 //
 // A code outside the nine types shows as an empty text and is coded as zero bytes; a value longer than its type lies in
-// its first bytes, zero bytes behind it.
+// its first bytes, with zero bytes after it.
 
 /// The two kinds of file that hold words. They code alike but for two things: the flat file pads a double with decimals
 /// on the left, and the paged file takes its integers from an already normalised text.

@@ -242,8 +242,8 @@ private:
         return bytes.empty();
     }
 
-    /// Whether the byte or character `code` is ASCII, which a C library without the page leaves over, too, or a control
-    /// to which the page gives no meaning of its own.
+    /// Whether the byte or character `code` is ASCII, which a C library without the page leaves unconverted, too, or a
+    /// control to which the page gives no meaning of its own.
     bool StandsForItself(char16_t code) const
     {
         return code < kFirstControl || (code < kFirstControl + m_isFree.size() && m_isFree[code - kFirstControl]);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Capitals, each `step` behind the one before it, whose small letters all lie `distance` further on.
+/// Capitals, each `step` after the one before it, whose small letters all lie `distance` further on.
 struct CapitalRange {
     char16_t first;
     char16_t last;
