@@ -20,8 +20,8 @@
 
 #if defined(VANTOR_X11)
 
-/// An own connection to the X server that hears when a keyboard light goes on or off. The toolkit's connection is not
-/// used, so nothing of its event handling is touched.
+/// A connection of its own to the X server that hears when a keyboard light goes on or off. The toolkit's connection is
+/// not used, so nothing of its event handling is touched.
 class CLockKeys::CKeyboardLights {
 public:
     static std::unique_ptr<CKeyboardLights> Open(std::function<void(const States&)> changed)

@@ -122,8 +122,8 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// A file that may hold old and new words is of more weight than one that was not written, that than what was just
-/// undone, which is told for a moment only, that than formats that are not saved, and they are than the chosen cell.
+/// By weight: a file that may hold old and new words; one that was not written; what was just undone, which is told
+/// only for a moment; formats that are not saved; the chosen cell.
 void CMainFrame::ShowMessage()
 {
     const SaveNotice edit{{}, m_strEditNotice, m_strEditNotice};
@@ -249,8 +249,8 @@ bool CMainFrame::SaveRecipeDataAs(FileType type, const QString& path)
     return result.isSaved;
 }
 
-/// What a save that failed part-way left behind in `path` stays told until that file is saved or gone, and that one
-/// wrote nothing until any is saved.
+/// What a save that failed part-way left behind in `path` is told until that file is saved or gone; that a save wrote
+/// nothing, until any file is saved.
 void CMainFrame::TellState(const SaveResult& result, const QString& path)
 {
     if (result.isSaved) {
@@ -264,8 +264,8 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
     ShowMessage();
 }
 
-/// Of a file that a save found missing or protected. The table is all that has the changes: there is a way to keep
-/// them, and one to leave them.
+/// Of a file that a save found missing or protected. Only the table has the changes: there is a way to save them, and
+/// one to discard them.
 void CMainFrame::TellLeftOut(const QString& path)
 {
     const QString text = path.isEmpty()            ? tr("There is no file to save to: ")

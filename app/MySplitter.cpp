@@ -103,7 +103,7 @@ void CMySplitter::Toggle()
 void CMySplitter::PlaceBar(int left)
 {
     m_nLeftWanted = left;
-    // The right pane is never left without any: a pane of no width stays collapsed however large the window becomes.
+    // The right pane is never left without width: a pane of no width stays collapsed however large the window becomes.
     setSizes({left, std::max(width() - handleWidth() - left, kLeastRightPane)});
 }
 

@@ -14,14 +14,14 @@ public:
     /// The pixels to which the left pane is brought back.
     void SetLeftPaneWidth(int pixels) { m_nLeftPaneWidth = pixels; }
 
-    /// Gives the left pane so many pixels, the rest to the right one. Where the right pane needs more than the rest the
-    /// left one gives way, and has its width again as soon as there is room for it.
+    /// Gives the left pane so many pixels and the right one the rest. Where the right pane needs more than that, the
+    /// left one gives way, and gets its width back as soon as there is room for it.
     void PlaceBar(int left);
 
     /// Whether the left pane is at its normal width.
     bool IsExpanded() const { return m_bExpanded; }
 
-    /// Whether there is anything of the left pane to be seen: it may have been dragged open or shut.
+    /// Whether any of the left pane can be seen: it may have been dragged open or shut.
     bool ShowsLeftPane() const { return sizes().front() > 0; }
 
     /// Collapses or restores the left pane.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kReadable = 4.5; ///< contrast of a text
 constexpr double kSeen = 1.5;     ///< contrast of a line between two titles
-constexpr int kRoomInRow = 4;     ///< pixels that a row of a list is higher than its text
+constexpr int kRoomInRow = 4;     ///< pixels by which a row of a list is higher than its text
 constexpr double kOutlineRadius = 2;
 constexpr int kBelowTitle = 4; ///< pixels from a group's title to its frame
 
@@ -58,8 +58,8 @@ bool IsReadable(const QPalette& palette, QPalette::ColorGroup group, const RoleP
     return Contrast(palette.color(group, pair.text), palette.color(group, pair.background)) >= kReadable;
 }
 
-/// Some desktops have texts that can hardly be read, those of disabled controls above all. A disabled text still is
-/// less than the others: a third of the way to its background.
+/// Some desktops have texts that can hardly be read, those of disabled controls above all. A disabled text still stands
+/// out less than the others: a third of the way to its background.
 void MakeTextsReadable(QPalette& palette)
 {
     for (const RolePair& pair : kTexts) {

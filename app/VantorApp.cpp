@@ -28,6 +28,6 @@ void CVantorApp::InitInstance()
     m_pFrame = std::make_unique<CMainFrame>(ExecutablePath());
     m_pFrame->showMaximized();
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() > 1) // once the window is up: a message of the file must have a window to stand over
+    if (arguments.size() > 1) // once the window is up: a message about the file must have a window to stand over
         QTimer::singleShot(0, m_pFrame.get(), [this, path = arguments.at(1)] { m_pFrame->OpenPath(path); });
 }

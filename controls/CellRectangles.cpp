@@ -43,7 +43,7 @@ private:
 
     std::vector<CellRectangle> m_rectangles;
     std::vector<std::size_t> m_above; ///< those that end in the row above, from left to right
-    std::vector<std::size_t> m_row;   ///< those that reach into the row of the last stretch, likewise
+    std::vector<std::size_t> m_row;   ///< those that reach into the row of the last stretch, in the same order
     std::size_t m_next = 0;           ///< the first of m_above that the next stretch may continue
 };
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-/// The cells from one corner to the other, both among them.
+/// The cells from one corner to the other, both included.
 struct CellRectangle {
     int top;
     int left;
@@ -15,6 +15,6 @@ struct CellRectangle {
 /// What reaches over all of `cells` (row and column), of which there is one at least.
 CellRectangle RectangleAround(const std::vector<std::pair<int, int>>& cells);
 
-/// Rectangles that hold just `cells` (row and column, ascending): where rows that follow each other hold the same
-/// stretch of columns, one for all of them. When they are more than `most`, the one around all cells.
+/// Rectangles that hold just `cells` (row and column, ascending): one for all consecutive rows that hold the same
+/// stretch of columns. When there are more than `most`, the one around all cells.
 std::vector<CellRectangle> RectanglesOf(const std::vector<std::pair<int, int>>& cells, std::size_t most);

@@ -2,8 +2,8 @@
 
 #include <QComboBox>
 
-/// A combo box whose choice the mouse wheel changes only while it has the focus. Else the wheel scrolls what is around
-/// it, and gives it no focus.
+/// A combo box whose choice the mouse wheel changes only while it has the focus. Otherwise the wheel scrolls what is
+/// around it, and gives it no focus.
 class CFocusComboBox final : public QComboBox {
     Q_OBJECT
 

@@ -2,7 +2,7 @@
 
 #include "controls/GridCellBase.h"
 
-/// The ordinary cell: it shows its text.
+/// The ordinary cell, which shows its text.
 class CGridCell : public CGridCellBase {
 public:
     void Draw(QPainter& painter, const QRect& rect, const GridCellLook& look) const override;

@@ -12,7 +12,7 @@
 class QPainter;
 class QRect;
 
-/// How one cell is drawn, after what it does not set itself was taken from its default cell.
+/// How one cell is drawn, with what it does not set itself taken from its default cell.
 struct GridCellLook {
     QColor textColor;
     QColor backColor;

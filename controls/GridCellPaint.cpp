@@ -42,7 +42,7 @@ void DrawCell(QPainter& painter, const QRect& rect, const CGridModel& model, int
         DrawCellText(painter, inner, look, model.Text(row, column));
 }
 
-// Filled, not drawn with a pen: on screens of higher resolution a pen's line lies half beside its pixels.
+// Filled, not drawn with a pen: on screens of higher resolution a pen's line lies half a pixel off.
 void DrawCellLines(QPainter& painter, const QRect& rect, const QColor& color)
 {
     painter.fillRect(rect.right(), rect.top(), 1, rect.height(), color);

@@ -22,7 +22,7 @@ void DrawCellLines(QPainter& painter, const QRect& rect, const QColor& color);
 /// The colour that says "out of range" on `background`.
 QColor WarningColor(const QColor& background);
 
-/// `background` with a breath of that colour, on which the same text is read as well.
+/// `background` with a breath of that colour, on which the same text is just as readable.
 QColor WarningTint(const QColor& background);
 
 /// Draws the marks of a cell beside its text: a corner for a changed value, a bar for one out of range. They differ in

@@ -183,7 +183,7 @@ bool CGridClipboard::PasteBlock(QStringView text, CGridEdits& edits)
     return true;
 }
 
-/// Showing how far it is lets events happen, of which any may reset the grid.
+/// Showing how far it is lets events happen, any of which may reset the grid.
 bool CGridClipboard::GoesOn(CSlowWork& work, std::int64_t done) const
 {
     return work.Step(done) && m_chosen.first().isValid();

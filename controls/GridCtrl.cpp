@@ -78,7 +78,7 @@ void CGridCtrl::ConnectParts()
     connect(&Selection(), &CGridSelectionModel::FocusMoving, this, [this](const QModelIndex& index) {
         SendNotification(m_nControlId, GridNotification::SelectionChanging, index);
     });
-    // No selection by dragging, over the titles neither.
+    // No selection by dragging, not over the titles either.
     disconnect(horizontalHeader(), &QHeaderView::sectionEntered, this, nullptr);
     disconnect(verticalHeader(), &QHeaderView::sectionEntered, this, nullptr);
     // After the toolkit's own selecting, which was connected first.

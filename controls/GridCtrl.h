@@ -42,8 +42,8 @@ struct GridItem {
 
 /// A grid with fixed title rows and columns, editable cells, an in-place editor, the clipboard and printing.
 ///
-/// It knows nothing of what its cells mean: whether a typed text is acceptable it asks the check, how to report a
-/// refused one it leaves to the reporter. Rows and columns are counted with the fixed ones everywhere.
+/// It knows nothing of what its cells mean: it asks the check whether a typed text is acceptable, and leaves it to the
+/// reporter how to report a refused one. Rows and columns are counted with the fixed ones everywhere.
 ///
 /// A click, Shift+click, Ctrl+click, the titles and the keys choose cells; dragging the mouse does not. The keys that
 /// move the focus cell make it the selected one; with Shift they extend the selection to it, with Ctrl they go to the
@@ -53,7 +53,7 @@ class CGridCtrl : public QTableView, private CInPlaceEditOwner {
 
 public:
     using CellCheck = CGridEdits::Check;
-    /// Shows one message to the user and returns when it was answered.
+    /// Shows one message to the user and returns once it is answered.
     using MessageReporter = std::function<void(const QString& text)>;
     /// What became of a change that goes the user's way.
     using Change = CGridEdits::Change;
@@ -77,12 +77,12 @@ public:
     int FixedRowCount() const;
     int FixedColumnCount() const;
 
-    /// The height of every body row in pixels that has none of its own. Cheap for any number of rows.
+    /// The height in pixels of every body row that has none of its own. Cheap for any number of rows.
     void SetDefaultRowHeight(int pixels);
     bool SetRowHeight(int row, int pixels);      ///< false for a row outside the grid
     bool SetColumnWidth(int column, int pixels); ///< false for a column outside the grid
     /// Makes the columns from `first` on as wide as their titles and texts ask for, within bounds. Looks at some rows
-    /// spread over the grid, not at all.
+    /// spread over the grid, not at all of them.
     void FitColumns(int first);
     int RowHeight(int row) const;      ///< in pixels; 0 outside the grid
     int ColumnWidth(int column) const; ///< in pixels; 0 outside the grid
@@ -107,8 +107,8 @@ public:
     bool FocusCell(int& row, int& column) const; ///< false when no cell has the focus
     bool SetFocusCell(int row, int column);      ///< false for a fixed cell or one outside the grid
     /// Makes these data cells, grid row and column in ascending order, the selected ones and the first of them the
-    /// focus cell, and scrolls so that it is in sight, and the others where they fit. Others than data cells are left
-    /// out; nothing happens when no cell is left. Cells that make up more than 1,000 rectangles are selected with all
+    /// focus cell, and scrolls so that it is in sight, and the others where they fit. Cells that are not data cells are
+    /// left out; nothing happens when none is left. Cells that make up more than 1,000 rectangles are selected with all
     /// that lies between them.
     void ShowCells(const std::vector<std::pair<int, int>>& cells);
     /// What the commands on cells act on: the selected cells, or the focus cell alone when none is selected.
@@ -150,13 +150,13 @@ public slots:
     void SelectAll();
 
 signals:
-    /// Right click, selection changing, end of an edit: in this order of their happening. At the end of an edit the
+    /// Right click, selection changing, end of an edit: in the order in which they happen. At the end of an edit the
     /// cell shows the text already.
     void Notify(const GridNotification& notification);
     /// A text was accepted that differs from the one before; sent before the cell takes it.
     void CellEdited(int row, int column);
-    /// The user came to the focus cell by a click, a key or an edit. Told also, and by keys only, where it did not
-    /// move.
+    /// The user came to the focus cell by a click, a key or an edit. Also told where it did not move, but then for keys
+    /// only.
     void FocusCellUsed(int row, int column);
 
 protected:

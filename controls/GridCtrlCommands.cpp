@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMostRectangles = 1000; // of a selection: the toolkit walks through all for each cell it paints
 
-/// False when the memory does not suffice for `work`.
+/// False when there is not enough memory for `work`.
 template <typename Work>
 bool HasMemoryFor(const Work& work)
 {
@@ -103,7 +103,7 @@ void CGridCtrl::MarkEdited(int row, int column)
     emit CellEdited(row, column);
 }
 
-/// A text that the cell has already is not set once more: the source need not keep what never changed.
+/// A text that the cell already has is not set again: the source need not keep what never changed.
 void CGridCtrl::TakeText(int row, int column, const QString& text)
 {
     if (m_pModel->Text(row, column) != text && m_pModel->SetTexts(GridChange::Typing, {{row, column, text}}))

@@ -189,7 +189,7 @@ bool CGridCtrl::HandleWholesKey(const QKeyEvent& event)
     return true;
 }
 
-/// Focus cell and selection are one after it, also where the focus has nowhere to go.
+/// Focus cell and selection are one after it, even where the focus has nowhere to go.
 bool CGridCtrl::HandleMoveKey(const QKeyEvent& event)
 {
     const std::optional<CursorAction> action = MoveOf(event.key());

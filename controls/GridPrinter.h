@@ -11,7 +11,7 @@ class QHeaderView;
 struct GridTitleSizes;
 
 /// Prints a grid to a printer or a PDF: the fixed rows and columns on every page, a wide grid in several bands of
-/// columns, and "Page %d of %d" at the foot. The pages are reckoned from the row heights, so that the number of rows
+/// columns, and "Page %d of %d" at the foot. The pages are worked out from the row heights, so that the number of rows
 /// does not matter until they are printed.
 class CGridPrinter {
 public:

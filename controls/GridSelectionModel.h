@@ -5,7 +5,7 @@
 /// The focus cell and the selected cells of a grid: where the focus goes, the selection begins or is extended to.
 ///
 /// A selection has an anchor, the focus cell with which it was begun. What extends it reaches from the anchor to the
-/// new focus cell. All of it works on ranges, so the number of rows costs nothing.
+/// new focus cell. All of this works on ranges, so the number of rows costs nothing.
 class CGridSelectionModel final : public QItemSelectionModel {
     Q_OBJECT
 

@@ -4,9 +4,9 @@
 
 #include <vector>
 
-/// What is to be seen of a cell besides its text.
+/// What a cell shows besides its text.
 struct GridCellMarks {
-    bool changed = false;    ///< the user changed it and it was not saved since
+    bool changed = false;    ///< the user changed it and it has not been saved since
     bool outOfRange = false; ///< its value lies outside what it may hold
 };
 

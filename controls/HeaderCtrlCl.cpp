@@ -64,7 +64,7 @@ QSize CHeaderCtrlCl::sizeHint() const
     return {natural.width(), static_cast<int>(static_cast<float>(natural.height()) * m_fHeightFactor)};
 }
 
-/// One pixel at the left of each column stays free and parts the columns.
+/// One pixel at the left of each column stays free and separates the columns.
 void CHeaderCtrlCl::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());

@@ -35,7 +35,7 @@ public:
     int Row() const { return m_nRow; }
     int Column() const { return m_nColumn; }
 
-    /// Ends the edit as `key` does (0: no key). False when the text was refused, or an end is running already.
+    /// Ends the edit as `key` does (0: no key). False when the text was refused, or an end is already running.
     bool End(int key);
     /// Takes the editor away without ending the edit. `heir` gets the focus when the editor has it.
     void Close(QWidget* heir);

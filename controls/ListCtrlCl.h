@@ -41,11 +41,11 @@ public:
     void SetCellFont(int height, int width); ///< as ListFont takes them
     void SetRowHeight(int pixels);           ///< at once, for every row; 0 or less for the natural height
 
-    /// Puts a column of `width` pixels in at `position`, or behind the last one, and returns where it is. The heading
+    /// Puts a column of `width` pixels in at `position`, or after the last one, and returns where it is. The heading
     /// goes to the first column from the left that has none yet. kept: an `alignment` that is none is centred. Columns
     /// have no sub-item numbers of their own here.
     int InsertColumn(int position, const QString& heading, int alignment, int width, int subItem = -1);
-    /// Puts a row in at `row`, or behind the last one, and returns where it is. `text` is that of its first cell.
+    /// Puts a row in at `row`, or after the last one, and returns where it is. `text` is that of its first cell.
     int InsertItem(int row, const QString& text);
     /// The text of a cell. It is not painted: it is the cell's tool tip, its first 80 characters.
     void SetItemText(int row, int column, const QString& text);
@@ -54,7 +54,8 @@ public:
 
     void SetBitState(int row, int column, int state);        ///< 0 clear, otherwise set
     std::optional<bool> BitState(int row, int column) const; ///< none for a cell that was given no state
-    /// Flips a cell's bit as a click on it does. A cell that was given no state stays clear; it is told all the same.
+    /// Flips a cell's bit as a click on it does. A cell that was given no state stays clear; the click is told all the
+    /// same.
     void ToggleBit(int row, int column);
 
     // The look of a cell that is not selected.

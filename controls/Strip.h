@@ -27,7 +27,7 @@ struct StripMessage {
 /// A bar across a window that says one thing and offers buttons for it, without stopping anybody as a box would. It is
 /// hidden while there is nothing to say.
 ///
-/// Each message has a weight, of each weight there is at most one, and the heaviest is seen; a lighter one shows again
+/// Each message has a weight; there is at most one of each weight, and the heaviest is seen; a lighter one shows again
 /// when those before it are gone. The user can dismiss the message seen, with its last button or with Escape. The text
 /// wraps, can be chosen and copied, and is told to screen readers when it comes into sight.
 class CStrip final : public QFrame {

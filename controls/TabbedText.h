@@ -28,6 +28,6 @@ private:
     int m_nRow = 0;
     int m_nColumn = -1;
     bool m_bRowEnded = false;
-    bool m_bMore = true;      ///< a field follows, be it an empty one at the end
-    bool m_bUnclosed = false; ///< a quote without an end was met: no later one is closed either
+    bool m_bMore = true;      ///< a field follows, even an empty one at the end
+    bool m_bUnclosed = false; ///< an unclosed quote was met: no later one is closed either
 };

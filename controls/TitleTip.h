@@ -3,8 +3,8 @@
 #include <QLabel>
 #include <QRect>
 
-/// A small window that shows the whole of a text which is cut off where it stands. It belongs to a grid, is made with
-/// it and is hidden until Show.
+/// A small window that shows the whole of a text that is cut off where it stands. It belongs to a grid, is made with it
+/// and is hidden until Show.
 class CTitleTip final : public QLabel {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ public:
 
     /// Shows `text` over `place`, a rectangle of the screen, when it is too wide for it. False when it is not.
     bool Show(const QRect& place, const QString& text);
-    /// Hides it and gives the mouse free where it holds it.
+    /// Hides it and releases the mouse where it holds it.
     void Hide();
 
     int DoubleClickTime() const { return m_nDoubleClickTime; } ///< of the desktop, in milliseconds

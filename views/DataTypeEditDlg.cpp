@@ -87,7 +87,7 @@ void CDataTypeEditDlg::ConnectControls()
     connect(m_pUi->comboDecimal, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnDecimalChanged);
     connect(m_pUi->comboInteger, &QComboBox::currentIndexChanged, this, &CDataTypeEditDlg::OnIntegerChanged);
     connect(m_pUi->editDescription, &QLineEdit::textChanged, this, &CDataTypeEditDlg::DropHalfAtTheEnd);
-    // The rejection is told after the part of the text that was taken.
+    // The rejection is told after the part of the text that was accepted.
     connect(m_pUi->editDescription, &QLineEdit::textEdited, this, [this] { TellDescriptionLength(false); });
     connect(
         m_pUi->editDescription, &QLineEdit::inputRejected, this, [this] { TellDescriptionLength(true); },

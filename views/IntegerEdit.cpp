@@ -23,7 +23,7 @@ bool IsInteger(const QString& text)
                        [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
-/// Looks at each new text of a field. What was inserted is what the text has more than the one before it.
+/// Looks at each new text of a field. What was inserted is what the text has beyond the one before it.
 class CIntegerValidator final : public QValidator {
 public:
     using QValidator::QValidator;

@@ -40,7 +40,7 @@ QSize NeededFor(const QString& text, const QFont& font, int most)
     return {width, static_cast<int>(std::ceil(sheet.size().height()))};
 }
 
-/// To screen readers a text that stands there, not a field.
+/// To screen readers it is a text that stands there, not a field.
 QAccessibleInterface* MakeLabelAccessible(const QString& className, QObject* object)
 {
     if (className != QLatin1String("CMessageLabel"))

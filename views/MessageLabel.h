@@ -2,8 +2,8 @@
 
 #include <QTextEdit>
 
-/// A message in a box, to read and to select. A line ends between words where it can, else between any two characters:
-/// a path may have no blanks. What is selected is copied exactly as it was given.
+/// A message in a box, which can be read and selected. A line ends between words where it can, else between any two
+/// characters: a path may have no blanks. What is selected is copied exactly as it was given.
 class CMessageLabel final : public QTextEdit {
     Q_OBJECT
 

@@ -11,8 +11,8 @@ namespace Ui {
 class CNewFormatNameDlg;
 }
 
-/// Asks for the name of a new data format. Ends with OK only when the name may stand; a refused one stays as typed. Of
-/// a long one a line tells, while it is typed, how much of it is kept.
+/// Asks for the name of a new data format. Ends with OK only when the name may stand; a refused one stays as typed.
+/// While a long one is typed, a line tells how much of it is kept.
 class CNewFormatNameDlg final : public QDialog {
     Q_OBJECT
 

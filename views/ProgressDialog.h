@@ -11,8 +11,8 @@
 class QProgressDialog;
 class QWidget;
 
-/// Shows how far long work is and lets the user cancel it. Nothing appears, and no event is handled, before the work
-/// has taken `delay`; from then on the window repaints but takes no other input.
+/// Shows how far long work has come and lets the user cancel it. Nothing appears, and no event is handled, before the
+/// work has taken `delay`; from then on the window repaints but takes no other input.
 class CProgressDialog final : public CProgress {
 public:
     CProgressDialog(QWidget& parent, QString label, std::chrono::milliseconds delay = std::chrono::milliseconds(500));

@@ -2,7 +2,7 @@
 
 #include <QLineEdit>
 
-/// A field to read and to copy from, not to type into; its ground is that of the window.
+/// A field to read and to copy from, not to type into; its background is that of the window.
 class CReadOnlyField final : public QLineEdit {
     Q_OBJECT
 

@@ -66,7 +66,7 @@ public:
     CGridCtrl& Grid() { return *m_pGrid; }
 
 signals:
-    /// The cell on which cell commands work was chosen, or there is none any more.
+    /// The cell on which cell commands work was chosen, or there no longer is one.
     void CellChosen();
     /// What ChosenCellInfo tells may be another text now.
     void ChosenCellChanged();

@@ -375,8 +375,8 @@ bool CRecipeFormatEditView::eventFilter(QObject* watched, QEvent* event)
     return QScrollArea::eventFilter(watched, event);
 }
 
-/// Where no row was current the toolkit makes the first one so, but does not show it as selected: one would not see
-/// which row Delete takes.
+/// Where no row was current the toolkit makes the first one current, but does not show it as selected: one would not
+/// see which row Delete takes.
 void CRecipeFormatEditView::SelectRowForKeys(Qt::FocusReason reason)
 {
     if (reason != Qt::MouseFocusReason && CurrentRow() < 0)
@@ -427,7 +427,7 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
     m_pItemMenu->popup(globalPosition);
 }
 
-/// Behind the row that the menu was opened on, else at the end.
+/// After the row that the menu was opened on, else at the end.
 void CRecipeFormatEditView::OnAddItem()
 {
     m_store.SetChanged(); // kept: also when the dialog is cancelled
@@ -444,7 +444,7 @@ void CRecipeFormatEditView::OnAddItem()
     Made(EditKind::AddItem, change);
 }
 
-/// The row that the menu was opened on, -1 for none. It is one no longer when rows went since.
+/// The row that the menu was opened on, -1 for none. It no longer is one when rows have gone since.
 int CRecipeFormatEditView::TakeContextItem()
 {
     const int row = std::exchange(m_nContextItem, -1);
@@ -481,7 +481,7 @@ void CRecipeFormatEditView::OnDeleteItem()
         DeleteItem(row);
 }
 
-/// kept: the numbers of the rows behind it stay as they are, until the list is filled again
+/// kept: the numbers of the rows after it stay as they are, until the list is filled again
 void CRecipeFormatEditView::DeleteItem(int row)
 {
     const FormatChange change = m_store.RemoveItem(SelectedIndex(), static_cast<std::size_t>(row));
@@ -507,7 +507,7 @@ void CRecipeFormatEditView::OnAddFormat()
     Made(EditKind::AddFormat, m_store.AppendFormat(NewFormat(dialog.Name())));
 }
 
-/// The format behind the deleted one is selected, or, after the last one, the one before it.
+/// The format after the deleted one is selected, or, when that was the last, the one before it.
 void CRecipeFormatEditView::OnDeleteFormat()
 {
     Made(EditKind::DeleteFormat, m_store.RemoveFormat(SelectedIndex()));

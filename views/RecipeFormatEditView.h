@@ -50,12 +50,12 @@ public:
     /// Who changes its formats tells FormatChanged.
     CFormatStore& Store() { return m_store; }
 
-    /// Shows and selects the format at `index`, or the last one before that, after it was changed from outside, came
-    /// or went. Neither uses nor saves it. A format that became another one while it was selected keeps the current
-    /// row.
+    /// Shows and selects the format at `index`, or the last one before that, after it was changed, put in or taken out
+    /// from outside. Neither uses nor saves it. A format that became another one while it was selected keeps the
+    /// current row.
     void FormatChanged(std::size_t index);
 
-    /// Saves the library. Whether that went is told in the status bar and in the strip, too.
+    /// Saves the library. Whether that succeeded is told in the status bar and in the strip, too.
     bool SaveFormats();
 
     /// The pattern of the file type that was opened last, "*.rcp" for example; kept in the library between runs.
