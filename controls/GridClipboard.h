@@ -27,7 +27,7 @@ public:
     /// False when nothing is chosen or it was given up; the clipboard is then as before.
     bool Copy();
     bool Clear(CGridEdits& edits);                   ///< empties the chosen cells; false when it was given up
-    bool Paste(QStringView text, CGridEdits& edits); ///< likewise
+    bool Paste(QStringView text, CGridEdits& edits); ///< false when it was given up
 
 private:
     bool Fill(const QString& text, const QString& label, CGridEdits& edits);

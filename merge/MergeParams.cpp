@@ -78,7 +78,7 @@ constexpr MergeCheck kChecks[] = {
      u"The second file's saving location in the merged file can not be negative!"},
     {[](const P& p) { return p.secondReadStart < 0; },
      u"The second file's reading location  can not be negative!"},
-    // kept: zero is refused as well
+    // kept: zero is refused, too
     {[](const P& p) { return p.secondLength < 1; },
      u"The second file's reading length  can not be negative!"},
     {[](const P& p) { return p.secondPlace > MergedWords(p.mergedSize) - 1; },

@@ -14,7 +14,7 @@ struct ColumnCoding {
     std::int32_t integerDigits = 0; ///< digits before the point
     std::int32_t decimalDigits = 0; ///< digits after the point; 0: no point
     std::int64_t minValue = 0;      ///< lower limit: of the raw word value, or of the float itself
-    std::int64_t maxValue = 0;      ///< upper limit, likewise
+    std::int64_t maxValue = 0;      ///< upper limit, of the same
     std::int32_t unicode = 0;       ///< strings: nonzero for one UTF-16 unit a word, 0 for two ANSI bytes a word
 
     friend bool operator==(const ColumnCoding&, const ColumnCoding&) = default;

@@ -1,5 +1,5 @@
-// Every window and dialog as somebody meets it who does not see it or who has no mouse: names and roles, what is said
-// of each cell, the order of Tab, a key for each command.
+// Every window and dialog as met by somebody who does not see it or has no mouse: names and roles, what is said of each
+// cell, the order of Tab, a key for each command.
 
 #include "controls/GridCtrl.h"
 #include "controls/ListCtrlCl.h"
@@ -26,7 +26,7 @@ namespace {
 
 // ---------------------------------------------------------------- names and roles
 
-/// What holds or moves controls and is none itself.
+/// What holds or moves controls and is not one itself.
 bool NeedsNoName(QAccessible::Role role)
 {
     switch (role) {
@@ -67,7 +67,7 @@ std::string RoleName(QAccessible::Role role)
     return std::to_string(static_cast<int>(role));
 }
 
-/// Goes over what is to be seen in a window and writes down what is wrong.
+/// Goes over what can be seen in a window and writes down what is wrong.
 class CAccessWalk {
 public:
     void Walk(QAccessibleInterface& node, const std::string& path)

@@ -108,7 +108,7 @@ TEST_F(CellInfo, AfterAFailedSaveTheMarksStay)
     EXPECT_TRUE(Marks(1, 2).changed);
 }
 
-TEST_F(CellInfo, RowsReadAnewAreUnchanged)
+TEST_F(CellInfo, RowsReadAgainAreUnchanged)
 {
     TypeIntoCell(1, 2, "6");
     QTest::mouseClick(&Find<QPushButton>("buttonRefreshData"), Qt::LeftButton);

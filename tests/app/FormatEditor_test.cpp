@@ -190,7 +190,7 @@ TEST_F(FormatEditor, MoreRowsThanAnyTableHasAreReportedOnceAndTheFileStaysAsItIs
     EXPECT_TRUE(ReadAll(folder / "a.rcp") == before);
 }
 
-TEST_F(FormatEditor, RowsBehindTheLastAddressShowAsMissingWords)
+TEST_F(FormatEditor, RowsPastTheLastAddressShowAsMissingWords)
 {
     const Bytes before = ReadAll(folder / "a.rcp");
     TypeInto(*frame, "editStartAddress", "2147483647");

@@ -83,7 +83,7 @@ struct FormatsKept : FrameFixture {
         return texts;
     }
 
-    /// A save that cannot be made: what a folder has the name of.
+    /// A save that cannot be made: a folder has the file's name.
     void BlockLibrary()
     {
         fs::remove(LibraryPath());

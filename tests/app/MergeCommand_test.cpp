@@ -186,7 +186,7 @@ TEST_F(MergeCommand, CancelledWritesNothing)
     EXPECT_FALSE(fs::exists(folder / "merged.rcp"));
 }
 
-TEST_F(MergeCommand, StartsAnewEachTime)
+TEST_F(MergeCommand, StartsAfreshEachTime)
 {
     {
         std::vector<CModalAnswer::Action> actions = Choices("merged");

@@ -133,7 +133,7 @@ TEST_P(NarrowWindow, AWideFirstColumnLeavesTheLeftPaneSome)
     ASSERT_TRUE(Grid().SetItemText(1, 2, "1"));
     Grid().SetColumnWidth(0, 300);
     Grid().SetColumnWidth(2, 900);
-    Trigger(*frame, "actionNew"); // lays the table out anew
+    Trigger(*frame, "actionNew"); // lays the table out afresh
     EXPECT_GT(LeftWidth(), 100);
 }
 

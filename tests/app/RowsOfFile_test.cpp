@@ -11,7 +11,7 @@
 #include <string_view>
 #include <tuple>
 
-// Rows that are not those of the current file are saved to no file, on whatever road they came to be so.
+// Rows that are not those of the current file are saved to no file, however they came to be so.
 
 namespace {
 
@@ -171,7 +171,7 @@ TEST_F(RowsOfFile, OnceReadAgainAreSaved)
     QTest::keyClick(frame.get(), Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(answer.texts, Texts{});
     EXPECT_FALSE(frame->Document().IsModified());
-    EXPECT_EQ(ReadAll(folder / "a.csv")[4], std::byte{'7'}); // behind the mark and a quote
+    EXPECT_EQ(ReadAll(folder / "a.csv")[4], std::byte{'7'}); // after the mark and a quote
 }
 
 TEST_F(RowsOfFile, ThatWentAfterAnEditAreNotSavedAtClosing)

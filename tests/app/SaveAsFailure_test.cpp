@@ -93,7 +93,7 @@ TEST_F(SaveAsFailure, OfAPagedFileInNoFolderChangesNothing)
 
 TEST_F(SaveAsFailure, OfARecipeThatCouldBeMadeButHasNoRoomForTheRowsChangesNothing)
 {
-    ReadFrom(100); // the file is made with 100 bytes, the rows begin behind 200
+    ReadFrom(100); // the file is made with 100 bytes, the rows begin after 200
     EXPECT_EQ(FailToSaveAs("q.rcp", 200), FailedRecipe("q.rcp"));
     ExpectTheOpenFileIsStillTheCurrentOne();
 }

@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatsImportRefused, testing::Values(
     RefusedJson{"Empty", "", "/: line 1, column 1 is no valid JSON"},
     RefusedJson{"NoJson", "{\n  \"rowCount\": 1,\n  oops}", "/rowCount: line 3, column 3 is no valid JSON"},
     RefusedJson{"CutOff", "{\"formats\": [{", "/formats/0: line 1, column 15 is no valid JSON"},
-    RefusedJson{"SomethingBehind", "{} x", "/: line 1, column 4 is no valid JSON"},
+    RefusedJson{"SomethingAfter", "{} x", "/: line 1, column 4 is no valid JSON"},
     RefusedJson{"NoUtf8", "{\"formats\": [\n{\"name\": \"a\xFF\"}]}",
                 "/formats/0/name: line 2, column 12 is no valid JSON"},
     RefusedJson{"LoneSurrogate", "{\"filePattern\": \"\\ud800\"}", "/filePattern: line 1, column 24 is no valid JSON"},

@@ -52,7 +52,7 @@ TEST_P(HostileNumbers, LastWordAddressIsOne)
     EXPECT_NE(out.find('7', out.find(kLargest) + kLargest.size()), std::string::npos) << out;
 }
 
-TEST_P(HostileNumbers, RowsBehindTheLastAddressAreRefusedByPagedFiles)
+TEST_P(HostileNumbers, RowsPastTheLastAddressAreRefusedByPagedFiles)
 {
     if (IsPaged()) {
         ExpectRefused(Show(kLargest, "2"), "Open file " + file.string() + " error!");

@@ -37,7 +37,7 @@ TEST_F(SetCommand, TakesFormatStartAndRowsFromItsOptions)
     EXPECT_EQ(ReadAll(recipe), WordBytes({99, 5, 123, 1000, u'A', 0, 600, 45, 0, 0x5B8B, 0x4F53, 0xFFFE}));
 }
 
-TEST_F(SetCommand, SaveBehindTheEndMakesTheFileLonger)
+TEST_F(SetCommand, SavePastTheEndMakesTheFileLonger)
 {
     WriteAll(recipe, WordBytes({99}));
     ExpectDone(Cells({{"1", "2", "7"}}));
@@ -82,8 +82,8 @@ INSTANTIATE_TEST_SUITE_P(Table, SetRefused, testing::Values(
     RefusedCell{"TitleRow",          {{"0", "2", "1"}},                    "Col 0,Row 2 data error !"},
     RefusedCell{"IdColumn",          {{"1", "0", "1"}},                    "Col 1,Row 0 data error !"},
     RefusedCell{"AddressColumn",     {{"1", "1", "1"}},                    "Col 1,Row 1 data error !"},
-    RefusedCell{"RowBehindTheLast",  {{"3", "2", "1"}},                    "Col 3,Row 2 data error !"},
-    RefusedCell{"ColumnBehindLast",  {{"1", "6", "1"}},                    "Col 1,Row 6 data error !"},
+    RefusedCell{"RowPastTheLast",    {{"3", "2", "1"}},                    "Col 3,Row 2 data error !"},
+    RefusedCell{"ColumnPastLast",    {{"1", "6", "1"}},                    "Col 1,Row 6 data error !"},
     RefusedCell{"NegativeRow",       {{"-1", "2", "1"}},                   "Col -1,Row 2 data error !"},
     RefusedCell{"HugeNumbers",       {{"4294967297", "4294967298", "1"}},  "Col 4294967297,Row 4294967298 data error !"}),
     [](const auto& c) { return std::string(c.param.name); });

@@ -160,7 +160,7 @@ TEST_F(GridClipboard, ABlockGoesToTheTopLeftSelectedCell)
 {
     SetClipboard("a\tb\r\nc\td\r\n");
     Click(3, 4);
-    Click(2, 3, Qt::ControlModifier); // the focus is here, the corner as well
+    Click(2, 3, Qt::ControlModifier); // the focus is here, and so is the corner
     log.clear();
     PressPaste();
     EXPECT_EQ(Row(2), "2,2|a|b|2,5");
@@ -191,7 +191,7 @@ TEST_F(GridClipboard, ABlockEndsAtTheEdgeOfTheGrid)
     EXPECT_EQ(log.size(), 4u);
 }
 
-TEST_F(GridClipboard, ShortRowsLeaveTheCellsBehindThem)
+TEST_F(GridClipboard, ShortRowsLeaveTheCellsAfterThem)
 {
     SetClipboard("a\tb\n\nc");
     Choose(2, 3, 2, 3);

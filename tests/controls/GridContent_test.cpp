@@ -1,4 +1,4 @@
-// Counts, cells, sizes: what the operations leave behind.
+// Counts, cells, sizes: what the operations leave.
 
 #include "controls/GridDefaultCell.h"
 #include "controls/GridTreeCell.h"

@@ -105,7 +105,7 @@ struct GestureCase {
     friend void PrintTo(const GestureCase& c, std::ostream* out) { *out << c.name; }
 };
 
-/// Ends that come from elsewhere than the editor's keys: the focus cell stays where it is, unless another one is
+/// Ends that come from somewhere other than the editor's keys: the focus cell stays where it is, unless another is
 /// chosen.
 struct GridEditEndingGesture : CGridTestBed, testing::WithParamInterface<GestureCase> {
     void EditAndEnd(const char* text)

@@ -1,4 +1,4 @@
-// What is to be seen and said of a cell besides its text: that it changed, that it is out of range.
+// What is shown and said of a cell besides its text: that it changed, that it is out of range.
 
 #include "controls/GridCellPaint.h"
 #include "controls/GridModel.h"
@@ -153,7 +153,7 @@ TEST_F(GridMarks, AreSaidInTheTipAsTheyStand)
     EXPECT_EQ(Tip(1, 4), QString());
 }
 
-TEST_F(GridMarks, AreSaidInTheDescriptionBehindTheTitles)
+TEST_F(GridMarks, AreSaidInTheDescriptionAfterTheTitles)
 {
     grid->SetItemText(0, 3, "Temp");
     EXPECT_EQ(Description(1, 3), QString("Temp, 1,0 1,1, value 9 is <outside> & changed"));

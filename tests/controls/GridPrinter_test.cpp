@@ -1,4 +1,4 @@
-// Printing: how the cells are dealt out to pages, what stands on each, and the ways it ends early.
+// Printing: how the cells are divided among pages, what stands on each, and the ways it ends early.
 
 #include "controls/GridModel.h"
 #include "tests/controls/GridTestBed.h"

@@ -1,4 +1,4 @@
-// Cells shown to the user: which are selected then, where the focus is, and what is in sight.
+// Cells shown to the user: which are then selected, where the focus is, and what is in sight.
 
 #include "controls/GridModel.h"
 #include "tests/controls/GridTestBed.h"

@@ -1,4 +1,4 @@
-// The window that shows a text which is cut off where it stands.
+// The window that shows a text that is cut off where it stands.
 
 #include "controls/TitleTip.h"
 #include "tests/controls/GridTestBed.h"

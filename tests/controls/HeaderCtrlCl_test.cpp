@@ -76,7 +76,7 @@ TEST_P(HeaderLine, DarkensDownward)
     AddColumns();
     for (const int scale : kScales) {
         const CPictureOf picture = Picture(scale);
-        EXPECT_EQ(picture.At(1, c.line), c.color) << scale;   // of the first column, behind its free pixel
+        EXPECT_EQ(picture.At(1, c.line), c.color) << scale;   // of the first column, after its free pixel
         EXPECT_EQ(picture.At(119, c.line), c.color) << scale; // of the second column, at its right edge
         EXPECT_EQ(picture.At(180, c.line), c.color) << scale; // to the right of the last column
         EXPECT_EQ(picture.At(399, c.line), c.color) << scale;

@@ -77,7 +77,7 @@ struct StrayClickCase {
 
 struct StrayClick : List, testing::WithParamInterface<StrayClickCase> {};
 
-/// What is filled, one over the other, where the cell is painted at the origin.
+/// What is filled, one on top of another, where the cell is painted at the origin.
 std::vector<Fill> FillsOf(const CListCtrlCl& list, int row, int column, QStyle::State state = QStyle::State_None)
 {
     CFillRecorder recorder;

@@ -94,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(Table, TabbedText, testing::Values(
     TextCase{"EmptyRowBetween",       u"1\n\n2",               {{u"1"}, {u""}, {u"2"}}           },
     TextCase{"EmptyRowAtTheEnd",      u"1\n\n",                {{u"1"}, {u""}}                   },
     TextCase{"EmptyQuotedField",      u"\"\"\t1",              {{u"", u"1"}}                     },
-    TextCase{"TextBehindTheQuotes",   u"\"a\"b\tc",            {{u"ab", u"c"}}                   },
+    TextCase{"TextAfterTheQuotes",    u"\"a\"b\tc",            {{u"ab", u"c"}}                   },
     TextCase{"QuoteInTheMiddle",      u"5\" pipe\tx",          {{u"5\" pipe", u"x"}}             },
     TextCase{"QuotedOverLineEnds",    u"\"a\tb\n\"c\td",       {{u"a\tb\nc", u"d"}}              },
     TextCase{"LoneQuote",             u"\"a\tb\nc",            {{u"\"a", u"b"}, {u"c"}}          },

@@ -184,7 +184,7 @@ TEST(File, GapBeforeAWriteReadsAsZeros)
     EXPECT_EQ(ReadAll(folder / "a"), BytesOf({0, 0, 0, 7, 8}));
 }
 
-TEST(File, WritesAndReadsBehindFourGigabytes)
+TEST(File, WritesAndReadsBeyondFourGigabytes)
 {
     const CTempFolder folder;
     constexpr std::uint64_t kFar = (std::uint64_t{5} << 30) + 1;
@@ -484,7 +484,7 @@ TEST(File, IsHeldByOneUntilItIsClosed)
     EXPECT_EQ(other.Hold(), Holder::AnotherFile);
     EXPECT_TRUE(other.WriteAt(0, BytesOf({2}))) << "a hold keeps nobody from writing";
     {
-        const CFile third(path, CFile::Mode::Read); // one that is closed again takes nobody's hold along
+        const CFile third(path, CFile::Mode::Read); // one that is closed again does not take anybody's hold with it
     }
     EXPECT_EQ(other.Hold(), Holder::AnotherFile);
     one.Close();

@@ -45,7 +45,7 @@ public:
     CWritingProgram(const CWritingProgram&) = delete;
     CWritingProgram& operator=(const CWritingProgram&) = delete;
 
-    /// As a power failure would, or the user: it has no chance to clear up.
+    /// As a power failure would, or the user: it has no chance to clean up.
     void Kill()
     {
         if (m_pid <= 0)
@@ -170,7 +170,7 @@ TEST_F(LeftOvers, OfAFolderThatIsNotThereAreNone)
     EXPECT_EQ(Names(), Set{"a"});
 }
 
-/// Many programs that save into one folder, each clearing up before: none loses what it writes.
+/// Many programs that save into one folder, each cleaning up first: none loses what it writes.
 TEST_F(LeftOvers, OfManyProgramsAtOnceAreToldFromWhatTheyWrite)
 {
     constexpr int kPrograms = 4;

@@ -212,7 +212,7 @@ TEST_F(Replacement, TellsThatItWasCopiedInPartAndKeepsTheWholeOne)
     fs::create_hard_link(path, folder / "same");
     CReplacement file(path);
     EXPECT_TRUE(file.Append(Bytes(8'000, std::byte{2})));
-    const fs::path kept = fs::path(file.FreshPath()).replace_extension(".kept"); // no left-over to be cleared away
+    const fs::path kept = fs::path(file.FreshPath()).replace_extension(".kept"); // no leftover to be cleared away
     EXPECT_FALSE(file.MayHoldOldAndNew());
     {
         const CFileSizeLimit limit(5'000);

@@ -47,7 +47,7 @@ struct ModelView {
     std::map<std::size_t, ModelState> states; ///< of the cells that have a text
 };
 
-/// What a command did, and how all was before and after it.
+/// What a command did, and how everything was before and after it.
 struct ModelEdit {
     ModelView before;
     ModelView after;
@@ -254,7 +254,7 @@ private:
     void Undo()
     {
         if (!m_document.UndoName())
-            m_made.clear(); // forgotten for the lack of memory
+            m_made.clear(); // forgotten for lack of memory
         const EditReport report = m_document.Undo();
         ASSERT_EQ(report.outcome == EditOutcome::Made, !m_made.empty());
         if (m_made.empty())
@@ -422,7 +422,7 @@ private:
             m_formats.erase(place);
     }
 
-    /// False when the format is another one by now: the command has nothing to do with it from then on.
+    /// False when the format is another one by now: from then on the command has nothing to do with it.
     bool Restore(ModelEdit& edit, const std::optional<ModelFormat>& from, const std::optional<ModelFormat>& to)
     {
         if (!edit.changesFormat)

@@ -465,7 +465,7 @@ TEST_F(RecipeDocument, ASaveUnderANewNameThatFailsLeavesNameAndType)
     EXPECT_EQ(reporter.shown.size(), 1u);
 }
 
-TEST_F(RecipeDocument, AFileOfAnUnknownTypeIsLookedAtOnly)
+TEST_F(RecipeDocument, AFileOfAnUnknownTypeIsOnlyLookedAt)
 {
     const auto other = folder / "oven.bin";
     WriteAll(other, words);

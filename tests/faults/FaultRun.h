@@ -17,7 +17,7 @@ struct Fault {
     friend void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
     bool Kills() const;
-    bool IsPassing() const;   ///< to be tried again, or gone on with: no failure for a save
+    bool IsPassing() const;   ///< to be tried again or carried on with: no failure for a save
     bool TearsWrites() const; ///< a write may have taken a part of its bytes for good
 };
 

@@ -2,12 +2,12 @@
 // makes, or one that reads there fail: a disk that breaks where a test wants it to.
 //
 //   VANTOR_FAULT_FOLDER  counts only calls on this folder, whose name ends with a slash, and on files in it
-//   VANTOR_FAULT_LOG     gets a line a counted call: its name, and "!" behind it when it was made to fail
+//   VANTOR_FAULT_LOG     gets a line a counted call: its name, and "!" after it when it was made to fail
 //   VANTOR_FAULT_AT      the call that fails, counted from 1; without it none does
 //   VANTOR_FAULT_TIMES   how many of the calls from there on fail; 0 for all
 //   VANTOR_FAULT_ERROR   with this error number
 //   VANTOR_FAULT_KIND    "error"; "short": a write takes half of its bytes, other calls do not fail; "break": a write
-//                        takes half of its bytes and the calls behind it fail with the error; "kill": the program ends
+//                        takes half of its bytes and the calls after it fail with the error; "kill": the program ends
 //                        before the call; "none": a write takes no byte and says so; "lose": a write takes no
 //                        byte and says that it took all; "read": an error, of the calls that read or ask for a
 //                        file's state, which are then counted instead; "attribute": the same of those that ask for or
@@ -382,7 +382,7 @@ extern "C" ssize_t writev(int file, const iovec* pieces, int count)
     });
 }
 
-/// The number is free again whatever is told of it.
+/// The number is free again, whatever is said of it.
 extern "C" int close(int file)
 {
     const bool fails = TrackedAs(file) == kWritten && Fails("close");

@@ -21,7 +21,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// What can have the name of a file and is none.
+/// What can have the name of a file and is not one.
 struct Node {
     const char* name;
     void (*make)(const fs::path& path);

@@ -124,7 +124,7 @@ TEST_P(PagedSaveToABusyDisk, SucceedsWithinEightTries)
 
 INSTANTIATE_TEST_SUITE_P(Refusals, PagedSaveToABusyDisk, testing::Values(1, 7, 8));
 
-struct PagedSaveToABrokenDisk : PagedSave {}; ///< whose call so many calls behind the first request of room fails
+struct PagedSaveToABrokenDisk : PagedSave {}; ///< whose call so many calls after the first request for room fails
 
 TEST_P(PagedSaveToABrokenDisk, LeavesTheFileAsItWasUntilThereIsRoom)
 {
@@ -135,7 +135,7 @@ TEST_P(PagedSaveToABrokenDisk, LeavesTheFileAsItWasUntilThereIsRoom)
     EXPECT_TRUE(BytesIn(place.Disk(path.target)) == old) << run.failed.front();
 }
 
-// The table behind the end, the flush and the entry that leads to the table.
+// The table past the end, the flush and the entry that leads to the table.
 INSTANTIATE_TEST_SUITE_P(Calls, PagedSaveToABrokenDisk, testing::Values(1, 2, 3));
 
 /// The copy that it needs first is none before the disk has it.

@@ -74,7 +74,7 @@ void HoldingLinkedLibrary(const SavePlace& place)
     fs::create_hard_link(place.Disk("RecipeFile.Dat"), place.Aside("same"));
 }
 
-/// A paged file with words in the flat part and in one page behind it.
+/// A paged file with words in the flat part and in one page after it.
 void HoldingPages(const SavePlace& place)
 {
     WriteAll(place.Disk("a.frp"), Pattern(65536, 65));
@@ -83,7 +83,7 @@ void HoldingPages(const SavePlace& place)
 
 using Words = std::vector<std::string>;
 
-/// `command`, with the library, the first row and the number of rows behind it.
+/// `command`, followed by the library, the first row and the number of rows.
 Words Reading(const SavePlace& place, Words command, const char* start = "0", const char* rows = "4")
 {
     const Words options = {"--library", place.Aside("RecipeFile.Dat"), "--start", start, "--rows", rows};

@@ -14,8 +14,7 @@ std::byte ByteOr0(const Bytes& bytes, std::size_t index)
     return index < bytes.size() ? bytes[index] : std::byte{0};
 }
 
-/// Whether each byte of `bytes` is that of one of the others, which are zero behind their ends, or zero if that is
-/// fine.
+/// Whether each byte of `bytes` is that of one of the others, which are zero past their ends, or zero if that is fine.
 bool IsMixOf(const Bytes& bytes, const Bytes& one, const Bytes& other, bool zeroIsFine)
 {
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -102,7 +101,7 @@ std::string CSaveVerdict::ComplaintOfMessage(const FaultRun& run) const
                                                                                                  : "told so: " + text;
 }
 
-/// Beside the target there is nothing new, but for a complete file that could not be removed, or is the only whole one.
+/// Beside the target there is nothing new, except a complete file that could not be removed, or is the only whole one.
 std::string CSaveVerdict::ComplaintOfRest(const SavePlace& place, const Fault& fault, const FaultRun& run) const
 {
     const auto target = BytesIn(place.Disk(m_path.target));

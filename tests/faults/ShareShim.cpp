@@ -1,5 +1,5 @@
 // Loaded before the C library, it makes every file look as if it lay on a network share of the SMB kind: while an open
-// file has the lock of a file (flock), a write to that file by any other open file is refused, be it of the same
+// file has the lock of a file (flock), a write to that file by any other open file is refused, even one of the same
 // program.
 
 #include <cerrno>

@@ -53,7 +53,7 @@ struct WindowFaults : testing::TestWithParam<WindowCase> {
                             fault, at);
     }
 
-    /// By what the first and the second save printed.
+    /// Judged by what the first and the second save printed.
     void ExpectHonest(const FaultRun& run) const
     {
         const auto lines = LinesOf(run.result.out);

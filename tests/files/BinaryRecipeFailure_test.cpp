@@ -161,7 +161,7 @@ TEST_F(BinaryRecipeFailure, SaveGivenUpWritesNothingAndSaysNothing)
     EXPECT_EQ(rows.Text(0, 0), u"9");
 }
 
-TEST_F(BinaryRecipeFailure, SaveGivenUpHalfWayWritesNothing)
+TEST_F(BinaryRecipeFailure, SaveGivenUpHalfwayWritesNothing)
 {
     constexpr std::int32_t kRows = 200000;
     CImpatientProgress impatient(2);

@@ -45,7 +45,7 @@ struct BinaryRecipe : testing::Test {
 
 const std::vector<ColumnCoding> kFourSigned(4, Signed16Column());
 
-TEST_F(BinaryRecipe, ShowsZerosBehindTheEnd)
+TEST_F(BinaryRecipe, ShowsZerosPastTheEnd)
 {
     WriteAll(path, WordBytes({100, 101, 102, 103, 104, 105, 106, 107, 108, 109}));
     Read(kFourSigned, 8, 1);
@@ -221,7 +221,7 @@ TEST_F(BinaryRecipe, NoRowsLeaveTheFileAsItIs)
     EXPECT_EQ(ReadAll(path), WordBytes({1, 2}));
 }
 
-TEST_F(BinaryRecipe, StartsBehindThreeGigabytes)
+TEST_F(BinaryRecipe, StartsBeyondThreeGigabytes)
 {
     constexpr std::int32_t kStart = 0x60000000; // words: byte 3 GiB
     constexpr std::uint64_t kFirstByte = std::uint64_t{3} << 30;

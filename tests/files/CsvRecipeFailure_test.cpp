@@ -134,7 +134,7 @@ TEST_F(CsvFailure, SaveGivenUpLeavesTheOldFileAndSaysNothing)
     EXPECT_EQ(FilesInFolder(), 1u);
 }
 
-TEST_F(CsvFailure, LongSaveIsGivenUpHalfWay)
+TEST_F(CsvFailure, LongSaveIsGivenUpHalfway)
 {
     rows.LayOut({Signed16Column()}, 0, 500000);
     CImpatientProgress impatient(1);

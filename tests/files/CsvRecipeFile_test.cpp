@@ -184,7 +184,7 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadUtf16, testing::Values(
     ReadCase{"NothingButQuotesIsEmpty",    u"\"\"\t\"\"\"\tx",                 3, {u"", u"", u"x"}},
     ReadCase{"EmptyFieldIsOne",            u"\t\tx\r\n",                       3, {u"", u"", u"x"}},
     ReadCase{"MissingFieldsAreZero",       u"\"a\"\tb\r\n",                    4, {u"a", u"b", u"0", u"0"}},
-    ReadCase{"BareTabIsNoFieldBehindIt",   u"a\t\r\nb\t",                      2, {u"a", u"0", u"b", u"0"}},
+    ReadCase{"BareTabIsNoFieldAfterIt",    u"a\t\r\nb\t",                      2, {u"a", u"0", u"b", u"0"}},
     ReadCase{"EmptyLineIsZeros",           u"a\tb\r\n\r\nc\td\r\n",            2, {u"a", u"b", u"0", u"0", u"c", u"d"}},
     ReadCase{"MissingLinesAreZeros",       u"a\tb\r\n",                        2, {u"a", u"b", u"0", u"0", u"0", u"0"}},
     ReadCase{"NoLinesAreZeros",            u"",                                2, {u"0", u"0"}},
@@ -279,7 +279,7 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadAnsi, testing::Values(
     AnsiCase{"AllQuotesStay",              "\"1\",\"2\",\"3\"",      3, {u"\"1\"", u"\"2\"", u"\"3\""}},       // kept
     AnsiCase{"TabIsNoSeparator",           "a\tb,\tc",               2, {u"a\tb", u"\tc"}},
     AnsiCase{"MissingFieldsAreZero",       "a,b",                    4, {u"a", u"b", u"0", u"0"}},
-    AnsiCase{"BareCommaIsNoFieldBehindIt", "a,\r\n,\r\n",            2, {u"a", u"0", u"", u"0"}},
+    AnsiCase{"BareCommaIsNoFieldAfterIt",  "a,\r\n,\r\n",            2, {u"a", u"0", u"", u"0"}},
     AnsiCase{"EmptyLineIsZeros",           "a,b\n\nc,d\n",           2, {u"a", u"b", u"0", u"0", u"c", u"d"}},
     AnsiCase{"MissingLinesAreZeros",       "a",                      2, {u"a", u"0", u"0", u"0"}},
     AnsiCase{"EmptyFile",                  "",                       2, {u"0", u"0"}},

@@ -22,7 +22,7 @@
 
 inline constexpr std::int32_t kRows = 4;
 inline constexpr std::size_t kColumns = 6;
-inline constexpr std::int32_t kWordsAround = 3; // before and behind the rows, which no save may touch
+inline constexpr std::int32_t kWordsAround = 3; // before and after the rows, which no save may touch
 
 /// A type, and the words that it has for its failures.
 struct RecipeType {
@@ -153,7 +153,7 @@ struct OneType {
     Outcome Read(CRecipeRows& into) { return ReadRecipe(type.type, into, path, false, reporter, progress); }
     SaveResult Save() { return SaveRecipe(type.type, rows, path, reporter, progress); }
 
-    /// What the file shows to who opens it.
+    /// What the file shows to whoever opens it.
     std::vector<std::u16string> TextsInFile()
     {
         CRecipeRows fresh;

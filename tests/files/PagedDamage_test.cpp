@@ -95,7 +95,7 @@ TEST_P(PagedDamage, IsReportedOnceByAReadAndByASave)
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Table, PagedDamage, testing::Values(
     //         name                            entry at            leads to     file ends at
-    DamageCase{"TableBehindTheEnd",            kDirectory,         kEnd,        kEnd},
+    DamageCase{"TablePastTheEnd",              kDirectory,         kEnd,        kEnd},
     DamageCase{"TableFarAway",                 kDirectory,         0xFFFFFFFF,  kEnd},
     DamageCase{"TableCutByTheEnd",             kDirectory,         kPage + 1,   kEnd},
     DamageCase{"TableInTheFlatPart",           kDirectory,         0x1000,      kEnd},
@@ -106,8 +106,8 @@ INSTANTIATE_TEST_SUITE_P(Table, PagedDamage, testing::Values(
     DamageCase{"TableOverTheDirectory",        kDirectory,         kTable - 1,  kEnd},
     DamageCase{"TwoTablesInOnePlace",          kDirectory + 4,     kTable,      kEnd},
     DamageCase{"TwoTablesThatOverlap",         kDirectory + 4,     kTable + 2,  kEnd},
-    DamageCase{"OtherTableBehindTheEnd",       kDirectory + 4092,  kEnd,        kEnd},
-    DamageCase{"PageBehindTheEnd",             kTable + 4 * 19,    kEnd,        kEnd},
+    DamageCase{"OtherTablePastTheEnd",         kDirectory + 4092,  kEnd,        kEnd},
+    DamageCase{"PagePastTheEnd",               kTable + 4 * 19,    kEnd,        kEnd},
     DamageCase{"PageFarAway",                  kTable + 4 * 19,    0x80000000,  kEnd},
     DamageCase{"PageCutByTheEnd",              kTable + 4 * 19,    kPage,       kEnd - 1},
     DamageCase{"PageInTheFlatPart",            kTable + 4 * 19,    4096,        kEnd},
@@ -214,7 +214,7 @@ TEST_F(PagedNeighbours, ExtremeEntriesAreRefusedWhereverTheyStand)
 TEST_F(PagedNeighbours, LongerFlatPartIsGuardedAlike)
 {
     constexpr std::size_t kErpDirectory = 1048576;
-    constexpr std::int64_t kWord = 524288; // the first behind the flat part
+    constexpr std::int64_t kWord = 524288; // the first after the flat part
     for (const std::uint32_t entry : {0xFFFFFFFFU, 1U, 65536U, 1048576U, 1052671U, 1056768U, 0x80000000U}) {
         Bytes bytes(kErpDirectory + 2 * 4096);
         StoreEntry(bytes, kErpDirectory, entry);
@@ -239,7 +239,7 @@ TEST_F(PagedNeighbours, FileCutWhileOpenFailsTheRead)
     EXPECT_TRUE(file.Read(WordAddress(0), word)) << "the flat part may be of any length";
 }
 
-/// What is made anew must not come to lie in the directory that is at hand.
+/// What is made afresh must not come to lie in the directory that is at hand.
 TEST_F(PagedNeighbours, DirectoryCutWhileOpenFailsTheWriteAndNothingIsWritten)
 {
     WriteAll(path, Bytes(kTable));
@@ -287,7 +287,7 @@ TEST(PagePlaces, NeverShareAByte)
     for (const std::uint32_t taken : {65536U, 65535U, 69631U, 61441U, 69633U, 73727U, 73729U, 77824U, 77826U, 81920U})
         EXPECT_FALSE(places.Take(taken)) << taken;
     EXPECT_TRUE(places.Take(69632)) << "between two";
-    EXPECT_TRUE(places.Take(81921)) << "close behind";
+    EXPECT_TRUE(places.Take(81921)) << "close after";
     EXPECT_TRUE(places.Take(0xFFFFF000)) << "the last";
     EXPECT_FALSE(places.Take(0xFFFFFFFF));
     EXPECT_TRUE(places.Take(1)) << "the first";

@@ -197,7 +197,7 @@ TEST_F(PagedFile, NoWordsWriteNothing)
     EXPECT_EQ(ReadAll(path), Bytes());
 }
 
-TEST_F(PagedFile, ReadingBehindTheEndOfTheFlatPartGivesZerosAndLeavesTheFile)
+TEST_F(PagedFile, ReadingPastTheEndOfTheFlatPartGivesZerosAndLeavesTheFile)
 {
     WriteAll(path, BytesOf({1, 2, 3}));
     EXPECT_EQ(Read(0, 4), BytesOf({1, 2, 3, 0, 0, 0, 0, 0}));

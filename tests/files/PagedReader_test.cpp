@@ -52,7 +52,7 @@ TEST_F(PagedReader, TakesZeroForWordsWhosePageTableOrDirectoryIsMissingAndMakesN
 {
     EXPECT_EQ(Read(50000, 3000), Bytes(6000));   // no page in a table that is there
     EXPECT_EQ(Read(9000000, 3000), Bytes(6000)); // no table
-    const std::size_t words = 2100001 - 39999;   // from before the one page to behind the other
+    const std::size_t words = 2100001 - 39999;   // from before the one page to after the other
     Bytes wanted(2 * words);
     wanted[2] = std::byte{2};
     wanted[2 * (words - 1)] = std::byte{3};

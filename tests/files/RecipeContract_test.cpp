@@ -211,7 +211,7 @@ TEST_P(RecipeContract, RowsOfNoFileAreNotSavedOverAPagedOne)
     EXPECT_TRUE(ReadAll(path) == before);
 }
 
-TEST_P(RecipeContract, RowsBehindTheEndShowZerosAndAreAddedByASave)
+TEST_P(RecipeContract, RowsPastTheEndShowZerosAndAreAddedByASave)
 {
     constexpr std::int32_t kMoreRows = kRows + 2;
     MakeFile();
@@ -222,7 +222,7 @@ TEST_P(RecipeContract, RowsBehindTheEndShowZerosAndAreAddedByASave)
         shown.resize(kMoreRows * kColumns, u"0");
         EXPECT_EQ(TextsOf(rows), shown);
     }
-    const Texts all = TextsOf(rows); // the first words behind the rows are those around them
+    const Texts all = TextsOf(rows); // the first words after the rows are those around them
     EXPECT_EQ(Texts(all.begin(), all.begin() + kRows * kColumns), kTexts);
     EXPECT_EQ(Texts(all.end() - 2, all.end()), type.IsTable() ? Texts({u"0", u"0"}) : Texts({u"", u"0"}));
     rows.SetText(kMoreRows - 1, 5, u"9");

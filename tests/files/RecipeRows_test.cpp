@@ -190,7 +190,7 @@ TEST(RecipeRows, KeepAChangedTextAsItWasSet)
     EXPECT_EQ(rows.Text(1, 0), u"8");
 }
 
-TEST(RecipeRows, ForgetChangesWhenFilledAnew)
+TEST(RecipeRows, ForgetChangesWhenFilledAgain)
 {
     CRecipeRows rows = TwoFilledRows();
     rows.SetText(0, 0, u"7");
@@ -253,7 +253,7 @@ TEST(RecipeRows, ACellCountsAsChangedUntilTheRowsAreSaved)
     EXPECT_FALSE(rows.IsEdited(0, 3));
 }
 
-TEST(RecipeRows, FilledAnewNoCellCountsAsChanged)
+TEST(RecipeRows, FilledAgainNoCellCountsAsChanged)
 {
     CRecipeRows rows = TwoFilledRows();
     rows.SetText(0, 0, u"7");

@@ -39,7 +39,7 @@ private:
     std::size_t m_columns;
 };
 
-ColumnCoding ShortDouble() // is made of the words behind its own, too
+ColumnCoding ShortDouble() // is made of the words after its own, too
 {
     ColumnCoding column = DoubleColumn();
     column.dataLength = 1;
@@ -60,7 +60,7 @@ struct RecipeWalk : testing::Test {
         return cells.texts;
     }
 
-    /// As a table shows them that keeps all of the file.
+    /// As a table that keeps all of the file shows them.
     Texts Rows(const fs::path& path)
     {
         CRecipeRows rows;
@@ -115,7 +115,7 @@ TEST_P(ManyPieces, GiveTheTextsThatOneReadOfAllGives)
 INSTANTIATE_TEST_SUITE_P(Types, ManyPieces, testing::Values("a.rcp", "a.frp", "a.erp"),
                          [](const auto& c) { return std::string(c.param).substr(2); });
 
-TEST_F(RecipeWalk, CellsBehindTheEndOfAFlatFileAreThoseOfMissingWords)
+TEST_F(RecipeWalk, CellsPastTheEndOfAFlatFileAreThoseOfMissingWords)
 {
     WriteAll(folder / "a.rcp", WordBytes({1, 2, 3}));
     LayOut({Signed16Column(), AnsiColumn(1)}, 2, 2);

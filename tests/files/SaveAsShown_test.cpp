@@ -33,7 +33,7 @@ struct ColumnCase {
     }
 };
 
-/// Every 16-bit word, then words of chance: as 32-bit values, small and large ones.
+/// Every 16-bit word, then random words: as 32-bit values, small and large ones.
 Bytes TestWords()
 {
     Bytes bytes;

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-// A stretch is coded as its texts are, one by one. The short way for plain numbers must not be seen.
+// A stretch is coded as its texts are, one by one. The short way for plain numbers must not show.
 
 namespace {
 

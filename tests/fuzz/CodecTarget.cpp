@@ -38,7 +38,7 @@ std::uint64_t LowByteFirst(FuzzBytes bytes, std::size_t most)
     return value;
 }
 
-/// `value`, low byte first, zeros behind it.
+/// `value`, low byte first, zeros after it.
 Bytes StoredNumber(std::uint64_t value, std::size_t length)
 {
     Bytes bytes(length);

@@ -141,7 +141,7 @@ std::int64_t LargestNumber(const Arguments& arguments)
     return largest;
 }
 
-/// Whether the command is done in a blink, whatever it is.
+/// Whether the command is done in no time, whatever it is.
 bool IsSmall(const Invocation& invocation)
 {
     const fs::path path = ScratchFolder() / "measured.Dat";

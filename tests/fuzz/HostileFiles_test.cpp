@@ -37,7 +37,7 @@ void Store(Bytes& bytes, std::size_t at, std::int32_t value)
         bytes[at + i] = static_cast<std::byte>(static_cast<std::uint32_t>(value) >> (8 * i));
 }
 
-/// As version 0 has it: no marker, and neither flag nor padding behind the items.
+/// As version 0 has it: no marker, and neither flag nor padding after the items.
 Bytes OlderFile(const Bytes& file)
 {
     Bytes older;
@@ -136,7 +136,7 @@ TEST(HostileJson, MayHoldAnyNumberInAnyField)
         });
 }
 
-TEST(HostileJson, NumbersThatAreNoneAreRefusedEverywhere)
+TEST(HostileJson, WhatIsNoNumberIsRefusedEverywhere)
 {
     const std::string json = LibraryToJson(SampleLibrary());
     for (const char* number : {"1e400", "-0.5", "1e", ".", "0x1p3", "NaN", "Infinity", "9223372036854775808", "\"1\""})

@@ -40,7 +40,7 @@ void RequireColumnsAddUp(const DataFormat& format, std::int32_t rowCount)
     Require(words == format.totalLength(), "the columns take the words of a row");
     for (std::size_t i = 0; i < columns.size(); i += columns.size() / 8 + 1)
         Require(format.itemOfElement(static_cast<std::int64_t>(i)) != nullptr, "every element belongs to an item");
-    Require(format.itemOfElement(format.elementCount()) == nullptr, "no item behind the last element");
+    Require(format.itemOfElement(format.elementCount()) == nullptr, "no item after the last element");
 }
 
 /// The library as it comes back from a save: counts are true, and only counted items are kept.
@@ -54,8 +54,8 @@ void KeepWhatIsSaved(FormatLibrary& library)
     CutNames(library);
 }
 
-/// Makes zero what a save may change in a file that was understood: what stands behind the zero that ends the marker
-/// or a name, and the padding of the items.
+/// Makes zero what a save may change in a file that was understood: what stands after the zero that ends the marker or
+/// a name, and the padding of the items.
 void BlankWhatIsNotRead(Bytes& file)
 {
     const auto blank = [&file](std::size_t at, std::size_t count) {

@@ -133,7 +133,7 @@ std::uint32_t TakeEntry(CFuzzInput& input, std::uint64_t flat)
     return kind % 8 == 6 ? block + input.TakeByte() - 128 : input.Take<std::uint32_t>();
 }
 
-/// A file of a flat part, blocks of zeros or pattern behind it, and some entries put into them.
+/// A file of a flat part, blocks of zeros or pattern after it, and some entries put into them.
 Bytes TakeFile(CFuzzInput& input, PagedKind kind)
 {
     const std::uint64_t flat = CPlainPagedFile::FlatBytes(kind);
@@ -225,8 +225,7 @@ void RequireSameAround(const CPlainPagedFile& before, const CPlainPagedFile& aft
     const std::uint64_t behind = (kBlock - end % kBlock) % kBlock;
     Require(before.Logical(begin, work.first - begin) == after.Logical(begin, work.first - begin),
             "the words before the stretch stay as they were");
-    Require(before.Logical(end, behind) == after.Logical(end, behind),
-            "the words behind the stretch stay as they were");
+    Require(before.Logical(end, behind) == after.Logical(end, behind), "the words after the stretch stay as they were");
 }
 
 /// Requires that whoever only reads gets the same bytes, and changes nothing.

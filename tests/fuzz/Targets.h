@@ -18,7 +18,7 @@ void FuzzJsonImport(FuzzBytes bytes);
 /// The bytes tell of a paged file, sound or damaged, and of what is read from it and written into it.
 void FuzzPaged(FuzzBytes bytes);
 
-/// The bytes are a text table behind two that tell how much of it is wanted.
+/// The bytes are two that tell how much of a text table is wanted, then the table.
 void FuzzTable(FuzzBytes bytes);
 
 /// The bytes are a column and a typed text.

@@ -40,7 +40,7 @@ TEST_F(HeldFormat, IsTheSameOnThatSideOfTheChange)
     EXPECT_TRUE(Holds(library, elsewhere, ChangeSide::Before));
 }
 
-TEST_F(HeldFormat, IsNoneBehindTheLast)
+TEST_F(HeldFormat, IsNoneAfterTheLast)
 {
     EXPECT_FALSE(Holds(library, {.index = 2, .before = Kept(kLine), .after = nullptr}, ChangeSide::Before));
 }

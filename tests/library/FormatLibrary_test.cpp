@@ -168,7 +168,7 @@ TEST_F(FormatLibraryLoad, ConvertsAnOlderFile)
     EXPECT_EQ(TextOf(library.filePattern), u"*.erp");
     ASSERT_EQ(library.formats.size(), 1U);
     ASSERT_EQ(library.formats[0]->items.size(), 1U);
-    DataItem expected = PicturedItem(u"One"); // nothing behind the description's end is taken
+    DataItem expected = PicturedItem(u"One"); // nothing after the description's end is taken
     expected.arrayLength = 6;                 // kept: the old code type
     expected.unicode = 0;
     EXPECT_EQ(*library.formats[0]->items[0], expected);
@@ -467,7 +467,7 @@ TEST(LibraryPath, LiesBesideTheExecutable)
     EXPECT_TRUE(reporter.shown.empty());
 }
 
-TEST(LibraryPath, OfANameWithoutFolderIsReportedAndTurnedRound)
+TEST(LibraryPath, OfANameWithoutAFolderIsReportedAndTurnedRound)
 {
     CRecordingReporter reporter;
     EXPECT_EQ(LibraryPathBeside("Vantor.exe", reporter), "exe.rotnaV"); // kept: names no file in practice

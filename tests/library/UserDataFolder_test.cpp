@@ -9,7 +9,7 @@
 
 namespace {
 
-/// As long as it lives, the environment variable `name` has another value, or none.
+/// As long as this lives, the environment variable `name` has another value, or none.
 class CVariable {
 public:
     CVariable(std::string name, const char* value) : m_name(std::move(name))

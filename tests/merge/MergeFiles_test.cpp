@@ -30,7 +30,7 @@ Words WordsIn(const fs::path& path)
     return words;
 }
 
-/// first.rcp holds ten words, second.rcp two; words 2 to 4 of the one go to 0, word 0 of the other goes to 5.
+/// first.rcp holds ten words, second.rcp two; words 2 to 4 of the first go to 0, word 0 of the second to 5.
 struct MergedFile : testing::Test {
     MergedFile()
     {
@@ -192,7 +192,7 @@ TEST_F(MergedFile, HasNothingOfTheFirstStretchInTheSecond)
     ExpectMerged(k128KBytes, {{0, 0x1312}, {1, 0x1413}, {2, 0x1514}, {5, 0x2A}});
 }
 
-TEST_F(MergedFile, HasZerosForAReadFarBehindTheEnd)
+TEST_F(MergedFile, HasZerosForAReadFarPastTheEnd)
 {
     params.firstReadStart = std::numeric_limits<std::int32_t>::max();
     ExpectMerges();

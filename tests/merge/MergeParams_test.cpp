@@ -10,7 +10,7 @@ namespace {
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 
-/// 100 words of a file of 1000 to place 0, and 50 words of one of 500 and a byte right behind them.
+/// 100 words of a file of 1000 to place 0, and 50 words of one of 500 and a byte right after them.
 MergeParams PassingParams()
 {
     return {.mergedSize = MergedSize::Words128K,
@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(Table, MergeCheckOf, testing::Values(
     CheckCase{"Check6FirstLengthNegative", [](MergeParams& p) { p.firstLength = -1; },
         u"The first file's reading length   cann't be zero or negative!"},
     CheckCase{"FirstLengthOne", [](MergeParams& p) { p.firstLength = 1; }, nullptr},
-    CheckCase{"Check7FirstPlaceBehindTheEnd", [](MergeParams& p) { p.firstPlace = 130'560; p.firstLength = 1; },
+    CheckCase{"Check7FirstPlacePastTheEnd", [](MergeParams& p) { p.firstPlace = 130'560; p.firstLength = 1; },
         u"The first file's saving location is too large ,which can lead to the second file can't be merged!"},
     CheckCase{"Check7WithoutASize", [](MergeParams& p) { p.mergedSize = MergedSize::None; },
         u"The first file's saving location is too large ,which can lead to the second file can't be merged!"},
@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(Table, MergeCheckOf, testing::Values(
     CheckCase{"Check14SecondLengthNegative", [](MergeParams& p) { p.secondLength = -1; },
         u"The second file's reading length  can not be negative!"}, // kept
     CheckCase{"SecondLengthOne", [](MergeParams& p) { p.secondLength = 1; }, nullptr},
-    CheckCase{"Check15SecondPlaceBehindTheEnd", [](MergeParams& p) { p.secondPlace = 130'560; p.secondLength = 1; },
+    CheckCase{"Check15SecondPlacePastTheEnd", [](MergeParams& p) { p.secondPlace = 130'560; p.secondLength = 1; },
         u"The second file's saving location in the merged file is too larger,which will lead to this app "
         u"can't merge file!"},
     CheckCase{"SecondPlaceTheLast", [](MergeParams& p) { p.secondPlace = 130'559; p.secondLength = 1; }, nullptr},
@@ -212,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(Table, MergeCheckOf, testing::Values(
     CheckCase{"Check22NotCheck21", [](MergeParams& p) { p.secondPlace = 0; },
         u"The second file's saving location in merged file should be larger than the sum of the first "
         u"file's reading length and it's saving location in the merged file!"},
-    CheckCase{"SecondPlaceRightBehind", [](MergeParams& p) { p.secondPlace = 100; }, nullptr},
+    CheckCase{"SecondPlaceRightAfter", [](MergeParams& p) { p.secondPlace = 100; }, nullptr},
     CheckCase{"GreatestNumbersDoNotOverflow", [](MergeParams& p) { SetAll(p, kMost); },
         u"The first file's saving location is too large ,which can lead to the second file can't be merged!"},
     CheckCase{"GreatestReadStartDoesNotOverflow", [](MergeParams& p) { p.firstReadStart = kMost; },

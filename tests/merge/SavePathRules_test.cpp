@@ -174,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(Table, RcpEnding, testing::Values(
     EndingCase{"MixedCase",     u"/opt/Plan.Rcp",     u"/opt/Plan.Rcp"},
     EndingCase{"UpperCase",     u"/opt/PLAN.RCP",     u"/opt/PLAN.RCP"},
     EndingCase{"NoDot",         u"/opt/arcp",         u"/opt/arcp.rcp"},
-    EndingCase{"BlankBehind",   u"/opt/ b ",          u"/opt/ b .rcp"},
+    EndingCase{"BlankAfter",    u"/opt/ b ",          u"/opt/ b .rcp"},
     EndingCase{"EndingInBlank", u"/opt/a.rcp ",       u"/opt/a.rcp .rcp"},
     EndingCase{"OnlyTheEnding", u".rcp",              u".rcp"},
     EndingCase{"Short",         u"rcp",               u"rcp.rcp"},

@@ -40,7 +40,7 @@ TEST(Address, WordTakesTwoBytes)
     EXPECT_EQ(FirstByteOf(WordAddress(2147483647) + 16777215LL * 128).number, 8589934334u);
 }
 
-TEST(Address, WordBelowZeroLiesBehindAnyFile)
+TEST(Address, WordBelowZeroLiesPastAnyFile)
 {
     constexpr auto kLongest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
     EXPECT_GT(FirstByteOf(WordAddress(-1)), ByteOffset(kLongest));

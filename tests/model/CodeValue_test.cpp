@@ -132,7 +132,7 @@ TEST(CodeValue, IgnoresTheCodeTypeInAFlatFile)
     EXPECT_EQ(Coded(Coding(DataType::Hex16, 1, 0, CodeType::Bcd), u"12"), WordBytes({0x0012}));
 }
 
-TEST(CodeValue, WritesOneValueBehindTheOther)
+TEST(CodeValue, WritesOneValueAfterTheOther)
 {
     Bytes image(6);
     std::size_t pos = 0;

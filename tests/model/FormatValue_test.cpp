@@ -74,17 +74,17 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatSigned, testing::Values(
     SignedCase{"BelowLowerLimitIsZero",  1, -999, 9999,                  0,   0xFC18,  u"0"},
     SignedCase{"TwoDecimals",            1, -999, 9999,                  2,   1234,    u"12.34"},
     SignedCase{"ZeroDecimals",           1, -999, 9999,                  2,   0,       u"0.00"},
-    SignedCase{"PaddedBehind",           1, -999, 9999,                  2,   5,       u"0.50"},    // kept: not 0.05
+    SignedCase{"PaddedAfter",            1, -999, 9999,                  2,   5,       u"0.50"},    // kept: not 0.05
     SignedCase{"SignInTheFraction",      1, -999, 9999,                  2,   0xFFFB,  u"0.-5"},    // kept
     SignedCase{"SignInFront",            1, -999, 9999,                  2,   0xFFCE,  u"-0.50"},
     SignedCase{"SignOfTheIntegerPart",   1, -999, 9999,                  2,   0xFF6A,  u"-1.50"},
     SignedCase{"SignThenZeros",          1, -999, 9999,                  3,   0xFFFB,  u"0.-50"},   // kept
-    SignedCase{"AllDigitsBehind",        1, -999, 9999,                  4,   1234,    u"0.1234"},
+    SignedCase{"AllDigitsAfter",         1, -999, 9999,                  4,   1234,    u"0.1234"},
     SignedCase{"OneDecimal",             1, -999, 9999,                  1,   0xFFFB,  u"-0.5"},
     SignedCase{"LowestDoubleWord",       2, -2147483648, 2147483647,     0,   kLowest, u"-2147483648"},
     SignedCase{"LowestWithDecimals",     2, -2147483648, 2147483647,     2,   kLowest, u"-21474836.48"},
-    SignedCase{"LowestAllBehind",        2, -2147483648, 2147483647,     10,  kLowest, u"-0.2147483648"},
-    SignedCase{"LowestOneMoreBehind",    2, -2147483648, 2147483647,     11,  kLowest, u"0.-2147483648"},  // kept
+    SignedCase{"LowestAllAfter",         2, -2147483648, 2147483647,     10,  kLowest, u"-0.2147483648"},
+    SignedCase{"LowestOneMoreAfter",     2, -2147483648, 2147483647,     11,  kLowest, u"0.-2147483648"},  // kept
     SignedCase{"HighestDoubleWord",      2, -2147483648, 2147483647,     0,   kHighest, u"2147483647"},
     SignedCase{"DoubleWordBeyondDigits", 2, -9, 99,                      0,   65636,   u"100"},
     SignedCase{"DoubleWordLess65536",    2, -9, 99,                      0,   65537,   u"1"},       // kept: 65536 less
@@ -127,13 +127,13 @@ INSTANTIATE_TEST_SUITE_P(Table, FormatUnsigned, testing::Values(
     UnsignedCase{"TopBit",             2, 0,  0x80000000, u"-2147483648"},     // kept
     UnsignedCase{"TopBitWithDecimals", 2, 2,  0x80000000, u"21474836.48"},
     UnsignedCase{"AllWithDecimals",    2, 2,  0xFFFFFFFF, u"42949672.95"},
-    UnsignedCase{"PaddedBehind",       1, 2,  5,          u"0.50"},            // kept: not 0.05
+    UnsignedCase{"PaddedAfter",        1, 2,  5,          u"0.50"},            // kept: not 0.05
     UnsignedCase{"LosesAZero",         1, 2,  105,        u"1.50"},            // kept: not 1.05
     UnsignedCase{"TwoDecimals",        1, 2,  1234,       u"12.34"},
     UnsignedCase{"Zero",               1, 2,  0,          u"0.00"},
     UnsignedCase{"NineDecimals",       2, 9,  0xFFFFFFFF, u"4.294967295"},
-    UnsignedCase{"AllDigitsBehind",    2, 10, 0xFFFFFFFF, u"0.4294967295"},
-    UnsignedCase{"MoreThanAllBehind",  2, 12, 0xFFFFFFFF, u"0.429496729500"},
+    UnsignedCase{"AllDigitsAfter",     2, 10, 0xFFFFFFFF, u"0.4294967295"},
+    UnsignedCase{"MoreThanAllAfter",   2, 12, 0xFFFFFFFF, u"0.429496729500"},
     UnsignedCase{"NegativeDigits",     1, kLowest, 5,     u"5"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on

@@ -24,7 +24,7 @@ TEST(LittleEndian, BytesThatAreMissingAreZero)
     EXPECT_EQ(LoadLittleEndian<std::uint32_t>(BytesOf({1, 2, 3})), 0x030201u);
 }
 
-TEST(LittleEndian, LowBytesAreStoredAsFarAsThereIsRoomAndZerosBehind)
+TEST(LittleEndian, LowBytesAreStoredAsFarAsThereIsRoomAndZerosAfter)
 {
     Bytes bytes(6, std::byte{0xEE});
     StoreLittleEndian(std::span(bytes).first(2), std::uint32_t{0x84038201});

@@ -36,7 +36,7 @@ const ColumnCoding kDouble = Column(DataType::Double, 4, -9, 99);
 const ColumnCoding kString = Column(DataType::String, 2, 0, 0);
 const ColumnCoding kUnknown = Column(DataType::NotChosen, 1, 5, 6);
 
-// Fewer words than the value has, and limits that what is there is not within.
+// Fewer words than the value has, and limits that exclude what is there.
 const ColumnCoding kHalfFloat = Column(DataType::Float, 1, 5, 6);
 const ColumnCoding kHalfDouble = Column(DataType::Double, 2, 5, 6);
 const ColumnCoding kNoWord = Column(DataType::Signed16, 0, 5, 6);

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QTimer>
 
-/// Answers the next file dialog as somebody does who types a name in its folder and presses Return while the list of
+/// Answers the next file dialog like somebody who types a name in its folder and presses Return while the list of
 /// completions is open, and watches the list.
 class CListOpenChoice final : public QObject {
 public:

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A dialog that cannot be answered as asked fails the test, and goes all the same lest the test hangs.
+/// A dialog that cannot be answered as asked fails the test, and goes all the same, lest the test hang.
 void Click(QWidget& dialog, QAbstractButton* button, const std::string& name)
 {
     if (button != nullptr && button->isEnabled()) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What a program that ran to its end left behind.
+/// What came of a program that ran to its end.
 struct ProcessResult {
     int exitCode = -1; ///< -1 when it was ended by a signal
     std::string out;   ///< all of its standard output

@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(Table, ReadDecimalText, testing::Values(
     DecimalCase{"FarTooSmall",          u"1e-99999999999999999999", 0},
     DecimalCase{"ZeroWithHugeExponent", u"0e99999999999", 0},
     DecimalCase{"ManyZerosBefore",      Digits(300, u'0') + u"25", 25},
-    DecimalCase{"ManyZerosBehindPoint", u"0." + Digits(400, u'0') + u"25e402", 25},
+    DecimalCase{"ManyZerosAfterPoint", u"0." + Digits(400, u'0') + u"25e402", 25},
     DecimalCase{"StillTooSmall",        u"0." + Digits(500, u'0') + u"1e+100", 0},
     DecimalCase{"StillTooLarge",        u"1" + Digits(500, u'0') + u"e-100", kInfinity},
     DecimalCase{"SmallInManyDigits",    u"0." + Digits(400, u'0') + u"1", 0},

@@ -237,7 +237,7 @@ TEST_F(BitBrowserDlg, TheMatrixHasItsLook)
         EXPECT_EQ(matrix.At(15 * 18 + 4, 2), QColor(255, 0, 255)) << scale; // bit 0, set
         EXPECT_EQ(matrix.At(15 * 18 + 3, 2), QColor(Qt::white)) << scale;
         EXPECT_EQ(matrix.At(15 * 18 + 14, 14), QColor(255, 0, 255)) << scale;
-        EXPECT_EQ(matrix.At(16 * 18 + 1, 2), QColor(Qt::white)) << scale; // behind the last column
+        EXPECT_EQ(matrix.At(16 * 18 + 1, 2), QColor(Qt::white)) << scale; // after the last column
     }
 }
 

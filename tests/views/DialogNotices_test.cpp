@@ -12,7 +12,7 @@ namespace {
 const QString kNoNumber = QStringLiteral("These digits give the limits 0 to -1: no number will be accepted.");
 const QString kTooLong = QStringLiteral("A description has at most 127 characters: the rest is left out.");
 
-/// What a screen reader tells of `widget` beside its name.
+/// What a screen reader tells of `widget` besides its name.
 QString Description(QWidget& widget)
 {
     return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Description);

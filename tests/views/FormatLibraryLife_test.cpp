@@ -31,7 +31,7 @@ struct LibraryLife : FormatPane {
 
     QString PathText() const { return QString::fromStdString(LibraryPath().string()); }
 
-    /// For all, whoever has a file or folder and looks into it.
+    /// For all, whoever owns a file or folder and looks into it.
     static void MakeReadOnly(const fs::path& path)
     {
         fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,

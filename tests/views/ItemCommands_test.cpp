@@ -111,7 +111,7 @@ struct AddedItem : FormatCommands, testing::WithParamInterface<AddCase> {};
 
 } // namespace
 
-TEST_P(AddedItem, GoesBehindTheClickedRow)
+TEST_P(AddedItem, GoesAfterTheClickedRow)
 {
     Start();
     if (GetParam().row)
@@ -338,7 +338,7 @@ TEST_F(FormatCommands, TheDeleteKeyDeletesTheCurrentRowAndNothingWithoutOne)
     ExpectStored({MakeFormat(u"Line", {})});
 }
 
-TEST_F(FormatCommands, TheInsertKeyAddsAnItemBehindTheCurrentRowOrAtTheEnd)
+TEST_F(FormatCommands, TheInsertKeyAddsAnItemAfterTheCurrentRowOrAtTheEnd)
 {
     Start();
     List().setCurrentItem(List().topLevelItem(1));

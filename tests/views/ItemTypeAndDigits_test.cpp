@@ -67,7 +67,7 @@ TEST_F(ItemDialog, ChoosingAStringSetsUnicodeAtOnceAndInSpiteOfCancel) // kept
     EXPECT_EQ(item.unicode, 1); // the box kept its mark while it was hidden
 }
 
-TEST_F(ItemDialog, ClickingUnicodeTakesEffectWithOkOnly)
+TEST_F(ItemDialog, ClickingUnicodeTakesEffectOnlyWithOk)
 {
     Modify(StringItem(4, 0));
     Click("checkUnicode");

@@ -37,7 +37,7 @@ struct CheckCase {
     friend void PrintTo(const CheckCase& c, std::ostream* out) { *out << c.name; }
 };
 
-/// Of a file of 200,000 words 100 are to go to 0, of a second one with a byte more 50 to 100, in all 128K words.
+/// Of a file of 200,000 words, 100 are to go to 0; of a second one, a byte longer, 50 to 100; all in 128K words.
 struct RefusedParam : MergeParam, testing::WithParamInterface<CheckCase> {
     void SetUp() override
     {
@@ -83,12 +83,12 @@ INSTANTIATE_TEST_SUITE_P(Table, RefusedParam, testing::Values(
     CheckCase{"FirstLengthZero", {{"editFirstLength", "0"}}, kFirstLength},
     CheckCase{"FirstLengthOfLetters", {{"editFirstLength", "abc"}}, kFirstLength},
     CheckCase{"FirstLengthEmpty", {{"editFirstLength", ""}}, kFirstLength},
-    CheckCase{"FirstPlaceBehindTheEnd", {{"editFirstPlace", "130560"}}, kFirstPlaceTooLarge},
-    CheckCase{"LettersBehindANumber", {{"editFirstPlace", " 130560ab"}}, kFirstPlaceTooLarge},
+    CheckCase{"FirstPlacePastTheEnd", {{"editFirstPlace", "130560"}}, kFirstPlaceTooLarge},
+    CheckCase{"LettersAfterANumber", {{"editFirstPlace", " 130560ab"}}, kFirstPlaceTooLarge},
     CheckCase{"FirstLastPlace", {{"editFirstPlace", "130559"}, {"editFirstLength", "1"}}, kSecondBeforeFirst},
-    CheckCase{"FirstLengthBehindTheFile", {{"editFirstLength", "200001"}},
+    CheckCase{"FirstLengthPastTheFile", {{"editFirstLength", "200001"}},
         u"The first file's reading length is larger than it's total length!"},
-    CheckCase{"FirstReadStartBehindTheFile", {{"editFirstReadStart", "200001"}},
+    CheckCase{"FirstReadStartPastTheFile", {{"editFirstReadStart", "200001"}},
         u"The first file's location for  reading  is larger than it's total length!"},
     CheckCase{"FirstReadRange", {{"editFirstReadStart", "199950"}}, // kept: start and length in this order
         u"The first file can't be read 199950 words from the starting location 100 ,the number is larger than it's "
@@ -102,12 +102,12 @@ INSTANTIATE_TEST_SUITE_P(Table, RefusedParam, testing::Values(
         u"The second file's reading location  can not be negative!"},
     CheckCase{"SecondLengthZero", {{"editSecondLength", "0"}}, kSecondLength},
     CheckCase{"SecondLengthOfLetters", {{"editSecondLength", "abc"}}, kSecondLength},
-    CheckCase{"SecondPlaceBehindTheEnd", {{"editSecondPlace", "130560"}},
+    CheckCase{"SecondPlacePastTheEnd", {{"editSecondPlace", "130560"}},
         u"The second file's saving location in the merged file is too larger,which will lead to this app can't merge "
         u"file!"},
-    CheckCase{"SecondLengthBehindTheFile", {{"editSecondLength", "200001"}},
+    CheckCase{"SecondLengthPastTheFile", {{"editSecondLength", "200001"}},
         u"The second file's reading length is larger than it's total length!"},
-    CheckCase{"SecondReadStartBehindTheFile", {{"editSecondReadStart", "200001"}},
+    CheckCase{"SecondReadStartPastTheFile", {{"editSecondReadStart", "200001"}},
         u"The second file's reading location is larger than it's total length!"},
     CheckCase{"SecondReadRange", {{"editFirstReadStart", "7"}, {"editSecondReadStart", "199960"}}, // kept: the first's
         u"The secong file  can't be read 7  words from the starting location 100 ,the number is larger than it's "

@@ -38,7 +38,7 @@ struct MergeParam : testing::Test {
     void ExpectStaysOpen(const std::u16string& message, const std::map<QString, QString>& fields);
     void ExpectClosedWithOk() const;
 
-    /// A merged file of `size` bytes that begins with `bytes` and is zero behind them.
+    /// A merged file of `size` bytes that begins with `bytes` and is zero after them.
     void ExpectMerged(std::size_t size, Bytes bytes) const;
 
     const Bytes firstBytes =

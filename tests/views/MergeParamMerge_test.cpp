@@ -20,7 +20,7 @@ TEST_F(MergeParam, MergesBothStretchesAndCloses)
     EXPECT_EQ(ReadAll(folder / "second.rcp"), secondBytes);
 }
 
-TEST_F(MergeParam, MergesTheSecondRightBehindTheFirstAtEnter)
+TEST_F(MergeParam, MergesTheSecondRightAfterTheFirstAtEnter)
 {
     ChooseAll();
     Type("editSecondPlace", "3");

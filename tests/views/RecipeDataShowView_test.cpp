@@ -169,7 +169,7 @@ TEST_F(DataPane, RowsOfAPagedFileThatCouldNotBeOpenedAreNotWrittenOnceItCan)
     EXPECT_EQ(ReadAll(folder / "a.frp"), words);
 }
 
-TEST_F(DataPane, AFileOfUnknownTypeIsLookedAtOnly)
+TEST_F(DataPane, AFileOfUnknownTypeIsOnlyLookedAt)
 {
     const Bytes table = BytesOf({'7', '\n', '8', '\n'});
     Use(MakeFormat(u"word", {kWord}), 0, 2);

@@ -240,7 +240,7 @@ TEST_F(SavePath, TheRootEndsInOneSeparator)
     EXPECT_EQ(Shown(), "/a");
 }
 
-TEST_F(SavePath, ANameIsPutBehindAChosenFolderAsTyped)
+TEST_F(SavePath, ANameIsPutAfterAChosenFolderAsTyped)
 {
     TypeName("a//b");
     EXPECT_EQ(Shown(), InFolder("a/b"));

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests use of POSIX and Windows lacks, so that they compile; each call fails. Included ahead of every test
+// What the tests use of POSIX that Windows lacks, so that they compile; each call fails. Included ahead of every test
 // file in a build for Windows. Tests that cannot do without are named in LeftOut.cmake.
 
 #include <cerrno>
