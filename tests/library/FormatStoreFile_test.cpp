@@ -32,13 +32,6 @@ struct FormatStoreFile : testing::Test {
         WriteAll(path, original);
     }
 
-    static void MakeReadOnly(const fs::path& file)
-    {
-        fs::permissions(file, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                        fs::perm_options::remove);
-        fs::permissions(file, fs::perms::group_read | fs::perms::others_read, fs::perm_options::add);
-    }
-
     CTempFolder folder;
     const fs::path path = folder / "RecipeFile.Dat";
     const fs::path copy = folder / "RecipeFile.Dat.bak";

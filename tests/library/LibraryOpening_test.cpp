@@ -19,13 +19,6 @@ struct OpenedLibrary : testing::Test {
     }
     ~OpenedLibrary() override { fs::permissions(folder.Path(), fs::perms::all); }
 
-    static void MakeReadOnly(const fs::path& file)
-    {
-        fs::permissions(file, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                        fs::perm_options::remove);
-        fs::permissions(file, fs::perms::group_read | fs::perms::others_read, fs::perm_options::add);
-    }
-
     CTempFolder folder;
     const fs::path path = folder / "RecipeFile.Dat";
     FormatLibrary library;

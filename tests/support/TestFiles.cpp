@@ -42,6 +42,14 @@ void WriteAll(const fs::path& path, std::span<const std::byte> bytes)
         throw std::runtime_error("cannot write " + path.string());
 }
 
+void MakeReadOnly(const fs::path& path)
+{
+    fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                    fs::perm_options::remove);
+    fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read,
+                    fs::perm_options::add);
+}
+
 Bytes BytesOf(std::initializer_list<int> values)
 {
     Bytes bytes;

@@ -28,6 +28,9 @@ private:
 Bytes ReadAll(const std::filesystem::path& path); ///< the whole file; throws when it cannot
 void WriteAll(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
+/// Makes a file or folder one that everybody may read and nobody may write.
+void MakeReadOnly(const std::filesystem::path& path);
+
 Bytes BytesOf(std::initializer_list<int> values);            ///< each value one byte
 Bytes WordBytes(std::initializer_list<std::uint16_t> words); ///< each word two bytes, low byte first
 Bytes UnitBytes(std::u16string_view text);                   ///< each unit two bytes, low byte first

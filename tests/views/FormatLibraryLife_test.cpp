@@ -31,15 +31,6 @@ struct LibraryLife : FormatPane {
 
     QString PathText() const { return QString::fromStdString(LibraryPath().string()); }
 
-    /// For all, whoever owns a file or folder and looks into it.
-    static void MakeReadOnly(const fs::path& path)
-    {
-        fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                        fs::perm_options::remove);
-        fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read,
-                        fs::perm_options::add);
-    }
-
     fs::path Copy(const char* ending = ".bak") const { return LibraryPath() += ending; }
 
     ~LibraryLife() override
