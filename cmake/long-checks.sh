@@ -1,7 +1,7 @@
 # Sourced by test, after cmake/scripts.sh: the checks that take long. Each runs whole suites, not one test at a time as
 # CTest does, since starting a program is what takes the time under these tools.
 
-# Runs the suites of a preset whose name matches, behind the words of a command if one is given: all of them, and says no
+# Runs those suites of a preset whose names match, after the words of a command if there are any: all of them, and says no
 # at the end when one failed.
 run_suites() {
     local preset=$1 suites=$2 failed=0 program
@@ -14,8 +14,8 @@ run_suites() {
     return "$failed"
 }
 
-# What clang-tidy says of the sources that changed since a commit, since the last release when none is named. A header is
-# looked at with the source file beside it.
+# What clang-tidy says of the sources that changed since a commit, or since the last release when none is named. A
+# header is looked at with the source file beside it.
 check_tidy() {
     ensure_packages clang-tidy
     local base=${1:-} changed
@@ -36,12 +36,12 @@ check_coverage() {
     ensure_packages gcovr
     build_preset coverage
     find build/coverage -name '*.gcda' -delete
-    # Some tests are another user for a while, whose counts are to be added, too.
+    # Some tests run as another user for a while, whose counts are to be added, too.
     find build/coverage -name '*.gcno' -printf '%p\0' | sed --null-data 's/gcno$/gcda/' | xargs --null touch
     find build/coverage -name '*.gcda' -exec chmod a+rw {} +
     local limited
     limited=$(mktemp -d)
-    # That these counts cannot be written in full is no output of that program.
+    # A message that these counts cannot be written in full is not output of that program.
     LIMITED_COUNTS=$limited BASH_ENV=$PWD/tests/coverage/limits.bash GCOV_ERROR_FILE=/dev/null \
         run_suites coverage '.*'
     rm -r "$limited"

@@ -19,7 +19,7 @@ fuzz_packages=(clang libclang-rt-dev llvm)
 # shellcheck disable=SC2034
 picture_packages=(xvfb openbox xdotool x11-utils imagemagick dbus at-spi2-core python3-pyatspi)
 
-# Prints those of the packages named that are not installed. Asks dpkg only, so it takes a few milliseconds.
+# Prints those of the packages named that are not installed. Asks only dpkg, so it takes a few milliseconds.
 missing_packages() {
     local installed package
     # dpkg-query answers with an error when it has never heard of one of them: that one is missing, too.
@@ -68,8 +68,8 @@ has_qt6() {
     command -v qmake6 >/dev/null || command -v qtpaths6 >/dev/null || pkg-config --exists Qt6Widgets 2>/dev/null
 }
 
-# Configures the preset named when that was not done yet, and builds what changed: all, or the targets named behind it.
-# Prints to standard error only.
+# Configures the preset named when that has not been done yet, and builds what changed: all, or the targets named after
+# it. Prints to standard error only.
 build_preset() {
     local preset=$1 target=(--target "${@:2}")
     (($# > 1)) || target=()

@@ -200,7 +200,7 @@ def accepted(item, text):
 
 
 def columns(items):
-    """One item a column: an array stands once for each of its elements."""
+    """One item per column: an array stands once for each of its elements."""
     return [item for item in items for _ in range(item.array or 1)]
 
 

@@ -52,7 +52,7 @@ def with_anchors(body):
 
 
 def with_links_to_pages(body, document, documents):
-    """Has links to documents lead to their pages. Links to other files stay."""
+    """Makes links to documents lead to their pages. Links to other files stay."""
     here = document.parent
 
     def link(match):

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Judges what a run of the tests took of the code, from gcovr's JSON.
+"""Judges how much of the code a run of the tests took, from gcovr's JSON.
 
 The core's lines and branches are to be taken all; one that cannot be stands in docs/testing.md, in the table under "Branches
 that no test takes", with the file, a piece of its line, how many of the branches there are not taken, and the reason. A

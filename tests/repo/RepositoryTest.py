@@ -63,14 +63,14 @@ def lines(path):
 
 
 def links(path):
-    """(line number, the file that the link leads to, the heading behind "#" or "") of the links within the documents."""
+    """(line number, the file that the link leads to, the heading after "#" or "") of the links within the documents."""
     for number, line in lines(path):
         for target, anchor in re.findall(r"\]\(([^)#:]*)(?:#([^)]*))?\)", line):
             yield number, (path.parent / target).resolve() if target else path, anchor
 
 
 def anchors(document):
-    """What links may name behind "#": the headings, in the form in which they are shown on the web."""
+    """What links may name after "#": the headings, in the form in which they are shown on the web."""
     found = set()
     code = False
     for _, line in lines(document):

@@ -1,7 +1,7 @@
 # The tests that need what Windows, or wine, does not have; each list is of GoogleTest's patterns.
 
 # Symbolic links, pipes, POSIX rights and error numbers, and a full disk made by a limit on file lengths. The library of the
-# compiler counts one name for every file there, so that further names of a replaced file keep the old one.
+# compiler counts one name for every file there, so that other names of a replaced file keep the old one.
 set(vantor_disk_tests_left_out
   *.PipeIsRe*AndDoesNotHang*
   *.*FullDisk*
