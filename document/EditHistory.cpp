@@ -62,6 +62,5 @@ void CEditHistory::Clear(bool isSaved) noexcept
     m_made.clear();
     m_undone.clear();
     m_bytes = 0;
-    m_state = ++m_lastState;
     m_savedState = isSaved ? m_state : 0;
 }

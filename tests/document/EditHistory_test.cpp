@@ -77,6 +77,34 @@ TEST(EditHistory, NumbersOfEditsAreNoLimit)
     EXPECT_EQ(kept, 100'000);
 }
 
+TEST(EditHistory, AsMuchMemoryAsThereIsMayBeUsed)
+{
+    CEditHistory one;
+    Add(one, Typed(1, 100));
+    CEditHistory history(2 * one.Bytes());
+    Add(history, Typed(1, 100));
+    Add(history, Typed(2, 100));
+    history.StepBack(nullptr);
+    EXPECT_NE(history.NextToUndo(), nullptr);
+}
+
+TEST(EditHistory, UndoneEditsTakeTheirMemoryUntilTheyAreForgotten)
+{
+    CEditHistory history;
+    Add(history, Typed(1, 500));
+    const std::size_t one = history.Bytes();
+    Add(history, Typed(2, 500));
+    EXPECT_EQ(history.Bytes(), 2 * one);
+    history.StepBack(nullptr);
+    EXPECT_EQ(history.Bytes(), 2 * one);
+    history.StepForth(nullptr);
+    EXPECT_EQ(history.Bytes(), 2 * one);
+    history.StepBack(nullptr);
+    history.StepBack(nullptr);
+    Add(history, Typed(3, 500));
+    EXPECT_EQ(history.Bytes(), one);
+}
+
 TEST(EditHistory, AllMemoryIsGivenBack)
 {
     CEditHistory history;
@@ -109,6 +137,29 @@ TEST(EditHistory, RowsThatShareTheirBytesWithThoseShownCostNoMoreThanTheirStates
     history.Add(CEditHistory::Prepare(Read(rows)), nullptr);
     EXPECT_GT(history.Bytes(), 100'000u);
     EXPECT_LT(history.Bytes(), 120'000u);
+}
+
+TEST(EditHistory, AnUndoneReadingIsWeighedByTheRowsThatAreShownThen)
+{
+    CRecipeRows rows;
+    rows.LayOut({{.title = u"W", .dataType = DataType::Signed16, .dataLength = 1, .codeType = CodeType::Bin}}, 0,
+                50'000);
+    rows.ShowWords(CByteBuffer(100'000), RecipeKind::Flat);
+    CEditHistory history;
+    history.Add(CEditHistory::Prepare(Read(rows)), nullptr);
+    const std::size_t alone = history.Bytes();
+    history.StepBack(rows.SourceId());
+    EXPECT_EQ(history.Bytes(), alone - 100'000);
+    history.StepForth(nullptr);
+    EXPECT_EQ(history.Bytes(), alone);
+}
+
+TEST(EditHistory, AHistoryThatBeginsUnsavedHasNoSavedState)
+{
+    CEditHistory history;
+    history.Clear(false);
+    EXPECT_FALSE(history.IsAsSaved());
+    EXPECT_FALSE(history.IsBeforeSaved());
 }
 
 TEST(EditHistory, AnEditOfFormatsAloneLeadsToTheSameRows)
