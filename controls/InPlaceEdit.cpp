@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QPointer>
 #include <QTimer>
 
@@ -94,6 +95,7 @@ CInPlaceEdit::CInPlaceEdit(CInPlaceEditOwner& owner, QWidget* parent, int row, i
     setContextMenuPolicy(Qt::PreventContextMenu);
     setAcceptDrops(false); // a file is for the window to open
     setText(text);
+    connect(qApp, &QApplication::focusChanged, this, &CInPlaceEdit::FocusMoved);
 }
 
 bool CInPlaceEdit::End(int key)
@@ -167,8 +169,19 @@ void CInPlaceEdit::focusOutEvent(QFocusEvent* event)
 {
     const Qt::FocusReason reason = event->reason();
     QLineEdit::focusOutEvent(event);
-    if (m_bEnding || reason == Qt::PopupFocusReason) // a menu gives the focus back
-        return;
-    if (!End(0) && reason == Qt::MouseFocusReason)
+    if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason) // a menu gives the focus back
+        Leave(reason == Qt::MouseFocusReason);
+}
+
+/// The menu bar gives the focus back, too, but not when something else took it.
+void CInPlaceEdit::FocusMoved(const QWidget* from, const QWidget* to)
+{
+    if (qobject_cast<const QMenuBar*>(from) != nullptr && to != nullptr && to != this)
+        Leave(QApplication::mouseButtons() != Qt::NoButton);
+}
+
+void CInPlaceEdit::Leave(bool isByMouse)
+{
+    if (!m_bEnding && !End(0) && isByMouse)
         new CPendingPress; // deletes itself
 }

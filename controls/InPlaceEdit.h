@@ -46,6 +46,9 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void FocusMoved(const QWidget* from, const QWidget* to);
+    void Leave(bool isByMouse);
+
     CInPlaceEditOwner& m_owner;
     int m_nRow;
     int m_nColumn;

@@ -326,12 +326,12 @@ void CRecipeDataShowView::ShowOtherRows()
 
 bool CRecipeDataShowView::GoToNextEdited()
 {
-    return GoTo(Rows().NextEdited(FocusPlace()));
+    return !EndCellEdit() || GoTo(Rows().NextEdited(FocusPlace()));
 }
 
 bool CRecipeDataShowView::GoToPreviousEdited()
 {
-    return GoTo(Rows().PreviousEdited(FocusPlace()));
+    return !EndCellEdit() || GoTo(Rows().PreviousEdited(FocusPlace()));
 }
 
 /// Above the rows while no cell has the focus.
@@ -346,6 +346,7 @@ bool CRecipeDataShowView::GoTo(std::optional<CellPlace> place)
 {
     if (!place)
         return false;
+    m_pGrid->setFocus(); // to go on there
     m_pGrid->ShowCells({{place->row + kTitleRows, static_cast<int>(place->column) + kTitleColumns}});
     return true;
 }

@@ -39,7 +39,8 @@ public:
     /// Shows what an undo or redo left: the cells that it gave other states are selected and come into sight.
     void ShowEdited(const EditReport& report);
 
-    /// Goes to the next edited cell after the focus cell, or to the one before it. False when there is none.
+    /// Goes to the next edited cell after the focus cell, or to the one before it. False when there is none. An edit
+    /// that is open is ended first; a refused text, which was reported then, stops the command.
     bool GoToNextEdited();
     bool GoToPreviousEdited();
 
