@@ -260,7 +260,7 @@ void CGridCtrl::FitColumns(int first)
         return;
     const int rows = std::clamp(kMeasuredCells / count, 1, kMeasuredRows);
     const int digit = fontMetrics().horizontalAdvance(u'0');
-    horizontalHeader()->setUpdatesEnabled(false); // else it counts all places anew after each column
+    horizontalHeader()->setUpdatesEnabled(false); // else it counts all places again after each column
     for (int column = first; column < ColumnCount(); ++column)
         SetColumnWidth(column, std::clamp(FittedWidth(column, rows), kFewestChars * digit, kMostChars * digit));
     horizontalHeader()->setUpdatesEnabled(true);

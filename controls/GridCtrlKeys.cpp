@@ -108,7 +108,7 @@ QModelIndex CGridCtrl::FarthestFrom(const QModelIndex& index, CursorAction actio
     }
 }
 
-/// A click with Shift extends from where the selection began, also when keys or an edit have begun it. The toolkit has
+/// A click with Shift extends from where the selection began, even when keys or an edit began it. The toolkit has
 /// moved the focus to the clicked cell already.
 void CGridCtrl::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command)
 {

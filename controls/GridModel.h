@@ -42,7 +42,7 @@ public:
 
     QString Text(int row, int column) const;                ///< empty outside the grid
     bool SetText(int row, int column, const QString& text); ///< false outside the grid, or refused by the source
-    /// What one command of the user gives cells of the body, all or nothing, also where std::bad_alloc is thrown for
+    /// What one command of the user gives cells of the body, all or nothing, even where std::bad_alloc is thrown for
     /// kept cells. Texts for other cells are left out. False when nothing was changed.
     bool SetTexts(GridChange change, std::vector<GridCellText> texts);
     GridCellMarks Marks(int row, int column) const;           ///< none for a kept cell

@@ -65,7 +65,7 @@ void CStrip::Withdraw(int weight)
 
 void CStrip::ShowHeaviest()
 {
-    if (isAncestorOf(window()->focusWidget())) // also while a dialog is open: the window may not be active yet
+    if (isAncestorOf(window()->focusWidget())) // even while a dialog is open: the window may not be active yet
         GiveFocusBack();
     if (m_messages.empty()) {
         hide();

@@ -164,7 +164,7 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
         return {};
     const bool isReady = PrepareSaveAs(type, path, m_settings.startAddress, reporter);
     const SaveResult result = isReady ? Write(type, path, reporter, progress) : SaveResult();
-    const bool isNameKept = !isReady && type == FileType::Rcp; // kept: also when the file cannot be created
+    const bool isNameKept = !isReady && type == FileType::Rcp; // kept: even when the file cannot be created
     if (result.isSaved || isNameKept) {
         m_strFilePath = path;
         m_nFileType = type;

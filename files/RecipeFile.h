@@ -12,7 +12,7 @@
 /// Fills `rows` from the file at `path` in the given type. With `newFile` and an empty `path`, a flat file's rows are
 /// those of a new document. A number that is none of the four types reads nothing, and that is Done.
 ///
-/// - Done: the rows are filled. kept: also when a paged file could not be opened; CRecipeRows::ShowsTheSameEverywhere
+/// - Done: the rows are filled. kept: even when a paged file could not be opened; CRecipeRows::ShowsTheSameEverywhere
 ///   tells (PagedRecipeFile.h).
 /// - Failed: every cell is empty, and the failure was reported here, exactly once and in the type's own words.
 /// - GivenUp: every cell is empty, because `progress` had the work end, and nothing was reported.

@@ -104,7 +104,7 @@ bool ValidateCellValue(const ColumnCoding& column, std::u16string_view text)
     case DataType::Double:
         return IsRealInRange(column, text) && HasDecimalCharacters(text) && HasRoomForDigits(column, text);
     case DataType::String:
-        return LengthOf(text) <= column.dataLength; // kept: also for two ANSI characters a word
+        return LengthOf(text) <= column.dataLength; // kept: even for two ANSI characters a word
     case DataType::NotChosen:
         break;
     }

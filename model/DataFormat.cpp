@@ -71,7 +71,7 @@ void DataFormat::removeItem(std::size_t index)
     if (index < items.size())
         items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
     if (itemCount > std::numeric_limits<std::int32_t>::min())
-        --itemCount; // kept: also when there was nothing to remove
+        --itemCount; // kept: even when there was nothing to remove
 }
 
 void DataFormat::clear()

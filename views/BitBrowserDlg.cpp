@@ -89,7 +89,7 @@ void CBitBrowserDlg::FillMatrix()
         list.SetBitState(row, column, bits[i] == u'0' ? 0 : 1);
         ShowBit(row, column);
     }
-    list.setMinimumSize(list.sizeHint()); // all squares, also where the screen is small
+    list.setMinimumSize(list.sizeHint()); // all squares, even where the screen is small
 }
 
 /// Gives a cell the text of its bit, which is its tool tip, and tells screen readers the bit's number and state.

@@ -177,7 +177,7 @@ void CDataTypeEditDlg::DropHalfAtTheEnd()
 
 void CDataTypeEditDlg::OnArrayClicked()
 {
-    m_pUi->editArrayLength->setText(QStringLiteral("2")); // kept: also when it was an array before
+    m_pUi->editArrayLength->setText(QStringLiteral("2")); // kept: even when it was an array before
     ShowArrayLength(true);
 }
 

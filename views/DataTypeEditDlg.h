@@ -31,7 +31,7 @@ public:
 
 signals:
     /// The string type was chosen, and this is to become the `unicode` of the owner's item at once.
-    /// kept: also when the dialog is cancelled after that
+    /// kept: even when the dialog is cancelled after that
     void UnicodeTaken(std::int32_t unicode);
 
 private:

@@ -430,7 +430,7 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
 /// After the row that the menu was opened on, else at the end.
 void CRecipeFormatEditView::OnAddItem()
 {
-    m_store.SetChanged(); // kept: also when the dialog is cancelled
+    m_store.SetChanged(); // kept: even when the dialog is cancelled
     const int rows = m_pUi->listItems->topLevelItemCount();
     const int position = m_nContextItem >= 0 ? std::min(m_nContextItem + 1, rows) : rows;
     m_nContextItem = -1;
@@ -500,7 +500,7 @@ void CRecipeFormatEditView::OnDeleteAllItems()
 
 void CRecipeFormatEditView::OnAddFormat()
 {
-    m_store.SetChanged(); // kept: also when the dialog is cancelled
+    m_store.SetChanged(); // kept: even when the dialog is cancelled
     CNewFormatNameDlg dialog(m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
