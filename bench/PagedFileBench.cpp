@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-// Nearly all of these rows lie behind the flat part, in pages. To be compared with BM_Save_Mixed_Untouched and
+// Nearly all of these rows lie after the flat part, in pages. To be compared with BM_Save_Mixed_Untouched and
 // BM_Load_Read: the same rows in a flat file.
 
 namespace {
