@@ -27,7 +27,7 @@ namespace {
 
 constexpr QSize kFormatPaneSize{355, 852}; // pixels, at creation
 
-/// The local file that is being dragged, empty unless it is exactly one. A folder is none.
+/// The local file that is being dragged, empty unless it is exactly one. A folder does not count.
 QString DraggedFile(const QMimeData& data)
 {
     const QList<QUrl> urls = data.urls();
@@ -313,7 +313,7 @@ void CMainFrame::OpenPath(const QString& path)
 }
 
 /// Those that the focus can go to, in the order of F6: the strip is one while it says something, a collapsed left pane
-/// is none.
+/// is not.
 QList<QWidget*> CMainFrame::PanesInSight() const
 {
     QList<QWidget*> panes;

@@ -20,7 +20,7 @@ bool HoldsCell(const CRecipeRows& rows, const TypedCell& cell)
            cell.column < kTitleColumns + static_cast<std::int64_t>(rows.Columns().size());
 }
 
-/// FromUtf8 puts something else in the place of what is no UTF-8.
+/// FromUtf8 puts something else in the place of what is not UTF-8.
 bool IsUtf8(const std::string& bytes)
 {
     return ToUtf8(FromUtf8(bytes)) == bytes;

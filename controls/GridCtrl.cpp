@@ -55,7 +55,7 @@ void CGridCtrl::MakeParts()
     m_pModel = new CGridModel(this);
     m_pModel->SetTextChange([this](int row, int column, const QString& text) {
         const Change change = ChangeText(row, column, text);
-        // Later: who asks is another program, and it would wait for the user to answer the box.
+        // Later: whoever asks is another program, and it would wait for the user to answer the box.
         if (change == Change::Refused)
             QMetaObject::invokeMethod(
                 this, [this, row, column] { ReportRefusal(row, column); }, Qt::QueuedConnection);

@@ -59,7 +59,7 @@ void CGridCtrl::ShowCells(const std::vector<std::pair<int, int>>& cells)
     const CellRectangle around = RectangleAround(shown);
     const QPersistentModelIndex first(m_pModel->BodyIndex(shown.front().first, shown.front().second));
     Selection().Choose(first, selection);
-    if (!first.isValid() || currentIndex() != first) // who was told has emptied the grid
+    if (!first.isValid() || currentIndex() != first) // whoever was told has emptied the grid
         return;
     scrollTo(m_pModel->BodyIndex(around.bottom, around.right));
     scrollTo(m_pModel->BodyIndex(around.top, around.left));

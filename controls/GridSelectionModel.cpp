@@ -23,7 +23,7 @@ void CGridSelectionModel::ExtendTo(const QModelIndex& index)
     if (!m_anchor.isValid())
         Begin();
     setCurrentIndex(index, NoUpdate);
-    if (currentIndex().isValid()) // who was told has not emptied the grid
+    if (currentIndex().isValid()) // whoever was told has not emptied the grid
         select(FromAnchor(), SelectCurrent);
 }
 
@@ -31,7 +31,7 @@ void CGridSelectionModel::Choose(const QModelIndex& focus, const QItemSelection&
 {
     const QPersistentModelIndex target(focus);
     setCurrentIndex(focus, NoUpdate);
-    if (target.isValid() && currentIndex() == target) // who was told has not emptied the grid
+    if (target.isValid() && currentIndex() == target) // whoever was told has not emptied the grid
         select(cells, ClearAndSelect);
 }
 
@@ -77,7 +77,7 @@ void CGridSelectionModel::setCurrentIndex(const QModelIndex& index, QItemSelecti
     if (index.isValid() && index != currentIndex()) {
         const QPersistentModelIndex target(index);
         emit FocusMoving(index);
-        if (!target.isValid()) // who was told has emptied the grid
+        if (!target.isValid()) // whoever was told has emptied the grid
             return;
     }
     QItemSelectionModel::setCurrentIndex(index, command);

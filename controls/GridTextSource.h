@@ -31,7 +31,7 @@ public:
 
     /// Gives cells texts that passed the grid's check: what one command of the user changed, all or nothing. False when
     /// nothing was changed. By default each goes through SetCellText.
-    // NOLINTNEXTLINE(performance-unnecessary-value-param): who overrides it may keep the texts
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): whoever overrides it may keep the texts
     virtual bool SetCellTexts(GridChange /*change*/, std::vector<GridCellText> texts)
     {
         bool changed = false;

@@ -42,8 +42,8 @@ public:
     void SetRowHeight(int pixels);           ///< at once, for every row; 0 or less for the natural height
 
     /// Puts a column of `width` pixels in at `position`, or after the last one, and returns where it is. The heading
-    /// goes to the first column from the left that has none yet. kept: an `alignment` that is none is centred. Columns
-    /// have no sub-item numbers of their own here.
+    /// goes to the first column from the left that has none yet. kept: an unknown `alignment` is centred. Columns have
+    /// no sub-item numbers of their own here.
     int InsertColumn(int position, const QString& heading, int alignment, int width, int subItem = -1);
     /// Puts a row in at `row`, or after the last one, and returns where it is. `text` is that of its first cell.
     int InsertItem(int row, const QString& text);

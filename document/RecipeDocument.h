@@ -103,14 +103,14 @@ public:
     void ClearRows();
 
     /// Writes the rows to `path` as `type`; then no cell is edited. The document's own path, type and flags stay: see
-    /// SaveAs and MarkSaved. Rows that are none of the file's (HasRowsOfFile) are reported as the type's failed save,
-    /// and not a byte is written; those of a paged file that could not be opened are left out as it is.
+    /// SaveAs and MarkSaved. Rows that are not the file's (HasRowsOfFile) are reported as the type's failed save, and
+    /// not a byte is written; those of a paged file that could not be opened are left out as it is.
     SaveResult Write(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
 
     /// Writes the rows to `path` as `type` as Write does after its preparation for a new name (PrepareSaveAs), but all
     /// at once: the old file is as it was until the new one is complete (ReplaceRecipe). The document stays as it is.
-    /// Rows that are none of the file's are reported as the type's failed save: they would empty the target, or put
-    /// zeros over it.
+    /// Rows that are not the file's are reported as the type's failed save: they would empty the target, or put zeros
+    /// over it.
     SaveResult Replace(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
 
     /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the

@@ -167,7 +167,7 @@ private:
     bool m_isReturnHeld = false;
 };
 
-/// Appends the units that `bytes` hold, low byte first; half a unit at the end is none.
+/// Appends the units that `bytes` hold, low byte first; half a unit at the end does not count.
 void AppendUnits(std::span<const std::byte> bytes, std::u16string& text)
 {
     const std::size_t before = text.size();

@@ -11,7 +11,7 @@
 namespace {
 
 /// How many units at the front of `units`, of which there is one at least, are one character; 0 for a zero or half a
-/// pair, which are none.
+/// pair, neither of which is one.
 std::size_t CharacterLength(std::u16string_view units)
 {
     const char16_t first = units.front();

@@ -26,7 +26,7 @@ std::size_t LengthByLead(unsigned char lead)
     return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
 
-/// Takes one character, or one byte of what is none, off the front of `bytes`.
+/// Takes one character, or one byte of what is not a character, off the front of `bytes`.
 char32_t TakeUtf8(std::string_view& bytes)
 {
     const auto lead = static_cast<unsigned char>(bytes.front());

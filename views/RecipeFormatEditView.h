@@ -47,7 +47,7 @@ public:
 
     bool HasSelectedFormat() const;
 
-    /// Who changes its formats tells FormatChanged.
+    /// Whoever changes its formats tells FormatChanged.
     CFormatStore& Store() { return m_store; }
 
     /// Shows and selects the format at `index`, or the last one before that, after it was changed, put in or taken out

@@ -92,7 +92,7 @@ private:
         const std::uint32_t items = Below(4);
         Put(100, 4);
         PutField(128);
-        Put(items == 0 && Below(2) == 0 ? 0xFFFFFFF0 : items, 4); // a negative count is none
+        Put(items == 0 && Below(2) == 0 ? 0xFFFFFFF0 : items, 4); // a negative count means none
         for (std::uint32_t i = 0; i < items; ++i)
             MakeItem();
         Put(200, 4);

@@ -83,7 +83,7 @@ TEST_F(GridAccess, ATextSetIsCheckedAndToldAsAnEdit)
     EXPECT_EQ(Cell(2, 3)->text(QAccessible::Name), QString("77"));
 }
 
-TEST_F(GridAccess, ARefusedTextIsReportedOnceWhoSetItHasGoneOn)
+TEST_F(GridAccess, ARefusedTextIsReportedOnceWhoeverSetItHasGoneOn)
 {
     Cell(2, 3)->setText(QAccessible::Value, "bad");
     EXPECT_EQ(TextAt(2, 3), "2,3");

@@ -172,7 +172,7 @@ TEST_F(GridHandOver, WithoutAnAcceptedTextThereIsNoCall)
     EXPECT_EQ(log, Lines{"reported Col 2,Row 4 data error !"});
 }
 
-TEST_F(GridHandOver, AResetByWhoIsToldOfAnEditLeavesTheNewCells)
+TEST_F(GridHandOver, AResetByWhoeverIsToldOfAnEditLeavesTheNewCells)
 {
     QObject::connect(grid, &CGridCtrl::CellEdited, grid, [this] {
         if (grid->RowCount() != 3)

@@ -149,7 +149,7 @@ TEST_F(GridKeys, AFocusCellCanBeSetAmongTheDataCellsOnly)
     EXPECT_EQ(log.size(), 1u);
 }
 
-TEST_F(GridKeys, AGridEmptiedByWhoIsToldHasNoFocusCell)
+TEST_F(GridKeys, AGridEmptiedByWhoeverIsToldHasNoFocusCell)
 {
     Fill(4, 5);
     QObject::connect(grid, &CGridCtrl::Notify, [this](const GridNotification&) { grid->DeleteAllItems(); });

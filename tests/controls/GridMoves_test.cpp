@@ -371,7 +371,7 @@ TEST_F(GridChoice, ADeselectedFocusCellIsWhatCommandsActOn)
     EXPECT_EQ(TextAt(2, 3), "");
 }
 
-TEST_F(GridChoice, AGridEmptiedByWhoIsToldOfAnExtensionHasNoSelection)
+TEST_F(GridChoice, AGridEmptiedByWhoeverIsToldOfAnExtensionHasNoSelection)
 {
     Fill(4, 5);
     Click(2, 3);

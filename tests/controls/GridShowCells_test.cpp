@@ -90,7 +90,7 @@ TEST_F(GridShowCells, TitlesAndCellsOutsideAreLeftOut)
     EXPECT_EQ(Focus(), "2,5");
 }
 
-TEST_F(GridShowCells, WhoIsToldMayEmptyTheGrid)
+TEST_F(GridShowCells, WhoeverIsToldMayEmptyTheGrid)
 {
     Click(5, 7);
     QObject::connect(grid, &CGridCtrl::Notify, grid, [this] { grid->DeleteAllItems(); });

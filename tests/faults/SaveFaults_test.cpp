@@ -138,7 +138,7 @@ TEST_P(PagedSaveToABrokenDisk, LeavesTheFileAsItWasUntilThereIsRoom)
 // The table past the end, the flush and the entry that leads to the table.
 INSTANTIATE_TEST_SUITE_P(Calls, PagedSaveToABrokenDisk, testing::Values(1, 2, 3));
 
-/// The copy that it needs first is none before the disk has it.
+/// The copy that it needs first does not count before the disk has it.
 TEST(DiskThatDoesNotTakeACopy, LeavesTheLibraryThatIsNotUnderstood)
 {
     const SavePath& path = CommandLineSavePath("LibraryNotUnderstood");

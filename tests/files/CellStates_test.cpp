@@ -143,7 +143,7 @@ TEST(CellStates, EditedCellsAreFoundInTheirOrder)
     rows.SetText(2, 0, u"1");
     rows.SetText(1, 1, u"2");
     EXPECT_EQ(rows.EditedPlaces(), (std::vector<CellPlace>{{1, 1}, {2, 0}}));
-    EXPECT_EQ(rows.NextEdited({-1, 0}), (CellPlace{1, 1})); // what was saved is none
+    EXPECT_EQ(rows.NextEdited({-1, 0}), (CellPlace{1, 1})); // what was saved is not edited
     EXPECT_EQ(rows.NextEdited({1, 0}), (CellPlace{1, 1}));
     EXPECT_EQ(rows.NextEdited({1, 1}), (CellPlace{2, 0}));
     EXPECT_EQ(rows.NextEdited({2, 0}), std::nullopt);

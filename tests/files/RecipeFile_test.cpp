@@ -48,7 +48,7 @@ TEST_F(RecipeFile, WordsGoThroughEveryTypeAndBack)
 
     MoveTo(folder / "f.csv", rows, reporter);
     MoveTo(folder / "g.rcp", rows, reporter);
-    Bytes expected = bytes; // kept: a quoted number is none, so the last column is lost
+    Bytes expected = bytes; // kept: a quoted number is not a number, so the last column is lost
     for (std::size_t i = 0; i < expected.size(); i += 6)
         expected[i + 4] = expected[i + 5] = std::byte{0};
     EXPECT_TRUE(ReadAll(folder / "g.rcp") == expected);

@@ -238,7 +238,7 @@ void RequireReadOnly(const std::filesystem::path& path, PagedKind kind, const Wo
     Require(reader.Read(WordAddress(work.word), bytes) == isSound,
             "a read is refused when, and only when, the way is damaged");
     Require(!isSound || bytes == before.Logical(work.first, bytes.size()), "what is read is what the file holds");
-    Require(AreSame(FileContent(path), before.Content()), "who only reads changes nothing");
+    Require(AreSame(FileContent(path), before.Content()), "whoever only reads changes nothing");
 }
 
 /// Does the work by one call and requires all that is promised of it; false when the file refused it.
