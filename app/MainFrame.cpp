@@ -158,7 +158,7 @@ void CMainFrame::TellEdit(const QString& text)
     Announce(text);
 }
 
-void CMainFrame::ForgetEditNotice()
+void CMainFrame::WithdrawEdit()
 {
     m_strEditNotice.clear();
     ShowMessage();
@@ -189,9 +189,9 @@ void CMainFrame::ConnectCommands()
     connect(m_pUi->actionBitBrowse, &QAction::triggered, this, [this] { m_pDataPane->OnBitBrowse(); });
     connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::UpdateCommands);
     for (const auto signal : {&CRecipeDataShowView::CellChosen, &CRecipeDataShowView::ChosenCellChanged})
-        connect(m_pDataPane, signal, this, &CMainFrame::ForgetEditNotice);
+        connect(m_pDataPane, signal, this, &CMainFrame::WithdrawEdit);
     connect(m_pDataPane, &CRecipeDataShowView::Edited, this, [this] {
-        ForgetEditNotice();
+        WithdrawEdit();
         UpdateCommands();
     });
 }

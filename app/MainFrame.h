@@ -41,6 +41,7 @@ public:
     void SetTitle(const QString& title) override;
     void UpdateCommands() override;
     void TellEdit(const QString& text) override;
+    void WithdrawEdit() override;
     void ShowStrip(StripSubject subject, const StripMessage& message) override;
     void WithdrawStrip(StripSubject subject) override;
     void TellLibraryTrouble(const QString& trouble) override;
@@ -65,7 +66,6 @@ private:
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
-    void ForgetEditNotice();
     void Announce(const QString& text);
     void ShowLockKeys();
     void TellState(const SaveResult& result, const QString& path);

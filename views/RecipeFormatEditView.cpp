@@ -522,6 +522,7 @@ void CRecipeFormatEditView::Made(EditKind kind, const FormatChange& change, Afte
         m_frame.Document().NoteFormatChange(kind, change);
         TakeIntoUse(change, next);
     }
+    m_frame.WithdrawEdit();
     m_frame.UpdateCommands();
 }
 

@@ -39,8 +39,11 @@ public:
     /// Enables, disables and names the commands for the state as it is now.
     virtual void UpdateCommands() = 0;
 
-    /// Says `text` in the status bar until another cell is chosen or an edit is made, and to screen readers.
+    /// Says `text` in the status bar until another cell is chosen or WithdrawEdit, and to screen readers.
     virtual void TellEdit(const QString& text) = 0;
+
+    /// An edit was made: takes back what TellEdit said.
+    virtual void WithdrawEdit() = 0;
 
     /// Says `message` in the strip above the panes, in the place of an earlier one on the same subject. It stays until
     /// it is withdrawn or the user dismisses it.

@@ -32,6 +32,7 @@ public:
     void SetTitle(const QString& title) override { calls.push_back("title " + title.toStdString()); }
     void UpdateCommands() override {}
     void TellEdit(const QString& text) override { editsTold.push_back(text); }
+    void WithdrawEdit() override { editsTold.clear(); }
     void ShowStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
     void WithdrawStrip(StripSubject subject) override { strip.erase(subject); }
     void TellLibraryTrouble(const QString& trouble) override { libraryTroubles.push_back(trouble); }
