@@ -74,7 +74,7 @@ struct Window : EditFixture {
         return names;
     }
 
-    /// Each format of the library's file: name, count and items.
+    /// Each format of the library's file: its name, then its items.
     QStringList FormatsInFile() const
     {
         FormatLibrary library;

@@ -210,6 +210,32 @@ TEST_F(GridEdit, AMenuOpenedByAClickDoesNotEndTheEdit)
     EXPECT_EQ(log, Lines{});
 }
 
+TEST_F(GridEdit, AMenuOpenedByItsKeyDoesNotEndTheEditUntilTheFocusGoesElsewhere)
+{
+    Fill(6, 6);
+    auto* bar = new QMenuBar(&window);
+    window.layout()->setMenuBar(bar);
+    QMenu* menu = bar->addMenu("&Edit");
+    menu->addAction("Undo");
+    bar->show();
+    Edit(2, 3, "77");
+    Press(Qt::Key_E, Qt::AltModifier);
+    ASSERT_TRUE(menu->isVisible());
+    ASSERT_NE(Editor(), nullptr);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    ASSERT_EQ(window.focusWidget(), bar); // as on every desktop
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(window.focusWidget(), Editor());
+    EXPECT_EQ(log, Lines{});
+    Press(Qt::Key_E, Qt::AltModifier);
+    QTest::keyClick(menu, Qt::Key_Escape);
+    QTest::mouseClick(field, Qt::LeftButton);
+    EXPECT_EQ(Editor(), nullptr);
+    EXPECT_EQ(TextAt(2, 3), "77");
+    EXPECT_EQ(window.focusWidget(), field);
+    EXPECT_EQ(log, (Lines{"edited 2,3", "-176 of 8 at 2,3"}));
+}
+
 TEST_F(GridEdit, APopupDoesNotEndTheEdit)
 {
     Fill(6, 6);
