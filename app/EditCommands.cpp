@@ -139,7 +139,7 @@ void CEditCommands::Undo()
     if (QLineEdit* field = FocusField())
         field->undo();
     else
-        Show(m_frame.Document().Undo(), tr("Undone: %1"));
+        Show(m_frame.Document().Undo(), tr("Undone: %1"), tr("Not undone: %1"));
 }
 
 void CEditCommands::Redo()
@@ -147,15 +147,17 @@ void CEditCommands::Redo()
     if (QLineEdit* field = FocusField())
         field->redo();
     else
-        Show(m_frame.Document().Redo(), tr("Done again: %1"));
+        Show(m_frame.Document().Redo(), tr("Done again: %1"), tr("Not done again: %1"));
 }
 
-void CEditCommands::Show(const EditReport& report, const QString& done)
+void CEditCommands::Show(const EditReport& report, const QString& done, const QString& notDone)
 {
-    if (report.outcome == EditOutcome::OutOfMemory)
-        m_frame.Reporter().ShowError(kNoMemoryForEdit);
-    if (report.outcome != EditOutcome::Made)
+    if (report.outcome == EditOutcome::Nothing)
         return;
+    if (report.outcome == EditOutcome::OutOfMemory) {
+        m_frame.Reporter().ShowError(kNoMemoryForEdit);
+        return;
+    }
     if (report.format) {
         m_formatPane.FormatChanged(*report.format);
         m_formatPane.SaveFormats();
@@ -163,7 +165,7 @@ void CEditCommands::Show(const EditReport& report, const QString& done)
     if (report.hasOtherRows || !report.cells.empty())
         m_dataPane.ShowEdited(report);
     m_frame.UpdateCommands();
-    QString text = done.arg(ToQString(report.name));
+    QString text = (report.outcome == EditOutcome::Made ? done : notDone).arg(ToQString(report.name));
     if (report.isFormatLeftAlone)
         text += tr(". The data format is another one by now and stays as it is.");
     m_frame.TellEdit(text);

@@ -36,7 +36,7 @@ private:
     void AllowKeys();
     void Undo();
     void Redo();
-    void Show(const EditReport& report, const QString& done);
+    void Show(const EditReport& report, const QString& done, const QString& notDone);
     void TellWhetherThereIsOne(bool isFound);
 
     Ui::CMainFrame& m_ui;

@@ -37,6 +37,18 @@ void CEditHistory::StepForth(const void* shownSource) noexcept
     Weigh(m_made.back(), shownSource);
 }
 
+void CEditHistory::DropNextToUndo() noexcept
+{
+    m_bytes -= m_made.back().bytes;
+    m_made.pop_back();
+}
+
+void CEditHistory::DropNextToRedo() noexcept
+{
+    m_bytes -= m_undone.front().bytes;
+    m_undone.pop_front();
+}
+
 void CEditHistory::Weigh(KeptEdit& kept, const void* shownSource) noexcept
 {
     m_bytes -= kept.bytes;

@@ -49,6 +49,10 @@ public:
     void StepBack(const void* shownSource) noexcept;
     void StepForth(const void* shownSource) noexcept;
 
+    /// Forgets the edit that an undo, or a redo, is for: nothing is left of it. It was one of formats alone.
+    void DropNextToUndo() noexcept;
+    void DropNextToRedo() noexcept;
+
     /// The rows as they are were saved.
     void MarkSaved() { m_savedState = m_state; }
 

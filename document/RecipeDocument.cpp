@@ -333,14 +333,32 @@ EditReport CRecipeDocument::Exchange(Edit* edit, Way way)
     });
     if (report.outcome != EditOutcome::Made)
         return report;
+    if (edit->steps.empty()) {
+        Drop(way);
+        report.outcome = EditOutcome::Dropped;
+        return report;
+    }
+    StepPast(*edit, way);
+    if (report.hasOtherRows) // without memory for them they are not shown, that is all
+        WithMemoryFor([&] { report.cells = m_shown.rows.EditedPlaces(); });
+    return report;
+}
+
+void CRecipeDocument::StepPast(const Edit& edit, Way way)
+{
     if (way == Way::Back)
         m_history.StepBack(m_shown.rows.SourceId());
     else
         m_history.StepForth(m_shown.rows.SourceId());
-    Flag(*edit);
-    if (report.hasOtherRows) // without memory for them they are not shown, that is all
-        WithMemoryFor([&] { report.cells = m_shown.rows.EditedPlaces(); });
-    return report;
+    Flag(edit);
+}
+
+void CRecipeDocument::Drop(Way way)
+{
+    if (way == Way::Back)
+        m_history.DropNextToUndo();
+    else
+        m_history.DropNextToRedo();
 }
 
 void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)

@@ -29,6 +29,7 @@ enum class EditOutcome {
     Made,
     Nothing,     ///< there was nothing to change
     OutOfMemory, ///< the document is as it was
+    Dropped,     ///< it was one of a format that is another one by now: forgotten, and nothing was changed
 };
 
 /// What an undo or redo did, for those who show the document.
@@ -172,6 +173,8 @@ private:
     void ExchangeAll(Edit& edit, Way way);
     EditReport Exchange(Edit* edit, Way way);
     bool DropForeignFormats(Edit& edit, Way way);
+    void StepPast(const Edit& edit, Way way);
+    void Drop(Way way);
     static void ReportOn(const Edit& edit, EditReport& report);
     void Flag(const Edit& edit);
 

@@ -336,6 +336,32 @@ TEST_F(UndoOfFormats, AFormatThatIsAnotherOneByNowIsToldAndLeftAlone)
     EXPECT_EQ(Told(), "Done again: Del DataItem");
 }
 
+TEST_F(UndoOfFormats, ACommandOfWhichNothingIsLeftIsToldAndForgotten)
+{
+    DataItem wide = MakeItem(u"Word", DataType::Signed16, 1, 5);
+    wide.unicode = 1;
+    StartWith(MakeFormat(u"Row", {wide, MakeItem(u"Rest", DataType::Unsigned32, 2, 10)}));
+    OpenThroughDialog("a.rcp");
+    ClickOn(*frame, "checkAutoUse"); // off: no reading goes with the command
+    GoToItem(1);
+    Key(Qt::Key_Delete);
+    GoToItem(0);
+    {
+        const CModalAnswer answer({[](QWidget& dialog) {
+            QTest::keyClick(&FindIn<QComboBox>(dialog, "comboType"), Qt::Key_End); // a string is no wide one
+            ClickOn(dialog, "buttonCancel");
+        }});
+        Key(Qt::Key_Return);
+        Activate();
+    }
+    EXPECT_EQ(NextUndo(), "Del DataItem");
+    Undo();
+    EXPECT_EQ(Told(), "Not undone: Del DataItem. The data format is another one by now and stays as it is.");
+    EXPECT_EQ(Items(), QStringList{"Word"});
+    EXPECT_FALSE(Action("actionUndo").isEnabled());
+    EXPECT_FALSE(Action("actionRedo").isEnabled());
+}
+
 TEST_F(UndoOfFormats, ReadingsOfAFileThatAnotherProgramChangedBringBackWhatWasShown)
 {
     WriteAll(folder / "a.rcp", Bytes(original.size()));

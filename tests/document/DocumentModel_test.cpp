@@ -256,13 +256,17 @@ private:
         if (!m_document.UndoName())
             m_made.clear(); // forgotten for lack of memory
         const EditReport report = m_document.Undo();
-        ASSERT_EQ(report.outcome == EditOutcome::Made, !m_made.empty());
+        ASSERT_EQ(report.outcome == EditOutcome::Nothing, m_made.empty());
         if (m_made.empty())
             return;
         ++undone;
         ModelEdit edit = m_made.back();
         m_made.pop_back();
         ASSERT_EQ(report.isFormatLeftAlone, !Restore(edit, edit.formatAfter, edit.formatBefore));
+        const bool isDropped = !edit.ChangesRows() && !edit.changesFormat;
+        ASSERT_EQ(report.outcome == EditOutcome::Dropped, isDropped);
+        if (isDropped)
+            return;
         Show(edit, edit.before, edit.stateBefore);
         m_undone.push_back(edit);
     }
@@ -270,12 +274,16 @@ private:
     void Redo()
     {
         const EditReport report = m_document.Redo();
-        ASSERT_EQ(report.outcome == EditOutcome::Made, !m_undone.empty());
+        ASSERT_EQ(report.outcome == EditOutcome::Nothing, m_undone.empty());
         if (m_undone.empty())
             return;
         ModelEdit edit = m_undone.back();
         m_undone.pop_back();
         ASSERT_EQ(report.isFormatLeftAlone, !Restore(edit, edit.formatBefore, edit.formatAfter));
+        const bool isDropped = !edit.ChangesRows() && !edit.changesFormat;
+        ASSERT_EQ(report.outcome == EditOutcome::Dropped, isDropped);
+        if (isDropped)
+            return;
         Show(edit, edit.after, edit.stateAfter);
         m_made.push_back(edit);
     }

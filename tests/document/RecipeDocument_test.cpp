@@ -361,6 +361,30 @@ TEST_F(RecipeDocument, AFormatThatIsAnotherByNowIsLeftAloneAndTold)
     EXPECT_EQ(FormatName(), u"By others");
 }
 
+TEST_F(RecipeDocument, AnEditOfWhichNothingIsLeftIsForgotten)
+{
+    Type({0, 1}, u"12");
+    document.NoteFormatChange(EditKind::ModifyItem, RenameTo(u"Renamed"));
+    RenameTo(u"By others");
+    const EditReport report = document.Undo();
+    EXPECT_EQ(report.outcome, EditOutcome::Dropped);
+    EXPECT_TRUE(report.isFormatLeftAlone);
+    EXPECT_EQ(report.name, u"Modify DataItem");
+    EXPECT_EQ(document.UndoName(), u"Typing");
+    EXPECT_EQ(document.RedoName(), std::nullopt);
+    EXPECT_EQ(FormatName(), u"By others");
+}
+
+TEST_F(RecipeDocument, ARedoOfWhichNothingIsLeftIsForgotten)
+{
+    document.NoteFormatChange(EditKind::ModifyItem, RenameTo(u"Renamed"));
+    document.Undo();
+    RenameTo(u"By others");
+    EXPECT_EQ(document.Redo().outcome, EditOutcome::Dropped);
+    EXPECT_EQ(document.RedoName(), std::nullopt);
+    EXPECT_EQ(document.UndoName(), std::nullopt);
+}
+
 TEST_F(RecipeDocument, AFormatThatCameGoesAndComesAgain)
 {
     document.NoteFormatChange(EditKind::AddFormat, store.AppendFormat(MakeFormat(u"More", {DefaultItem()})));
@@ -433,6 +457,45 @@ TEST_F(RecipeDocument, WithoutMemoryAReadingLeavesTheRowsAndTellsOfTheFile)
     EXPECT_EQ(document.UndoName(), u"Typing");
 }
 
+TEST_F(RecipeDocument, WithoutMemoryForItsSecondStepAnUndoTakesTheFirstBack)
+{
+    const DataFormat wide = MakeFormat(u"Wide", std::vector<DataItem>(1000, DefaultItem()));
+    const std::size_t index = store.Library().formats.size();
+    {
+        CRecipeDocument::CGroup group(document, EditKind::DeleteFormat);
+        store.AppendFormat(wide);
+        document.NoteFormatChange(EditKind::DeleteFormat, store.RemoveFormat(index));
+        document.TakeSettings({TwoColumns(), 3, 2});
+        Read();
+    }
+    {
+        const CAllocationLimit limit(CAllocationLimit::kNone, 4'096);
+        EXPECT_EQ(document.Undo().outcome, EditOutcome::OutOfMemory);
+    }
+    EXPECT_EQ(store.Library().formats.size(), index);
+    EXPECT_EQ(document.Rows().RowCount(), 2);
+    EXPECT_EQ(document.Settings().startAddress, 3);
+    EXPECT_EQ(document.Undo().outcome, EditOutcome::Made);
+    EXPECT_EQ(store.Library().formats.size(), index + 1);
+    EXPECT_EQ(document.Rows().RowCount(), 3);
+}
+
+TEST_F(RecipeDocument, WithoutMemoryAnEditLeavesItsGroupAsItWas)
+{
+    {
+        CRecipeDocument::CGroup group(document, EditKind::Paste);
+        Type({0, 1}, u"12");
+        std::vector<TextForCell> texts;
+        for (std::int32_t row = 0; row < 3; ++row)
+            texts.push_back({{row, 0}, u"1"});
+        const CAllocationLimit limit(100, 100);
+        EXPECT_EQ(document.SetTexts(EditKind::Paste, std::move(texts)), EditOutcome::OutOfMemory);
+    }
+    EXPECT_EQ(document.UndoName(), u"Paste");
+    document.Undo();
+    EXPECT_EQ(Text({0, 1}), u"7");
+}
+
 TEST_F(RecipeDocument, RowsOfNoFileAreSavedNowhere)
 {
     std::filesystem::remove(path);
@@ -483,6 +546,69 @@ TEST_F(RecipeDocument, AFormatWithoutWordsShowsNoRows)
     EXPECT_TRUE(reporter.shown.empty());
     document.Undo();
     EXPECT_EQ(document.Rows().RowCount(), 3);
+}
+
+TEST_F(RecipeDocument, AnItemWithoutWordsShowsNoRows)
+{
+    document.TakeSettings({MakeFormat(u"None", {MakeItem(u"No words", DataType::String, 0, 0)}), 0, 3});
+    EXPECT_EQ(Read(), CRecipeDocument::Reading::NotShown);
+}
+
+TEST_F(RecipeDocument, AFormatThatBreaksALimitIsReportedAndShowsNoRows)
+{
+    document.TakeSettings({MakeFormat(u"Wide", {ArrayOf(DefaultItem(), 40'000)}), 0, 3});
+    EXPECT_EQ(Read(), CRecipeDocument::Reading::NotShown);
+    EXPECT_EQ(reporter.shown.size(), 1u);
+    EXPECT_EQ(document.Rows().RowCount(), 0);
+}
+
+TEST_F(RecipeDocument, AReadingThatWasGivenUpShowsNoRowsAndComesBack)
+{
+    struct CNoPatience final : CProgress {
+        bool Advance(std::uint64_t, std::uint64_t) override { return false; }
+    } noPatience;
+    WriteAll(path, Bytes(8 << 20));
+    document.TakeSettings({TwoColumns(), 0, 1'000'000});
+    EXPECT_EQ(document.Read(FileType::Rcp, reporter, noPatience), CRecipeDocument::Reading::GivenUp);
+    EXPECT_EQ(document.Rows().RowCount(), 0);
+    EXPECT_FALSE(document.HasRowsOfFile());
+    document.Undo();
+    EXPECT_EQ(Text({0, 1}), u"7");
+}
+
+TEST_F(RecipeDocument, AFileThatIsOpenedHasItsTypeAndNoRowsYet)
+{
+    document.StartOpen(folder / "b.csv", FileType::Csv);
+    EXPECT_EQ(document.Type(), FileType::Csv);
+    EXPECT_EQ(document.Rows().RowCount(), 0);
+    document.StartOpen(folder / "b.bin", std::nullopt);
+    EXPECT_EQ(document.Type(), FileType::Csv); // the former one's
+}
+
+TEST_F(RecipeDocument, AWalkHandsOverEveryCellAndKeepsNoRows)
+{
+    struct CTexts final : CCellTaker {
+        void TakeCell(std::int32_t, std::size_t, std::u16string_view text) override { texts.emplace_back(text); }
+        std::vector<std::u16string> texts;
+    } taker;
+    document.StartOpen(path, FileType::Rcp);
+    EXPECT_TRUE(document.Walk(taker, reporter));
+    EXPECT_EQ(taker.texts, (std::vector<std::u16string>{u"235.0", u"7", u"1.0", u"8", u"0.0", u"9"}));
+    EXPECT_EQ(document.Rows().RowCount(), 0);
+    document.StartOpen(folder / "none.rcp", FileType::Rcp);
+    EXPECT_FALSE(document.Walk(taker, reporter));
+    document.TakeSettings({DataFormat(u"Empty"), 0, 3});
+    EXPECT_TRUE(document.Walk(taker, reporter));
+}
+
+TEST_F(RecipeDocument, ASavedNewDocumentIsNoLongerNew)
+{
+    document.StartNew();
+    Read();
+    ASSERT_TRUE(document.SaveAs(FileType::Rcp, folder / "new.rcp", reporter, progress).isSaved);
+    document.MarkSaved();
+    EXPECT_FALSE(document.IsNew());
+    EXPECT_FALSE(document.IsUnsaved());
 }
 
 TEST_F(RecipeDocument, ANewDocumentShowsZerosAndIsUnsaved)
