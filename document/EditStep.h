@@ -34,6 +34,7 @@ struct ShownRows {
     ReadSettings settings;   ///< that were in use when they were read
     bool areOfFile = false;  ///< they hold what the document's file holds, or are a new document's
     bool isModified = false; ///< what the document said of itself when others took their place
+    std::uint64_t names = 0; ///< the names that the document took before they were read, or found to fit its file
     std::uint64_t saves = 0; ///< the document's saves that they know of
 };
 

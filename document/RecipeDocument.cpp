@@ -123,6 +123,7 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
 void CRecipeDocument::ShowOther(ShownRows rows)
 {
     rows.settings = m_settings;
+    rows.names = m_names;
     rows.saves = m_saves;
     rows.isModified = m_bModified; // kept: dropping edits does not clear it
     if (!m_bFirstReading) {
@@ -166,6 +167,7 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
     const SaveResult result = isReady ? Write(type, path, reporter, progress) : SaveResult();
     const bool isNameKept = !isReady && type == FileType::Rcp; // kept: even when the file cannot be created
     if (result.isSaved || isNameKept) {
+        m_shown.names = m_strFilePath == path ? m_names : ++m_names;
         m_strFilePath = path;
         m_nFileType = type;
     }
@@ -281,17 +283,27 @@ void CRecipeDocument::Exchange(EditStep& step, Way way)
         m_pStore->Apply(std::get<FormatChange>(step));
 }
 
-/// The settings that come back are those that the rows were read by. Rows that were away during a save are edited where
-/// they differ from what was saved.
+/// The settings that come back are those that the rows were read by.
 void CRecipeDocument::ExchangeRows(ShownRows& other)
 {
+    BringUpToDate(other);
     m_settings = other.settings;
-    if (other.saves != m_saves)
-        other.rows.TakeSavedFrom(m_shown.rows);
-    other.saves = m_saves;
     m_shown.isModified = m_bModified;
     std::swap(m_shown, other);
     m_bModified = m_shown.isModified;
+}
+
+/// Rows that were away while the document took another name may be saved where they stand for the same words as those
+/// that were saved: others would go over words of that file that nobody has seen. Rows that were away during a save are
+/// edited where they differ from what was saved.
+void CRecipeDocument::BringUpToDate(ShownRows& other) const
+{
+    if (other.names != m_names)
+        other.areOfFile = other.areOfFile && m_shown.areOfFile && other.rows.IsLaidOutLike(m_shown.rows);
+    if (other.saves != m_saves)
+        other.rows.TakeSavedFrom(m_shown.rows);
+    other.names = m_names;
+    other.saves = m_saves;
 }
 
 /// Drops the steps on formats that are no longer what the edit made of them.

@@ -170,6 +170,7 @@ private:
     void Make(EditKind kind, EditStep step);
     void Exchange(EditStep& step, Way way);
     void ExchangeRows(ShownRows& other);
+    void BringUpToDate(ShownRows& other) const;
     void ExchangeAll(Edit& edit, Way way);
     EditReport Exchange(Edit* edit, Way way);
     bool DropForeignFormats(Edit& edit, Way way);
@@ -186,6 +187,7 @@ private:
     FileType m_nFileType = FileType::Rcp;
     ReadSettings m_settings;
     ShownRows m_shown;
+    std::uint64_t m_names = 0;   ///< taken by SaveAs so far
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to
     CEditHistory m_history;

@@ -42,6 +42,9 @@ public:
     ByteOffset FirstByte() const;                            ///< of row 0
     std::int32_t WordOffset(std::size_t column) const { return m_wordOffsets[column]; } ///< within a row
 
+    /// Whether both have the same columns, the same number of rows and the same start address.
+    bool IsLaidOutLike(const CRecipeRows& other) const;
+
     /// Every cell becomes empty.
     void ShowNothing();
 
@@ -134,7 +137,6 @@ private:
     TouchedCells::const_iterator Find(std::int32_t row, std::size_t column) const;
     bool IsEdited(const TouchedCell& cell) const { return cell.editedAfter == m_saves; }
     bool Holds(std::int32_t row, std::size_t column) const;
-    bool IsLaidOutLike(const CRecipeRows& other) const;
     CCellState SavedState(std::uint64_t cellKey) const;
     bool IsReadLike(CellPlace place, const CRecipeRows& other) const;
     std::vector<std::uint64_t> CellsThatMayDifferFrom(const CRecipeRows& other) const;

@@ -520,6 +520,32 @@ TEST_F(RecipeDocument, ASaveUnderANewNameTakesNameAndType)
     EXPECT_EQ(document.Rows().EditedCount(), 0u);
 }
 
+TEST_F(RecipeDocument, OtherRowsOfTheFormerFileAreNotSavedUnderTheNewName)
+{
+    document.TakeSettings({TwoColumns(), 3, 1});
+    Read();
+    ASSERT_TRUE(document.SaveAs(FileType::Csv, folder / "b.csv", reporter, progress).isSaved);
+    document.Undo();
+    EXPECT_EQ(document.Rows().RowCount(), 3);
+    EXPECT_FALSE(document.HasRowsOfFile());
+    EXPECT_FALSE(Save());
+    document.Redo();
+    EXPECT_TRUE(document.HasRowsOfFile());
+}
+
+TEST_F(RecipeDocument, TheSameRowsOfTheFormerFileMayBeSavedUnderTheNewName)
+{
+    Type({0, 1}, u"12");
+    Read();
+    ASSERT_TRUE(document.SaveAs(FileType::Rcp, folder / "b.rcp", reporter, progress).isSaved);
+    document.Undo();
+    EXPECT_EQ(Text({0, 1}), u"12");
+    EXPECT_TRUE(document.HasRowsOfFile());
+    EXPECT_TRUE(Save());
+    EXPECT_EQ(LoadLE32(ReadAll(folder / "b.rcp"), 4) & 0xFFFF, 12);
+    EXPECT_EQ(ReadAll(path), words);
+}
+
 TEST_F(RecipeDocument, ASaveUnderANewNameThatFailsLeavesNameAndType)
 {
     EXPECT_FALSE(document.SaveAs(FileType::Csv, folder / "none" / "b.csv", reporter, progress).isSaved);
