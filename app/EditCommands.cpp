@@ -15,7 +15,7 @@ namespace {
 /// "Undo Paste (240 cells)", or without an edit "Undo".
 QString NamedEntry(const QString& command, const std::optional<std::u16string>& edit)
 {
-    return edit ? command + QLatin1Char(' ') + ToQString(*edit).replace(u'&', QStringLiteral("&&")) : command;
+    return edit ? command + QLatin1Char(' ') + ToQString(*edit) : command;
 }
 
 bool HasClipboardText()

@@ -122,14 +122,14 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// By weight: a file that may hold old and new words; one that was not written; what was just undone, which is told
-/// only for a moment; formats that are not saved; the chosen cell.
+/// By weight: a file that may hold old and new words; one that was not written; formats that are not saved; what was
+/// just undone; the chosen cell.
 void CMainFrame::ShowMessage()
 {
     const SaveNotice edit{{}, m_strEditNotice, m_strEditNotice};
     const SaveNotice library{{}, m_strLibraryTrouble, m_strLibraryTrouble};
     for (const SaveNotice& notice :
-         {m_tornSave, m_leftOutSave, edit, library, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
+         {m_tornSave, m_leftOutSave, library, edit, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
           SaveNotice{{}, tr("Ready"), {}}}) {
         if (notice.text.isEmpty())
             continue;

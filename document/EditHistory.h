@@ -59,8 +59,8 @@ public:
     /// Whether the rows are as they were last saved.
     bool IsAsSaved() const { return m_state == m_savedState; }
 
-    /// Whether they are as they were before that, undone past a save.
-    bool IsBeforeSaved() const { return m_state < m_savedState; }
+    /// No rows are as saved any more.
+    void ForgetSaved() { m_savedState = 0; }
 
     /// Roughly the memory that all edits take, in bytes.
     std::size_t Bytes() const { return m_bytes; }

@@ -26,6 +26,13 @@ try {
     return EditOutcome::OutOfMemory;
 }
 
+/// For a look at the file that nobody asked for.
+class CSilentReporter final : public CReporter {
+public:
+    void ShowError(std::u16string_view) override {}
+    bool AskYesNo(std::u16string_view) override { return false; }
+};
+
 bool IsWithin(const CRecipeRows& rows, CellPlace place)
 {
     return place.row >= 0 && place.row < rows.RowCount() && place.column < rows.Columns().size();
@@ -89,9 +96,10 @@ CRecipeDocument::Reading CRecipeDocument::Read(FileType type, Access access, CRe
         reading = FillRows(shown, type, access, reporter, progress);
         ShowOther(std::move(shown));
     };
-    if (WithMemoryFor(work) == EditOutcome::OutOfMemory)
-        ShowFileError(reporter, OpenErrorOf(type), m_strFilePath);
-    return reading;
+    if (WithMemoryFor(work) == EditOutcome::Made)
+        return reading;
+    ShowFileError(reporter, OpenErrorOf(type), m_strFilePath);
+    return Reading::Failed;
 }
 
 /// Leaves no rows where there are none to be shown.
@@ -126,7 +134,8 @@ void CRecipeDocument::ShowOther(ShownRows rows)
     rows.names = m_names;
     rows.saves = m_saves;
     rows.isModified = m_bModified; // kept: dropping edits does not clear it
-    if (!m_bFirstReading) {
+    const bool isAnEdit = !m_bFirstReading && (ShowsRows() || !rows.rows.Columns().empty());
+    if (isAnEdit) {
         Make(EditKind::Reading, RowsStep{std::make_unique<ShownRows>(std::move(rows))});
         return;
     }
@@ -136,7 +145,10 @@ void CRecipeDocument::ShowOther(ShownRows rows)
 
 void CRecipeDocument::ClearRows()
 {
-    ShowOther({});
+    if (WithMemoryFor([this] { ShowOther({}); }) == EditOutcome::Made)
+        return;
+    m_shown = {};
+    m_history.Clear(false);
 }
 
 bool CRecipeDocument::Walk(CCellTaker& taker, CReporter& reporter) const
@@ -156,6 +168,8 @@ SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter
         m_shown.rows.MarkSaved();
         m_shown.saves = ++m_saves;
     }
+    if (result.mayHoldOldAndNew && path == m_strFilePath)
+        m_history.ForgetSaved(); // the file holds no state that can be reached
     return result;
 }
 
@@ -295,15 +309,34 @@ void CRecipeDocument::ExchangeRows(ShownRows& other)
 
 /// Rows that were away while the document took another name may be saved where they stand for the same words as those
 /// that were saved: others would go over words of that file that nobody has seen. Rows that were away during a save are
-/// edited where they differ from what was saved.
+/// edited, and the document with them modified, where they differ from what was saved.
 void CRecipeDocument::BringUpToDate(ShownRows& other) const
 {
     if (other.names != m_names)
         other.areOfFile = other.areOfFile && m_shown.areOfFile && other.rows.IsLaidOutLike(m_shown.rows);
     if (other.saves != m_saves)
-        other.rows.TakeSavedFrom(m_shown.rows);
+        other.isModified = !CompareWithSaved(other) || other.rows.EditedCount() > 0;
     other.names = m_names;
     other.saves = m_saves;
+}
+
+/// By what was saved in the same layout, else by what stands in the file. False when that cannot be told. Rows that are
+/// not the file's keep their edits.
+bool CRecipeDocument::CompareWithSaved(ShownRows& other) const
+{
+    if (!other.areOfFile)
+        return true;
+    if (m_shown.areOfFile && other.rows.IsLaidOutLike(m_shown.rows)) {
+        other.rows.TakeSavedFrom(m_shown.rows);
+        return true;
+    }
+    CRecipeRows saved = LayOutRows(other.settings);
+    CSilentReporter nobody;
+    CNoProgress progress;
+    if (ReadRecipeOnly(m_nFileType, saved, m_strFilePath, nobody, progress) != Outcome::Done)
+        return false;
+    other.rows.TakeSavedFrom(saved);
+    return true;
 }
 
 /// Drops the steps on formats that are no longer what the edit made of them.
@@ -387,14 +420,15 @@ void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)
     }
 }
 
-/// Where the saved state is reached the work is as saved, whatever it was before.
+/// Where the saved state is reached the work is as saved, whatever it was before. Else cells that changed make it
+/// modified; other rows brought along what they know of it.
 void CRecipeDocument::Flag(const Edit& edit)
 {
     if (!ChangesRows(edit))
         return;
     if (m_history.IsAsSaved())
         m_bModified = false;
-    else if (CellCountOf(edit) > 0 || m_history.IsBeforeSaved())
+    else if (CellCountOf(edit) > 0)
         m_bModified = true;
 }
 

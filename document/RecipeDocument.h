@@ -52,7 +52,7 @@ public:
     enum class Reading {
         Done,
         NotShown, ///< the format has no words, or breaks a limit that was reported: there are no rows
-        Failed,   ///< reported; the cells are empty
+        Failed,   ///< reported; the cells are empty, or, where there was no memory for them, as they were
         GivenUp,  ///< by the user's wish: there are no rows
     };
 
@@ -100,7 +100,8 @@ public:
     /// keeping rows. Never writes. False after a failure, reported.
     bool Walk(CCellTaker& taker, CReporter& reporter) const;
 
-    /// There are no rows any more. Like a reading, this can be undone unless it is the first.
+    /// There are no rows any more. Like a reading, this can be undone unless it is the first; without the memory to
+    /// keep the rows they are gone, and the history ends.
     void ClearRows();
 
     /// Writes the rows to `path` as `type`; then no cell is edited. The document's own path, type and flags stay: see
@@ -165,12 +166,14 @@ private:
     Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
     Reading FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter, CProgress& progress) const;
     void ShowOther(ShownRows rows);
+    bool ShowsRows() const { return !m_shown.rows.Columns().empty(); }
     std::vector<EditStep>& StepsFor(EditKind kind, CEditHistory::Prepared& own);
     void Keep(CEditHistory::Prepared own) noexcept;
     void Make(EditKind kind, EditStep step);
     void Exchange(EditStep& step, Way way);
     void ExchangeRows(ShownRows& other);
     void BringUpToDate(ShownRows& other) const;
+    bool CompareWithSaved(ShownRows& other) const;
     void ExchangeAll(Edit& edit, Way way);
     EditReport Exchange(Edit* edit, Way way);
     bool DropForeignFormats(Edit& edit, Way way);

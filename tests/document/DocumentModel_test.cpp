@@ -76,7 +76,11 @@ std::shared_ptr<const DataFormat> Stored(const std::optional<ModelFormat>& forma
 
 class CModelTest {
 public:
-    CModelTest(unsigned seed, std::size_t mostHistoryBytes) : m_random(seed), m_document(mostHistoryBytes)
+    /// `othersWrite`: another program changes the file now and then.
+    CModelTest(unsigned seed, std::size_t mostHistoryBytes, bool othersWrite)
+        : m_random(seed),
+          m_othersWrite(othersWrite),
+          m_document(mostHistoryBytes)
     {
         for (std::size_t i = 0; i < kFileWords; ++i)
             m_disk.push_back(static_cast<std::uint16_t>(Below(100)));
@@ -179,11 +183,13 @@ private:
 
     void Clear()
     {
+        m_document.ClearRows();
+        if (!m_view.reading->hasRows)
+            return; // there is nothing to come back to
         ModelEdit edit = NewEdit();
         edit.isReading = true;
         edit.otherFlag = m_modified;
         edit.after = EmptyView(m_settings);
-        m_document.ClearRows();
         Take(edit);
     }
 
@@ -218,6 +224,8 @@ private:
 
     void WriteByOthers()
     {
+        if (!m_othersWrite)
+            return;
         m_disk[static_cast<std::size_t>(Below(static_cast<int>(kFileWords)))] = static_cast<std::uint16_t>(Below(100));
         StoreDisk();
     }
@@ -342,11 +350,12 @@ private:
         m_document.TakeSettings({*m_store.Library().formats[format], m_settings.start, m_settings.rows});
     }
 
-    static ModelView EmptyView(const ModelLayout& settings)
+    ModelView EmptyView(const ModelLayout& settings) const
     {
         auto reading = std::make_shared<ModelReading>();
         reading->layout = settings;
         reading->hasRows = false;
+        reading->saves = m_saves;
         return {reading, {}};
     }
 
@@ -354,7 +363,6 @@ private:
     {
         ModelView view = EmptyView(m_settings);
         view.reading->hasRows = true;
-        view.reading->saves = m_saves;
         const auto first = m_disk.begin() + m_settings.start;
         view.reading->words.assign(first, first + m_settings.rows * m_settings.columns);
         return view;
@@ -385,8 +393,8 @@ private:
         m_state = state;
         if (!edit.ChangesRows())
             return;
-        if (edit.isReading)
-            TellOfSaves(view);
+        if (edit.isReading && view.reading->saves != m_saves)
+            edit.otherFlag = IsOtherThanSaved(view);
         m_view = view;
         if (edit.isReading) {
             std::swap(m_modified, edit.otherFlag);
@@ -394,24 +402,30 @@ private:
         }
         if (m_state == m_savedState)
             m_modified = false;
-        else if (edit.changesCells || m_state < m_savedState)
+        else if (edit.changesCells)
             m_modified = true;
     }
 
-    /// A reading that was away during a save takes what was saved for its own, where both have the same cells.
-    void TellOfSaves(const ModelView& view)
+    /// A reading that was away during a save takes what was saved for its own: of the reading that is shown, where both
+    /// have the same cells, else what is on the disk. Whether it shows anything else.
+    bool IsOtherThanSaved(const ModelView& view) const
     {
         ModelReading& reading = *view.reading;
-        if (reading.saves != m_saves && reading.hasRows && m_view.reading->hasRows &&
-            reading.layout == m_view.reading->layout) {
-            reading.saved = view.states;
-            for (std::size_t cell = 0; cell < CellCount(); ++cell) {
-                const std::u16string saved = TextOf(StateIn(m_view.reading->saved, cell), *m_view.reading, cell);
-                if (saved != TextOf(StateIn(view.states, cell), reading, cell))
-                    reading.saved[cell] = saved;
-            }
-        }
+        const ModelReading& shown = *m_view.reading;
+        const bool isAlike = shown.hasRows && reading.layout == shown.layout;
         reading.saves = m_saves;
+        reading.saved = view.states;
+        bool isOther = false;
+        for (std::size_t cell = 0; reading.hasRows && cell < reading.words.size(); ++cell) {
+            const std::u16string saved = isAlike
+                                             ? TextOf(StateIn(shown.saved, cell), shown, cell)
+                                             : Number(m_disk[static_cast<std::size_t>(reading.layout.start) + cell]);
+            if (saved == TextOf(StateIn(view.states, cell), reading, cell))
+                continue;
+            reading.saved[cell] = saved;
+            isOther = true;
+        }
+        return isOther;
     }
 
     static std::u16string TextOf(const ModelState& state, const ModelReading& reading, std::size_t cell)
@@ -449,6 +463,7 @@ private:
         const CRecipeRows& rows = m_document.Rows();
         const ModelLayout& layout = m_view.reading->layout;
         ASSERT_EQ(m_document.IsModified(), m_modified);
+        ASSERT_TRUE(m_othersWrite || m_modified || ShowsWhatIsOnTheDisk());
         ASSERT_EQ(static_cast<std::size_t>(rows.RowCount()) * rows.Columns().size(), CellCount());
         ASSERT_EQ(m_document.Settings().startAddress, m_settings.start);
         ASSERT_EQ(m_document.Settings().rowCount, m_settings.rows);
@@ -466,6 +481,15 @@ private:
         CompareDisk();
         ASSERT_EQ(m_document.RedoName().has_value(), !m_undone.empty());
         ASSERT_TRUE(m_reporter.shown.empty());
+    }
+
+    bool ShowsWhatIsOnTheDisk() const
+    {
+        const auto start = static_cast<std::size_t>(m_view.reading->layout.start);
+        for (std::size_t cell = 0; cell < CellCount(); ++cell)
+            if (ShownWord(cell) != m_disk[start + cell])
+                return false;
+        return true;
     }
 
     static ModelState StateIn(const std::map<std::size_t, ModelState>& states, std::size_t cell)
@@ -492,6 +516,7 @@ private:
     }
 
     std::mt19937 m_random;
+    bool m_othersWrite;
     CTempFolder m_folder;
     std::filesystem::path m_path = m_folder / "oven.rcp";
     CRecordingReporter m_reporter;
@@ -516,14 +541,21 @@ class DocumentModel : public testing::TestWithParam<unsigned> {};
 
 TEST_P(DocumentModel, RandomCommandsLeaveWhatThePlainModelSays)
 {
-    CModelTest test(GetParam(), CEditHistory::kMostBytes);
+    CModelTest test(GetParam(), CEditHistory::kMostBytes, true);
     test.Run(25'000);
     EXPECT_GT(test.undone, 5'000);
 }
 
+TEST_P(DocumentModel, WhatDiffersFromTheFileIsAlwaysModified)
+{
+    CModelTest test(GetParam(), CEditHistory::kMostBytes, false);
+    test.Run(10'000);
+    EXPECT_GT(test.undone, 2'000);
+}
+
 TEST_P(DocumentModel, TheSameHoldsWhereTheHistoryHasLittleMemory)
 {
-    CModelTest test(GetParam(), 3'000);
+    CModelTest test(GetParam(), 3'000, true);
     test.Run(5'000);
     EXPECT_GT(test.undone, 500);
 }

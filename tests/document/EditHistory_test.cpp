@@ -154,12 +154,21 @@ TEST(EditHistory, AnUndoneReadingIsWeighedByTheRowsThatAreShownThen)
     EXPECT_EQ(history.Bytes(), alone);
 }
 
+TEST(EditHistory, ASavedStateThatWasLostInTheFileIsNeverReached)
+{
+    CEditHistory history;
+    Add(history, Typed(1));
+    history.ForgetSaved();
+    EXPECT_FALSE(history.IsAsSaved());
+    history.StepBack(nullptr);
+    EXPECT_FALSE(history.IsAsSaved());
+}
+
 TEST(EditHistory, AHistoryThatBeginsUnsavedHasNoSavedState)
 {
     CEditHistory history;
     history.Clear(false);
     EXPECT_FALSE(history.IsAsSaved());
-    EXPECT_FALSE(history.IsBeforeSaved());
 }
 
 TEST(EditHistory, AnEditOfFormatsAloneLeadsToTheSameRows)
@@ -188,7 +197,6 @@ TEST(EditHistory, TheSavedStateIsReachedByUndoAndByRedo)
     EXPECT_TRUE(history.IsAsSaved());
     history.StepBack(nullptr);
     EXPECT_FALSE(history.IsAsSaved());
-    EXPECT_TRUE(history.IsBeforeSaved());
     history.StepForth(nullptr);
     EXPECT_TRUE(history.IsAsSaved());
 }

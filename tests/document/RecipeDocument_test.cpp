@@ -1,5 +1,6 @@
 #include "document/RecipeDocument.h"
 #include "tests/files/AllocationLimit.h"
+#include "tests/files/FileSizeLimit.h"
 #include "tests/support/Formats.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
@@ -226,6 +227,63 @@ TEST_F(RecipeDocument, RowsThatWereAwayDuringASaveAreEditedWhereTheyDifferFromIt
     document.Redo();
     EXPECT_EQ(document.Rows().EditedCount(), 0u);
     EXPECT_FALSE(document.IsModified());
+}
+
+TEST_F(RecipeDocument, RowsOfAnotherLayoutAreEditedWhereTheyDifferFromTheFile)
+{
+    document.TakeSettings({MakeFormat(u"Words", {MakeItem(u"W", DataType::Signed16, 1, 4)}), 2, 1});
+    Read();
+    Type({0, 0}, u"77"); // the first number of the other layout
+    ASSERT_TRUE(Save());
+    document.Undo();
+    document.Undo();
+    EXPECT_EQ(document.Rows().EditedPlaces(), (std::vector<CellPlace>{{0, 1}}));
+    EXPECT_TRUE(document.IsModified());
+}
+
+TEST_F(RecipeDocument, ASavedReadingThatIsUndoneLeavesNothingToSave)
+{
+    Read();
+    ASSERT_TRUE(Save());
+    document.Undo();
+    EXPECT_EQ(document.Rows().EditedCount(), 0u);
+    EXPECT_FALSE(document.IsModified());
+}
+
+TEST_F(RecipeDocument, AReadingThatIsMadeAgainAfterASaveIsModifiedWhereItDiffers)
+{
+    Type({0, 1}, u"12");
+    Read(); // shows 7 again
+    ASSERT_TRUE(Save());
+    document.Undo();
+    ASSERT_TRUE(Save()); // 12
+    document.Redo();
+    EXPECT_EQ(Text({0, 1}), u"7");
+    EXPECT_TRUE(document.IsModified());
+}
+
+TEST_F(RecipeDocument, NothingIsAsSavedAfterASaveThatBrokeOff)
+{
+    Type({0, 1}, u"12");
+    {
+        const CFileSizeLimit limit(8);
+        const SaveResult result = document.Write(FileType::Rcp, path, reporter, progress);
+        ASSERT_TRUE(result.mayHoldOldAndNew);
+    }
+    document.Undo();
+    EXPECT_TRUE(document.IsModified());
+    ASSERT_TRUE(Save());
+    EXPECT_FALSE(document.IsModified());
+    EXPECT_EQ(ReadAll(path).size(), words.size());
+}
+
+TEST_F(RecipeDocument, WithoutRowsBeforeAndAfterThereIsNothingToUndo)
+{
+    document.ClearRows();
+    document.ClearRows();
+    document.Undo();
+    EXPECT_EQ(document.Rows().RowCount(), 3);
+    EXPECT_EQ(document.UndoName(), std::nullopt);
 }
 
 TEST_F(RecipeDocument, AReadingThroughAnotherLayoutComesBackWithItsSettings)
