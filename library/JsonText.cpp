@@ -4,30 +4,52 @@
 
 namespace {
 
-void AppendControl(char32_t character, std::string& json)
+void AppendEscape(char16_t unit, std::string& json)
 {
     constexpr char kDigits[] = "0123456789abcdef";
+    json += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        json += kDigits[(unit >> shift) & 0xF];
+}
+
+void AppendControl(char16_t character, std::string& json)
+{
     switch (character) {
-    case U'\b':
+    case u'\b':
         json += "\\b";
         return;
-    case U'\t':
+    case u'\t':
         json += "\\t";
         return;
-    case U'\n':
+    case u'\n':
         json += "\\n";
         return;
-    case U'\f':
+    case u'\f':
         json += "\\f";
         return;
-    case U'\r':
+    case u'\r':
         json += "\\r";
         return;
     default:
-        json += "\\u00";
-        json += kDigits[character >> 4];
-        json += kDigits[character & 0xF];
+        AppendEscape(character, json);
     }
+}
+
+void AppendCharacter(char32_t character, std::string& json)
+{
+    if (character < 0x20) {
+        AppendControl(static_cast<char16_t>(character), json);
+        return;
+    }
+    if (character == U'"' || character == U'\\')
+        json += '\\';
+    AppendUtf8(character, json);
+}
+
+/// Whether `character`, which was taken off a text that began with `unit`, stands for half a pair.
+bool IsHalfOfPair(char32_t character, char16_t unit)
+{
+    return character < 0x10000 && character != unit;
 }
 
 } // namespace
@@ -35,15 +57,21 @@ void AppendControl(char32_t character, std::string& json)
 void AppendJsonText(std::u16string_view text, std::string& json)
 {
     json += '"';
+    while (!text.empty())
+        AppendCharacter(TakeCharacter(text), json);
+    json += '"';
+}
+
+void AppendWholeJsonText(std::u16string_view text, std::string& json)
+{
+    json += '"';
     while (!text.empty()) {
+        const char16_t unit = text.front();
         const char32_t character = TakeCharacter(text);
-        if (character < 0x20) {
-            AppendControl(character, json);
-            continue;
-        }
-        if (character == U'"' || character == U'\\')
-            json += '\\';
-        AppendUtf8(character, json);
+        if (IsHalfOfPair(character, unit))
+            AppendEscape(unit, json);
+        else
+            AppendCharacter(character, json);
     }
     json += '"';
 }
