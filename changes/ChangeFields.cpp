@@ -18,8 +18,8 @@ constexpr NumberRange kAddress{0, kSize.most / 2}; // its byte is a number of 64
 constexpr NumberRange kAnyWords{-kAddress.most, kAddress.most};
 
 template <auto Member>
-constexpr auto kHeaderText = [](ChangeDraft& draft, std::u16string text) {
-    draft.header.*Member = std::move(text);
+constexpr auto kHeaderText = [](ChangeDraft& draft, const std::u16string& text) {
+    draft.header.*Member = text;
     return std::u16string();
 };
 
@@ -30,8 +30,8 @@ constexpr auto kHeaderNumber = [](ChangeDraft& draft, std::int64_t number) {
 };
 
 template <auto Member>
-constexpr auto kRecordText = [](ChangeDraft& draft, std::u16string text) {
-    draft.record.*Member = std::move(text);
+constexpr auto kRecordText = [](ChangeDraft& draft, const std::u16string& text) {
+    draft.record.*Member = text;
     return std::u16string();
 };
 
@@ -42,7 +42,7 @@ constexpr auto kRecordNumber = [](ChangeDraft& draft, std::int64_t number) {
 };
 
 template <auto Member>
-constexpr auto kRecordWords = [](ChangeDraft& draft, std::u16string text) -> std::u16string {
+constexpr auto kRecordWords = [](ChangeDraft& draft, const std::u16string& text) -> std::u16string {
     auto words = WordsFromText(text);
     if (!words)
         return u"words of four hexadecimal digits with a blank between are expected";
@@ -50,7 +50,7 @@ constexpr auto kRecordWords = [](ChangeDraft& draft, std::u16string text) -> std
     return {};
 };
 
-std::u16string SetMark(ChangeDraft&, std::u16string text)
+std::u16string SetMark(ChangeDraft&, const std::u16string& text)
 {
     return text == u"changes" ? u"" : u"\"changes\" is expected";
 }
@@ -60,16 +60,16 @@ std::u16string SetVersion(ChangeDraft&, std::int64_t number)
     return number == 1 ? u"" : FillMessage(u"version %d is not known, only version 1", {number});
 }
 
-std::u16string SetType(ChangeDraft& draft, std::u16string text)
+std::u16string SetType(ChangeDraft& draft, const std::u16string& text)
 {
     const bool isWord = std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'a' && c <= u'z'; });
     draft.header.type = isWord ? FileTypeOf(u"." + text) : std::nullopt;
     return draft.header.type ? u"" : u"\"rcp\", \"csv\", \"erp\" or \"frp\" is expected";
 }
 
-std::u16string SetFormat(ChangeDraft& draft, std::u16string text)
+std::u16string SetFormat(ChangeDraft& draft, const std::u16string& text)
 {
-    draft.header.tables.back().format = std::move(text);
+    draft.header.tables.back().format = text;
     return {};
 }
 
@@ -103,7 +103,7 @@ std::u16string SetZeros(ChangeDraft& draft, std::int64_t number)
     return number != 0 ? u"" : u"the number is 0";
 }
 
-std::u16string SetWhy(ChangeDraft& draft, std::u16string text)
+std::u16string SetWhy(ChangeDraft& draft, const std::u16string& text)
 {
     draft.record.why = ReasonOf(text);
     return draft.record.why ? u"" : u"none of these: " + AllReasonWords();

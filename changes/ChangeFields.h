@@ -24,7 +24,7 @@ struct NumberRange {
 /// what is wrong with the value, empty when nothing is.
 struct ChangeField {
     std::u16string_view key;
-    std::u16string (*setText)(ChangeDraft& draft, std::u16string text) = nullptr;
+    std::u16string (*setText)(ChangeDraft& draft, const std::u16string& text) = nullptr;
     std::u16string (*setNumber)(ChangeDraft& draft, std::int64_t number) = nullptr;
     NumberRange range = {}; ///< of the number
     bool isRequired = false;
