@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzReplay,
                          testing::Values(ReplayedTarget{"library", FuzzLibrary}, ReplayedTarget{"json", FuzzJsonImport},
                                          ReplayedTarget{"paged", FuzzPaged}, ReplayedTarget{"table", FuzzTable},
                                          ReplayedTarget{"cellcheck", FuzzCellCheck}, ReplayedTarget{"codec", FuzzCodec},
-                                         ReplayedTarget{"merge", FuzzMerge},
+                                         ReplayedTarget{"merge", FuzzMerge}, ReplayedTarget{"changes", FuzzChanges},
                                          ReplayedTarget{"commandline", FuzzCommandLine}),
                          [](const auto& target) { return std::string(target.param.name); });
 

@@ -30,5 +30,8 @@ void FuzzCodec(FuzzBytes bytes);
 /// The bytes are the numbers of a merge.
 void FuzzMerge(FuzzBytes bytes);
 
+/// The bytes are changes as JSON Lines.
+void FuzzChanges(FuzzBytes bytes);
+
 /// The bytes are lines, an argument each, up to an empty one, and then the content of the files in reach.
 void FuzzCommandLine(FuzzBytes bytes);
