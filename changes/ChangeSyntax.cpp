@@ -120,6 +120,7 @@ private:
 
     std::u16string Unmasked(std::string_view text);
     bool TakeNumber(std::int64_t number);
+    bool RefuseJson(std::size_t end);
     bool RefuseUnless(const std::u16string& complaint);
     bool RefuseKey(std::u16string_view name);
     bool RefuseKind();
@@ -142,9 +143,13 @@ private:
 
 std::optional<ChangeFault> CLineParser::Parse(std::string_view line, ChangeDraft& draft)
 {
-    const std::string masked = MaskHalves(line, m_units);
     m_text = line;
     m_draft = &draft;
+    if (line.starts_with('\xEF')) { // of a byte-order mark, which the parser would skip in each line
+        RefuseJson(1);
+        return m_fault;
+    }
+    const std::string masked = MaskHalves(line, m_units);
     Json::sax_parse(masked.begin(), masked.end(), this);
     return m_fault;
 }
@@ -228,7 +233,7 @@ bool CLineParser::parse_error(std::size_t position, const std::string&, const Js
     constexpr int kNumberOverflow = 406;
     if (fault.id == kNumberOverflow)
         return RefuseKind(); // such a number has an exponent or a fraction
-    return RefuseAt({}, FillMessage(u"column %d is no valid JSON", {ColumnAt(m_text, position)}));
+    return RefuseJson(position);
 }
 
 /// The text of what the parser took from the masked line.
@@ -249,6 +254,12 @@ bool CLineParser::TakeNumber(std::int64_t number)
     if (number < field.range.least || number > field.range.most)
         return RefuseRange();
     return RefuseUnless(field.setNumber(*m_draft, number));
+}
+
+/// The last of the first `end` bytes is wrong.
+bool CLineParser::RefuseJson(std::size_t end)
+{
+    return RefuseAt({}, FillMessage(u"column %d is no valid JSON", {ColumnAt(m_text, end)}));
 }
 
 bool CLineParser::RefuseUnless(const std::u16string& complaint)

@@ -75,6 +75,12 @@ TEST(ChangeReader, TakesLinesFromWindows)
               std::string(kForm) + "end");
 }
 
+TEST(ChangeReader, TakesAByteOrderMarkOnlyAtTheBeginning)
+{
+    EXPECT_EQ(ReadBack(std::string(kHeader) + "\xEF\xBB\xBF" + kForm), "line 2: column 1 is no valid JSON");
+    EXPECT_EQ(ReadBack(std::string("\xEF\xBB\xBF\xEF\xBB\xBF") + kHeader), "line 1: column 1 is no valid JSON");
+}
+
 TEST(ChangeReader, LeavesBlankLinesOutButCountsThem)
 {
     EXPECT_EQ(ReadBack("\n" + std::string(kHeader) + " \t\r\n\n" + kForm + "\n{}\n"),
