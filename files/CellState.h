@@ -11,7 +11,11 @@ struct CellPlace {
     std::int32_t row = 0;
     std::uint32_t column = 0;
 
-    friend auto operator<=>(const CellPlace&, const CellPlace&) = default;
+    friend bool operator==(const CellPlace&, const CellPlace&) = default;
+    friend bool operator<(const CellPlace& a, const CellPlace& b)
+    {
+        return a.row != b.row ? a.row < b.row : a.column < b.column;
+    }
 };
 
 /// What a cell's words are made of when it is saved: of the words it was read from, of a text that the user gave it, or
