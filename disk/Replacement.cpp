@@ -71,7 +71,7 @@ CReplacement::~CReplacement()
 bool CReplacement::GrowIn(const fs::path& folder)
 {
     RemoveLeftOvers(folder);
-    int tries = 3; // where the disk cannot tell whether it is there, the last one has to do
+    int tries = 10; // where the disk cannot tell whether it is there, the last one has to do
     while (MakeFileIn(folder) && IsTakenAway() && --tries > 0)
         RemoveFresh();
     return IsOpen();
