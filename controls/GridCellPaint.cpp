@@ -9,8 +9,26 @@ namespace {
 
 constexpr int kCornerSize = 7; // pixels, each leg
 constexpr int kBarWidth = 3;   // pixels
+constexpr int kOpenSize = 8;   // pixels, each leg of the open corner
 constexpr QColor kWarningOnLight{196, 64, 0};
 constexpr QColor kWarningOnDark{255, 150, 70};
+
+/// The corner at the top right.
+void DrawFilledCorner(QPainter& painter, const QRect& inner, const QColor& color)
+{
+    for (int line = 0; line < kCornerSize; ++line)
+        painter.fillRect(inner.right() + 1 - kCornerSize + line, inner.top() + line, kCornerSize - line, 1, color);
+}
+
+/// The corner at the bottom left, of which only the sides are drawn.
+void DrawOpenCorner(QPainter& painter, const QRect& inner, const QColor& color)
+{
+    const int top = inner.bottom() + 1 - kOpenSize;
+    painter.fillRect(inner.left(), top, 1, kOpenSize, color);
+    painter.fillRect(inner.left(), inner.bottom(), kOpenSize, 1, color);
+    for (int line = 1; line < kOpenSize; ++line)
+        painter.fillRect(inner.left() + line - 1, top + line - 1, 2, 1, color);
+}
 
 } // namespace
 
@@ -62,16 +80,16 @@ QColor WarningTint(const QColor& background)
             mixed(background.blue(), warning.blue())};
 }
 
-void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& changed,
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& corner,
                const QColor& outOfRange)
 {
     const QRect inner = rect.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1);
     if (marks.outOfRange)
         painter.fillRect(inner.left(), inner.top(), kBarWidth, inner.height(), outOfRange);
     if (marks.changed)
-        for (int line = 0; line < kCornerSize; ++line)
-            painter.fillRect(inner.right() + 1 - kCornerSize + line, inner.top() + line, kCornerSize - line, 1,
-                             changed);
+        DrawFilledCorner(painter, inner, corner);
+    if (marks.rewritten) // clear of the focus frame and, where there is one, of the bar
+        DrawOpenCorner(painter, inner.adjusted(marks.outOfRange ? kBarWidth + 1 : 1, 0, 0, -1), corner);
 }
 
 void DrawFrame(QPainter& painter, const QRect& rect, int width, const QColor& color)

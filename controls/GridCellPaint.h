@@ -25,9 +25,10 @@ QColor WarningColor(const QColor& background);
 /// `background` with a breath of that colour, on which the same text is just as readable.
 QColor WarningTint(const QColor& background);
 
-/// Draws the marks of a cell beside its text: a corner for a changed value, a bar for one out of range. They differ in
-/// shape and place, not in colour alone.
-void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& changed,
+/// Draws the marks of a cell beside its text: a filled corner at the top right for a changed value, an open one at the
+/// bottom left for a value that a save rewrites, both in `corner`, and a bar for one out of range. They differ in shape
+/// and place, not in colour alone, and a cell may have all of them.
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& corner,
                const QColor& outOfRange);
 
 /// Draws a frame of that width in pixels within `rect`.

@@ -356,8 +356,8 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     if (column < kTitleColumns)
         return {};
     const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
-    return {Rows().IsEdited(row - kTitleRows, dataColumn),
-            Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value()};
+    return {.changed = Rows().IsEdited(row - kTitleRows, dataColumn),
+            .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value()};
 }
 
 QString CRecipeDataShowView::CellRemark(int row, int column) const

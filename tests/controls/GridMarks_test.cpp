@@ -1,4 +1,4 @@
-// What is shown and said of a cell besides its text: that it changed, that it is out of range.
+// What is shown and said of a cell besides its text: that it changed, that it is out of range, that a save rewrites it.
 
 #include "controls/GridCellPaint.h"
 #include "controls/GridModel.h"
@@ -48,6 +48,9 @@ struct GridMarks : CGridTestBed {
         source.marks[{1, 3}] = {.changed = true};
         source.marks[{2, 3}] = {.outOfRange = true};
         source.marks[{3, 3}] = {.changed = true, .outOfRange = true};
+        source.marks[{5, 3}] = {.rewritten = true};
+        source.marks[{6, 3}] = {.changed = true, .rewritten = true};
+        source.marks[{7, 3}] = {.changed = true, .outOfRange = true, .rewritten = true};
         grid->SetTextSource(&source);
         grid->SetRowCount(1 + kRows);
         grid->SetColumnCount(2 + kColumns);
@@ -71,6 +74,18 @@ struct GridMarks : CGridTestBed {
         const QRect cell = CellRect(row, column);
         return CPictureOf(*grid->viewport(), scale).At(cell.left() + 3, cell.center().y());
     }
+    // The open corner: its left side, which the bar moves on, and what shows within it.
+    QColor OpenSide(int row, int column, int scale = 1) const
+    {
+        const QPoint at = CellRect(row, column).bottomLeft() + QPoint(OpenLeft(row, column), -7);
+        return CPictureOf(*grid->viewport(), scale).At(at.x(), at.y());
+    }
+    QColor OpenInside(int row, int column, int scale = 1) const
+    {
+        const QPoint at = CellRect(row, column).bottomLeft() + QPoint(OpenLeft(row, column) + 2, -5);
+        return CPictureOf(*grid->viewport(), scale).At(at.x(), at.y());
+    }
+    int OpenLeft(int row, int column) const { return grid->Model().Marks(row, column).outOfRange ? 6 : 3; }
     QColor Ground(int row, int column) const
     {
         const QPoint at = CellRect(row, column).bottomRight() - QPoint(5, 5);
@@ -128,6 +143,39 @@ TEST_F(GridMarks, ACellMayHaveBoth)
 {
     EXPECT_EQ(Corner(3, 3), Color(QPalette::Highlight));
     EXPECT_EQ(Bar(3, 3), WarningColor(Color(QPalette::Base)));
+}
+
+TEST_F(GridMarks, ACellThatASaveRewritesHasAnOpenCornerAtEachResolution)
+{
+    for (const int scale : {1, 2, 3}) {
+        EXPECT_EQ(OpenSide(5, 3, scale), Color(QPalette::Highlight)) << scale;
+        EXPECT_EQ(OpenInside(5, 3, scale), Color(QPalette::Base)) << scale;
+        EXPECT_EQ(OpenSide(1, 3, scale), Color(QPalette::Base)) << scale;
+        EXPECT_EQ(Corner(5, 3, scale), Color(QPalette::Base)) << scale;
+    }
+    EXPECT_EQ(Ground(5, 3), Color(QPalette::Base));
+}
+
+TEST_F(GridMarks, TheOpenCornerStandsBesideEachOther)
+{
+    EXPECT_EQ(OpenSide(6, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenInside(6, 3), Color(QPalette::Base));
+    EXPECT_EQ(Corner(6, 3), Color(QPalette::Highlight));
+    const QColor tint = WarningTint(Color(QPalette::Base));
+    EXPECT_EQ(OpenSide(7, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenInside(7, 3), tint);
+    EXPECT_EQ(Corner(7, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(Bar(7, 3), WarningColor(Color(QPalette::Base)));
+}
+
+TEST_F(GridMarks, TheOpenCornerStaysOnTheFocusCellAndIsInTheColourOfTheTextOnSelectedOnes)
+{
+    Click(7, 3);
+    EXPECT_EQ(OpenSide(7, 3), Color(QPalette::Highlight));
+    Click(5, 3, Qt::ShiftModifier);
+    EXPECT_EQ(OpenSide(6, 3), Color(QPalette::HighlightedText));
+    EXPECT_EQ(OpenInside(6, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenSide(7, 3), Color(QPalette::HighlightedText));
 }
 
 TEST_F(GridMarks, StayOnTheFocusCell)
