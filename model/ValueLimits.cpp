@@ -41,18 +41,10 @@ std::u16string WithPoint(std::int64_t value, std::int32_t decimals)
     return text;
 }
 
-std::u16string Hexadecimal(std::int64_t value)
-{
-    std::u16string text = Converted(value, 16);
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char16_t c) { return c >= u'a' ? static_cast<char16_t>(c - u'a' + u'A') : c; });
-    return text;
-}
-
 /// The raw value of an integer column as the user would write it.
 std::u16string IntegerText(const ColumnCoding& coding, std::int64_t value)
 {
-    return IsHexadecimal(coding.dataType) ? Hexadecimal(value) : WithPoint(value, coding.decimalDigits);
+    return IsHexadecimal(coding.dataType) ? HexadecimalText(value) : WithPoint(value, coding.decimalDigits);
 }
 
 std::u16string LimitText(const ColumnCoding& coding, std::int64_t limit)

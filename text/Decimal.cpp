@@ -284,6 +284,18 @@ std::u16string CDecimal::Text(std::int32_t decimals) const
     return text;
 }
 
+std::u16string CDecimal::TextWithExponent() const
+{
+    if (IsZero())
+        return u"0e+0";
+    std::string text = m_digits;
+    if (text.size() > 1)
+        text.insert(1, 1, '.');
+    const std::int64_t exponent = m_exponent + static_cast<std::int64_t>(m_digits.size()) - 1;
+    text += (exponent < 0 ? "e" : "e+") + std::to_string(exponent);
+    return (m_isNegative ? u"-" : u"") + std::u16string(text.begin(), text.end());
+}
+
 std::string CDecimal::DigitsDownTo(std::int32_t exponent) const
 {
     return IsZero() ? std::string() : Shifted(m_digits, m_exponent - exponent);

@@ -48,6 +48,9 @@ public:
     /// The same, with at least `decimals` of them: "1.50".
     std::u16string Text(std::int32_t decimals) const;
 
+    /// In full, with one digit before the point and an exponent: "-1.05e+300".
+    std::u16string TextWithExponent() const;
+
     CDecimal operator-() const;
     friend CDecimal operator+(const CDecimal& a, const CDecimal& b);
     friend CDecimal operator-(const CDecimal& a, const CDecimal& b) { return a + -b; }

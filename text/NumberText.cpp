@@ -227,6 +227,16 @@ std::u16string DecimalText(std::int64_t value)
     return {digits.begin(), digits.end()};
 }
 
+std::u16string HexadecimalText(std::int64_t value)
+{
+    std::array<char, 20> buffer;
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, 16);
+    std::u16string text(buffer.data(), written.ptr);
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char16_t c) { return c >= u'a' ? static_cast<char16_t>(c - u'a' + u'A') : c; });
+    return text;
+}
+
 bool IsAbove(double value, std::int64_t limit)
 {
     const auto nearest = static_cast<double>(limit);

@@ -33,6 +33,9 @@ std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals);
 /// `value` in decimal digits ("%d").
 std::u16string DecimalText(std::int64_t value);
 
+/// `value` in hexadecimal digits, capitals, after a "-" where it is negative.
+std::u16string HexadecimalText(std::int64_t value);
+
 /// Whether `value` lies above or below `limit`. Compared exactly: a limit near 2^63 is not rounded to the next double.
 /// Neither for what is not a number.
 bool IsAbove(double value, std::int64_t limit);

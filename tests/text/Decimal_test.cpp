@@ -90,6 +90,14 @@ TEST(Decimal, TextTakesAtLeastTheDecimalsAskedFor)
     EXPECT_EQ(Number(u"7").Text(-3), u"7");
 }
 
+TEST(Decimal, TextWithExponentHasOneDigitBeforeThePoint)
+{
+    EXPECT_EQ(Number(u"-1.05").TextWithExponent(), u"-1.05e+0");
+    EXPECT_EQ(Number(u"15e299").TextWithExponent(), u"1.5e+300");
+    EXPECT_EQ(Number(u"0.00005").TextWithExponent(), u"5e-5");
+    EXPECT_EQ(CDecimal().TextWithExponent(), u"0e+0");
+}
+
 struct RoundCase {
     const char* name;
     const char16_t* text;

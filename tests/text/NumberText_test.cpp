@@ -286,4 +286,13 @@ TEST(DecimalText, WritesAnyInteger)
     EXPECT_EQ(DecimalText(INT64_MAX), u"9223372036854775807");
 }
 
+TEST(HexadecimalText, IsInCapitals)
+{
+    EXPECT_EQ(HexadecimalText(0), u"0");
+    EXPECT_EQ(HexadecimalText(0xAB), u"AB");
+    EXPECT_EQ(HexadecimalText(4294967295), u"FFFFFFFF");
+    EXPECT_EQ(HexadecimalText(-0xAB), u"-AB");
+    EXPECT_EQ(HexadecimalText(std::numeric_limits<std::int64_t>::min()), u"-8000000000000000");
+}
+
 } // namespace
