@@ -2,6 +2,7 @@
 
 #include "disk/File.h"
 #include "files/ByteBuffer.h"
+#include "files/CsvRules.h"
 #include "text/AnsiText.h"
 #include "text/Utf16Bytes.h"
 
@@ -16,31 +17,12 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostReserved = std::size_t{32} << 20; // units; a longer text grows as it is read
-constexpr std::size_t kMarkBytes = 2;
-constexpr std::size_t kLongestAnsiLine = 2047; // bytes, the line feed included
-
-struct TextForm {
-    char16_t separator;
-    bool stripsQuotes; ///< of fields that a separator ends
-};
-
-constexpr TextForm kUtf16Form{u'\t', true};
-constexpr TextForm kAnsiForm{u',', false};
-
-std::u16string_view WithoutQuotes(std::u16string_view field)
-{
-    while (field.starts_with(u'"'))
-        field.remove_prefix(1);
-    while (field.ends_with(u'"'))
-        field.remove_suffix(1);
-    return field;
-}
 
 /// Finds lines and fields in a text that arrives in pieces, and hands them to a taker: a CFieldTable or a CFieldTaker.
 template <class Fields>
 class CFieldSplitter {
 public:
-    CFieldSplitter(TextForm form, std::size_t lines, std::size_t columns, Fields& fields)
+    CFieldSplitter(const CsvTextForm& form, std::size_t lines, std::size_t columns, Fields& fields)
         : m_form(form),
           m_lines(lines),
           m_columns(columns),
@@ -107,7 +89,7 @@ private:
         m_column = 0;
     }
 
-    const TextForm m_form;
+    const CsvTextForm m_form;
     const std::size_t m_lines;
     const std::size_t m_columns;
     Fields& m_fields;
@@ -177,11 +159,11 @@ void AppendUnits(std::span<const std::byte> bytes, std::u16string& text)
     SwapUnlessLowByteFirst(units);
 }
 
-bool HoldsUtf16(const CFile& file)
+const CsvTextForm& FormOf(const CFile& file)
 {
-    std::array<std::byte, kMarkBytes> mark{};
-    file.ReadAt(0, mark);                                            // what cannot be read here is met again at once
-    return mark[0] == std::byte{0xFF} || mark[1] == std::byte{0xFE}; // kept: one of them is enough
+    std::array<std::byte, 2> mark{};
+    file.ReadAt(0, mark); // what cannot be read here is met again at once
+    return CsvFormOf(mark[0], mark[1]);
 }
 
 /// Hands the bytes of `file` from `pos` up to its end to `take`, piece by piece, as long as `isWanted` says so.
@@ -209,7 +191,7 @@ template <class Splitter>
 Outcome ReadUtf16(const CFile& file, Splitter& splitter, CProgress& progress)
 {
     return ReadPieces(
-        file, kMarkBytes, progress, [&] { return !splitter.HasAllLines(); },
+        file, kUtf16Csv.begin, progress, [&] { return !splitter.HasAllLines(); },
         [&](std::span<const std::byte> bytes) {
             AppendUnits(bytes, splitter.Text());
             splitter.Split();
@@ -234,9 +216,9 @@ Outcome ReadAnsi(const CFile& file, Splitter& splitter, CProgress& progress)
 template <class Fields>
 Outcome Split(const CFile& file, std::size_t lines, std::size_t columns, Fields& fields, CProgress& progress)
 {
-    const bool isUtf16 = HoldsUtf16(file);
-    CFieldSplitter<Fields> splitter(isUtf16 ? kUtf16Form : kAnsiForm, lines, columns, fields);
-    const Outcome outcome = isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
+    const CsvTextForm& form = FormOf(file);
+    CFieldSplitter<Fields> splitter(form, lines, columns, fields);
+    const Outcome outcome = form.isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
     if (outcome == Outcome::Done)
         splitter.Finish();
     return outcome;

@@ -1,12 +1,15 @@
 #include "files/CsvRecipeFile.h"
 
-#include "disk/Replacement.h"
 #include "files/CellTexts.h"
 #include "files/CsvFields.h"
+#include "files/CsvRules.h"
+#include "files/FinishReplacement.h"
 #include "text/FileMessages.h"
 #include "text/Utf16Bytes.h"
 
+#include <new>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -48,7 +51,73 @@ private:
     std::u16string m_text;
 };
 
-Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CProgress& progress)
+/// Collects the fields as reading the saved file will show them, for who wants them: what fails here is no failure of
+/// the save.
+class CSavedFields {
+public:
+    CSavedFields(std::size_t columns, std::optional<CFieldTable>* fields) : m_columns(columns), m_fields(fields)
+    {
+        if (m_fields)
+            m_fields->emplace();
+    }
+
+    bool AreWanted() const { return m_fields != nullptr && m_fields->has_value(); }
+
+    /// The next cell of a row was written with this text, between quotes.
+    void Add(std::size_t column, std::u16string_view text)
+    {
+        m_isCut = m_isCut || text.find_first_of(u"\t\n") != std::u16string_view::npos;
+        WithinMemoryOrNone([&] {
+            if (column + 1 < m_columns)
+                (*m_fields)->AddField(WithoutQuotes(text));
+            else
+                (*m_fields)->AddField(m_last.assign(1, u'"').append(text).append(1, u'"')); // kept: with its quotes
+        });
+    }
+
+    void EndLine()
+    {
+        WithinMemoryOrNone([&] { (*m_fields)->EndLine(); });
+    }
+
+    /// The save has ended. A text that is cut when it is read moves those that come after it: then the file is read.
+    void Finish(Outcome outcome, const CRecipeRows& rows, const fs::path& path)
+    {
+        if (!AreWanted())
+            return;
+        if (outcome != Outcome::Done)
+            m_fields->reset();
+        else if (m_isCut)
+            ReadAgain(rows, path);
+    }
+
+private:
+    template <class Work>
+    void WithinMemoryOrNone(Work work)
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        m_fields->reset();
+    } catch (const std::length_error&) {
+        m_fields->reset();
+    }
+
+    void ReadAgain(const CRecipeRows& rows, const fs::path& path)
+    {
+        CNoProgress progress;
+        CFieldTable& fields = m_fields->emplace();
+        const auto lines = static_cast<std::size_t>(rows.RowCount());
+        if (ReadCsvFields(path, lines, rows.Columns().size(), fields, progress) != Outcome::Done)
+            m_fields->reset();
+    }
+
+    const std::size_t m_columns;
+    std::optional<CFieldTable>* m_fields; ///< null when nobody wants them; none once they cannot be had
+    bool m_isCut = false;
+    std::u16string m_last;
+};
+
+Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CSavedFields& saved, CProgress& progress)
 {
     const std::size_t columns = rows.Columns().size();
     const std::uint64_t total = columns * static_cast<std::uint64_t>(rows.RowCount());
@@ -59,7 +128,10 @@ Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CProgress& progr
         for (std::size_t column = 0; column < columns; ++column) {
             table.Text() += column == 0 ? kRowBegin : kBetweenCells;
             texts.MoveTo(row, column);
+            const std::size_t begin = table.Text().size();
             texts.AppendTo(table.Text()); // kept: a quote within the text is not doubled
+            if (saved.AreWanted())
+                saved.Add(column, std::u16string_view(table.Text()).substr(begin));
             ++done;
             if (!table.IsFull())
                 continue;
@@ -69,23 +141,21 @@ Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CProgress& progr
                 return Outcome::GivenUp;
         }
         table.Text() += columns == 0 ? kEmptyRow : kRowEnd;
+        if (saved.AreWanted())
+            saved.EndLine();
     }
     if (!table.Write())
         return Outcome::Failed;
     return progress.Advance(done, total) ? Outcome::Done : Outcome::GivenUp;
 }
 
-Outcome SaveTable(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
+Outcome SaveTable(const CRecipeRows& rows, const fs::path& path, CSavedFields& saved, CProgress& progress)
 {
     CReplacement file(path);
     if (!file.IsOpen())
         return Outcome::Failed;
-    const Outcome outcome = WriteTable(rows, file, progress);
-    if (outcome != Outcome::Done)
-        return outcome;
-    if (file.Finish())
-        return Outcome::Done;
-    return file.MayHoldOldAndNew() ? Outcome::FailedMixed : Outcome::Failed;
+    const Outcome outcome = WriteTable(rows, file, saved, progress);
+    return outcome == Outcome::Done ? FinishReplacement(file) : outcome;
 }
 
 } // namespace
@@ -103,9 +173,12 @@ Outcome ReadCsv(CRecipeRows& rows, const fs::path& path, CReporter& reporter, CP
     return outcome;
 }
 
-SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress,
+                   std::optional<CFieldTable>* shown)
 {
-    const Outcome outcome = WithinMemory([&] { return SaveTable(rows, path, progress); });
+    CSavedFields saved(rows.Columns().size(), shown);
+    const Outcome outcome = WithinMemory([&] { return SaveTable(rows, path, saved, progress); });
+    saved.Finish(outcome, rows, path);
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveTableError, path);
     return ResultOf(outcome);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "files/FieldTable.h"
 #include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
 #include "text/Reporter.h"
 
 #include <filesystem>
+#include <optional>
 
 // The text table, ".csv": FF FE, then UTF-16 text, low byte first. A line a row, ended by CR LF; in it the cells' texts
 // as they are shown, each between double quotes, a TAB between two of them. There are no titles and no addresses.
@@ -24,5 +26,8 @@ Outcome ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter&
 ///
 /// Not saved when the file cannot be written (then reported: "Save file %s failed!") or the work was given up. The old
 /// file is then as it was, unless it could not be replaced (Replacement.h) and writing over it failed part-way.
-SaveResult SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                   CProgress& progress);
+///
+/// `shown` takes the fields as reading the saved file shows them; nothing when it was not saved or there is no memory
+/// for them, which is no failure of the save.
+SaveResult SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress,
+                   std::optional<CFieldTable>* shown = nullptr);

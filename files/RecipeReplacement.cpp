@@ -1,9 +1,9 @@
 #include "files/RecipeReplacement.h"
 
 #include "disk/File.h"
-#include "disk/Replacement.h"
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
+#include "files/FinishReplacement.h"
 #include "files/PagedRecipeFile.h"
 #include "text/FileMessages.h"
 
@@ -42,11 +42,7 @@ Outcome WriteAndFinish(FileType type, const CRecipeRows& rows, CReplacement& fil
     CNoProgress progress;
     const Outcome written = IsPaged(type) ? WritePaged(rows, file.FreshPath(), type, progress)
                                           : WriteBinaryRecipe(rows, file.FreshPath(), progress);
-    if (written != Outcome::Done)
-        return Outcome::Failed;
-    if (file.Finish())
-        return Outcome::Done;
-    return file.MayHoldOldAndNew() ? Outcome::FailedMixed : Outcome::Failed;
+    return written == Outcome::Done ? FinishReplacement(file) : Outcome::Failed;
 }
 
 } // namespace

@@ -1,0 +1,157 @@
+#include "files/CsvEdits.h"
+
+#include "files/CsvShape.h"
+#include "files/FinishReplacement.h"
+#include "text/FileMessages.h"
+#include "text/MessageText.h"
+#include "text/PathText.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
+constexpr std::size_t kWrittenAtOnce = std::size_t{1} << 20;
+
+constexpr std::u16string_view kEditsRefused = u"Can't save only the edited cells of file %s: %s!";
+
+/// Looks at every field of a table and finds what has to change.
+class CEditsTaker final : public CCsvRawTaker {
+public:
+    CEditsTaker(const CsvTextForm& form, std::span<const CsvEdit> edits) : splicer(form, edits) {}
+
+    void Take(const CsvRawField& field) override
+    {
+        formCheck.Take(field);
+        splicer.Take(field);
+    }
+
+    CCsvFormCheck formCheck;
+    CCsvSplicer splicer;
+};
+
+/// Collects small runs of bytes for a file.
+class CRunsForFile {
+public:
+    explicit CRunsForFile(CReplacement& file) : m_file(file) { m_bytes.reserve(kWrittenAtOnce); }
+
+    void Put(std::span<const std::byte> bytes)
+    {
+        if (m_bytes.size() + bytes.size() > kWrittenAtOnce)
+            Write();
+        if (bytes.size() > kWrittenAtOnce)
+            m_isWritten = m_isWritten && m_file.Append(bytes);
+        else
+            m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+    }
+
+    /// Writes what was collected. False when that, or anything before, failed.
+    bool Write()
+    {
+        m_isWritten = m_isWritten && m_file.Append(m_bytes);
+        m_bytes.clear();
+        return m_isWritten;
+    }
+
+    bool IsWritten() const { return m_isWritten; }
+
+private:
+    CReplacement& m_file;
+    std::vector<std::byte> m_bytes;
+    bool m_isWritten = true;
+};
+
+/// One save of edited cells.
+class CEditsSave {
+public:
+    CEditsSave(const fs::path& path, CProgress& progress) : m_path(path), m_progress(progress) {}
+
+    Outcome Save(std::span<const CsvEdit> edits)
+    {
+        const CFile old(m_path, CFile::Mode::Read);
+        if (!old.IsOpen())
+            return IsMissing(m_path) ? Refuse(u"it does not exist") : Outcome::Failed;
+        CCsvFileCutter cutter(old);
+        CEditsTaker taker(cutter.Form(), edits);
+        const Outcome outcome = Look(cutter, taker);
+        if (outcome != Outcome::Done || taker.splicer.Splices().empty())
+            return outcome;
+        return Write(old, cutter.Position(), taker.splicer.Splices());
+    }
+
+    /// Why the save was refused; empty when it was not.
+    std::u16string refusal;
+
+private:
+    Outcome Refuse(std::u16string_view reason)
+    {
+        refusal = reason;
+        return Outcome::Failed;
+    }
+
+    Outcome Look(CCsvFileCutter& cutter, CEditsTaker& taker)
+    {
+        while (cutter.Continue(taker))
+            if (!m_progress.Advance(cutter.Position() / 2, cutter.Size()))
+                return Outcome::GivenUp;
+        if (cutter.HasFailed())
+            return Outcome::Failed;
+        taker.formCheck.Finish(cutter);
+        if (!taker.formCheck.Fault().empty())
+            return Refuse(taker.formCheck.Fault());
+        taker.splicer.Finish(cutter.Cutter(), cutter.Position());
+        return taker.splicer.Refusal().empty() ? Outcome::Done : Refuse(taker.splicer.Refusal());
+    }
+
+    Outcome Write(const CFile& old, std::uint64_t size, std::span<const CsvSplice> splices)
+    {
+        CReplacement file(m_path);
+        if (!file.IsOpen())
+            return Outcome::Failed;
+        const Outcome outcome = Copy(old, size, splices, file);
+        return outcome == Outcome::Done ? FinishReplacement(file) : outcome;
+    }
+
+    Outcome Copy(const CFile& old, std::uint64_t size, std::span<const CsvSplice> splices, CReplacement& file)
+    {
+        CRunsForFile runs(file);
+        CCsvSplicedBytes spliced(splices);
+        const auto put = [&runs](std::span<const std::byte> bytes) { runs.Put(bytes); };
+        CByteBuffer buffer(kPieceBytes);
+        std::uint64_t pos = 0;
+        for (std::size_t last = kPieceBytes; last == kPieceBytes;) {
+            const auto arrived = old.ReadAt(pos, buffer.Bytes());
+            if (!arrived || !runs.IsWritten())
+                return Outcome::Failed;
+            last = *arrived;
+            pos += last;
+            spliced.Append(buffer.Bytes().first(last), put);
+            if (!m_progress.Advance(size / 2 + std::min(pos, size) / 2, size))
+                return Outcome::GivenUp;
+        }
+        spliced.Finish(put);
+        const bool isSame = pos == size; // as long as it was looked at
+        return isSame && runs.Write() ? Outcome::Done : Outcome::Failed;
+    }
+
+    const fs::path& m_path;
+    CProgress& m_progress;
+};
+
+} // namespace
+
+SaveResult SaveCsvEdits(std::span<const CsvEdit> edits, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    CEditsSave save(path, progress);
+    const Outcome outcome = WithinMemory([&] { return save.Save(edits); });
+    if (!save.refusal.empty())
+        reporter.ShowError(FillMessage(kEditsRefused, {PathText(path), save.refusal}));
+    else if (HasFailed(outcome))
+        ShowFileError(reporter, kSaveTableError, path);
+    return ResultOf(outcome);
+}

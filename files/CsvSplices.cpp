@@ -1,0 +1,173 @@
+#include "files/CsvSplices.h"
+
+#include "text/AnsiText.h"
+#include "text/MessageText.h"
+#include "text/Utf16Bytes.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::u16string_view kLineEnd = u"\r\n";
+
+bool BeginsWithQuote(std::u16string_view raw)
+{
+    return raw.starts_with(u'"');
+}
+
+} // namespace
+
+CCsvSplicer::CCsvSplicer(const CsvTextForm& form, std::span<const CsvEdit> edits) : m_form(form), m_edits(edits) {}
+
+void CCsvSplicer::Take(const CsvRawField& field)
+{
+    const auto row = [&] { return static_cast<std::uint64_t>(m_edits.front().place.row); };
+    if (m_edits.empty() || row() != field.line || !m_refusal.empty())
+        return;
+    if (field.EndsLine())
+        return EndLine(field);
+    if (m_edits.front().place.column != field.column)
+        return;
+    ReplaceField(field, m_edits.front().text);
+    m_edits = m_edits.subspan(1);
+}
+
+void CCsvSplicer::ReplaceField(const CsvRawField& field, std::u16string_view text)
+{
+    if (field.Shown(m_form) == text)
+        return;
+    const auto written = SeparatedField(text, BeginsWithQuote(field.raw));
+    if (!written)
+        return Refuse(m_edits.front().place);
+    Splice(field.offset, field.length, *written);
+}
+
+void CCsvSplicer::EndLine(const CsvRawField& field)
+{
+    Edits edits = TakeEditsOfRow(field.line);
+    const std::u16string_view shown = field.Shown(m_form);
+    while (!edits.empty() && edits.back().text == (edits.back().place.column == field.column ? shown : kMissingField))
+        edits = edits.first(edits.size() - 1);
+    if (edits.empty())
+        return;
+    const CellPlace place{edits.front().place.row, static_cast<std::uint32_t>(field.column)};
+    Splice(field.offset, field.length, Tail(place, shown, edits));
+}
+
+CCsvSplicer::Edits CCsvSplicer::TakeEditsOfRow(std::uint64_t row)
+{
+    const auto isOfRow = [row](const CsvEdit& edit) { return static_cast<std::uint64_t>(edit.place.row) == row; };
+    const auto end = std::find_if_not(m_edits.begin(), m_edits.end(), isOfRow);
+    const auto count = static_cast<std::size_t>(end - m_edits.begin());
+    const Edits edits = m_edits.first(count);
+    m_edits = m_edits.subspan(count);
+    return edits;
+}
+
+/// The fields from `place`, which shows `shown`, to that of the last edit.
+std::u16string CCsvSplicer::Tail(CellPlace place, std::u16string_view shown, Edits edits)
+{
+    std::u16string tail;
+    for (const CsvEdit& edit : edits) {
+        for (; place.column < edit.place.column; ++place.column) {
+            const auto filler = SeparatedField(shown, true);
+            if (!filler) {
+                RefuseToLengthen(place.row);
+                return {};
+            }
+            tail += *filler + m_form.separator;
+            shown = kMissingField;
+        }
+        const bool isLast = &edit == &edits.back();
+        const auto written = isLast ? LastField(edit.text) : SeparatedField(edit.text, true);
+        if (!written) {
+            Refuse(place);
+            return {};
+        }
+        tail += *written;
+        if (!isLast)
+            tail += m_form.separator;
+        shown = kMissingField;
+        ++place.column;
+    }
+    return tail;
+}
+
+/// The text as a field that a separator follows; nothing when no such field shows it.
+std::optional<std::u16string> CCsvSplicer::SeparatedField(std::u16string_view text, bool isInQuotes) const
+{
+    if (!CanHold(text))
+        return std::nullopt;
+    if (!m_form.stripsQuotes)
+        return std::u16string(text);
+    if (WithoutQuotes(text) != text)
+        return std::nullopt;
+    const std::u16string_view quote = isInQuotes ? u"\"" : u"";
+    return std::u16string(quote) + std::u16string(text) + std::u16string(quote);
+}
+
+/// The text as the last field of a line: bare; what would not be read so gets a separator, after which nothing comes.
+std::optional<std::u16string> CCsvSplicer::LastField(std::u16string_view text) const
+{
+    if (!text.empty() && !text.ends_with(u'\r'))
+        return CanHold(text) ? std::optional(std::u16string(text)) : std::nullopt;
+    auto field = SeparatedField(text, true);
+    if (field)
+        *field += m_form.separator;
+    return field;
+}
+
+bool CCsvSplicer::CanHold(std::u16string_view text) const
+{
+    if (text.find(m_form.separator) != std::u16string_view::npos || text.find(u'\n') != std::u16string_view::npos)
+        return false;
+    return m_form.isUtf16 || FromAnsi(ToAnsi(text)) == text;
+}
+
+void CCsvSplicer::Finish(const CCsvCutter& cutter, std::uint64_t size)
+{
+    while (!m_edits.empty() && m_edits.back().text == kMissingField)
+        m_edits = m_edits.first(m_edits.size() - 1);
+    if (m_edits.empty() || !m_refusal.empty())
+        return;
+    std::u16string lines(cutter.NeedsLineEnd() ? kLineEnd : u"");
+    for (std::uint64_t row = cutter.Lines(); !m_edits.empty(); ++row) {
+        Edits edits = TakeEditsOfRow(row);
+        while (!edits.empty() && edits.back().text == kMissingField)
+            edits = edits.first(edits.size() - 1);
+        if (!edits.empty())
+            lines += Tail({edits.front().place.row, 0}, kMissingField, edits);
+        lines += kLineEnd;
+    }
+    Splice(std::min(cutter.EndOffset(), size), 0, lines);
+    if (m_refusal.empty() && m_form.isUtf16 && size < m_form.begin) // the mark is not whole
+        m_splices.back().bytes.insert(0, 1, '\xFE');
+}
+
+void CCsvSplicer::Refuse(CellPlace place)
+{
+    // as users see them: row 1 and column 2 are the first with data
+    m_refusal = FillMessage(u"the text of row %d, column %d would not be read again as it is",
+                            {std::int64_t{place.row} + 1, std::int64_t{place.column} + 2});
+}
+
+void CCsvSplicer::RefuseToLengthen(std::int32_t row)
+{
+    m_refusal = FillMessage(u"line %d is too short, and its last field would lose its quotes in a longer one",
+                            {std::int64_t{row} + 1});
+}
+
+void CCsvSplicer::Splice(std::uint64_t offset, std::uint64_t length, std::u16string_view text)
+{
+    if (!m_refusal.empty())
+        return;
+    CsvSplice& splice = m_splices.emplace_back(CsvSplice{offset, length, {}});
+    if (!m_form.isUtf16) {
+        AppendToAnsi(text, splice.bytes);
+        return;
+    }
+    std::u16string units(text);
+    SwapUnlessLowByteFirst(units);
+    const auto bytes = std::as_bytes(std::span(units));
+    splice.bytes.assign(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
