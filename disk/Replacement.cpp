@@ -129,12 +129,15 @@ bool CReplacement::AppendZeros(std::uint64_t count)
 
 bool CReplacement::AppendOld()
 {
-    if (TypeOf(m_target) == fs::file_type::not_found)
-        return true;
+    return TypeOf(m_target) == fs::file_type::not_found || AppendFile(m_target);
+}
+
+bool CReplacement::AppendFile(const fs::path& path)
+{
     std::array<std::byte, 65536> piece;
-    const CFile old(m_target, CFile::Mode::Read);
+    const CFile file(path, CFile::Mode::Read);
     for (std::uint64_t done = 0;;) {
-        const auto length = old.ReadAt(done, piece);
+        const auto length = file.ReadAt(done, piece);
         if (!length)
             return false;
         if (*length == 0)

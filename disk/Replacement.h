@@ -36,6 +36,9 @@ public:
     /// Writes what the old file holds after what was written before; nothing where there is none. False after an error.
     bool AppendOld();
 
+    /// The same with what another file, at `path`, holds; false when there is none, too.
+    bool AppendFile(const std::filesystem::path& path);
+
     /// Where the new file grows. It may be opened and written by this name once everything that is to be appended has
     /// been.
     const std::filesystem::path& FreshPath() const { return m_fresh; }

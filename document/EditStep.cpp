@@ -26,7 +26,10 @@ struct CStepBytes {
     {
         const CRecipeRows& rows = step.other->rows;
         const std::size_t source = rows.SourceId() == shownSource ? 0 : rows.SourceBytes();
-        return sizeof(ShownRows) + source + rows.FurtherBytes() + FurtherBytes(step.other->settings.format);
+        const CRecipeRows& stored = step.other->stored.Cells();
+        const bool isShared = stored.SourceId() == rows.SourceId() || stored.SourceId() == shownSource;
+        return sizeof(ShownRows) + source + (isShared ? 0 : stored.SourceBytes()) + rows.FurtherBytes() +
+               stored.FurtherBytes() + FurtherBytes(step.other->settings.format);
     }
 
     std::size_t operator()(const FormatChange& step) const
@@ -51,6 +54,10 @@ std::u16string_view KindName(EditKind kind)
         return u"Clear";
     case EditKind::BitBrowser:
         return u"BitBrowse";
+    case EditKind::KeepStored:
+        return u"Keep stored";
+    case EditKind::StoreExactly:
+        return u"Store exactly";
     case EditKind::Reading:
         return u"Reading again";
     case EditKind::AddItem:

@@ -2,6 +2,8 @@
 
 #include "document/ReadSettings.h"
 #include "files/CellState.h"
+#include "files/FileType.h"
+#include "files/StoredCells.h"
 #include "library/FormatChange.h"
 
 #include <cstddef>
@@ -18,6 +20,8 @@ enum class EditKind {
     Cut,
     Clear,
     BitBrowser,
+    KeepStored,
+    StoreExactly,
     Reading,
     AddItem,
     ModifyItem,
@@ -31,7 +35,9 @@ enum class EditKind {
 /// Rows, and what goes with them.
 struct ShownRows {
     CRecipeRows rows;
-    ReadSettings settings;   ///< that were in use when they were read
+    ReadSettings settings; ///< that were in use when they were read
+    FileType readAs = FileType::Rcp;
+    CStoredCells stored;     ///< what the document's file holds of their cells
     bool areOfFile = false;  ///< they hold what the document's file holds, or are a new document's
     bool isModified = false; ///< what the document said of itself when others took their place
     std::uint64_t names = 0; ///< the names that the document took before they were read, or found to fit its file

@@ -1,5 +1,6 @@
 #include "document/RecipeDocument.h"
 
+#include "document/EditMemory.h"
 #include "files/RecipeMessages.h"
 #include "files/RecipeReplacement.h"
 #include "files/ShowLimits.h"
@@ -13,25 +14,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-/// Runs `work`, which changes nothing when there is no memory for it.
-template <class Work>
-EditOutcome WithMemoryFor(Work work)
-try {
-    work();
-    return EditOutcome::Made;
-} catch (const std::bad_alloc&) {
-    return EditOutcome::OutOfMemory;
-} catch (const std::length_error&) {
-    return EditOutcome::OutOfMemory;
-}
-
-/// For a look at the file that nobody asked for.
-class CSilentReporter final : public CReporter {
-public:
-    void ShowError(std::u16string_view) override {}
-    bool AskYesNo(std::u16string_view) override { return false; }
-};
 
 bool IsWithin(const CRecipeRows& rows, CellPlace place)
 {
@@ -60,6 +42,8 @@ void CRecipeDocument::Start()
 {
     m_bFileOpen = true;
     m_shown = {};
+    m_pStoredAsShown.reset();
+    ForgetPlan();
     m_bFirstReading = true;
     m_history.Clear(!m_bModified);
 }
@@ -125,6 +109,11 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
     // A file of an unknown type is only looked at.
     shown.areOfFile = m_strFilePath.empty() || FileTypeOf(m_strFilePath);
     shown.rows.ShareSourceOf(m_shown.rows);
+    shown.readAs = type;
+    if (type != m_nFileType)
+        shown.stored = ReadStored(shown.rows);
+    else if (!m_strFilePath.empty())
+        shown.stored = CStoredCells(shown.rows, type, LogicalBytes(type, m_strFilePath));
     return Reading::Done;
 }
 
@@ -141,6 +130,7 @@ void CRecipeDocument::ShowOther(ShownRows rows)
     }
     m_bFirstReading = false;
     m_shown = std::move(rows);
+    ForgetPlan();
 }
 
 void CRecipeDocument::ClearRows()
@@ -148,6 +138,7 @@ void CRecipeDocument::ClearRows()
     if (WithMemoryFor([this] { ShowOther({}); }) == EditOutcome::Made)
         return;
     m_shown = {};
+    ForgetPlan();
     m_history.Clear(false);
 }
 
@@ -155,50 +146,6 @@ bool CRecipeDocument::Walk(CCellTaker& taker, CReporter& reporter) const
 {
     const CRecipeRows layout = LayOutRows(m_settings);
     return layout.RowCount() == 0 || WalkRecipe(m_nFileType, layout, m_strFilePath, taker, reporter);
-}
-
-SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
-{
-    if (!m_shown.areOfFile) {
-        ShowFileError(reporter, SaveErrorOf(type), path);
-        return {};
-    }
-    const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress);
-    if (result.isSaved) {
-        m_shown.rows.MarkSaved();
-        m_shown.saves = ++m_saves;
-    }
-    if (result.mayHoldOldAndNew && path == m_strFilePath)
-        m_history.ForgetSaved(); // the file holds no state that can be reached
-    return result;
-}
-
-SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
-{
-    if (!MaySaveAs(type, path, reporter))
-        return {};
-    const bool isReady = PrepareSaveAs(type, path, m_settings.startAddress, reporter);
-    const SaveResult result = isReady ? Write(type, path, reporter, progress) : SaveResult();
-    const bool isNameKept = !isReady && type == FileType::Rcp; // kept: even when the file cannot be created
-    if (result.isSaved || isNameKept) {
-        m_shown.names = m_strFilePath == path ? m_names : ++m_names;
-        m_strFilePath = path;
-        m_nFileType = type;
-    }
-    return result;
-}
-
-SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter) const
-{
-    return MaySaveAs(type, path, reporter) ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter)
-                                           : SaveResult();
-}
-
-bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const
-{
-    if (!HasRowsOfFile())
-        ShowFileError(reporter, SaveErrorOf(type), path);
-    return HasRowsOfFile();
 }
 
 void CRecipeDocument::MarkSaved()
@@ -287,9 +234,10 @@ void CRecipeDocument::Make(EditKind kind, EditStep step)
 
 void CRecipeDocument::Exchange(EditStep& step, Way way)
 {
-    if (auto* cells = std::get_if<CellsStep>(&step))
+    if (auto* cells = std::get_if<CellsStep>(&step)) {
         m_shown.rows.Exchange(cells->edits);
-    else if (auto* rows = std::get_if<RowsStep>(&step))
+        FollowEdit(*cells);
+    } else if (auto* rows = std::get_if<RowsStep>(&step))
         ExchangeRows(*rows->other);
     else if (way == Way::Back)
         m_pStore->TakeBack(std::get<FormatChange>(step));
@@ -304,6 +252,7 @@ void CRecipeDocument::ExchangeRows(ShownRows& other)
     m_settings = other.settings;
     m_shown.isModified = m_bModified;
     std::swap(m_shown, other);
+    ForgetPlan();
     m_bModified = m_shown.isModified;
 }
 
@@ -328,14 +277,13 @@ bool CRecipeDocument::CompareWithSaved(ShownRows& other) const
         return true;
     if (m_shown.areOfFile && other.rows.IsLaidOutLike(m_shown.rows)) {
         other.rows.TakeSavedFrom(m_shown.rows);
+        other.stored = m_shown.stored;
         return true;
     }
-    CRecipeRows saved = LayOutRows(other.settings);
-    CSilentReporter nobody;
-    CNoProgress progress;
-    if (ReadRecipeOnly(m_nFileType, saved, m_strFilePath, nobody, progress) != Outcome::Done)
+    other.stored = ReadStored(other.rows);
+    if (!other.stored.IsKnown())
         return false;
-    other.rows.TakeSavedFrom(saved);
+    other.rows.TakeSavedFrom(other.stored.Cells());
     return true;
 }
 

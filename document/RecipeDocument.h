@@ -1,17 +1,24 @@
 #pragma once
 
 #include "document/EditHistory.h"
+#include "document/EditOutcome.h"
 #include "document/ReadSettings.h"
 #include "files/Outcome.h"
 #include "files/Progress.h"
+#include "files/PutBack.h"
 #include "files/RecipeFile.h"
 #include "files/RecipeWalk.h"
+#include "files/SavePlan.h"
 #include "library/FormatStore.h"
+#include "model/TypedValue.h"
 #include "text/Reporter.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,14 +29,6 @@ inline constexpr std::u16string_view kNoMemoryForEdit =
 struct TextForCell {
     CellPlace place;
     std::u16string text;
-};
-
-/// What became of an edit.
-enum class EditOutcome {
-    Made,
-    Nothing,     ///< there was nothing to change
-    OutOfMemory, ///< the document is as it was
-    Dropped,     ///< it was one of a format that is another one by now: forgotten, and nothing was changed
 };
 
 /// What an undo or redo did, for those who show the document.
@@ -115,6 +114,15 @@ public:
     /// over it.
     SaveResult Replace(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
 
+    /// Writes the edited cells into the current file, and no other byte (EditedSave.h); then no cell is edited. Path,
+    /// type and flags stay. Reported and left out as by Write.
+    SaveResult WriteEdited(CReporter& reporter, CProgress& progress);
+
+    /// Writes a file that the current one would be if it were saved, under another name; the document stays as it is.
+    /// A file of another type than the current one gets the rows alone, as by Replace. The target is as it was until
+    /// the new file is complete. Refused, and reported, when `path` is the current file itself.
+    SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
+
     /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the
     /// document's then. Rows that Replace would not take cost the target no byte. After a failure all is as it was, but
     /// for one case, kept: a flat file that cannot be made ready gives the document its name all the same.
@@ -126,6 +134,34 @@ public:
     /// What is shown is what the file holds: changes were dropped, and nothing is to be saved.
     void MarkUnmodified();
 
+    // What a save of all cells would change in the current file.
+
+    /// The plan of it, as far as it is counted. Nothing is planned where there is no current file, or no rows of it.
+    const CSavePlan& Plan() const { return m_plan; }
+
+    /// Counts on until `end`; each edit is taken into account by itself. False when there is more to count then.
+    bool ContinuePlan(std::chrono::steady_clock::time_point end);
+
+    /// Whether there is something to plan that is not counted yet.
+    bool IsPlanOpen() const { return CanPlan() && (m_isPlanStale || (m_plan.IsBegun() && !m_plan.IsFinished())); }
+
+    /// Why the cell is stored otherwise by a save, counted or not; nothing when it is not.
+    std::optional<ChangeReason> WhyChanged(CellPlace place) const;
+
+    /// What a save in words makes of a text that the cell was given since it was last saved, and how it is read again;
+    /// nothing for another cell, and for a table of texts, which stores what was typed.
+    std::optional<TypedValue> JudgeEdited(CellPlace place) const;
+
+    /// What the file holds of the cells that are shown.
+    const CStoredCells& Stored() const { return m_shown.stored; }
+
+    /// What the last Write changed in the current file that nobody had edited; null when there is none, or the offer to
+    /// put it back has ended. Kept until the next save, New and Open.
+    const std::shared_ptr<const SavedChanges>& StoredAsShown() const { return m_pStoredAsShown; }
+
+    /// Puts that back (PutBack.h); no state of a cell changes.
+    SaveResult PutBackStored(CReporter& reporter, CProgress& progress);
+
     // Edits. Each can be undone; those of cells make the document modified.
 
     /// Gives cells texts that passed their check. A cell that stands twice gets the last text. Places outside the rows
@@ -134,6 +170,12 @@ public:
 
     /// Gives cells states. The places lie within the rows, in ascending order, none twice.
     EditOutcome SetStates(EditKind kind, std::vector<CellEdit> edits);
+
+    /// Gives those of the cells that a save would store otherwise, without being edited, the words that the file holds.
+    EditOutcome KeepStored(std::span<const CellPlace> places);
+
+    /// Gives those of the cells whose typed numbers would be stored as others the words that store them exactly.
+    EditOutcome StoreExactly(std::span<const CellPlace> places);
 
     /// Takes note of a change of the library's formats that was made.
     EditOutcome NoteFormatChange(EditKind kind, FormatChange change);
@@ -162,6 +204,18 @@ private:
     enum class Access { AsOpened, ReadOnly };
 
     void Start();
+    bool CanPlan() const;
+    void BeginPlan();
+    void ForgetPlan();
+    void NoteSaved();
+    void FollowEdit(const CellsStep& step) noexcept;
+    CStoredCells ReadStored(const CRecipeRows& layout) const
+    {
+        return ReadStoredCells(layout, m_nFileType, m_strFilePath);
+    }
+    std::shared_ptr<SavedChanges> ChangesToCome(CProgress& progress, Outcome& outcome);
+    SaveResult WriteRows(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+    void NoteTorn(const SaveResult& result, const std::filesystem::path& path);
     bool MaySaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
     Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
     Reading FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter, CProgress& progress) const;
@@ -193,6 +247,9 @@ private:
     std::uint64_t m_names = 0;   ///< taken by SaveAs so far
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to
+    CSavePlan m_plan;
+    bool m_isPlanStale = true; ///< it is to begin anew
+    std::shared_ptr<const SavedChanges> m_pStoredAsShown;
     CEditHistory m_history;
     std::optional<CEditHistory::Prepared> m_group; ///< while one is open
 };

@@ -76,14 +76,19 @@ Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const s
 
 } // namespace
 
-Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress)
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress, CByteBuffer* saved)
 {
     if (rows.StartAddress() < 0) // no file has such words
         return Outcome::Failed;
     return WithinMemory([&] {
         CByteBuffer image(static_cast<std::size_t>(rows.StretchBytes()));
         const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
-        return coded == Outcome::Done ? WriteImage(path, rows.FirstByte().number, image.Bytes(), progress) : coded;
+        if (coded != Outcome::Done)
+            return coded;
+        const Outcome written = WriteImage(path, rows.FirstByte().number, image.Bytes(), progress);
+        if (written == Outcome::Done && saved != nullptr)
+            *saved = std::move(image);
+        return written;
     });
 }
 
@@ -104,9 +109,10 @@ Outcome ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, 
     return outcome;
 }
 
-SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress,
+                            CByteBuffer* saved)
 {
-    const Outcome outcome = WriteBinaryRecipe(rows, path, progress);
+    const Outcome outcome = WriteBinaryRecipe(rows, path, progress, saved);
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);

@@ -24,9 +24,11 @@ Outcome ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, b
 ///
 /// Not saved when the file cannot be opened or written (then reported: "Can't save file %s,please check file or your
 /// disk!") or the work was given up before anything was written. Room on the disk is set aside before the first old
-/// word is touched; a file that then cannot be written is cut back to its old length, a new one is removed.
+/// word is touched; a file that then cannot be written is cut back to its old length, a new one is removed. What was
+/// saved goes to `saved`, unless that is null.
 SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                            CProgress& progress);
+                            CProgress& progress, CByteBuffer* saved = nullptr);
 
 /// The same, with the failure left for the caller to report.
-Outcome WriteBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CProgress& progress);
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CProgress& progress,
+                          CByteBuffer* saved = nullptr);

@@ -27,6 +27,13 @@ public:
             ++m_next;
     }
 
+    /// Goes to any cell of the rows, one before the walk's place, too.
+    void Seek(std::int32_t row, std::size_t column)
+    {
+        m_next = m_rows.m_touchedCells.lower_bound(m_rows.CellKey(row, column));
+        MoveTo(row, column);
+    }
+
     /// The text of the cell; good until the next call.
     std::u16string_view Text();
 

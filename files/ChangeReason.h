@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 /// Why a save changes a value. Where several hold it is the first of them in this order.
@@ -16,3 +17,5 @@ enum class ChangeReason : std::uint8_t {
     Rows,     ///< of a ".csv": a line or field that is not shown is dropped
     Form,     ///< only the form of the file changes, such as line ends
 };
+
+inline constexpr std::size_t kChangeReasons = 11;

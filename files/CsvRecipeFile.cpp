@@ -183,3 +183,18 @@ SaveResult SaveCsv(const CRecipeRows& rows, const fs::path& path, CReporter& rep
         ShowFileError(reporter, kSaveTableError, path);
     return ResultOf(outcome);
 }
+
+std::uint64_t CsvBytes(const CRecipeRows& rows)
+{
+    const std::size_t columns = rows.Columns().size();
+    const std::size_t between = columns == 0 ? 0 : (columns - 1) * kBetweenCells.size();
+    const std::size_t aroundCells = columns == 0 ? kEmptyRow.size() : kRowBegin.size() + between + kRowEnd.size();
+    std::uint64_t units = 1 + aroundCells * static_cast<std::uint64_t>(rows.RowCount());
+    CCellTexts texts(rows);
+    for (std::int32_t row = 0; row < rows.RowCount(); ++row)
+        for (std::size_t column = 0; column < columns; ++column) {
+            texts.MoveTo(row, column);
+            units += texts.Text().size();
+        }
+    return sizeof(char16_t) * units;
+}

@@ -6,6 +6,7 @@
 #include "files/RecipeRows.h"
 #include "text/Reporter.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 
@@ -31,3 +32,6 @@ Outcome ReadCsv(CRecipeRows& rows, const std::filesystem::path& path, CReporter&
 /// for them, which is no failure of the save.
 SaveResult SaveCsv(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter, CProgress& progress,
                    std::optional<CFieldTable>* shown = nullptr);
+
+/// How many bytes SaveCsv writes for `rows`. Goes through all texts.
+std::uint64_t CsvBytes(const CRecipeRows& rows);

@@ -35,15 +35,21 @@ public:
 
     friend bool operator==(const CFieldTable&, const CFieldTable&) = default;
 
+    /// Whether there is such a field in an ended line, both counted from 0.
+    bool HasField(std::size_t line, std::size_t column) const
+    {
+        if (line >= m_lines.size())
+            return false;
+        const LineBegin& end = line + 1 < m_lines.size() ? m_lines[line + 1] : m_line;
+        return column < end.field - m_lines[line].field;
+    }
+
     /// A field of an ended line, both counted from 0; "0" where there is none. Good until the table is changed.
     std::u16string_view Field(std::size_t line, std::size_t column) const
     {
-        if (line >= m_lines.size())
+        if (!HasField(line, column))
             return u"0";
         const LineBegin& begin = m_lines[line];
-        const LineBegin& end = line + 1 < m_lines.size() ? m_lines[line + 1] : m_line;
-        if (column >= end.field - begin.field)
-            return u"0";
         const std::uint32_t* const fieldEnd = &m_ends[begin.field + column];
         const std::uint32_t fieldBegin = column == 0 ? 0 : fieldEnd[-1];
         return std::u16string_view(m_text).substr(begin.text + fieldBegin, *fieldEnd - fieldBegin);

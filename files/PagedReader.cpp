@@ -60,6 +60,25 @@ bool CPagedReader::IsSound(WordAddress wordAddress, std::uint64_t byteCount)
     return true;
 }
 
+std::optional<std::uint64_t> CPagedReader::LogicalBytes()
+{
+    const auto size = m_file.Size();
+    if (!size || *size <= m_flatBytes)
+        return size;
+    if (!LoadDirectory())
+        return std::nullopt;
+    for (std::size_t index = m_tables.size(); index-- > 0;) {
+        if (m_directory->entries[index] == 0 || !LoadTable(index))
+            continue;
+        const auto& pages = m_tables[index]->entries;
+        const auto last = std::find_if(pages.rbegin(), pages.rend(), [](std::uint32_t page) { return page != 0; });
+        const auto tableEnd = static_cast<std::uint64_t>(pages.rend() - last) * kBlockBytes;
+        if (last != pages.rend())
+            return std::max<std::uint64_t>(index * pages.size() * kBlockBytes + tableEnd, m_flatBytes);
+    }
+    return m_flatBytes;
+}
+
 bool CPagedReader::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount)
 {
     return IsSound(wordAddress, byteCount);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <system_error>
 #include <vector>
@@ -41,6 +42,10 @@ public:
     /// Whether `byteCount` bytes from a word on have addresses, and no directory or table on the way to them is
     /// damaged. Changes nothing in the file.
     bool IsSound(WordAddress wordAddress, std::uint64_t byteCount);
+
+    /// The bytes from the first one up to the end of the last page that is there; of a file that ends within its flat
+    /// part, up to its end. Damaged tables are passed over. Nothing after a failure.
+    std::optional<std::uint64_t> LogicalBytes();
 
     /// What has to be done before so many bytes are read, and is done by Read; here only asks whether they are sound.
     virtual bool PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount);

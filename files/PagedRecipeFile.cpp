@@ -65,7 +65,8 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
     return file.Close() ? Outcome::Done : Outcome::FailedMixed;
 }
 
-Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file, CProgress& progress)
+Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file, CProgress& progress,
+                 CByteBuffer* saved)
 {
     return WithinMemory([&] {
         if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.RowAddress(0), rows.StretchBytes()))
@@ -75,7 +76,11 @@ Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, 
         if (coded != Outcome::Done)
             return coded;
         // Another file may have that name by now: what is written into the one that had it would be lost.
-        return file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
+        const Outcome written =
+            file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
+        if (written == Outcome::Done && saved != nullptr)
+            *saved = std::move(image);
+        return written;
     });
 }
 
@@ -123,13 +128,13 @@ Outcome ReadPagedOnly(CRecipeRows& rows, const fs::path& path, FileType type, CR
 }
 
 SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter,
-                     CProgress& progress)
+                     CProgress& progress, CByteBuffer* saved)
 {
     CPagedFile file;
     const bool isOpen = file.Open(path, KindOf(type));
     if (!isOpen && IsMissingOrProtected(file.LastError()))
         return {.isLeftOut = true};
-    const Outcome outcome = isOpen ? SaveRows(rows, path, KindOf(type), file, progress) : Outcome::Failed;
+    const Outcome outcome = isOpen ? SaveRows(rows, path, KindOf(type), file, progress, saved) : Outcome::Failed;
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);
@@ -138,5 +143,6 @@ SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType typ
 Outcome WritePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CProgress& progress)
 {
     CPagedFile file;
-    return file.Open(path, KindOf(type)) ? SaveRows(rows, path, KindOf(type), file, progress) : Outcome::Failed;
+    return file.Open(path, KindOf(type)) ? SaveRows(rows, path, KindOf(type), file, progress, nullptr)
+                                         : Outcome::Failed;
 }

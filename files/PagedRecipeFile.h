@@ -40,9 +40,9 @@ Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, File
 /// Not saved either when the rows are those of a file that could not be opened to be read, or when the file cannot be
 /// opened for another reason, is damaged or a write fails (then reported: "Can't save file %s,please check file or your
 /// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for
-/// which the disk has no room.
+/// which the disk has no room. What was saved goes to `saved`, unless that is null.
 SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
-                     CProgress& progress);
+                     CProgress& progress, CByteBuffer* saved = nullptr);
 
 /// The same, with the failure left for the caller to report; a file that cannot be opened is one, too.
 Outcome WritePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CProgress& progress);

@@ -3,11 +3,14 @@
 #include "disk/File.h"
 #include "files/BinaryRecipeFile.h"
 #include "files/CsvRecipeFile.h"
+#include "files/PagedReader.h"
 #include "files/PagedRecipeFile.h"
 #include "text/FileMessages.h"
 
 #include <array>
 #include <cstddef>
+#include <new>
+#include <optional>
 
 namespace fs = std::filesystem;
 
@@ -63,18 +66,42 @@ Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, C
 }
 
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
-                      CProgress& progress)
+                      CProgress& progress, SavedContent* saved)
 {
+    CByteBuffer* const words = saved != nullptr ? &saved->words : nullptr;
+    std::optional<CFieldTable>* const fields = saved != nullptr ? &saved->fields : nullptr;
     switch (type) {
     case FileType::Rcp:
-        return SaveBinaryRecipe(rows, path, reporter, progress);
+        return SaveBinaryRecipe(rows, path, reporter, progress, words);
     case FileType::Csv:
-        return SaveCsv(rows, path, reporter, progress);
+        return SaveCsv(rows, path, reporter, progress, fields);
     case FileType::Erp:
     case FileType::Frp:
-        return SavePaged(rows, path, type, reporter, progress);
+        return SavePaged(rows, path, type, reporter, progress, words);
     }
     return {.isSaved = true}; // any other number writes nothing
+}
+
+CStoredCells ReadStoredCells(const CRecipeRows& layout, FileType type, const fs::path& path)
+try {
+    CRecipeRows cells;
+    cells.LayOut(layout.Columns(), layout.StartAddress(), layout.RowCount());
+    CSilentReporter nobody;
+    CNoProgress progress;
+    if (ReadRecipeOnly(type, cells, path, nobody, progress) != Outcome::Done)
+        return {};
+    cells.ShareSourceOf(layout);
+    return {cells, type, LogicalBytes(type, path)};
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+std::uint64_t LogicalBytes(FileType type, const fs::path& path)
+{
+    if (!IsPaged(type))
+        return CFile(path, CFile::Mode::Read).Size().value_or(0);
+    CPagedReader file;
+    return file.Open(path, KindOf(type)) ? file.LogicalBytes().value_or(0) : 0;
 }
 
 bool PrepareSaveAs(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)

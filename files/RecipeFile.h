@@ -4,6 +4,7 @@
 #include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
+#include "files/StoredCells.h"
 #include "text/Reporter.h"
 
 #include <cstdint>
@@ -26,9 +27,18 @@ Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::
 
 /// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
 /// or when the work was given up. kept: a paged file that is missing or that one may not write is left as it is, and
-/// nothing is reported (PagedRecipeFile.h); PrepareSaveAs creates one.
+/// nothing is reported (PagedRecipeFile.h); PrepareSaveAs creates one. What was saved goes to `saved`, unless that is
+/// null.
 SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
-                      CProgress& progress);
+                      CProgress& progress, SavedContent* saved = nullptr);
+
+/// What the file at `path` holds of cells laid out as `layout`; never writes, and reports nothing. Not known when the
+/// file cannot be read, or memory does not suffice.
+CStoredCells ReadStoredCells(const CRecipeRows& layout, FileType type, const std::filesystem::path& path);
+
+/// How many bytes the file at `path` holds: its size, or of a paged file that of its logical content, up to the end of
+/// its last page that is there. Never writes. 0 for a file that cannot be read, and for a damaged one.
+std::uint64_t LogicalBytes(FileType type, const std::filesystem::path& path);
 
 /// Makes `path` ready to be saved to under a new name.
 ///

@@ -45,21 +45,43 @@ Outcome WriteAndFinish(FileType type, const CRecipeRows& rows, CReplacement& fil
     return written == Outcome::Done ? FinishReplacement(file) : Outcome::Failed;
 }
 
+/// `begin` reports what keeps it from beginning the file.
+template <class Begun>
+SaveResult Replace(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter, Begun begin)
+{
+    if (type == FileType::Csv) {
+        CNoProgress progress;
+        return SaveCsv(rows, path, reporter, progress);
+    }
+    CReplacement file(path);
+    if (!begin(file))
+        return {};
+    const Outcome outcome = WithinMemory([&] { return WriteAndFinish(type, rows, file); });
+    if (HasFailed(outcome))
+        ShowFileError(reporter, kSaveFileError, path);
+    return ResultOf(outcome);
+}
+
 } // namespace
 
 SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, std::int32_t startAddress,
                          CReporter& reporter)
 {
-    CNoProgress progress;
-    if (type == FileType::Csv)
-        return SaveCsv(rows, path, reporter, progress);
-    CReplacement file(path);
-    if (!file.IsOpen() || !Begin(type, startAddress, file)) {
+    return Replace(type, rows, path, reporter, [&](CReplacement& file) {
+        if (file.IsOpen() && Begin(type, startAddress, file))
+            return true;
         ReportNoBegin(type, path, startAddress, reporter);
-        return {};
-    }
-    const Outcome outcome = WithinMemory([&] { return WriteAndFinish(type, rows, file); });
-    if (HasFailed(outcome))
+        return false;
+    });
+}
+
+SaveResult SaveRecipeCopy(FileType type, const CRecipeRows& rows, const fs::path& original, const fs::path& path,
+                          CReporter& reporter)
+{
+    return Replace(type, rows, path, reporter, [&](CReplacement& file) {
+        if (file.IsOpen() && file.AppendFile(original))
+            return true;
         ShowFileError(reporter, kSaveFileError, path);
-    return ResultOf(outcome);
+        return false;
+    });
 }

@@ -16,3 +16,8 @@
 /// is still none. Only where it could not be replaced, and writing over it failed part-way, may it hold old and new.
 SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path,
                          std::int32_t startAddress, CReporter& reporter);
+
+/// As ReplaceRecipe, but leaves at `path` what saving `rows` into the file at `original`, of the same type, would make
+/// of that one.
+SaveResult SaveRecipeCopy(FileType type, const CRecipeRows& rows, const std::filesystem::path& original,
+                          const std::filesystem::path& path, CReporter& reporter);

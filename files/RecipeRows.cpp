@@ -172,6 +172,47 @@ std::optional<CellPlace> CRecipeRows::PreviousEdited(CellPlace place) const
     return std::nullopt;
 }
 
+std::uint64_t CRecipeRows::BytesBefore(CellPlace place) const
+{
+    const std::int32_t words = place.column == 0 ? 0 : m_wordOffsets[place.column];
+    return 2 * (static_cast<std::uint64_t>(m_wordsPerRow) * static_cast<std::uint64_t>(place.row) +
+                static_cast<std::uint64_t>(words));
+}
+
+void CRecipeRows::LoadWords(CellPlace place, std::span<std::byte> words) const
+{
+    const CCellState& state = State(place);
+    std::size_t loaded = 0;
+    if (state.IsExact()) {
+        const auto given = state.Words().substr(0, words.size() / sizeof(char16_t));
+        StoreEach(words, given);
+        loaded = given.size() * sizeof(char16_t);
+    } else if (state.IsUntouched() && m_source == Source::Words) {
+        const auto read = Image().subspan(std::min(PositionInImage(place.row, place.column), Image().size()));
+        loaded = std::min(read.size(), words.size());
+        std::copy_n(read.begin(), loaded, words.begin());
+    }
+    std::fill(words.begin() + static_cast<std::ptrdiff_t>(loaded), words.end(), std::byte{0});
+}
+
+std::optional<std::span<const std::byte>> CRecipeRows::UntouchedRows(std::int32_t first, std::int32_t count) const
+{
+    const auto begin = static_cast<std::size_t>(BytesBefore({first, 0}));
+    const auto end = static_cast<std::size_t>(BytesBefore({first + count, 0}));
+    const auto touched = m_touchedCells.lower_bound(CellKey(first, 0));
+    const bool isTouched = touched != m_touchedCells.end() && touched->first < CellKey(first + count, 0);
+    if (m_source != Source::Words || isTouched || end > Image().size())
+        return std::nullopt;
+    return Image().subspan(begin, end - begin);
+}
+
+bool CRecipeRows::HasField(CellPlace place) const
+{
+    if (State(place).IsText())
+        return true;
+    return m_source == Source::Fields && m_fields->HasField(static_cast<std::size_t>(place.row), place.column);
+}
+
 void CRecipeRows::MarkSaved()
 {
     ++m_saves;

@@ -60,6 +60,9 @@ public:
     /// Whether ShowEverywhere was the last to say what the cells are.
     bool ShowsTheSameEverywhere() const { return m_source == Source::SameWords; }
 
+    /// Whether the cells were read from words, or are new: exact words may be given to them.
+    bool IsOfWords() const { return m_source == Source::Words || m_source == Source::NewDocument; }
+
     /// The cells are the fields of `fields`, "0" where it has none.
     void ShowFields(CFieldTable fields);
 
@@ -94,6 +97,21 @@ public:
     std::optional<CellPlace> NextEdited(CellPlace place) const;
     std::optional<CellPlace> PreviousEdited(CellPlace place) const;
 
+    /// How many bytes of the stretch lie before the cell; the first cell of the row after the last may be asked for,
+    /// too.
+    std::uint64_t BytesBefore(CellPlace place) const;
+
+    /// Fills `words`, which is as long as the cell is, with the words that the cell was read from or given, low bytes
+    /// first; with zeros where there are none.
+    void LoadWords(CellPlace place, std::span<std::byte> words) const;
+
+    /// The words that `count` rows were read from, where all of them are there and none of the rows' cells was given a
+    /// state.
+    std::optional<std::span<const std::byte>> UntouchedRows(std::int32_t first, std::int32_t count) const;
+
+    /// Whether the cell was read from a field that was there, or was given a text.
+    bool HasField(CellPlace place) const;
+
     /// The cell's value when it lies outside its column's limits (ValueLimits.h), that of the words it was read from
     /// while it is untouched; nothing otherwise, and for a cell that was never filled.
     std::optional<std::u16string> OutsideLimits(std::int32_t row, std::size_t column) const;
@@ -108,6 +126,9 @@ public:
 
     /// Where these rows were read from the same bytes as `other`, they share those of `other` from now on.
     void ShareSourceOf(const CRecipeRows& other);
+
+    /// The fields that they were read from; null for rows of words. Lives as long as they, and as their copies.
+    const CFieldTable* Fields() const { return m_fields.get(); }
 
     /// What they were read from, which copies share: an address that tells it from others, null for nothing, and the
     /// memory that it takes, in bytes.

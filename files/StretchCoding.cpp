@@ -1,8 +1,8 @@
 #include "files/StretchCoding.h"
 
-#include "files/CellTexts.h"
 #include "model/LittleEndian.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::size_t kCodedBetweenReports = std::size_t{128} << 10; // bytes: 64K values of one word
 
-/// A column whose values lie in words; a damaged format may give any number of others.
-struct CodedColumn {
-    std::size_t index;
-    const ColumnCoding* coding;
-    std::size_t wholeNumberBytes; ///< 2 or 4 when the column takes exactly the words of a whole number, else 0
-};
-
 /// The bytes of a whole number; 0 for any other type.
 std::size_t WholeNumberBytes(DataType type)
 {
@@ -26,41 +19,6 @@ std::size_t WholeNumberBytes(DataType type)
         return 0;
     const bool isLong = type == DataType::Signed32 || type == DataType::Unsigned32 || type == DataType::Hex32;
     return isLong ? 4 : 2;
-}
-
-std::vector<CodedColumn> ColumnsWithWords(const CRecipeRows& rows)
-{
-    std::vector<CodedColumn> columns;
-    for (std::size_t i = 0; i < rows.Columns().size(); ++i) {
-        const ColumnCoding& coding = rows.Columns()[i];
-        const std::size_t bytes = WholeNumberBytes(coding.dataType);
-        if (coding.dataLength > 0)
-            columns.push_back({i, &coding, bytes == 2 * static_cast<std::size_t>(coding.dataLength) ? bytes : 0});
-    }
-    return columns;
-}
-
-/// A signed value that its limits neither set to 0 nor, in 32 bits, move by 65536.
-bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word)
-{
-    std::int64_t value = static_cast<std::int32_t>(word);
-    if (coding.dataType == DataType::Signed16 && value > coding.maxValue)
-        value -= 0x10000; // the same 16 bits
-    return value >= coding.minValue && value <= coding.maxValue;
-}
-
-/// Whether the text that `words` show is coded to the same words, so that nobody need make the text: true of whole
-/// numbers within their limits and of hexadecimal values, which are most of a recipe. Too careful is harmless.
-bool CodesToItself(const CodedColumn& column, RecipeKind kind, std::span<const std::byte> words)
-{
-    const ColumnCoding& coding = *column.coding;
-    if (words.size() < column.wholeNumberBytes || column.wholeNumberBytes == 0)
-        return false;
-    if (IsHexadecimal(coding.dataType)) // else a paged file takes its digits for decimal ones
-        return kind == RecipeKind::Flat || coding.codeType == CodeType::Bin;
-    const bool isSigned = coding.dataType == DataType::Signed16 || coding.dataType == DataType::Signed32;
-    return coding.decimalDigits == 0 &&
-           (!isSigned || IsShownAsItIs(coding, LoadLittleEndian<std::uint32_t>(words.first(column.wholeNumberBytes))));
 }
 
 /// The number that `text` is, if it is nothing but some digits after at most one minus: the usual field of a table.
@@ -80,9 +38,40 @@ std::optional<std::int32_t> ReadPlainInteger(std::u16string_view text)
     return isNegative ? -value : value;
 }
 
+} // namespace
+
+std::int32_t RowsWithin(std::size_t bytes, const CRecipeRows& rows)
+{
+    const auto rowBytes = 2 * static_cast<std::size_t>(rows.WordsPerRow());
+    return static_cast<std::int32_t>(std::max<std::size_t>(bytes / std::max<std::size_t>(rowBytes, 1), 1));
+}
+
+CStretchCoder::CStretchCoder(const CRecipeRows& rows, RecipeKind kind) : m_kind(kind), m_texts(rows)
+{
+    for (std::size_t i = 0; i < rows.Columns().size(); ++i) {
+        const ColumnCoding& coding = rows.Columns()[i];
+        const std::size_t bytes = WholeNumberBytes(coding.dataType);
+        if (coding.dataLength > 0)
+            m_columns.push_back({i, &coding, bytes == 2 * static_cast<std::size_t>(coding.dataLength) ? bytes : 0});
+    }
+}
+
+/// Whether the text that `words` show is coded to the same words, so that nobody need make the text: true of whole
+/// numbers within their limits and of hexadecimal values, which are most of a recipe. Too careful is harmless.
+bool CStretchCoder::CodesToItself(const Column& column, std::span<const std::byte> words) const
+{
+    const ColumnCoding& coding = *column.coding;
+    if (words.size() < column.wholeNumberBytes || column.wholeNumberBytes == 0)
+        return false;
+    if (IsHexadecimal(coding.dataType)) // else a paged file takes its digits for decimal ones
+        return m_kind == RecipeKind::Flat || coding.codeType == CodeType::Bin;
+    return coding.decimalDigits == 0 &&
+           IsShownAsItIs(coding, LoadLittleEndian<std::uint32_t>(words.first(column.wholeNumberBytes)));
+}
+
 /// Codes `text` to byte `pos` of `image`, which holds it, and moves `pos` past it.
-void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view text, std::span<std::byte> image,
-              std::size_t& pos)
+void CStretchCoder::CodeText(const Column& column, std::u16string_view text, std::span<std::byte> image,
+                             std::size_t& pos) const
 {
     const ColumnCoding& coding = *column.coding;
     if (column.wholeNumberBytes != 0 && coding.decimalDigits == 0 && IsDecimalInteger(coding.dataType))
@@ -91,49 +80,65 @@ void CodeText(const CodedColumn& column, RecipeKind kind, std::u16string_view te
             pos += column.wholeNumberBytes;
             return;
         }
-    if (kind == RecipeKind::Paged)
-        CodeValue(coding, NormaliseForPagedFile(coding, text), image, pos, kind);
+    if (m_kind == RecipeKind::Paged)
+        CodeValue(coding, NormaliseForPagedFile(coding, text), image, pos, m_kind);
     else
-        CodeValue(coding, text, image, pos, kind);
+        CodeValue(coding, text, image, pos, m_kind);
 }
 
-/// Codes the cell that `texts` stands at to byte `pos` of `image` and moves `pos` past it.
-void CodeCell(const CodedColumn& column, RecipeKind kind, CCellTexts& texts, std::span<std::byte> image,
-              std::size_t& pos)
+/// Codes the cell at hand to byte `pos` of `image` and moves `pos` past it.
+void CStretchCoder::Code(const Column& column, std::span<std::byte> image, std::size_t& pos)
 {
-    if (const std::u16string_view exact = texts.ExactWords(); !exact.empty()) {
+    if (const std::u16string_view exact = m_texts.ExactWords(); !exact.empty()) {
         StoreEach(image.subspan(pos), exact);
         pos += exact.size() * sizeof(char16_t);
         return;
     }
-    const auto words = texts.UntouchedWords();
-    if (!CodesToItself(column, kind, words)) {
-        CodeText(column, kind, texts.Text(), image, pos);
+    const auto words = m_texts.UntouchedWords();
+    if (!CodesToItself(column, words)) {
+        CodeText(column, m_texts.Text(), image, pos);
         return;
     }
     for (std::size_t i = 0; i < column.wholeNumberBytes; ++i)
         image[pos++] = words[i];
 }
 
-} // namespace
+void CStretchCoder::CodeRows(std::int32_t first, std::int32_t count, std::span<std::byte> words)
+{
+    std::size_t pos = 0;
+    m_texts.Seek(first, 0);
+    for (std::int32_t row = first; row < first + count; ++row)
+        for (const Column& column : m_columns) {
+            m_texts.MoveTo(row, column.index);
+            Code(column, words, pos);
+        }
+}
+
+void CStretchCoder::CodeCell(CellPlace place, std::span<std::byte> words)
+{
+    const auto column = std::lower_bound(m_columns.begin(), m_columns.end(), place.column,
+                                         [](const Column& a, std::size_t index) { return a.index < index; });
+    if (column == m_columns.end() || column->index != place.column)
+        return;
+    m_texts.Seek(place.row, place.column);
+    std::size_t pos = 0;
+    Code(*column, words, pos);
+}
 
 Outcome CodeStretch(const CRecipeRows& rows, RecipeKind kind, std::span<std::byte> image, CProgress& progress)
 {
     const std::uint64_t total = 2 * static_cast<std::uint64_t>(image.size());
-    const std::vector<CodedColumn> columns = ColumnsWithWords(rows);
-    CCellTexts texts(rows);
+    const auto rowBytes = 2 * static_cast<std::size_t>(rows.WordsPerRow());
+    const std::int32_t rowsBetweenReports = RowsWithin(kCodedBetweenReports, rows);
+    CStretchCoder coder(rows, kind);
     std::size_t pos = 0;
-    std::size_t reported = 0;
-    for (std::int32_t row = 0; row < rows.RowCount(); ++row) {
-        for (const CodedColumn& column : columns) {
-            texts.MoveTo(row, column.index);
-            CodeCell(column, kind, texts, image, pos);
-            if (pos - reported < kCodedBetweenReports)
-                continue;
-            reported = pos;
-            if (!progress.Advance(pos, total))
-                return Outcome::GivenUp;
-        }
+    for (std::int32_t row = 0; row < rows.RowCount();) {
+        const std::int32_t count = std::min(rowsBetweenReports, rows.RowCount() - row);
+        coder.CodeRows(row, count, image.subspan(pos));
+        row += count;
+        pos += static_cast<std::size_t>(count) * rowBytes;
+        if (row < rows.RowCount() && !progress.Advance(pos, total))
+            return Outcome::GivenUp;
     }
     return progress.Advance(pos, total) ? Outcome::Done : Outcome::GivenUp;
 }

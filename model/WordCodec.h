@@ -3,6 +3,7 @@
 #include "model/ColumnCoding.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,6 +42,10 @@ void AppendValue(const ColumnCoding& coding, std::span<const std::byte> image, s
 /// bits of what was typed. For RecipeKind::Paged the text must have gone through NormaliseForPagedFile.
 void CodeValue(const ColumnCoding& coding, std::u16string_view text, std::span<std::byte> image, std::size_t& pos,
                RecipeKind kind = RecipeKind::Flat);
+
+/// Whether `word`, what an integer's words read as, is shown as the number that it is, but for its decimals: true but
+/// for a signed value that its limits set to 0 or, in 32 bits, move by 65536.
+bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word);
 
 /// The text that a paged file's writer codes: for a BIN-coded integer the scaled, truncated value in decimal digits,
 /// for a BIN-coded hexadecimal value its decimal digits, for anything else (a BCD-coded one too) `text` as it stands.

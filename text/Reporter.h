@@ -10,3 +10,10 @@ public:
     virtual void ShowError(std::u16string_view text) = 0;
     virtual bool AskYesNo(std::u16string_view text) = 0; ///< true for Yes
 };
+
+/// For work of which nobody is to hear.
+class CSilentReporter final : public CReporter {
+public:
+    void ShowError(std::u16string_view) override {}
+    bool AskYesNo(std::u16string_view) override { return false; }
+};

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "changes/ChangeList.h"
+#include "files/EditedSave.h"
+#include "files/PutBack.h"
+#include "files/SavePlan.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What saves change, as lists of changes.
+
+/// Of which file and table the changes of a save are told.
+struct SaveSubject {
+    std::filesystem::path path;
+    std::u16string format;
+};
+
+/// What a save of all cells will change: a view of a plan, which outlives it. Empty while nothing is planned.
+class CPlannedChanges final : public CChangeList {
+public:
+    CPlannedChanges(const CSavePlan& plan, SaveSubject subject) : m_plan(plan), m_subject(std::move(subject)) {}
+
+    std::size_t Count() const override;
+    ChangeRecord At(std::size_t index) const override;
+    ChangeHeader Header() const override;
+    bool IsComplete() const override { return m_plan.IsFinished(); }
+    std::optional<CellPlace> PlaceOf(std::size_t index) const override;
+
+private:
+    enum class Part { ZerosBefore, Cells, ZerosAfter, Dropped, Form };
+
+    Part PartOf(std::size_t& index) const;
+    ChangeRecord DroppedRecord(std::size_t index) const;
+
+    const CSavePlan& m_plan;
+    SaveSubject m_subject;
+};
+
+/// What a save of the edited cells alone will change in the file that holds `stored`. `rows` and `stored` outlive the
+/// list and stay as they are.
+class CEditedChanges final : public CChangeList {
+public:
+    CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, SaveSubject subject);
+
+    std::size_t Count() const override { return m_changes.size() + m_zeros.size(); }
+    ChangeRecord At(std::size_t index) const override;
+    ChangeHeader Header() const override;
+    bool IsComplete() const override { return true; }
+    std::optional<CellPlace> PlaceOf(std::size_t index) const override;
+
+private:
+    bool IsZeros(std::size_t& index) const;
+
+    const CRecipeRows& m_rows;
+    const CStoredCells& m_stored;
+    SaveSubject m_subject;
+    std::vector<PlannedChange> m_changes;
+    std::vector<ZeroWords> m_zeros;
+};
+
+/// What a save of all cells changed although nobody had edited it.
+class CStoredAsShown final : public CChangeList {
+public:
+    CStoredAsShown(std::shared_ptr<const SavedChanges> saved, SaveSubject subject);
+
+    std::size_t Count() const override { return m_changes.size(); }
+    ChangeRecord At(std::size_t index) const override;
+    ChangeHeader Header() const override;
+    bool IsComplete() const override { return true; }
+    std::optional<CellPlace> PlaceOf(std::size_t index) const override { return m_changes[index].place; }
+
+private:
+    std::shared_ptr<const SavedChanges> m_saved;
+    SaveSubject m_subject;
+    std::vector<PlannedChange> m_changes;
+};

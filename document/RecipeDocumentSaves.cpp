@@ -1,0 +1,262 @@
+#include "document/EditMemory.h"
+#include "document/RecipeDocument.h"
+#include "files/CsvPutBack.h"
+#include "files/EditedSave.h"
+#include "files/RecipeMessages.h"
+#include "files/RecipeReplacement.h"
+#include "model/LittleEndian.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kMostFollowed = 4096;                    // cells of an edit; for more a plan begins anew
+constexpr std::size_t kMostTableBytes = std::size_t{64} << 20; // of a table that is kept to be put back
+
+std::u16string WordsOf(const CStoredCells& stored, const CRecipeRows& rows, CellPlace place)
+{
+    std::vector<std::byte> bytes(BytesOfCell(rows, place));
+    stored.LoadWords(place, bytes);
+    std::u16string words;
+    for (std::size_t at = 0; at < bytes.size(); at += 2)
+        words += static_cast<char16_t>(LoadLittleEndian<std::uint16_t>(std::span(bytes).subspan(at, 2)));
+    return words;
+}
+
+} // namespace
+
+bool CRecipeDocument::CanPlan() const
+{
+    return HasRowsOfFile() && m_shown.stored.IsKnown() && m_shown.stored.Type() == m_nFileType;
+}
+
+void CRecipeDocument::ForgetPlan()
+{
+    m_plan.Stop();
+    m_isPlanStale = true;
+}
+
+void CRecipeDocument::BeginPlan()
+{
+    if (!m_isPlanStale || !CanPlan())
+        return;
+    m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType);
+    m_isPlanStale = false;
+}
+
+bool CRecipeDocument::ContinuePlan(std::chrono::steady_clock::time_point end)
+{
+    WithMemoryFor([this] { BeginPlan(); });
+    return m_plan.Continue(end);
+}
+
+/// What it takes to follow a large edit is better spent when nobody waits.
+void CRecipeDocument::FollowEdit(const CellsStep& step) noexcept
+{
+    if (!m_plan.IsBegun())
+        return;
+    const auto follow = [&] {
+        std::vector<CellPlace> places;
+        std::transform(step.edits.begin(), step.edits.end(), std::back_inserter(places),
+                       [](const CellEdit& edit) { return edit.place; });
+        m_plan.Update(places);
+    };
+    if (step.edits.size() > kMostFollowed || WithMemoryFor(follow) != EditOutcome::Made)
+        ForgetPlan();
+}
+
+std::optional<ChangeReason> CRecipeDocument::WhyChanged(CellPlace place) const
+{
+    if (!CanPlan())
+        return std::nullopt;
+    return CCellComparison(m_shown.rows, m_shown.stored, m_shown.readAs != m_nFileType).Compare(place);
+}
+
+/// All that a save changes, still without what it leaves; null where nothing is planned, or it is not to be known.
+std::shared_ptr<SavedChanges> CRecipeDocument::ChangesToCome(CProgress& progress, Outcome& outcome)
+{
+    BeginPlan();
+    outcome = m_plan.IsBegun() ? m_plan.Finish(progress) : Outcome::Failed;
+    if (outcome != Outcome::Done || m_plan.CountOfUnedited() == 0)
+        return nullptr;
+    auto changes = std::make_shared<SavedChanges>();
+    changes->path = m_strFilePath;
+    changes->before = m_shown.stored;
+    changes->changes = m_plan.Changes();
+    changes->dropped = m_plan.Dropped().size();
+    if (m_nFileType == FileType::Csv)
+        changes->oldTable = ReadWholeFile(m_strFilePath, kMostTableBytes);
+    return changes;
+}
+
+SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    std::shared_ptr<SavedChanges> changes;
+    Outcome planned = Outcome::Failed;
+    if (type == m_nFileType && path == m_strFilePath) // without memory for it there is nothing to put back, that is all
+        WithMemoryFor([&] { changes = ChangesToCome(progress, planned); });
+    if (planned == Outcome::GivenUp)
+        return {.isGivenUp = true};
+    const SaveResult result = WriteRows(type, path, reporter, progress);
+    if (!result.isSaved || !changes)
+        return result;
+    changes->after = m_shown.stored;
+    m_pStoredAsShown = changes->UneditedCount() > 0 ? std::move(changes) : nullptr;
+    return result;
+}
+
+SaveResult CRecipeDocument::WriteRows(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (!m_shown.areOfFile) {
+        ShowFileError(reporter, SaveErrorOf(type), path);
+        return {};
+    }
+    SavedContent saved;
+    const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress, &saved);
+    if (result.isSaved) {
+        m_shown.stored = CStoredCells();
+        WithMemoryFor(
+            [&] { m_shown.stored = CStoredCells(m_shown.rows, type, LogicalBytes(type, path), std::move(saved)); });
+        NoteSaved();
+    }
+    NoteTorn(result, path);
+    return result;
+}
+
+void CRecipeDocument::NoteSaved()
+{
+    m_shown.rows.MarkSaved();
+    m_shown.saves = ++m_saves;
+    m_pStoredAsShown.reset();
+    ForgetPlan();
+}
+
+/// The file holds no state that can be reached.
+void CRecipeDocument::NoteTorn(const SaveResult& result, const fs::path& path)
+{
+    if (!result.mayHoldOldAndNew || path != m_strFilePath)
+        return;
+    m_history.ForgetSaved();
+    m_pStoredAsShown.reset();
+    ForgetPlan();
+    m_shown.stored = ReadStored(m_shown.rows);
+}
+
+SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress)
+{
+    if (m_shown.rows.ShowsTheSameEverywhere())
+        return {.isLeftOut = true};
+    if (!CanPlan()) {
+        ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
+        return {};
+    }
+    const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, m_strFilePath, reporter, progress);
+    if (result.isSaved)
+        NoteSaved();
+    NoteTorn(result, m_strFilePath);
+    return result;
+}
+
+SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progress)
+{
+    if (!m_pStoredAsShown)
+        return {};
+    const SaveResult result = PutBack(*m_pStoredAsShown, m_shown.rows, reporter, progress);
+    NoteTorn(result, m_strFilePath);
+    if (!result.isSaved)
+        return result;
+    m_pStoredAsShown.reset();
+    m_shown.saves = ++m_saves;
+    ForgetPlan();
+    m_shown.stored = ReadStored(m_shown.rows);
+    return result;
+}
+
+EditOutcome CRecipeDocument::KeepStored(std::span<const CellPlace> places)
+{
+    if (!CanPlan() || m_nFileType == FileType::Csv || !m_shown.rows.IsOfWords())
+        return EditOutcome::Nothing;
+    std::vector<CellEdit> edits;
+    const auto collect = [&] {
+        CCellComparison cells(m_shown.rows, m_shown.stored, false);
+        for (const CellPlace place : places) {
+            const auto why = cells.Compare(place);
+            if (why && *why != ChangeReason::Edited && *why != ChangeReason::End)
+                edits.push_back({place, CCellState::OfWords(WordsOf(m_shown.stored, m_shown.rows, place))});
+        }
+    };
+    const EditOutcome outcome = WithMemoryFor(collect);
+    return outcome == EditOutcome::Made ? SetStates(EditKind::KeepStored, std::move(edits)) : outcome;
+}
+
+std::optional<TypedValue> CRecipeDocument::JudgeEdited(CellPlace place) const
+{
+    const CCellState& state = m_shown.rows.State(place);
+    if (m_nFileType == FileType::Csv || !state.IsText() || !m_shown.rows.IsEdited(place.row, place.column))
+        return std::nullopt;
+    const RecipeKind kind = IsPaged(m_nFileType) ? RecipeKind::Paged : RecipeKind::Flat;
+    return JudgeTyped(m_shown.rows.Columns()[place.column], kind, state.Text());
+}
+
+EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
+{
+    if (!m_shown.rows.IsOfWords())
+        return EditOutcome::Nothing;
+    std::vector<CellEdit> edits;
+    const auto collect = [&] {
+        for (const CellPlace place : places)
+            if (const auto judged = JudgeEdited(place); judged && judged->exactWords)
+                edits.push_back({place, CCellState::OfWords(*judged->exactWords)});
+    };
+    const EditOutcome outcome = WithMemoryFor(collect);
+    return outcome == EditOutcome::Made ? SetStates(EditKind::StoreExactly, std::move(edits)) : outcome;
+}
+
+SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    if (!MaySaveAs(type, path, reporter))
+        return {};
+    const bool isReady = PrepareSaveAs(type, path, m_settings.startAddress, reporter);
+    const SaveResult result = isReady ? WriteRows(type, path, reporter, progress) : SaveResult();
+    const bool isNameKept = !isReady && type == FileType::Rcp; // kept: even when the file cannot be created
+    if (result.isSaved || isNameKept) {
+        m_shown.names = m_strFilePath == path ? m_names : ++m_names;
+        m_strFilePath = path;
+        m_nFileType = type;
+        m_shown.readAs = type;
+    }
+    if (isNameKept) {
+        m_shown.stored = CStoredCells();
+        ForgetPlan();
+    }
+    return result;
+}
+
+SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter) const
+{
+    return MaySaveAs(type, path, reporter) ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter)
+                                           : SaveResult();
+}
+
+SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter) const
+{
+    if (!MaySaveAs(type, path, reporter))
+        return {};
+    if (IsSameFile(path, m_strFilePath)) {
+        ShowFileError(reporter, u"%s is the open file. A copy needs another name!", path);
+        return {};
+    }
+    if (type != m_nFileType || m_strFilePath.empty())
+        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter);
+    return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter);
+}
+
+bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const
+{
+    if (!HasRowsOfFile())
+        ShowFileError(reporter, SaveErrorOf(type), path);
+    return HasRowsOfFile();
+}

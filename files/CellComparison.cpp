@@ -1,0 +1,160 @@
+#include "files/CellComparison.h"
+
+#include "model/LittleEndian.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+namespace {
+
+bool AreEqual(std::span<const std::byte> a, std::span<const std::byte> b)
+{
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
+}
+
+bool HoldsMark(std::u16string_view text)
+{
+    return text.find_first_of(u"\t\n") != std::u16string_view::npos;
+}
+
+} // namespace
+
+std::size_t BytesOfCell(const CRecipeRows& rows, CellPlace place)
+{
+    return 2 * static_cast<std::size_t>(std::max(rows.Columns()[place.column].dataLength, 0));
+}
+
+WordAddress AddressOfCell(const CRecipeRows& rows, CellPlace place)
+{
+    return rows.RowAddress(place.row) + rows.WordOffset(place.column);
+}
+
+CCellComparison::CCellComparison(const CRecipeRows& rows, const CStoredCells& stored, bool isOfOtherType, SaveForm form)
+    : m_rows(rows),
+      m_stored(stored),
+      m_isOfOtherType(isOfOtherType),
+      m_form(form),
+      m_coder(rows, stored.Kind())
+{
+}
+
+std::span<const std::byte> CCellComparison::NewWords(CellPlace place)
+{
+    m_new.resize(BytesOfCell(m_rows, place));
+    m_coder.CodeCell(place, m_new);
+    return m_new;
+}
+
+std::span<const std::byte> CCellComparison::OldWords(CellPlace place)
+{
+    m_old.resize(BytesOfCell(m_rows, place));
+    return std::span(m_old).first(m_stored.LoadWords(place, m_old));
+}
+
+std::optional<ChangeReason> CCellComparison::Compare(CellPlace place)
+{
+    return IsTable() ? CompareField(place) : CompareWords(place, NewWords(place));
+}
+
+/// Rows that a save leaves as they are, which are most, are compared as a whole.
+void CCellComparison::Compare(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes)
+{
+    std::size_t pos = 0;
+    std::vector<std::byte> coded;
+    if (!IsTable()) {
+        coded.resize(static_cast<std::size_t>(m_rows.BytesBefore({count, 0})));
+        m_coder.CodeRows(first, count, coded);
+        if (const auto stored = m_stored.WordsOfRows(first, count); stored && AreEqual(*stored, coded))
+            return;
+    }
+    for (std::int32_t row = first; row < first + count; ++row)
+        for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column) {
+            const CellPlace place{row, column};
+            const std::size_t bytes = BytesOfCell(m_rows, place);
+            const auto why =
+                IsTable() ? CompareField(place) : CompareWords(place, std::span(coded).subspan(pos, bytes));
+            pos += bytes;
+            if (why)
+                changes.push_back({place, *why});
+        }
+}
+
+std::optional<ChangeReason> CCellComparison::CompareWords(CellPlace place, std::span<const std::byte> coded)
+{
+    const auto stored = OldWords(place);
+    if (AreEqual(stored, coded))
+        return std::nullopt;
+    if (const auto given = GivenReason(place))
+        return given;
+    return stored.size() < coded.size() ? ChangeReason::End : ReasonOf(m_rows.Columns()[place.column], stored);
+}
+
+/// What holds whatever stands in the cell.
+std::optional<ChangeReason> CCellComparison::GivenReason(CellPlace place) const
+{
+    if (m_rows.IsEdited(place.row, place.column))
+        return ChangeReason::Edited;
+    return m_isOfOtherType ? std::optional(ChangeReason::Type) : std::nullopt;
+}
+
+/// Why a text of the words that are `stored` codes to others.
+ChangeReason CCellComparison::ReasonOf(const ColumnCoding& coding, std::span<const std::byte> stored) const
+{
+    if (IsDecimalInteger(coding.dataType)) {
+        if (!IsShownAsItIs(coding, LoadLittleEndian<std::uint32_t>(stored)))
+            return ChangeReason::Limits;
+        return coding.decimalDigits > 0 ? ChangeReason::Decimals : ChangeReason::Coding;
+    }
+    if (IsReal(coding.dataType))
+        return ChangeReason::Digits;
+    return coding.dataType == DataType::String ? ChangeReason::Text : ChangeReason::Coding;
+}
+
+std::optional<ChangeReason> CCellComparison::CompareField(CellPlace place) const
+{
+    const bool isThere = m_stored.HasField(place);
+    const bool mayBeMissing = m_form == SaveForm::EditedAlone; // it shows "0" then, and is not written to show that
+    if ((isThere || mayBeMissing) && FieldReadAgain(place) == m_stored.Cells().Text(place.row, place.column))
+        return std::nullopt;
+    if (const auto given = GivenReason(place))
+        return given;
+    if (!isThere)
+        return ChangeReason::End;
+    return HoldsMark(m_rows.Text(place.row, place.column)) ? ChangeReason::Text : ChangeReason::Quotes;
+}
+
+/// kept: in the saved table the last field of a line reads with its quotes, the others lose theirs.
+std::u16string CCellComparison::FieldReadAgain(CellPlace place) const
+{
+    const std::u16string text = m_rows.Text(place.row, place.column);
+    if (m_form == SaveForm::EditedAlone)
+        return text;
+    if (place.column + 1 == m_rows.Columns().size())
+        return u'"' + text + u'"';
+    std::u16string_view inner = text;
+    while (inner.starts_with(u'"'))
+        inner.remove_prefix(1);
+    while (inner.ends_with(u'"'))
+        inner.remove_suffix(1);
+    return std::u16string(inner);
+}
+
+std::u16string CCellComparison::TextOfWords(CellPlace place, std::span<const std::byte> words) const
+{
+    std::size_t pos = 0;
+    return FormatValue(m_rows.Columns()[place.column], words, pos, m_stored.Kind());
+}
+
+std::u16string CCellComparison::ReadAgain(CellPlace place)
+{
+    return IsTable() ? FieldReadAgain(place) : TextOfWords(place, NewWords(place));
+}
+
+std::optional<std::u16string> CCellComparison::OldText(CellPlace place)
+{
+    if (IsTable())
+        return m_stored.HasField(place) ? std::optional(m_stored.Cells().Text(place.row, place.column)) : std::nullopt;
+    const auto words = OldWords(place);
+    return words.size() == BytesOfCell(m_rows, place) ? std::optional(TextOfWords(place, words)) : std::nullopt;
+}

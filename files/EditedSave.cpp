@@ -1,0 +1,133 @@
+#include "files/EditedSave.h"
+
+#include "files/CsvEdits.h"
+#include "files/RecipeFile.h"
+#include "files/WordRuns.h"
+#include "model/LittleEndian.h"
+#include "text/FileMessages.h"
+
+#include <new>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The words that the edited cells have in the file then: for the file, and as states of the stored cells.
+struct EditedWords {
+    CWordRuns runs;
+    std::vector<CellEdit> states;
+};
+
+std::u16string WordsOf(std::span<const std::byte> bytes)
+{
+    std::u16string words;
+    for (std::size_t at = 0; at < bytes.size(); at += 2)
+        words += static_cast<char16_t>(LoadLittleEndian<std::uint16_t>(bytes.subspan(at, 2)));
+    return words;
+}
+
+EditedWords CollectEdited(const CRecipeRows& rows, const CStoredCells& stored)
+{
+    EditedWords edited;
+    CCellComparison cells(rows, stored, false);
+    for (const CellPlace place : rows.EditedPlaces()) {
+        const auto words = cells.NewWords(place);
+        edited.runs.Append(AddressOfCell(rows, place), words);
+        edited.states.push_back({place, CCellState::OfWords(WordsOf(words))});
+    }
+    return edited;
+}
+
+/// Without the memory for it, what is stored is no longer known.
+void Follow(CStoredCells& stored, std::vector<CellEdit> states, const fs::path& path)
+try {
+    stored.TakeWords(std::move(states), LogicalBytes(stored.Type(), path));
+} catch (const std::bad_alloc&) {
+    stored = CStoredCells();
+}
+
+SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter)
+{
+    EditedWords edited;
+    const Outcome collected = WithinMemory([&] {
+        edited = CollectEdited(rows, stored);
+        return Outcome::Done;
+    });
+    if (collected != Outcome::Done) {
+        ShowFileError(reporter, kSaveFileError, path);
+        return {};
+    }
+    const SaveResult result = WriteWordRuns(stored.Type(), edited.runs, path, std::nullopt, reporter);
+    if (result.isSaved)
+        Follow(stored, std::move(edited.states), path);
+    return result;
+}
+
+/// What the table holds then is read again: lines may have come to be.
+SaveResult SaveEditedFields(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter,
+                            CProgress& progress)
+{
+    std::vector<CsvEdit> edits;
+    const Outcome collected = WithinMemory([&] {
+        for (const CellPlace place : rows.EditedPlaces())
+            edits.push_back({place, rows.Text(place.row, place.column)});
+        return Outcome::Done;
+    });
+    if (collected != Outcome::Done) {
+        ShowFileError(reporter, kSaveTableError, path);
+        return {};
+    }
+    const SaveResult result = SaveCsvEdits(edits, path, reporter, progress);
+    if (result.isSaved)
+        stored = ReadStoredCells(rows, FileType::Csv, path);
+    return result;
+}
+
+} // namespace
+
+SaveResult SaveEdited(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter,
+                      CProgress& progress)
+{
+    if (rows.EditedCount() == 0)
+        return {.isSaved = true};
+    if (stored.Type() != FileType::Csv)
+        return SaveEditedWords(rows, stored, path, reporter);
+    return SaveEditedFields(rows, stored, path, reporter, progress);
+}
+
+std::vector<PlannedChange> PlanOfEdited(const CRecipeRows& rows, const CStoredCells& stored)
+{
+    std::vector<PlannedChange> changes;
+    CCellComparison cells(rows, stored, false, SaveForm::EditedAlone);
+    for (const CellPlace place : rows.EditedPlaces())
+        if (cells.Compare(place))
+            changes.push_back({place, ChangeReason::Edited});
+    return changes;
+}
+
+std::vector<ZeroWords> ZeroWordsOfEdited(const CRecipeRows& rows, const CStoredCells& stored)
+{
+    std::vector<ZeroWords> zeros;
+    if (stored.Type() == FileType::Csv)
+        return zeros;
+    std::uint64_t end = stored.FileBytes();
+    for (const CellPlace place : rows.EditedPlaces()) {
+        const std::uint64_t begin = FirstByteOf(AddressOfCell(rows, place)).number;
+        AppendZeroWords(end, begin, zeros);
+        end = FileBytesAfter(stored.Type(), end, begin + BytesOfCell(rows, place));
+    }
+    return zeros;
+}
+
+std::uint64_t FileBytesAfterEdited(const CRecipeRows& rows, const CStoredCells& stored)
+{
+    std::uint64_t bytes = stored.FileBytes();
+    for (const CellPlace place : rows.EditedPlaces()) {
+        const std::uint64_t end = (FirstByteOf(AddressOfCell(rows, place)) + BytesOfCell(rows, place)).number;
+        bytes = FileBytesAfter(stored.Type(), bytes, end);
+    }
+    return bytes;
+}
