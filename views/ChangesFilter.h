@@ -1,0 +1,39 @@
+#pragma once
+
+#include "changes/ChangeList.h"
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+/// Looks for the changes of a list that have a text in one of their columns, but for the row's number. It goes on where
+/// it stopped, so that a long list stops nobody.
+class CChangesFilter {
+public:
+    /// Begins anew. Without a text it finds nothing and has nothing to do.
+    void Begin(std::shared_ptr<const CChangeList> list, const QString& text);
+
+    /// Begins anew with the same list and text.
+    void Restart();
+
+    bool IsOn() const { return !m_strText.isEmpty(); }
+
+    /// Whether it has looked at all changes that the list has now.
+    bool IsFinished() const;
+
+    /// Goes on for `time`, or less when it is finished.
+    void Work(std::chrono::milliseconds time);
+
+    /// The changes found, by their index in the list, in order.
+    const std::vector<std::size_t>& Matches() const { return m_matches; }
+
+private:
+    bool Matches(const ChangeRecord& change) const;
+
+    std::shared_ptr<const CChangeList> m_list;
+    QString m_strText;
+    std::size_t m_nNext = 0;
+    std::vector<std::size_t> m_matches;
+};
