@@ -132,23 +132,23 @@ void CCsvCutter::HandOut(std::u16string_view text, std::uint64_t offset, std::ui
 
 CCsvFileCutter::CCsvFileCutter(const CFile& file) : CCsvFileCutter(file, MarkOf(file)) {}
 
-CCsvFileCutter::CCsvFileCutter(const CFile& file, Mark mark)
+CCsvFileCutter::CCsvFileCutter(const CFile& file, std::optional<Mark> mark)
     : m_file(file),
-      m_cutter(CsvFormOf(mark[0], mark[1])),
+      m_cutter(CsvFormOf(mark.value_or(Mark{}))),
       m_buffer(kPieceBytes),
       m_hasWholeMark(mark == Mark{std::byte{0xFF}, std::byte{0xFE}}),
       m_position(m_cutter.Form().begin)
 {
     const auto size = file.Size();
-    m_hasFailed = !size;
+    m_hasFailed = !mark || !size;
     m_size = size.value_or(0);
 }
 
-CCsvFileCutter::Mark CCsvFileCutter::MarkOf(const CFile& file)
+/// Zeros stand for bytes that the file does not have; nothing when it cannot be read.
+std::optional<CCsvFileCutter::Mark> CCsvFileCutter::MarkOf(const CFile& file)
 {
     Mark mark{};
-    file.ReadAt(0, mark); // what cannot be read here is met again at once
-    return mark;
+    return file.ReadAt(0, mark) ? std::optional(mark) : std::nullopt;
 }
 
 bool CCsvFileCutter::Continue(CCsvRawTaker& taker)

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -118,8 +119,8 @@ public:
 
 private:
     using Mark = std::array<std::byte, 2>;
-    CCsvFileCutter(const CFile& file, Mark mark);
-    static Mark MarkOf(const CFile& file);
+    CCsvFileCutter(const CFile& file, std::optional<Mark> mark);
+    static std::optional<Mark> MarkOf(const CFile& file);
 
     const CFile& m_file;
     CCsvCutter m_cutter;

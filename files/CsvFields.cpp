@@ -159,11 +159,11 @@ void AppendUnits(std::span<const std::byte> bytes, std::u16string& text)
     SwapUnlessLowByteFirst(units);
 }
 
-const CsvTextForm& FormOf(const CFile& file)
+/// Null when the file cannot be read.
+const CsvTextForm* FormOf(const CFile& file)
 {
     std::array<std::byte, 2> mark{};
-    file.ReadAt(0, mark); // what cannot be read here is met again at once
-    return CsvFormOf(mark[0], mark[1]);
+    return file.ReadAt(0, mark) ? &CsvFormOf(mark[0], mark[1]) : nullptr;
 }
 
 /// Hands the bytes of `file` from `pos` up to its end to `take`, piece by piece, as long as `isWanted` says so.
@@ -216,9 +216,11 @@ Outcome ReadAnsi(const CFile& file, Splitter& splitter, CProgress& progress)
 template <class Fields>
 Outcome Split(const CFile& file, std::size_t lines, std::size_t columns, Fields& fields, CProgress& progress)
 {
-    const CsvTextForm& form = FormOf(file);
-    CFieldSplitter<Fields> splitter(form, lines, columns, fields);
-    const Outcome outcome = form.isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
+    const CsvTextForm* const form = FormOf(file);
+    if (form == nullptr)
+        return Outcome::Failed;
+    CFieldSplitter<Fields> splitter(*form, lines, columns, fields);
+    const Outcome outcome = form->isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
     if (outcome == Outcome::Done)
         splitter.Finish();
     return outcome;

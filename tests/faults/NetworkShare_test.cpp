@@ -19,7 +19,7 @@ struct NetworkShare : testing::TestWithParam<SavePath> {
                 std::string("LD_PRELOAD=") + VANTOR_SHARE_SHIM,
                 std::string("ASAN_OPTIONS=") + (sanitizer ? sanitizer : "") + ":verify_asan_link_order=0",
             },
-            VANTOR_CLI_PROGRAM, GetParam().arguments(place));
+            GetParam().Program(), GetParam().arguments(place));
     }
 
     static std::ptrdiff_t FileCount(const SavePlace& place)
@@ -35,7 +35,7 @@ TEST_P(NetworkShare, TakesEverySave)
 {
     const SavePlace local;
     GetParam().prepare(local);
-    ASSERT_EQ(RunProcess(VANTOR_CLI_PROGRAM, GetParam().arguments(local)).exitCode, 0);
+    ASSERT_EQ(RunProcess(GetParam().Program(), GetParam().arguments(local)).exitCode, 0);
 
     const SavePlace place;
     GetParam().prepare(place);
@@ -46,4 +46,6 @@ TEST_P(NetworkShare, TakesEverySave)
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, NetworkShare, testing::ValuesIn(CommandLineSavePaths()),
+                         [](const auto& c) { return std::string(c.param.name); });
+INSTANTIATE_TEST_SUITE_P(Core, NetworkShare, testing::ValuesIn(TableSavePaths()),
                          [](const auto& c) { return std::string(c.param.name); });

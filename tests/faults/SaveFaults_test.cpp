@@ -13,13 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The program whose disk breaks: the build's, unless VANTOR_CLI in the environment names another one.
-const char* Program()
-{
-    const char* other = std::getenv("VANTOR_CLI");
-    return other != nullptr ? other : VANTOR_CLI_PROGRAM;
-}
-
 /// Whether no file is left that was only on its way to the target.
 bool HasNoTemporaryFile(const SavePlace& place)
 {
@@ -30,7 +23,7 @@ bool HasNoTemporaryFile(const SavePlace& place)
 struct SaveFaults : testing::TestWithParam<SavePath> {
     static FaultRun Run(const SavePlace& place, const Fault& fault, int at)
     {
-        return RunWithFault(Program(), GetParam().arguments(place), place.folder / "disk", fault, at);
+        return RunWithFault(GetParam().Program(), GetParam().arguments(place), place.folder / "disk", fault, at);
     }
 
     /// Has `fault` meet every call in turn, until the save has no further one; how often it did.
@@ -99,7 +92,7 @@ struct PagedSave : testing::TestWithParam<int> {
 
     FaultRun Run(const SavePlace& where, const Fault& fault, int at) const
     {
-        return RunWithFault(Program(), path.arguments(where), where.folder / "disk", fault, at);
+        return RunWithFault(path.Program(), path.arguments(where), where.folder / "disk", fault, at);
     }
 
     const SavePath& path = CommandLineSavePath("PagedNewTable");
@@ -147,7 +140,7 @@ TEST(DiskThatDoesNotTakeACopy, LeavesTheLibraryThatIsNotUnderstood)
         const SavePlace place;
         path.prepare(place);
         const auto old = BytesIn(place.Disk(path.target));
-        const FaultRun run = RunWithFault(Program(), path.arguments(place), place.folder / "disk",
+        const FaultRun run = RunWithFault(path.Program(), path.arguments(place), place.folder / "disk",
                                           {"input/output error", "error", EIO}, at);
         if (run.failed.empty())
             break;
@@ -169,7 +162,7 @@ TEST(DiskThatLosesWrites, LeavesALibraryThatIsNotUnderstoodOrAWholeCopyOfIt)
         path.prepare(place);
         const auto old = BytesIn(place.Disk(path.target));
         const FaultRun run =
-            RunWithFault(Program(), path.arguments(place), place.folder / "disk", {"lost", "lose"}, at);
+            RunWithFault(path.Program(), path.arguments(place), place.folder / "disk", {"lost", "lose"}, at);
         const std::string copy = std::string(path.target) + ".bak";
         EXPECT_TRUE(BytesIn(place.Disk(path.target)) == old || BytesIn(place.Disk(copy.c_str())) == old) << at;
         lost += run.failed.empty() ? 0 : 1;
@@ -186,7 +179,7 @@ struct ReadFaults : testing::TestWithParam<std::tuple<SavePath, int>> {
     FaultRun Run(const SavePlace& place, int at) const
     {
         const Fault fault{"unreadable", "read", EIO, std::get<1>(GetParam())};
-        return RunWithFault(Program(), Path().arguments(place), place.folder.Path(), fault, at);
+        return RunWithFault(Path().Program(), Path().arguments(place), place.folder.Path(), fault, at);
     }
 
     bool MayBeLeft(const std::optional<Bytes>& bytes, const std::optional<Bytes>& old, bool isBeside) const
@@ -232,13 +225,19 @@ TEST_P(ReadFaults, SpoilNoSave)
     }
 }
 
+std::string NameOf(const testing::TestParamInfo<std::tuple<SavePath, int>>& info)
+{
+    return std::string(std::get<0>(info.param).name) + (std::get<1>(info.param) == 1 ? "Once" : "");
+}
+
 INSTANTIATE_TEST_SUITE_P(CommandLine, ReadFaults,
-                         testing::Combine(testing::ValuesIn(CommandLineSavePaths()), testing::Values(1, 0)),
-                         [](const auto& c) {
-                             return std::string(std::get<0>(c.param).name) + (std::get<1>(c.param) == 1 ? "Once" : "");
-                         });
+                         testing::Combine(testing::ValuesIn(CommandLineSavePaths()), testing::Values(1, 0)), NameOf);
+INSTANTIATE_TEST_SUITE_P(Core, ReadFaults, testing::Combine(testing::ValuesIn(TableSavePaths()), testing::Values(1, 0)),
+                         NameOf);
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, SaveFaults, testing::ValuesIn(CommandLineSavePaths()),
+                         [](const auto& path) { return std::string(path.param.name); });
+INSTANTIATE_TEST_SUITE_P(Core, SaveFaults, testing::ValuesIn(TableSavePaths()),
                          [](const auto& path) { return std::string(path.param.name); });
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "library/FormatLibrary.h"
 #include "tests/support/Formats.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -34,6 +35,34 @@ void HoldingTable(const SavePlace& place)
 {
     const std::string table = "5,one\r\n6,two\r\n7,three\r\n8,four\r\n";
     WriteAll(place.Disk("a.csv"), std::as_bytes(std::span(table)));
+}
+
+constexpr std::u16string_view kTable = u"\"5\"\t\"one\"\r\n\"6\"\ttwo\r\n";
+
+void HoldingSavedTable(const SavePlace& place)
+{
+    WriteAll(place.Disk("a.csv"), Utf16File(kTable));
+}
+
+void HoldingLinkedTable(const SavePlace& place)
+{
+    HoldingSavedTable(place);
+    fs::create_hard_link(place.Disk("a.csv"), place.Aside("same"));
+}
+
+/// The table on the disk is what a save made of the one aside.
+void HoldingTableToPutBack(const SavePlace& place)
+{
+    HoldingSavedTable(place);
+    WriteAll(place.Aside("saved.csv"), Utf16File(kTable));
+    const std::string old = "5,one,further\n7,two\n\n\nlast";
+    WriteAll(place.Aside("old.csv"), std::as_bytes(std::span(old)));
+}
+
+void HoldingLinkedTableToPutBack(const SavePlace& place)
+{
+    HoldingTableToPutBack(place);
+    fs::create_hard_link(place.Disk("a.csv"), place.Aside("same"));
 }
 
 std::function<void(const SavePlace&)> HoldingLinked(const char* name)
@@ -129,7 +158,25 @@ Words Exporting(const SavePlace& place)
     return {"formats", "export", "--library", place.Aside("RecipeFile.Dat"), "-o", place.Disk("out.json")};
 }
 
+Words SavingEdits(const SavePlace& place)
+{
+    return {"edits", place.Disk("a.csv")};
+}
+
+Words PuttingBack(const SavePlace& place)
+{
+    return {"put-back", place.Disk("a.csv"), place.Aside("old.csv"), place.Aside("saved.csv")};
+}
+
 } // namespace
+
+const char* SavePath::Program() const
+{
+    if (program != nullptr)
+        return program;
+    const char* other = std::getenv("VANTOR_CLI");
+    return other != nullptr ? other : VANTOR_CLI_PROGRAM;
+}
 
 SavePlace::SavePlace()
 {
@@ -157,6 +204,7 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"RecipeReplaced",     Leaves::OldOrNew, "a.rcp", kRecipeMessage, Holding("a.rcp", 148), Converting("a.rcp")},
         {"RecipeWithHardLink", Leaves::Copied,   "a.rcp", kRecipeMessage, HoldingLinked("a.rcp"), Converting("a.rcp")},
         {"Table",              Leaves::OldOrNew, "a.csv", kTableMessage,  HoldingTable, Setting("a.csv")},
+        {"Utf16Table",         Leaves::OldOrNew, "a.csv", kTableMessage,  HoldingSavedTable, Setting("a.csv")},
         {"NewTable",           Leaves::OldOrNew, "n.csv", kTableMessage,  Nothing, Converting("n.csv")},
         {"TableWithHardLink",  Leaves::Copied,   "a.csv", kTableMessage,  HoldingLinked("a.csv"), Converting("a.csv")},
         {"PagedInFlatPart",    Leaves::Paged,    "a.frp", "a.frp", HoldingPages, Setting("a.frp")},
@@ -176,6 +224,20 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"LibraryNotUnderstood", Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Holding("RecipeFile.Dat", 700), Importing, 1, true},
         {"NewExport",          Leaves::OldOrNew, "out.json", kRecipeMessage, Nothing, Exporting},
         {"Export",             Leaves::OldOrNew, "out.json", kRecipeMessage, HoldingOwnExport, Exporting},
+    };
+    // clang-format on
+    return paths;
+}
+
+const std::vector<SavePath>& TableSavePaths()
+{
+    constexpr const char* kProgram = VANTOR_TABLE_SAVE_PROGRAM;
+    // clang-format off
+    static const std::vector<SavePath> paths = {
+        {"TableEdits",             Leaves::OldOrNew, "a.csv", kTableMessage, HoldingSavedTable, SavingEdits, 1, false, kProgram},
+        {"TableEditsWithHardLink", Leaves::Copied,   "a.csv", kTableMessage, HoldingLinkedTable, SavingEdits, 1, false, kProgram},
+        {"TablePutBack",           Leaves::OldOrNew, "a.csv", kTableMessage, HoldingTableToPutBack, PuttingBack, 1, false, kProgram},
+        {"TablePutBackWithHardLink", Leaves::Copied, "a.csv", kTableMessage, HoldingLinkedTableToPutBack, PuttingBack, 1, false, kProgram},
     };
     // clang-format on
     return paths;

@@ -36,8 +36,12 @@ struct SavePath {
     const char* message; ///< a part of the text that tells of the failure; empty where that is not looked at
     std::function<void(const SavePlace&)> prepare;
     std::function<std::vector<std::string>(const SavePlace&)> arguments;
-    int lines = 1;          ///< as many may the text that tells of the failure have
-    bool makesCopy = false; ///< of the old file, beside it
+    int lines = 1;                 ///< as many may the text that tells of the failure have
+    bool makesCopy = false;        ///< of the old file, beside it
+    const char* program = nullptr; ///< null for vantor-cli
+
+    /// What has these arguments; where that is vantor-cli, another one if VANTOR_CLI in the environment names it.
+    const char* Program() const;
 
     friend void PrintTo(const SavePath& path, std::ostream* out) { *out << path.name; }
 };
@@ -45,7 +49,10 @@ struct SavePath {
 /// Every way in which vantor-cli writes a file.
 const std::vector<SavePath>& CommandLineSavePaths();
 
-/// The one of that name, which there must be.
+/// The ways in which the core writes a table that vantor-cli has no command for.
+const std::vector<SavePath>& TableSavePaths();
+
+/// The one of vantor-cli of that name, which there must be.
 const SavePath& CommandLineSavePath(std::string_view name);
 
 /// The file's bytes; nothing where there is no file.
