@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int kCellArguments = 3;
-
 /// False unless all of `text` is a decimal integer that fits.
 template <typename Number, typename Target>
 bool ReadNumber(const std::string& text, Target& target)
@@ -59,24 +57,4 @@ CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSiz
         return texts.front() == "128K" || texts.front() == "256K";
     };
     return command.add_option(name, take, description)->type_name("128K|256K");
-}
-
-CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<TypedCell>& cells,
-                      const std::string& description)
-{
-    const auto take = [&cells](const CLI::results_t& texts) {
-        for (std::size_t i = 0; i + kCellArguments <= texts.size(); i += kCellArguments) {
-            TypedCell cell;
-            if (!ReadNumber<std::int64_t>(texts[i], cell.row) || !ReadNumber<std::int64_t>(texts[i + 1], cell.column))
-                return false;
-            cell.text = texts[i + 2];
-            cells.push_back(cell);
-        }
-        return true;
-    };
-    return command.add_option(name, take, description)
-        ->type_name("ROW COLUMN TEXT")
-        ->type_size(kCellArguments)
-        ->expected(1, CLI::detail::expected_max_vector_size)
-        ->allow_extra_args(false);
 }

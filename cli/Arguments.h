@@ -1,6 +1,5 @@
 #pragma once
 
-#include "cli/SetCommand.h"
 #include "merge/MergeParams.h"
 
 #include <CLI/CLI.hpp>
@@ -8,7 +7,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 // Options as CLI11 does not read them by itself: a number is always decimal ("010" is ten), and an empty text is a
 // text. What they fill must live until the command line is parsed.
@@ -25,7 +23,3 @@ CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::int32_t&
 /// "128K" or "256K".
 CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSize& size,
                            const std::string& description);
-
-/// ROW COLUMN TEXT, any number of times.
-CLI::Option* AddCells(CLI::App& command, const std::string& name, std::vector<TypedCell>& cells,
-                      const std::string& description);

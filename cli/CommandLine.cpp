@@ -6,6 +6,7 @@
 #include "cli/FormatsImportCommand.h"
 #include "cli/FormatsListCommand.h"
 #include "cli/MergeCommand.h"
+#include "cli/SetArguments.h"
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
@@ -31,6 +32,7 @@ struct Session {
 
     ShowOptions show;
     SetOptions set;
+    CSetArguments setArguments;
     ConvertOptions convert;
     MergeOptions merge;
     FormatsListOptions list;
@@ -74,10 +76,11 @@ void AddSet(CLI::App& app, Session& session)
     CLI::App* command = app.add_subcommand("set", "Put texts into cells of a recipe file and save it");
     AddFile(*command, "FILE", session.set.file, kRecipeFile);
     AddReadOptions(*command, session.set.read);
-    AddCells(*command, "--cell", session.set.cells,
-             "Text for a cell, as often as wanted; row 1 and column 2 are the first with data")
-        ->required();
-    command->callback([&session] { session.done = SetCells(session.set, session.reporter); });
+    session.setArguments.AddTo(*command);
+    command->callback([&session] {
+        session.setArguments.MoveTo(session.set);
+        session.done = SetCells(session.set, session.reporter);
+    });
 }
 
 void AddConvert(CLI::App& app, Session& session)

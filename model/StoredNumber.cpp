@@ -9,7 +9,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <string_view>
 
 namespace {
@@ -132,6 +131,44 @@ std::u16string RealText(const CDecimal& number)
     return text.size() <= kReadableLength ? text : number.TextWithExponent();
 }
 
+std::u16string_view WithoutBlanks(std::u16string_view text)
+{
+    constexpr std::u16string_view kBlanks = u" \t\n\v\f\r";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::u16string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+/// The value of a hexadecimal digit; nothing for any other character.
+std::optional<std::int64_t> DigitValue(char16_t c)
+{
+    if (c >= u'0' && c <= u'9')
+        return c - u'0';
+    if (c >= u'A' && c <= u'F')
+        return c - u'A' + 10;
+    if (c >= u'a' && c <= u'f')
+        return c - u'a' + 10;
+    return std::nullopt;
+}
+
+/// The hexadecimal number that all of `text` is.
+std::optional<CDecimal> ReadHexadecimalNumber(std::u16string_view text)
+{
+    constexpr std::size_t kMostDigits = 15; // far more than a value has
+    const std::size_t zeros = std::min(text.find_first_not_of(u'0'), text.size());
+    if (text.empty() || text.size() - zeros > kMostDigits)
+        return std::nullopt;
+    std::int64_t value = 0;
+    for (const char16_t c : text.substr(zeros)) {
+        const auto digit = DigitValue(c);
+        if (!digit)
+            return std::nullopt;
+        value = 16 * value + *digit;
+    }
+    return CDecimal(value);
+}
+
 } // namespace
 
 std::int32_t DecimalsOf(const ColumnCoding& coding)
@@ -203,4 +240,12 @@ std::optional<std::u16string> WordsOfNumber(const ColumnCoding& coding, const CD
     for (std::size_t i = 0; i < WordsOfType(coding.dataType); ++i)
         words[i] = static_cast<char16_t>(*bits >> (16 * i));
     return words;
+}
+
+std::optional<CDecimal> NumberOfText(const ColumnCoding& coding, std::u16string_view text)
+{
+    const std::u16string_view number = WithoutBlanks(text);
+    if (IsHexadecimal(coding.dataType))
+        return ReadHexadecimalNumber(number);
+    return WordsOfType(coding.dataType) == 0 ? std::nullopt : CDecimal::Parse(number);
 }

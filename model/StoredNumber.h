@@ -7,10 +7,11 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
-// The number that the words of a value are, in the unit of its item, and back: word 105 of an item with two decimals is
-// 1.05, although a cell shows 1.50 for it. What is shown follows the limits and loses digits (WordCodec.h); the stored
-// number does neither. A BCD mark changes nothing, as nowhere in the words.
+// The number that the words of a value are, in the unit of its item, and back: word 105 of an unsigned item with two
+// decimals is 1.05, although a cell shows 1.50 for it. What is shown follows the limits and loses digits (WordCodec.h);
+// the stored number does neither. A BCD mark changes nothing, as nowhere in the words.
 
 /// How words are to be told where they may be no number.
 enum class NumberKind {
@@ -36,6 +37,10 @@ std::u16string StoredNumberText(const ColumnCoding& coding, std::span<const std:
 /// `number` as a user would write it in the column, without loss: an integer with the item's decimals, a hexadecimal
 /// value that it can hold in its digits, a float or double with an exponent where it were too long to read.
 std::u16string NumberText(const ColumnCoding& coding, const CDecimal& number);
+
+/// The number that a cell's `text` is in full, hexadecimal where its column is; blanks around it do not count. Nothing
+/// for any other text, for a number of too many digits (CDecimal), and in a column that holds no numbers.
+std::optional<CDecimal> NumberOfText(const ColumnCoding& coding, std::u16string_view text);
 
 /// The words that store `number`, one a unit, as many as the value takes: the number in the first of them and zeros
 /// after it. Of a float or double those of the nearest one. Nothing for an integer that `number` is none of exactly,

@@ -5,56 +5,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <utility>
+#include <span>
 #include <vector>
 
 namespace {
-
-std::u16string_view WithoutBlanks(std::u16string_view text)
-{
-    constexpr std::u16string_view kBlanks = u" \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::u16string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
-/// The value of a hexadecimal digit; nothing for any other character.
-std::optional<std::int64_t> DigitValue(char16_t c)
-{
-    if (c >= u'0' && c <= u'9')
-        return c - u'0';
-    if (c >= u'A' && c <= u'F')
-        return c - u'A' + 10;
-    if (c >= u'a' && c <= u'f')
-        return c - u'a' + 10;
-    return std::nullopt;
-}
-
-/// The hexadecimal number that all of `text` is.
-std::optional<CDecimal> ReadHexadecimalNumber(std::u16string_view text)
-{
-    constexpr std::size_t kMostDigits = 15; // far more than a value has
-    const std::size_t zeros = std::min(text.find_first_not_of(u'0'), text.size());
-    if (text.empty() || text.size() - zeros > kMostDigits)
-        return std::nullopt;
-    std::int64_t value = 0;
-    for (const char16_t c : text.substr(zeros)) {
-        const auto digit = DigitValue(c);
-        if (!digit)
-            return std::nullopt;
-        value = 16 * value + *digit;
-    }
-    return CDecimal(value);
-}
-
-/// The number that a cell's text is in full.
-std::optional<CDecimal> NumberOf(const ColumnCoding& coding, std::u16string_view text)
-{
-    const std::u16string_view digits = WithoutBlanks(text);
-    return IsHexadecimal(coding.dataType) ? ReadHexadecimalNumber(digits) : CDecimal::Parse(digits);
-}
 
 using ByteList = std::vector<std::byte>;
 
@@ -92,7 +46,7 @@ TypedVerdict VerdictOnNumber(const ColumnCoding& coding, std::u16string_view tex
         return TypedVerdict::StoredAsZero;
     if (!value.typed)
         return TypedVerdict::NoNumber;
-    const bool isShownRight = NumberOf(coding, value.shown) == value.typed;
+    const bool isShownRight = NumberOfText(coding, value.shown) == value.typed;
     if (isShownRight && (!value.stored || IsStoredRight(coding, value)))
         return TypedVerdict::Fine;
     return IsStoredRight(coding, value) ? TypedVerdict::ShownAsAnother : TypedVerdict::AnotherNumber;
@@ -112,7 +66,7 @@ TypedValue JudgeTyped(const ColumnCoding& coding, RecipeKind kind, std::u16strin
         return value;
     }
     value.stored = StoredNumber(coding, bytes);
-    value.typed = NumberOf(coding, text);
+    value.typed = NumberOfText(coding, text);
     value.verdict = VerdictOnNumber(coding, text, value);
     if (value.verdict == TypedVerdict::AnotherNumber)
         value.exactWords = WordsOfNumber(coding, *value.typed);

@@ -86,6 +86,12 @@ TEST_F(BashCompletion, OffersNothingForNumbersAndTexts)
     EXPECT_EQ(Complete({"show", "--start", ""}), Texts{});
     EXPECT_EQ(Complete({"set", "a.rcp", "--cell", "1", "2", ""}), Texts{});
     EXPECT_EQ(Complete({"set", "--cell", "1", "2", "3", "a"}), Texts{"a.rcp"});
+    EXPECT_EQ(Complete({"set", "a.rcp", "--value", ""}), Texts{});
+    EXPECT_EQ(Complete({"set", "a.rcp", "--change", "*", "Level", ""}), Texts{});
+    EXPECT_EQ(Complete({"set", "a.rcp", "--change", "*", "Level", "-"}), Texts{});
+    EXPECT_EQ(Complete({"set", "--value", "1", "Level", "3", "a"}), Texts{"a.rcp"});
+    EXPECT_EQ(Complete({"set", "a.rcp", "--where", "Level", ""}), Texts{});
+    EXPECT_EQ(Complete({"set", "--where", "Level", "3", "a"}), Texts{"a.rcp"});
 }
 
 } // namespace

@@ -45,7 +45,8 @@ TEST_P(Help, TellsArgumentsAndOptions)
 INSTANTIATE_TEST_SUITE_P(Table, Help, testing::Values(
     HelpCase{"Show",    {"show"},    {"FILE", "--library PATH", "--format NAME", "--start S", "--rows N", "--json"}},
     HelpCase{"Set",     {"set"},     {"FILE", "--library PATH", "--format NAME", "--start S", "--rows N",
-                                      "--cell ROW COLUMN TEXT"}},
+                                      "--cell ROW COLUMN TEXT", "--value ROWS ITEM TEXT",
+                                      "--change ROWS ITEM CHANGE", "--where ITEM TEXT"}},
     HelpCase{"Convert", {"convert"}, {"SOURCE TARGET", "--library PATH", "--format NAME", "--start S", "--rows N"}},
     HelpCase{"Merge",   {"merge"},   {"FIRST SECOND TARGET", "--size 128K|256K", "--first-read N", "--first-length N",
                                       "--first-place N", "--second-read N", "--second-length N", "--second-place N",
@@ -109,6 +110,8 @@ INSTANTIATE_TEST_SUITE_P(Table, WrongUsage, testing::Values(
     UsageCase{"NoCell",          {"set", "a.rcp"},                                "Usage: vantor-cli set"},
     UsageCase{"CellWithoutText", {"set", "a.rcp", "--cell", "1", "2"},            "Usage: vantor-cli set"},
     UsageCase{"RowIsNoNumber",   {"set", "a.rcp", "--cell", "a", "2", "3"},       "Usage: vantor-cli set"},
+    UsageCase{"ValueWithoutText", {"set", "a.rcp", "--value", "1", "X"},          "Usage: vantor-cli set"},
+    UsageCase{"WhereWithoutText", {"set", "a.rcp", "--value", "1", "X", "2", "--where", "X"}, "Usage: vantor-cli set"},
     UsageCase{"NoTarget",        {"convert", "a.rcp"},                            "Usage: vantor-cli convert"},
     UsageCase{"NoMerged",        {"merge", "a.rcp", "b.rcp"},                     "Usage: vantor-cli merge"},
     UsageCase{"UnknownSize",     {"merge", "a", "b", "c", "--size", "64K"},       "Usage: vantor-cli merge"},

@@ -4,6 +4,7 @@
 #include "tests/fuzz/Numbers.h"
 #include "tests/fuzz/Property.h"
 #include "tests/fuzz/Scratch.h"
+#include "tests/fuzz/StoredNumberCheck.h"
 #include "tests/fuzz/Targets.h"
 #include "text/AnsiText.h"
 
@@ -279,6 +280,8 @@ void FuzzCodec(FuzzBytes bytes)
 
     CheckValue(columns.front(), image, input.TakeBelow(8), kind);
     CheckText(columns.front(), text, kind);
+    CheckStoredNumber(columns.front(), image, kind);
+    CheckJudgement(columns.front(), text, kind);
     std::erase_if(columns, [](const ColumnCoding& column) { return !CanBeShown(column); });
     if (!columns.empty())
         CheckRows(columns, image, kind, input);
