@@ -41,6 +41,15 @@ struct EditReport {
     std::optional<std::size_t> format; ///< the place in the library of a format that changed, came or went
 };
 
+/// What a save will do to a cell: the numbers that its words are (StoredNumber.h), in full, or their texts where they
+/// are no numbers.
+struct CellOutlook {
+    ChangeReason why = ChangeReason::Edited;
+    std::optional<std::u16string> holds; ///< in the file; nothing where it ends before the cell
+    std::u16string shown;
+    std::u16string stores; ///< a save
+};
+
 /// The open recipe: its file and type, how it was laid out, its rows, what is edited, and the edits that can be undone.
 ///
 /// The window's commands and the command line work on it; it shows nothing and asks nothing. What fails is reported in
@@ -146,7 +155,10 @@ public:
     bool IsPlanOpen() const { return CanPlan() && (m_isPlanStale || (m_plan.IsBegun() && !m_plan.IsFinished())); }
 
     /// Why the cell is stored otherwise by a save, counted or not; nothing when it is not.
-    std::optional<ChangeReason> WhyChanged(CellPlace place) const;
+    std::optional<ChangeReason> WhyChanged(CellPlace place);
+
+    /// The same with what the cell holds and would hold.
+    std::optional<CellOutlook> OutlookOf(CellPlace place);
 
     /// What a save in words makes of a text that the cell was given since it was last saved, and how it is read again;
     /// nothing for another cell, and for a table of texts, which stores what was typed.

@@ -5,6 +5,7 @@
 #include "files/RecipeMessages.h"
 #include "files/RecipeReplacement.h"
 #include "model/LittleEndian.h"
+#include "model/StoredNumber.h"
 
 #include <algorithm>
 #include <utility>
@@ -68,11 +69,26 @@ void CRecipeDocument::FollowEdit(const CellsStep& step) noexcept
         ForgetPlan();
 }
 
-std::optional<ChangeReason> CRecipeDocument::WhyChanged(CellPlace place) const
+std::optional<ChangeReason> CRecipeDocument::WhyChanged(CellPlace place)
 {
-    if (!CanPlan())
+    WithMemoryFor([this] { BeginPlan(); });
+    return m_plan.IsBegun() ? m_plan.WhyChanged(place) : std::nullopt;
+}
+
+std::optional<CellOutlook> CRecipeDocument::OutlookOf(CellPlace place)
+{
+    const auto why = WhyChanged(place);
+    if (!why)
         return std::nullopt;
-    return CCellComparison(m_shown.rows, m_shown.stored, m_shown.readAs != m_nFileType).Compare(place);
+    CCellComparison cells(m_shown.rows, m_shown.stored, false);
+    CellOutlook outlook{*why, cells.OldText(place), m_shown.rows.Text(place.row, place.column), cells.ReadAgain(place)};
+    const ColumnCoding& coding = m_shown.rows.Columns()[place.column];
+    if (m_nFileType == FileType::Csv || coding.dataType == DataType::String)
+        return outlook;
+    if (outlook.holds)
+        outlook.holds = StoredNumberText(coding, cells.OldWords(place));
+    outlook.stores = StoredNumberText(coding, cells.NewWords(place));
+    return outlook;
 }
 
 /// All that a save changes, still without what it leaves; null where nothing is planned, or it is not to be known.

@@ -5,6 +5,7 @@
 #include "model/ValueLimits.h"
 #include "views/BitBrowserDlg.h"
 #include "views/ProgressDialog.h"
+#include "views/SavingRemark.h"
 #include "views/TextCrossing.h"
 
 #include <QItemSelectionRange>
@@ -65,7 +66,8 @@ TextForCell TextFor(int row, int column, const QString& text)
 CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     : QWidget(parent),
       m_frame(frame),
-      m_pGrid(new CGridCtrl(kGridControlId, this))
+      m_pGrid(new CGridCtrl(kGridControlId, this)),
+      m_typedValues(frame)
 {
     setObjectName(QStringLiteral("dataPane"));
     setAccessibleName(tr("Recipe data"));
@@ -80,6 +82,8 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     m_pGrid->SetCellCheck([this](int column, const QString& text) { return m_frame.ValidateCellValue(column, text); });
     m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
     CreatePopupMenu();
+    connect(&m_typedValues, &CTypedValues::Show, this, &CRecipeDataShowView::ShowCells);
+    connect(&m_typedValues, &CTypedValues::StoreExactly, this, &CRecipeDataShowView::StoreExactly);
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
     // A right click may have chosen a cell other than the one with the focus, which does not move when it is used next.
     connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
@@ -123,6 +127,7 @@ void CRecipeDataShowView::ShowRows()
     ForgetChosenCell();
     if (!Rows().Columns().empty())
         LayOutGrid();
+    m_typedValues.LookAgain();
 }
 
 void CRecipeDataShowView::LayOutGrid()
@@ -187,6 +192,7 @@ SaveResult CRecipeDataShowView::WriteBy(Write write, FileType type, const QStrin
     const SaveResult result = (m_frame.Document().*write)(type, NativePath(path), m_frame.Reporter(), progress);
     if (result.isSaved) {
         m_pGrid->viewport()->update();
+        m_typedValues.LookAgain();
         emit ChosenCellChanged();
     }
     return result;
@@ -292,12 +298,63 @@ bool CRecipeDataShowView::Take(EditKind kind, int row, int column, const QString
 /// One edit of the document. False when nothing was changed.
 bool CRecipeDataShowView::Take(EditKind kind, std::vector<TextForCell> texts)
 {
-    const EditOutcome outcome = m_frame.Document().SetTexts(kind, std::move(texts));
+    std::vector<CellPlace> places;
+    places.reserve(texts.size());
+    for (const TextForCell& text : texts)
+        places.push_back(text.place);
+    if (!Report(m_frame.Document().SetTexts(kind, std::move(texts))))
+        return false;
+    m_typedValues.Look(std::move(places));
+    return true;
+}
+
+/// Whether an edit was made; those who show it, or must hear of it, have then heard.
+bool CRecipeDataShowView::Report(EditOutcome outcome)
+{
     if (outcome == EditOutcome::OutOfMemory)
         m_frame.Reporter().ShowError(kNoMemoryForEdit);
     if (outcome == EditOutcome::Made)
         emit Edited();
     return outcome == EditOutcome::Made;
+}
+
+void CRecipeDataShowView::KeepStored(const std::vector<CellPlace>& places)
+{
+    ShowStates(m_frame.Document().KeepStored(places));
+}
+
+void CRecipeDataShowView::StoreExactly(const std::vector<CellPlace>& places)
+{
+    ShowStates(m_frame.Document().StoreExactly(places));
+}
+
+void CRecipeDataShowView::ShowStates(EditOutcome outcome)
+{
+    if (!Report(outcome))
+        return;
+    m_pGrid->TextsChanged();
+    m_typedValues.LookAgain();
+    emit ChosenCellChanged();
+}
+
+void CRecipeDataShowView::ShowCells(const std::vector<CellPlace>& places)
+{
+    std::vector<std::pair<int, int>> cells;
+    cells.reserve(places.size());
+    for (const CellPlace place : places)
+        cells.emplace_back(place.row + kTitleRows, static_cast<int>(place.column) + kTitleColumns);
+    m_pGrid->ShowCells(cells);
+}
+
+std::vector<CellPlace> CRecipeDataShowView::ChosenPlaces(std::size_t most) const
+{
+    std::vector<CellPlace> places;
+    for (const QItemSelectionRange& range : m_pGrid->ChosenCells())
+        for (int row = range.top(); row <= range.bottom() && places.size() < most; ++row)
+            for (int column = range.left(); column <= range.right() && places.size() < most; ++column)
+                places.push_back({row, static_cast<std::uint32_t>(column)}); // the grid's body has the data cells
+    std::sort(places.begin(), places.end());
+    return places;
 }
 
 void CRecipeDataShowView::ShowEdited(const EditReport& report)
@@ -306,11 +363,8 @@ void CRecipeDataShowView::ShowEdited(const EditReport& report)
         ShowOtherRows();
     else
         m_pGrid->TextsChanged();
-    std::vector<std::pair<int, int>> cells;
-    cells.reserve(report.cells.size());
-    for (const CellPlace place : report.cells)
-        cells.emplace_back(place.row + kTitleRows, static_cast<int>(place.column) + kTitleColumns);
-    m_pGrid->ShowCells(cells);
+    ShowCells(report.cells);
+    m_typedValues.LookAgain();
 }
 
 /// The user stays where they were, if there is such a cell.
@@ -356,8 +410,14 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     if (column < kTitleColumns)
         return {};
     const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
-    return {.changed = Rows().IsEdited(row - kTitleRows, dataColumn),
-            .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value()};
+    const bool isEdited = Rows().IsEdited(row - kTitleRows, dataColumn);
+    CRecipeDocument& document = m_frame.Document();
+    const auto judged = isEdited ? document.JudgeEdited(PlaceOf(row, column)) : std::nullopt;
+    const bool isRewritten = isEdited ? judged && judged->verdict != TypedVerdict::Fine
+                                      : document.WhyChanged(PlaceOf(row, column)).has_value();
+    return {.changed = isEdited,
+            .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value(),
+            .rewritten = isRewritten};
 }
 
 QString CRecipeDataShowView::CellRemark(int row, int column) const
@@ -369,9 +429,24 @@ QString CRecipeDataShowView::CellRemark(int row, int column) const
     if (const auto value = Rows().OutsideLimits(row - kTitleRows, dataColumn))
         remarks += tr("the value %1 lies outside the limits %2")
                        .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(Rows().Columns()[dataColumn])));
-    if (Rows().IsEdited(row - kTitleRows, dataColumn))
+    const CellPlace place = PlaceOf(row, column);
+    if (Rows().IsEdited(place.row, place.column)) {
         remarks += tr("changed, not saved yet");
+        remarks += TypedRemarkOf(place);
+    } else if (const auto outlook = m_frame.Document().OutlookOf(place)) {
+        remarks += RewriteRemark(*outlook);
+    }
+    remarks.removeAll(QString());
     return remarks.join(QStringLiteral(", "));
+}
+
+/// What becomes of an edited cell that would not be read again as it is shown; empty for any other.
+QString CRecipeDataShowView::TypedRemarkOf(CellPlace place) const
+{
+    const CRecipeDocument& document = m_frame.Document();
+    if (const auto judged = document.JudgeEdited(place))
+        return TypedRemark(Rows().Columns()[place.column], Rows().State(place).Text(), *judged);
+    return {};
 }
 
 void CRecipeDataShowView::OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)

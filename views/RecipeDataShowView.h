@@ -3,6 +3,7 @@
 #include "controls/GridCtrl.h"
 #include "files/TableTitles.h"
 #include "views/RecipeFrame.h"
+#include "views/TypedValues.h"
 
 #include <QWidget>
 
@@ -44,6 +45,21 @@ public:
     bool GoToNextEdited();
     bool GoToPreviousEdited();
 
+    /// Goes to a data cell and gives the keyboard focus to the grid.
+    void GoToCell(CellPlace place) { GoTo(place); }
+
+    /// Selects data cells, in ascending order, and brings them into sight; the focus stays where it is.
+    void ShowCells(const std::vector<CellPlace>& places);
+
+    /// The data cells that are chosen, in ascending order, at most so many.
+    std::vector<CellPlace> ChosenPlaces(std::size_t most) const;
+
+    /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
+    void KeepStored(const std::vector<CellPlace>& places);
+
+    /// Has the typed numbers of those cells stored exactly which would be stored as others: one edit.
+    void StoreExactly(const std::vector<CellPlace>& places);
+
     /// Ends a cell's edit that is open. False when its text was refused; that was reported then.
     bool EndCellEdit();
 
@@ -80,6 +96,7 @@ private:
     bool SetCellTexts(GridChange change, std::vector<GridCellText> texts) override;
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
+    QString TypedRemarkOf(CellPlace place) const;
 
     void ShowRows();
     using Write = SaveResult (CRecipeDocument::*)(FileType, const std::filesystem::path&, CReporter&, CProgress&);
@@ -94,6 +111,8 @@ private:
     void ForgetChosenCell();
     bool Take(EditKind kind, int row, int column, const QString& text);
     bool Take(EditKind kind, std::vector<TextForCell> texts);
+    bool Report(EditOutcome outcome);
+    void ShowStates(EditOutcome outcome);
     const ColumnCoding* ChosenColumn() const;
     CellPlace FocusPlace() const;
     bool GoTo(std::optional<CellPlace> place);
@@ -103,6 +122,7 @@ private:
 
     CRecipeFrame& m_frame;
     CGridCtrl* m_pGrid;
+    CTypedValues m_typedValues;
     QMenu* m_pPopupMenu = nullptr;
     QAction* m_pActionBitBrowse = nullptr; ///< the popup menu's
     int m_nCurrentColumn = -1;             ///< grid column of the chosen cell, -1 for none

@@ -2,7 +2,9 @@
 
 /// What the strip above the panes may speak of, the lightest first: of several messages the heaviest is seen.
 enum class StripSubject {
-    FormatCount,    ///< a format's count leaves out items that are shown
-    LibraryNotKept, ///< the format library is damaged, or changes to it are not kept
-    NotWritten,     ///< a save wrote nothing
+    FormatCount,     ///< a format's count leaves out items that are shown
+    StoredOtherwise, ///< typed values would be stored as others
+    StoredAsShown,   ///< a save stored values that nobody had edited
+    LibraryNotKept,  ///< the format library is damaged, or changes to it are not kept
+    NotWritten,      ///< a save wrote nothing
 };

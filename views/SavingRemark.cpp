@@ -1,0 +1,67 @@
+#include "views/SavingRemark.h"
+
+#include "model/StoredNumber.h"
+#include "views/ChangeTexts.h"
+#include "views/TextCrossing.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr qsizetype kLongestValue = 80; // characters of a value in a remark
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("SavingRemark", text);
+}
+
+QString Shortened(std::u16string_view text)
+{
+    const QString all = ToQString(text);
+    return all.size() > kLongestValue ? all.left(kLongestValue) + QChar(0x2026) : all;
+}
+
+/// What stands between the two values is theirs: a value may hold "%2" itself.
+QString Filled(const QString& text, const QString& first, const QString& second)
+{
+    return text.arg(first, second);
+}
+
+QString HoldsPart(const CellOutlook& outlook)
+{
+    if (!outlook.holds)
+        return Tr("lies past the end of the file");
+    if (*outlook.holds == outlook.shown)
+        return Tr("holds %1").arg(Shortened(*outlook.holds));
+    return Filled(Tr("holds %1, shown as %2"), Shortened(*outlook.holds), Shortened(outlook.shown));
+}
+
+QString NumberTextOf(const ColumnCoding& coding, const TypedValue& judged)
+{
+    return judged.stored ? Shortened(NumberText(coding, *judged.stored)) : Shortened(judged.shown);
+}
+
+} // namespace
+
+QString RewriteRemark(const CellOutlook& outlook)
+{
+    return HoldsPart(outlook) + Tr("; a save stores %1. ").arg(Shortened(outlook.stores)) + ReasonSentence(outlook.why);
+}
+
+QString TypedRemark(const ColumnCoding& coding, std::u16string_view typed, const TypedValue& judged)
+{
+    switch (judged.verdict) {
+    case TypedVerdict::Fine:
+        break;
+    case TypedVerdict::StoredAsZero:
+        return Tr("the empty text will be stored as %1").arg(NumberTextOf(coding, judged));
+    case TypedVerdict::ShownAsAnother:
+        return Filled(Tr("%1 will be stored as it is, but shown as %2"), Shortened(typed), Shortened(judged.shown));
+    case TypedVerdict::AnotherText:
+        return Filled(Tr("%1 will be stored as %2"), Shortened(typed), Shortened(judged.shown));
+    case TypedVerdict::AnotherNumber:
+    case TypedVerdict::NoNumber:
+        return Filled(Tr("%1 will be stored as %2"), Shortened(typed), NumberTextOf(coding, judged));
+    }
+    return {};
+}
