@@ -333,11 +333,13 @@ std::strong_ordering operator<=>(const CDecimal& a, const CDecimal& b)
         const auto sign = [](const CDecimal& n) { return n.IsZero() ? 0 : (n.m_isNegative ? -1 : 1); };
         return sign(a) <=> sign(b);
     }
+    if (a.m_isNegative)
+        return -b <=> -a;
     // The first digits stand at the same place, or the number whose first one stands higher is the larger one.
     const auto firstPlace = [](const CDecimal& n) {
         return static_cast<std::int64_t>(n.m_digits.size()) + n.m_exponent;
     };
-    const auto order =
-        firstPlace(a) != firstPlace(b) ? firstPlace(a) <=> firstPlace(b) : a.m_digits.compare(b.m_digits) <=> 0;
-    return a.m_isNegative ? 0 <=> order : order;
+    if (firstPlace(a) != firstPlace(b))
+        return firstPlace(a) <=> firstPlace(b);
+    return a.m_digits.compare(b.m_digits) <=> 0;
 }
