@@ -53,10 +53,11 @@ void CChangesModel::LookOn()
 {
     m_filter.Work(kSlice);
     TakeRows();
-    if (!IsLooking())
+    if (!IsLooking()) {
         m_idle.stop();
-    else if (!m_idle.isActive())
+    } else if (!m_idle.isActive()) {
         m_idle.start();
+    }
     emit CountsChanged();
 }
 

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 #include <fstream>
 
@@ -45,7 +46,9 @@ TEST_F(ChangesPanelCommands, CopyPutsTheChosenLinesOnTheClipboard)
 {
     ClickRow(0);
     ClickRow(4, Qt::ControlModifier);
+    QSignalSpy put(QApplication::clipboard(), &QClipboard::dataChanged);
     Press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(put.count(), 1);
     EXPECT_EQ(QApplication::clipboard()->text(), "RW169\t2\tBelt m/min\t0.75\t1.15 (reads 1.14)\tedited\n"
                                                  "RW730\t4\tName\ta\\tb\\n\\u0007\tab\ttext\n");
     EXPECT_TRUE(log.empty());
@@ -279,6 +282,22 @@ TEST_F(ChangesPanelCommands, WhatIsInSightStaysWhenTheListChanges)
     panel->ListGrew();
     EXPECT_EQ(Table().verticalScrollBar()->value(), 40'000);
     EXPECT_EQ(Table().model()->rowCount(), 150'000);
+}
+
+TEST_F(ChangesPanelCommands, ACurrentLineThatMovesOutOfSightDoesNotScroll)
+{
+    auto list = std::make_shared<CFakeChanges>();
+    for (int row = 0; row < 1000; ++row)
+        list->records.push_back(ChangeOfRow(row));
+    List(list);
+    panel->setFocus();
+    ClickRow(5);
+    Table().verticalScrollBar()->setValue(500);
+    list->records.erase(list->records.begin());
+    panel->ListChanged();
+    EXPECT_EQ(Chosen(), "4");
+    panel->grab(); // what waits for the next painting is done
+    EXPECT_EQ(Table().verticalScrollBar()->value(), 500);
 }
 
 TEST_F(ChangesPanelCommands, TheLinesShowWhatTheListHasNow)
