@@ -9,6 +9,7 @@
 #include "views/RecipeFrame.h"
 #include "views/TextCrossing.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace {
@@ -112,6 +113,29 @@ void CFileCommands::OnFileSaveAs()
         return;
     m_formatPane.ApplyReadSettings();
     SaveAs();
+}
+
+void CFileCommands::OnFileSaveEdited()
+{
+    if (!m_dataPane.EndCellEdit() || !m_document.IsOpen() || m_document.IsNew())
+        return;
+    m_formatPane.ApplyReadSettings();
+    if (m_frame.SaveEditedRecipeData())
+        MarkSaved();
+}
+
+void CFileCommands::OnFileSaveCopy()
+{
+    if (!m_dataPane.EndCellEdit())
+        return;
+    const QString path = AskSavePath(m_window, DialogFolder());
+    if (path.isEmpty())
+        return;
+    const auto type = FileTypeOf(NativePath(path));
+    if (!type)
+        ShowFileError(m_frame.Reporter(), kUnknownTypeError, NativePath(path));
+    else if (m_frame.SaveRecipeDataCopy(*type, path))
+        m_frame.TellEdit(QCoreApplication::translate("CFileCommands", "A copy was saved: %1").arg(path));
 }
 
 void CFileCommands::OnDiscardChanges()

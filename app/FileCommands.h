@@ -24,6 +24,12 @@ public:
     void OnFileSave();
     void OnFileSaveAs();
 
+    /// Writes the edited values alone; it counts as a save. Nothing without a file.
+    void OnFileSaveEdited();
+
+    /// Asks for a name and writes a copy under it.
+    void OnFileSaveCopy();
+
     /// Opens the file at `path` as OnFileOpen opens a chosen one, without the dialog.
     void OpenPath(const QString& path);
 

@@ -55,6 +55,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 
 CMainFrame::~CMainFrame()
 {
+    m_pSaveCommands.reset();
     m_pEditCommands.reset();
     delete m_pSplitter; // the panes speak to this frame while they go
 }
@@ -84,6 +85,7 @@ void CMainFrame::CreatePanes()
     setCentralWidget(client);
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
+    m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
 }
 
 void CMainFrame::CreateStatusPanes()
@@ -94,6 +96,7 @@ void CMainFrame::CreateStatusPanes()
     m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     m_pMessage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
     m_pUi->statusBar->addWidget(m_pMessage, 1);
+    m_pUi->statusBar->addWidget(&m_pSaveCommands->Field());
     m_pUi->statusBar->setContentsMargins(0, 0, m_pMessage->indent(), 0);
     const std::array<QString, CLockKeys::KeyCount> texts{tr("Capital"), tr("Number"), tr("Scroll")};
     for (std::size_t key = 0; key < texts.size(); ++key) {
@@ -220,6 +223,7 @@ void CMainFrame::UpdateCommands()
     m_pUi->actionSaveAs->setEnabled(m_document.IsOpen());
     m_pUnopenedSave->setEnabled(!m_document.IsOpen());
     m_pEditCommands->Update();
+    m_pSaveCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 
@@ -233,6 +237,7 @@ void CMainFrame::ShowRecipeData(FileType type)
 {
     ForgetLeftOut();
     m_pDataPane->ShowData(type);
+    m_pSaveCommands->Update();
 }
 
 bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
@@ -249,6 +254,18 @@ bool CMainFrame::SaveRecipeDataAs(FileType type, const QString& path)
     return result.isSaved;
 }
 
+bool CMainFrame::SaveEditedRecipeData()
+{
+    const SaveResult result = m_pDataPane->WriteEdited();
+    TellState(result, ToQPath(m_document.Path()));
+    return result.isSaved;
+}
+
+bool CMainFrame::SaveRecipeDataCopy(FileType type, const QString& path)
+{
+    return m_pDataPane->WriteCopy(type, path).isSaved;
+}
+
 /// What a save that failed part-way left behind in `path` is told until that file is saved or gone; that a save wrote
 /// nothing, until any file is saved.
 void CMainFrame::TellState(const SaveResult& result, const QString& path)
@@ -261,6 +278,8 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
     else if (result.isLeftOut)
         TellLeftOut(path);
+    m_pSaveCommands->TellStoredAsShown();
+    m_pSaveCommands->Update();
     ShowMessage();
 }
 
@@ -322,6 +341,8 @@ QList<QWidget*> CMainFrame::PanesInSight() const
     if (m_pSplitter->ShowsLeftPane())
         panes << m_pFormatPane;
     panes << m_pDataPane;
+    if (m_pSaveCommands->Panel().isVisible())
+        panes << &m_pSaveCommands->Panel();
     return panes;
 }
 

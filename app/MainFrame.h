@@ -3,6 +3,7 @@
 #include "app/EditCommands.h"
 #include "app/FileCommands.h"
 #include "app/LockKeys.h"
+#include "app/SaveCommands.h"
 #include "views/MessageBoxReporter.h"
 #include "views/RecipeFrame.h"
 
@@ -36,6 +37,8 @@ public:
     void ShowRecipeData(FileType type) override;
     bool RefreshRecipeData(FileType type, const QString& path) override;
     bool SaveRecipeDataAs(FileType type, const QString& path) override;
+    bool SaveEditedRecipeData() override;
+    bool SaveRecipeDataCopy(FileType type, const QString& path) override;
     void ClearRecipeData() override;
     bool ValidateCellValue(int gridColumn, const QString& text) const override;
     void SetTitle(const QString& title) override;
@@ -90,6 +93,7 @@ private:
     int m_nLeftPaneWidth = 0; ///< pixels to which the left pane is restored
     std::unique_ptr<CFileCommands> m_pFileCommands;
     std::unique_ptr<CEditCommands> m_pEditCommands;
+    std::unique_ptr<CSaveCommands> m_pSaveCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

@@ -1,6 +1,7 @@
 #include "cli/OpenRecipe.h"
 
 #include "cli/InputFile.h"
+#include "files/RecipeMessages.h"
 #include "text/FileMessages.h"
 
 #include <utility>
@@ -35,6 +36,6 @@ std::optional<FileType> KnownTypeOf(const fs::path& path, CReporter& reporter)
 {
     const auto type = FileTypeOf(path);
     if (!type)
-        ShowFileError(reporter, u"The type of file %s is unknown! It must be .rcp, .csv, .erp or .frp!", path);
+        ShowFileError(reporter, kUnknownTypeError, path);
     return type;
 }

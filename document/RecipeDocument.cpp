@@ -42,7 +42,6 @@ void CRecipeDocument::Start()
 {
     m_bFileOpen = true;
     m_shown = {};
-    m_pStoredAsShown.reset();
     ForgetPlan();
     m_bFirstReading = true;
     m_history.Clear(!m_bModified);

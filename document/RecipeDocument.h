@@ -65,6 +65,8 @@ public:
     };
 
     explicit CRecipeDocument(std::size_t mostHistoryBytes = CEditHistory::kMostBytes) : m_history(mostHistoryBytes) {}
+    CRecipeDocument(const CRecipeDocument&) = delete;
+    CRecipeDocument& operator=(const CRecipeDocument&) = delete;
 
     /// The store whose formats undo and redo change; it outlives the document.
     void UseFormatsOf(CFormatStore& store) { m_pStore = &store; }
@@ -130,7 +132,8 @@ public:
     /// Writes a file that the current one would be if it were saved, under another name; the document stays as it is.
     /// A file of another type than the current one gets the rows alone, as by Replace. The target is as it was until
     /// the new file is complete. Refused, and reported, when `path` is the current file itself.
-    SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
+    SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter,
+                         CProgress& progress) const;
 
     /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the
     /// document's then. Rows that Replace would not take cost the target no byte. After a failure all is as it was, but
@@ -160,18 +163,18 @@ public:
     /// The same with what the cell holds and would hold.
     std::optional<CellOutlook> OutlookOf(CellPlace place);
 
-    /// What a save in words makes of a text that the cell was given since it was last saved, and how it is read again;
-    /// nothing for another cell, and for a table of texts, which stores what was typed.
-    std::optional<TypedValue> JudgeEdited(CellPlace place) const;
+    /// What a save in words makes, or made, of a text that the cell was given, and how it is read again; nothing for
+    /// any other cell, and for a table of texts, which stores what was typed.
+    std::optional<TypedValue> JudgeTyped(CellPlace place) const;
 
     /// What the file holds of the cells that are shown.
     const CStoredCells& Stored() const { return m_shown.stored; }
 
     /// What the last Write changed in the current file that nobody had edited; null when there is none, or the offer to
-    /// put it back has ended. Kept until the next save, New and Open.
+    /// put it back has ended: with the next save.
     const std::shared_ptr<const SavedChanges>& StoredAsShown() const { return m_pStoredAsShown; }
 
-    /// Puts that back (PutBack.h); no state of a cell changes.
+    /// Puts that back (PutBack.h), into a file that is not the current one any more, too; no state of a cell changes.
     SaveResult PutBackStored(CReporter& reporter, CProgress& progress);
 
     // Edits. Each can be undone; those of cells make the document modified.

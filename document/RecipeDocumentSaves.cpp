@@ -180,11 +180,15 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
 {
     if (!m_pStoredAsShown)
         return {};
-    const SaveResult result = PutBack(*m_pStoredAsShown, m_shown.rows, reporter, progress);
-    NoteTorn(result, m_strFilePath);
+    const auto saved = m_pStoredAsShown;
+    const bool isCurrent = saved->path == m_strFilePath && m_shown.areOfFile;
+    const SaveResult result = PutBack(*saved, isCurrent ? m_shown.rows : CRecipeRows(), reporter, progress);
+    NoteTorn(result, saved->path);
     if (!result.isSaved)
         return result;
     m_pStoredAsShown.reset();
+    if (saved->path != m_strFilePath)
+        return result;
     m_shown.saves = ++m_saves;
     ForgetPlan();
     m_shown.stored = ReadStored(m_shown.rows);
@@ -208,13 +212,13 @@ EditOutcome CRecipeDocument::KeepStored(std::span<const CellPlace> places)
     return outcome == EditOutcome::Made ? SetStates(EditKind::KeepStored, std::move(edits)) : outcome;
 }
 
-std::optional<TypedValue> CRecipeDocument::JudgeEdited(CellPlace place) const
+std::optional<TypedValue> CRecipeDocument::JudgeTyped(CellPlace place) const
 {
     const CCellState& state = m_shown.rows.State(place);
-    if (m_nFileType == FileType::Csv || !state.IsText() || !m_shown.rows.IsEdited(place.row, place.column))
+    if (m_nFileType == FileType::Csv || !state.IsText())
         return std::nullopt;
     const RecipeKind kind = IsPaged(m_nFileType) ? RecipeKind::Paged : RecipeKind::Flat;
-    return JudgeTyped(m_shown.rows.Columns()[place.column], kind, state.Text());
+    return ::JudgeTyped(m_shown.rows.Columns()[place.column], kind, state.Text());
 }
 
 EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
@@ -224,7 +228,7 @@ EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
     std::vector<CellEdit> edits;
     const auto collect = [&] {
         for (const CellPlace place : places)
-            if (const auto judged = JudgeEdited(place); judged && judged->exactWords)
+            if (const auto judged = JudgeTyped(place); judged && judged->exactWords)
                 edits.push_back({place, CCellState::OfWords(*judged->exactWords)});
     };
     const EditOutcome outcome = WithMemoryFor(collect);
@@ -253,11 +257,14 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
 
 SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter) const
 {
-    return MaySaveAs(type, path, reporter) ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter)
-                                           : SaveResult();
+    CNoProgress progress;
+    return MaySaveAs(type, path, reporter)
+               ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress)
+               : SaveResult();
 }
 
-SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter) const
+SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter,
+                                      CProgress& progress) const
 {
     if (!MaySaveAs(type, path, reporter))
         return {};
@@ -266,8 +273,8 @@ SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CRepo
         return {};
     }
     if (type != m_nFileType || m_strFilePath.empty())
-        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter);
-    return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter);
+        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
+    return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter, progress);
 }
 
 bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const

@@ -5,7 +5,8 @@
 
 The same bytes come out of every run. Before they are written, every sample value is shown and coded back as the editor
 does it: the words must come back unchanged, and the text must be one that the editor accepts, so that saving the sample
-changes only what was edited.
+changes only what was edited. Three values are there to meet what a save can do besides (REWRITTEN): they hold digits that
+are not shown.
 """
 
 import math
@@ -112,16 +113,18 @@ RECIPES = [
     [101, "Farmhouse loaf", "FL0800", [2350, 2400, 2325, 2250, 2150, 2050], 85, 2100, 12.5, 0x001F, -25, 312.25],
     [102, "Sourdough", "SD1000", [2450, 2500, 2400, 2300, 2200, 2100], 75, 2400, 18.0, 0x003F, -25, 358.50],
     [103, "Rye 1 kg", "RY1000", [2600, 2550, 2300, 2100, 1950, 1850], 60, 3300, 20.5, 0x003F, 15, 411.75],
-    [104, "Baguette", "BG0250", [2450, 2475, 2450, 2400, 2350, 2300], 150, 1260, 25.0, 0x007F, 0, 274.50],
+    [104, "Baguette", "BG0250", [2450, 2475, 2450, 2400, 2350, 2300], 150, 1260, 25.04, 0x007F, 0, 274.50],
     [105, "Brötchen", "BR0060", [2300, 2350, 2350, 2300, 2250, 2200], 200, 1020, 22.5, 0x005F, 0, 231.25],
     [106, "Brioche", "BC0400", [1750, 1800, 1825, 1800, 1750, 1700], 110, 1680, 5.5, 0x0013, 10, 198.75],
     [107, "Pain d'épices", "PE0500", [1650, 1700, 1700, 1675, 1650, 1600], 70, 2700, 0.0, 0x0003, 35, 243.00],
-    [108, "Pão de milho", "PM0900", [2400, 2450, 2400, 2300, 2150, 2000], 65, 2880, 15.0, 0x002F, 20, 366.50],
+    [108, "Pão de milho", "PM0900", [2400, 2450, 2400, 2300, 2150, 2000], 65, 2880, 15.0, 0x002F, 20, 366.4975],
     [109, "Żytni chleb", "ZC0750", [2500, 2450, 2250, 2100, 2000, 1900], 62, 3120, 19.5, 0x003F, 15, 397.25],
     [110, "Ciabatta", "CB0300", [2500, 2550, 2525, 2450, 2400, 2350], 140, 1320, 24.0, 0x007F, -15, 289.00],
     [111, "Κουλούρι", "KL0100", [2100, 2150, 2150, 2125, 2075, 2000], 220, 960, 8.5, 0x0017, 0, 187.50],
-    [112, "Oven cleaning", "CLEAN", [2900, 2950, 2950, 2950, 2950, 2900], 30, 7200, 0.0, 0x8000, 0, 905.50],
+    [112, "Oven cleaning", "CLEAN", [2900, 2950, 2950, 2950, 2950, 2900], 5, 7200, 0.0, 0x8000, 0, 905.50],
 ]
+# The belt's 0.05 m/min is shown as 0.50, the others lose their last digits: a save stores what is shown.
+REWRITTEN = {("Steam %", 25.04), ("Gas kWh/t", 366.4975), ("Belt m/min", 5)}
 SETUP = ["Mill Lane", "Ofen 4 – Süd", 240611704, 0x2F01003F, -1250, 6, 299.5, 18204.75]
 SHIFTS = [[101 + day * 10 + shift, 18400 - day * 130 - shift * 1250, 96 + day * 7 + shift * 15, 4812.25 + day * 24.5
            - shift * 310.75] for day in range(5) for shift in range(3)]
@@ -221,7 +224,8 @@ def check_rows(items, stretch):
         for item in columns(items):
             data = stretch[position:position + 2 * item.words]
             text = show(item, data)
-            assert code(item, text) == data, f"{item.description}: {text!r} is not coded back to {data.hex(' ')}"
+            is_rewritten = any(name == item.description and put(item, value) == data for name, value in REWRITTEN)
+            assert (code(item, text) == data) != is_rewritten, f"{item.description}: {text!r}, {data.hex(' ')}"
             assert accepted(item, text), f"{item.description}: {text!r} would be refused"
             position += len(data)
     assert position == len(stretch)

@@ -6,6 +6,10 @@
 #include <optional>
 #include <string_view>
 
+/// What is told of a file of none of the four types.
+inline constexpr std::u16string_view kUnknownTypeError =
+    u"The type of file %s is unknown! It must be .rcp, .csv, .erp or .frp!";
+
 /// What is told of a file of `type` that cannot be opened to be read; without one, of any file.
 constexpr std::u16string_view OpenErrorOf(std::optional<FileType> type)
 {

@@ -37,26 +37,26 @@ void ReportNoBegin(FileType type, const fs::path& path, std::int32_t startAddres
         ShowFileError(reporter, IsMadeAnew(type, startAddress) ? kMakeFileError : kSaveFileError, path);
 }
 
-Outcome WriteAndFinish(FileType type, const CRecipeRows& rows, CReplacement& file)
+Outcome WriteAndFinish(FileType type, const CRecipeRows& rows, CReplacement& file, CProgress& progress)
 {
-    CNoProgress progress;
     const Outcome written = IsPaged(type) ? WritePaged(rows, file.FreshPath(), type, progress)
                                           : WriteBinaryRecipe(rows, file.FreshPath(), progress);
+    if (written == Outcome::GivenUp)
+        return written;
     return written == Outcome::Done ? FinishReplacement(file) : Outcome::Failed;
 }
 
 /// `begin` reports what keeps it from beginning the file.
 template <class Begun>
-SaveResult Replace(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter, Begun begin)
+SaveResult Replace(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
+                   CProgress& progress, Begun begin)
 {
-    if (type == FileType::Csv) {
-        CNoProgress progress;
+    if (type == FileType::Csv)
         return SaveCsv(rows, path, reporter, progress);
-    }
     CReplacement file(path);
     if (!begin(file))
         return {};
-    const Outcome outcome = WithinMemory([&] { return WriteAndFinish(type, rows, file); });
+    const Outcome outcome = WithinMemory([&] { return WriteAndFinish(type, rows, file, progress); });
     if (HasFailed(outcome))
         ShowFileError(reporter, kSaveFileError, path);
     return ResultOf(outcome);
@@ -65,9 +65,9 @@ SaveResult Replace(FileType type, const CRecipeRows& rows, const fs::path& path,
 } // namespace
 
 SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, std::int32_t startAddress,
-                         CReporter& reporter)
+                         CReporter& reporter, CProgress& progress)
 {
-    return Replace(type, rows, path, reporter, [&](CReplacement& file) {
+    return Replace(type, rows, path, reporter, progress, [&](CReplacement& file) {
         if (file.IsOpen() && Begin(type, startAddress, file))
             return true;
         ReportNoBegin(type, path, startAddress, reporter);
@@ -76,9 +76,9 @@ SaveResult ReplaceRecipe(FileType type, const CRecipeRows& rows, const fs::path&
 }
 
 SaveResult SaveRecipeCopy(FileType type, const CRecipeRows& rows, const fs::path& original, const fs::path& path,
-                          CReporter& reporter)
+                          CReporter& reporter, CProgress& progress)
 {
-    return Replace(type, rows, path, reporter, [&](CReplacement& file) {
+    return Replace(type, rows, path, reporter, progress, [&](CReplacement& file) {
         if (file.IsOpen() && file.AppendFile(original))
             return true;
         ShowFileError(reporter, kSaveFileError, path);

@@ -178,18 +178,45 @@ void CRecipeDataShowView::WriteTitles()
 
 SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path)
 {
-    return WriteBy(&CRecipeDocument::Write, type, path);
+    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
+        return document.Write(type, NativePath(path), m_frame.Reporter(), progress);
+    });
 }
 
 SaveResult CRecipeDataShowView::WriteDataAs(FileType type, const QString& path)
 {
-    return WriteBy(&CRecipeDocument::SaveAs, type, path);
+    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
+        return document.SaveAs(type, NativePath(path), m_frame.Reporter(), progress);
+    });
 }
 
-SaveResult CRecipeDataShowView::WriteBy(Write write, FileType type, const QString& path)
+SaveResult CRecipeDataShowView::WriteEdited()
+{
+    return WriteBy([this](CRecipeDocument& document, CProgress& progress) {
+        return document.WriteEdited(m_frame.Reporter(), progress);
+    });
+}
+
+SaveResult CRecipeDataShowView::WriteCopy(FileType type, const QString& path)
+{
+    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
+        return document.WriteCopy(type, NativePath(path), m_frame.Reporter(), progress);
+    });
+}
+
+bool CRecipeDataShowView::PutBackStored()
+{
+    return WriteBy([this](CRecipeDocument& document, CProgress& progress) {
+               return document.PutBackStored(m_frame.Reporter(), progress);
+           })
+        .isSaved;
+}
+
+/// The marks of the cells may be others then.
+SaveResult CRecipeDataShowView::WriteBy(const std::function<SaveResult(CRecipeDocument&, CProgress&)>& write)
 {
     CProgressDialog progress(*this, tr("Saving the recipe file"));
-    const SaveResult result = (m_frame.Document().*write)(type, NativePath(path), m_frame.Reporter(), progress);
+    const SaveResult result = write(m_frame.Document(), progress);
     if (result.isSaved) {
         m_pGrid->viewport()->update();
         m_typedValues.LookAgain();
@@ -410,11 +437,12 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     if (column < kTitleColumns)
         return {};
     const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
-    const bool isEdited = Rows().IsEdited(row - kTitleRows, dataColumn);
+    const CellPlace place = PlaceOf(row, column);
     CRecipeDocument& document = m_frame.Document();
-    const auto judged = isEdited ? document.JudgeEdited(PlaceOf(row, column)) : std::nullopt;
-    const bool isRewritten = isEdited ? judged && judged->verdict != TypedVerdict::Fine
-                                      : document.WhyChanged(PlaceOf(row, column)).has_value();
+    const bool isEdited = Rows().IsEdited(place.row, place.column);
+    const auto typed = document.JudgeTyped(place);
+    const bool isRewritten =
+        typed ? typed->verdict != TypedVerdict::Fine : !isEdited && document.WhyChanged(place).has_value();
     return {.changed = isEdited,
             .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value(),
             .rewritten = isRewritten};
@@ -430,23 +458,14 @@ QString CRecipeDataShowView::CellRemark(int row, int column) const
         remarks += tr("the value %1 lies outside the limits %2")
                        .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(Rows().Columns()[dataColumn])));
     const CellPlace place = PlaceOf(row, column);
-    if (Rows().IsEdited(place.row, place.column)) {
+    const bool isEdited = Rows().IsEdited(place.row, place.column);
+    if (isEdited)
         remarks += tr("changed, not saved yet");
-        remarks += TypedRemarkOf(place);
-    } else if (const auto outlook = m_frame.Document().OutlookOf(place)) {
+    remarks += TypedRemark(m_frame.Document(), place);
+    if (const auto outlook = isEdited ? std::nullopt : m_frame.Document().OutlookOf(place))
         remarks += RewriteRemark(*outlook);
-    }
     remarks.removeAll(QString());
     return remarks.join(QStringLiteral(", "));
-}
-
-/// What becomes of an edited cell that would not be read again as it is shown; empty for any other.
-QString CRecipeDataShowView::TypedRemarkOf(CellPlace place) const
-{
-    const CRecipeDocument& document = m_frame.Document();
-    if (const auto judged = document.JudgeEdited(place))
-        return TypedRemark(Rows().Columns()[place.column], Rows().State(place).Text(), *judged);
-    return {};
 }
 
 void CRecipeDataShowView::OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)

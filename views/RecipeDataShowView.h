@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class QMenu;
 
 /// The right pane: a grid over the words of the current recipe file, laid out by the format in use.
@@ -33,6 +35,15 @@ public:
 
     /// As WriteData, under the new name `path`, which is the document's then.
     SaveResult WriteDataAs(FileType type, const QString& path);
+
+    /// Has the document write its edited cells alone; a failure was reported then.
+    SaveResult WriteEdited();
+
+    /// Has the document write a copy to the file `path` as `type`; a failure was reported then.
+    SaveResult WriteCopy(FileType type, const QString& path);
+
+    /// Has the document put back what its last save stored as shown. False after a failure, reported.
+    bool PutBackStored();
 
     /// Has the document drop its rows, and empties the grid; no cell is chosen afterwards.
     void ClearGrid();
@@ -96,11 +107,9 @@ private:
     bool SetCellTexts(GridChange change, std::vector<GridCellText> texts) override;
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
-    QString TypedRemarkOf(CellPlace place) const;
 
     void ShowRows();
-    using Write = SaveResult (CRecipeDocument::*)(FileType, const std::filesystem::path&, CReporter&, CProgress&);
-    SaveResult WriteBy(Write write, FileType type, const QString& path);
+    SaveResult WriteBy(const std::function<SaveResult(CRecipeDocument&, CProgress&)>& write);
     void ShowOtherRows();
     void LayOutGrid();
     int LeastGridWidth() const;

@@ -27,6 +27,13 @@ public:
     /// As RefreshRecipeData, under the new name `path`, which is the current file's then.
     virtual bool SaveRecipeDataAs(FileType type, const QString& path) = 0;
 
+    /// Has the edited cells written into the current file, and no other byte. False as for RefreshRecipeData.
+    virtual bool SaveEditedRecipeData() = 0;
+
+    /// Has the file written as a save would leave it, to `path` as `type`; what is open stays as it is. False as for
+    /// RefreshRecipeData.
+    virtual bool SaveRecipeDataCopy(FileType type, const QString& path) = 0;
+
     /// Has the document drop its rows, and the data pane empty its grid.
     virtual void ClearRecipeData() = 0;
 

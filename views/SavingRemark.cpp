@@ -48,20 +48,33 @@ QString RewriteRemark(const CellOutlook& outlook)
     return HoldsPart(outlook) + Tr("; a save stores %1. ").arg(Shortened(outlook.stores)) + ReasonSentence(outlook.why);
 }
 
-QString TypedRemark(const ColumnCoding& coding, std::u16string_view typed, const TypedValue& judged)
+QString TypedRemark(const ColumnCoding& coding, std::u16string_view typed, const TypedValue& judged, bool isSaved)
 {
+    const QString stored = isSaved ? Tr("%1 is stored as %2") : Tr("%1 will be stored as %2");
     switch (judged.verdict) {
     case TypedVerdict::Fine:
         break;
     case TypedVerdict::StoredAsZero:
-        return Tr("the empty text will be stored as %1").arg(NumberTextOf(coding, judged));
+        return Filled(stored, Tr("the empty text"), NumberTextOf(coding, judged));
     case TypedVerdict::ShownAsAnother:
-        return Filled(Tr("%1 will be stored as it is, but shown as %2"), Shortened(typed), Shortened(judged.shown));
+        return Filled(isSaved ? Tr("%1 is stored as it is, but will be shown as %2")
+                              : Tr("%1 will be stored as it is, but shown as %2"),
+                      Shortened(typed), Shortened(judged.shown));
     case TypedVerdict::AnotherText:
-        return Filled(Tr("%1 will be stored as %2"), Shortened(typed), Shortened(judged.shown));
+        return Filled(stored, Shortened(typed), Shortened(judged.shown));
     case TypedVerdict::AnotherNumber:
     case TypedVerdict::NoNumber:
-        return Filled(Tr("%1 will be stored as %2"), Shortened(typed), NumberTextOf(coding, judged));
+        return Filled(stored, Shortened(typed), NumberTextOf(coding, judged));
     }
     return {};
+}
+
+QString TypedRemark(const CRecipeDocument& document, CellPlace place)
+{
+    const auto judged = document.JudgeTyped(place);
+    if (!judged)
+        return {};
+    const CRecipeRows& rows = document.Rows();
+    return TypedRemark(rows.Columns()[place.column], rows.State(place).Text(), *judged,
+                       !rows.IsEdited(place.row, place.column));
 }

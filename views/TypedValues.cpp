@@ -50,7 +50,7 @@ try {
     const CRecipeDocument& document = m_frame.Document();
     while (m_next < m_places.size()) {
         const CellPlace place = m_places[m_next++];
-        if (const auto judged = document.JudgeEdited(place); judged && IsToBeTold(*judged)) {
+        if (const auto judged = document.JudgeTyped(place); judged && IsToBeTold(*judged)) {
             m_told.push_back(place);
             m_canStoreExactly = m_canStoreExactly || judged->exactWords;
         }
@@ -75,21 +75,13 @@ void CTypedValues::Finish()
         m_frame.WithdrawStrip(StripSubject::StoredOtherwise);
         return;
     }
-    StripMessage message{m_told.size() == 1
-                             ? TextOf(m_told.front())
-                             : tr("%1 values will be stored, or shown again, as others.").arg(m_told.size()),
-                         {}};
+    StripMessage message{
+        m_told.size() == 1 ? TypedRemark(m_frame.Document(), m_told.front()) + QLatin1Char('.')
+                           : tr("%1 values are stored, or shown again, as others than were typed.").arg(m_told.size()),
+        {}};
     if (m_told.size() > 1)
         message.buttons << StripButton{tr("Show"), [this] { emit Show(m_told); }};
     if (m_canStoreExactly)
         message.buttons << StripButton{tr("Store exactly"), [this] { emit StoreExactly(m_told); }};
     m_frame.ShowStrip(StripSubject::StoredOtherwise, message);
-}
-
-QString CTypedValues::TextOf(CellPlace place) const
-{
-    const CRecipeDocument& document = m_frame.Document();
-    const CRecipeRows& rows = document.Rows();
-    const auto judged = document.JudgeEdited(place);
-    return TypedRemark(rows.Columns()[place.column], rows.State(place).Text(), *judged) + QLatin1Char('.');
 }

@@ -3,7 +3,6 @@
 #include "files/CellState.h"
 
 #include <QObject>
-#include <QString>
 #include <QTimer>
 
 #include <functional>
@@ -34,7 +33,6 @@ signals:
 private:
     void LookOn();
     void Finish();
-    QString TextOf(CellPlace place) const;
 
     CRecipeFrame& m_frame;
     QTimer m_timer;

@@ -47,7 +47,7 @@ TEST_P(RecipeSavedAs, IsTheSameFileBuiltBesideAsInPlace)
     ASSERT_TRUE(PrepareSaveAs(target.type, targetPath, rows.StartAddress(), reporter));
     EXPECT_TRUE(SaveRecipe(target.type, rows, targetPath, reporter, progress).isSaved);
     const fs::path beside = folder / (std::string("beside") + target.extension);
-    EXPECT_TRUE(ReplaceRecipe(target.type, rows, beside, rows.StartAddress(), reporter).isSaved);
+    EXPECT_TRUE(ReplaceRecipe(target.type, rows, beside, rows.StartAddress(), reporter, progress).isSaved);
     EXPECT_TRUE(ReadAll(beside) == ReadAll(targetPath));
     EXPECT_EQ(reporter.shown, Texts());
 }

@@ -69,8 +69,8 @@ INSTANTIATE_TEST_SUITE_P(Commands, WithoutAutoUse, testing::Values(
 
 TEST_F(FormatCommands, LookingChangesNotAByteOfTheLibrary)
 {
-    Start({kLine, kMixer});
-    frame.document = CRecipeDocument(); // nothing is open
+    Store({kLine, kMixer});
+    FormatPane::Start(); // nothing is open
     const Bytes before = ReadAll(LibraryPath());
     const auto written = std::filesystem::last_write_time(LibraryPath());
     SelectFormat(1);

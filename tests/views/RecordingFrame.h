@@ -24,6 +24,16 @@ public:
         calls.push_back("save as " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
         return true;
     }
+    bool SaveEditedRecipeData() override
+    {
+        calls.emplace_back("save edited");
+        return true;
+    }
+    bool SaveRecipeDataCopy(FileType type, const QString& path) override
+    {
+        calls.push_back("save copy " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
+        return true;
+    }
     void ClearRecipeData() override { calls.emplace_back("clear"); }
     bool ValidateCellValue(int gridColumn, const QString& text) const override
     {

@@ -1,0 +1,232 @@
+#include "app/SaveCommands.h"
+
+#include "app/FileCommands.h"
+#include "changes/SaveRecords.h"
+#include "ui_MainFrame.h"
+#include "views/ProgressDialog.h"
+#include "views/RecipeDataShowView.h"
+#include "views/RecipeFrame.h"
+#include "views/TextCrossing.h"
+
+#include <QMainWindow>
+#include <QToolButton>
+
+#include <chrono>
+
+namespace {
+
+constexpr std::chrono::milliseconds kSlice{8};
+constexpr int kPause = 100;                     // milliseconds: what was opened is painted first
+constexpr std::size_t kMostCellsLookedAt = 256; // to tell whether a command is for one of them
+
+std::u16string FormatNameOf(const CRecipeDocument& document)
+{
+    return std::u16string(TextOf(document.Format().name));
+}
+
+bool IsOfOtherType(const CSavePlan& plan)
+{
+    return plan.CountOf(ChangeReason::Type) > 0;
+}
+
+} // namespace
+
+CSaveCommands::CSaveCommands(Ui::CMainFrame& ui, CRecipeFrame& frame, CFileCommands& fileCommands,
+                             CRecipeDataShowView& dataPane, QMainWindow& window)
+    : m_ui(ui),
+      m_frame(frame),
+      m_dataPane(dataPane),
+      m_window(window),
+      m_pPanel(new CChangesPanel(frame.Reporter(), &window)),
+      m_pField(new QToolButton(&window))
+{
+    window.addDockWidget(Qt::BottomDockWidgetArea, m_pPanel);
+    m_pPanel->hide();
+    m_pField->setObjectName(QStringLiteral("fieldChanges"));
+    m_pField->setAutoRaise(true);
+    m_pField->setFocusPolicy(Qt::TabFocus);
+    m_pField->setToolTip(tr("What a save will change. A click lists it."));
+    m_pField->hide();
+    m_counting.setSingleShot(true);
+    connect(&m_counting, &QTimer::timeout, this, &CSaveCommands::CountOn);
+    connect(m_ui.actionSaveEdited, &QAction::triggered, this, [&fileCommands] { fileCommands.OnFileSaveEdited(); });
+    connect(m_ui.actionSaveCopy, &QAction::triggered, this, [&fileCommands] { fileCommands.OnFileSaveCopy(); });
+    ConnectActions();
+    ConnectPanel();
+}
+
+void CSaveCommands::ConnectActions()
+{
+    connect(m_pField, &QToolButton::clicked, this, &CSaveCommands::OpenPlan);
+    connect(m_ui.actionChangesOnSaving, &QAction::triggered, this, &CSaveCommands::OpenPlan);
+    connect(m_ui.actionKeepStored, &QAction::triggered, this,
+            [this] { m_dataPane.KeepStored(m_dataPane.ChosenPlaces(SIZE_MAX)); });
+    connect(m_ui.actionStoreExactly, &QAction::triggered, this,
+            [this] { m_dataPane.StoreExactly(m_dataPane.ChosenPlaces(SIZE_MAX)); });
+    connect(m_ui.menuEdit, &QMenu::aboutToShow, this, &CSaveCommands::EnableEditEntries);
+    connect(m_ui.menuEdit, &QMenu::aboutToHide, this, &CSaveCommands::AllowEditKeys);
+}
+
+void CSaveCommands::ConnectPanel()
+{
+    connect(m_pPanel, &CChangesPanel::GoToCell, this, [this](CellPlace place) { m_dataPane.GoToCell(place); });
+    connect(m_pPanel, &CChangesPanel::ShowCell, this, [this](CellPlace place) { m_dataPane.ShowCells({place}); });
+    connect(m_pPanel, &CChangesPanel::KeepStored, &m_dataPane, &CRecipeDataShowView::KeepStored);
+    connect(m_pPanel, &CChangesPanel::Left, this, [this] { m_dataPane.setFocus(Qt::OtherFocusReason); });
+}
+
+/// Keys find out by themselves whether there is something for them.
+void CSaveCommands::EnableEditEntries()
+{
+    CRecipeDocument& document = m_frame.Document();
+    const auto places = m_dataPane.ChosenPlaces(kMostCellsLookedAt + 1);
+    const bool areMany = places.size() > kMostCellsLookedAt;
+    const auto isRewritten = [&document](CellPlace place) {
+        const auto why = document.WhyChanged(place);
+        return why && *why != ChangeReason::Edited && *why != ChangeReason::End;
+    };
+    const auto isStoredOtherwise = [&document](CellPlace place) {
+        const auto judged = document.JudgeTyped(place);
+        return judged && judged->exactWords;
+    };
+    const bool hasWords = document.Rows().IsOfWords() && document.Type() != FileType::Csv;
+    m_ui.actionKeepStored->setEnabled(hasWords && (areMany || std::any_of(places.begin(), places.end(), isRewritten)));
+    m_ui.actionStoreExactly->setEnabled(hasWords &&
+                                        (areMany || std::any_of(places.begin(), places.end(), isStoredOtherwise)));
+}
+
+void CSaveCommands::AllowEditKeys()
+{
+    m_ui.actionKeepStored->setEnabled(true);
+    m_ui.actionStoreExactly->setEnabled(true);
+}
+
+void CSaveCommands::Update()
+{
+    const CRecipeDocument& document = m_frame.Document();
+    const bool isFile = document.IsOpen() && !document.IsNew();
+    const QString fault = ToQString(document.Plan().IsBegun() ? document.Plan().FormFault() : std::u16string());
+    m_ui.actionSaveEdited->setText(fault.isEmpty() ? tr("Save edited only")
+                                                   : tr("Save edited only (not this file: %1)").arg(fault));
+    m_ui.actionSaveEdited->setEnabled(isFile && fault.isEmpty());
+    m_ui.actionSaveCopy->setEnabled(document.IsOpen());
+    m_ui.actionChangesOnSaving->setEnabled(document.IsOpen());
+    FollowDocument();
+    ShowCounts();
+    if (document.IsPlanOpen() && !m_counting.isActive())
+        m_counting.start(kPause);
+}
+
+/// The panel's list of the plan is that of the current file.
+void CSaveCommands::FollowDocument()
+{
+    const CRecipeDocument& document = m_frame.Document();
+    if (!m_isPlanListed)
+        return;
+    if (m_listedPath != document.Path() || m_listedFormat != FormatNameOf(document))
+        ListPlan();
+    else
+        m_pPanel->ListChanged();
+}
+
+void CSaveCommands::CountOn()
+{
+    CRecipeDocument& document = m_frame.Document();
+    document.ContinuePlan(std::chrono::steady_clock::now() + kSlice);
+    if (m_isPlanListed)
+        m_pPanel->ListGrew();
+    if (document.IsPlanOpen())
+        m_counting.start(0);
+    else
+        Update();
+    ShowCounts();
+}
+
+/// "1 edited, 61 others change".
+void CSaveCommands::ShowCounts()
+{
+    const CRecipeDocument& document = m_frame.Document();
+    const CSavePlan& plan = document.Plan();
+    const std::size_t edited = plan.IsBegun() ? plan.CountOf(ChangeReason::Edited) : document.Rows().EditedCount();
+    const std::size_t others = plan.IsBegun() ? plan.CountOfUnedited() : 0;
+    QString text = tr("%1 edited").arg(edited);
+    if (others > 0)
+        text += (others == 1 ? tr(", %1 other changes") : tr(", %1 others change")).arg(others);
+    if (plan.IsBegun() && IsOfOtherType(plan))
+        text += tr(": the rows were read as another type");
+    if (m_isPlanListed)
+        m_pPanel->SetSummary(text);
+    if (document.IsPlanOpen())
+        text += tr(", counting…");
+    m_pField->setText(text);
+    m_pField->setAccessibleName(tr("Changes on saving: %1").arg(text));
+    m_pField->setVisible(document.IsOpen() && (edited + others > 0 || document.IsPlanOpen()));
+}
+
+void CSaveCommands::ListPlan()
+{
+    const CRecipeDocument& document = m_frame.Document();
+    m_listedPath = document.Path();
+    m_listedFormat = FormatNameOf(document);
+    m_isPlanListed = true;
+    m_pPanel->SetList(std::make_shared<CPlannedChanges>(document.Plan(), SaveSubject{m_listedPath, m_listedFormat}),
+                      tr("Changes on saving"), ChangeAction::KeepStored);
+    m_pPanel->SetFile(m_listedPath);
+}
+
+void CSaveCommands::OpenPlan()
+{
+    if (!m_isPlanListed)
+        ListPlan();
+    ShowCounts();
+    m_pPanel->show();
+    m_pPanel->setFocus(Qt::OtherFocusReason);
+}
+
+void CSaveCommands::TellStoredAsShown()
+{
+    const auto& saved = m_frame.Document().StoredAsShown();
+    if (!saved) {
+        m_frame.WithdrawStrip(StripSubject::StoredAsShown);
+        if (!m_isPlanListed && m_pPanel->isVisible())
+            ListPlan();
+        return;
+    }
+    const std::size_t count = saved->UneditedCount();
+    QString text = count == 1 ? tr("1 value that you did not edit was stored as shown")
+                              : tr("%1 values that you did not edit were stored as shown").arg(count);
+    const bool isOfOtherType =
+        std::any_of(saved->changes.begin(), saved->changes.end(),
+                    [](const PlannedChange& change) { return change.why == ChangeReason::Type; });
+    text += isOfOtherType ? tr(": the rows were read as another type.") : QStringLiteral(".");
+    if (saved->path != m_frame.Document().Path())
+        text.prepend(ToQPath(saved->path.filename()) + QStringLiteral(": "));
+    StripMessage message{text, {}};
+    message.buttons << StripButton{tr("Show"), [this] { OpenStoredAsShown(); }};
+    if (saved->CanBePutBack())
+        message.buttons << StripButton{tr("Put back"), [this] { PutBack(); }};
+    m_frame.ShowStrip(StripSubject::StoredAsShown, message);
+}
+
+void CSaveCommands::OpenStoredAsShown()
+{
+    const auto& saved = m_frame.Document().StoredAsShown();
+    m_isPlanListed = false;
+    m_pPanel->SetList(
+        std::make_shared<CStoredAsShown>(saved, SaveSubject{saved->path, FormatNameOf(m_frame.Document())}),
+        tr("Stored as shown by the last save"), {});
+    m_pPanel->SetSummary(tr("%1 stored as shown").arg(saved->UneditedCount()));
+    m_pPanel->SetFile(saved->path);
+    m_pPanel->show();
+    m_pPanel->setFocus(Qt::OtherFocusReason);
+}
+
+void CSaveCommands::PutBack()
+{
+    const std::size_t count = m_frame.Document().StoredAsShown()->UneditedCount();
+    if (!m_dataPane.PutBackStored())
+        return;
+    TellStoredAsShown();
+    Update();
+    m_frame.TellEdit(count == 1 ? tr("1 value was put back.") : tr("%1 values were put back.").arg(count));
+}

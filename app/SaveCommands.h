@@ -1,0 +1,69 @@
+#pragma once
+
+#include "views/ChangesPanel.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+
+class CFileCommands;
+class CRecipeDataShowView;
+class CRecipeFrame;
+class QMainWindow;
+class QToolButton;
+
+namespace Ui {
+class CMainFrame;
+}
+
+/// Shows what a save will change before it changes it, and what it changed: the counts in the status bar, the panel of
+/// changes, and the strip that offers to put back what nobody had edited. The commands that go with it are its own.
+///
+/// The plan of the save is counted while the window is idle, in slices too short to be felt, from a moment after the
+/// last thing that changed it.
+class CSaveCommands final : public QObject {
+    Q_OBJECT
+
+public:
+    /// All outlive the object; `ui` has the menus and their actions, `window` takes the panel and the field.
+    CSaveCommands(Ui::CMainFrame& ui, CRecipeFrame& frame, CFileCommands& fileCommands, CRecipeDataShowView& dataPane,
+                  QMainWindow& window);
+
+    /// Brings commands, field and panel up to date with the document; counting goes on when there is something to
+    /// count.
+    void Update();
+
+    /// A save, or an opening, is over: tells what was stored as shown, or withdraws it.
+    void TellStoredAsShown();
+
+    /// What the window shows beside the panes.
+    CChangesPanel& Panel() { return *m_pPanel; }
+    QToolButton& Field() { return *m_pField; }
+
+private:
+    void ConnectActions();
+    void ConnectPanel();
+    void CountOn();
+    void ShowCounts();
+    QString SavePlanTitle() const;
+    void FollowDocument();
+    void ListPlan();
+    void OpenPlan();
+    void OpenStoredAsShown();
+    void PutBack();
+    void EnableEditEntries();
+    void AllowEditKeys();
+
+    Ui::CMainFrame& m_ui;
+    CRecipeFrame& m_frame;
+    CRecipeDataShowView& m_dataPane;
+    QMainWindow& m_window;
+    CChangesPanel* m_pPanel;
+    QToolButton* m_pField;
+    QTimer m_counting;
+    bool m_isPlanListed = false;        ///< the panel lists the plan
+    std::filesystem::path m_listedPath; ///< of the file whose plan it lists
+    std::u16string m_listedFormat;      ///< likewise, of its format
+};
