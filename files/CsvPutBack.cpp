@@ -68,7 +68,8 @@ private:
         return ReadCsvFields(m_path, m_saved.rows, m_saved.columns, m_current, m_progress);
     }
 
-    /// A save leaves nothing outside the rows: what stands there now came from others, and would be lost.
+    /// A save leaves nothing outside the rows, unless a text had a TAB or line feed in it: what stands there now came
+    /// from others, or may have, and would be lost.
     Outcome LookForFurther()
     {
         CCsvShapeScan scan(m_saved.rows, m_saved.columns);
@@ -81,7 +82,7 @@ private:
         if (scan.Shape().dropped.empty())
             return Outcome::Done;
         const auto line = static_cast<std::int64_t>(scan.Shape().dropped.front().line + 1);
-        return Refuse(FillMessage(u"line %d has something outside the rows that was added after the save", {line}));
+        return Refuse(FillMessage(u"line %d has something outside the rows, which would be lost", {line}));
     }
 
     Outcome MakeBytes()

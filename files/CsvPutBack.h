@@ -29,8 +29,9 @@ struct CsvPutBack {
 /// the file as it is now are the fields of `kept`, and those that no longer show what the save wrote; they are written
 /// in the old file's form, so that reading shows them as it does now, and every other cell as before that save.
 ///
-/// Refused, with one message that says why, when the file is missing, has got lines or fields outside the rows since
-/// the save, or when the old form cannot show a text that is carried over. Not saved either when the file cannot be
+/// Refused, with one message that says why, when the file is missing, when it has text outside the rows (others put it
+/// there, or the save did with a text that had a TAB or line feed in it), or when the old form cannot show a text that
+/// is carried over. Not saved either when the file cannot be
 /// read or written (then reported: "Save file %s failed!"), or the work was given up. The file is then as it was, as
 /// after SaveCsv.
 SaveResult PutBackCsv(const CsvPutBack& saved, const std::filesystem::path& path, CReporter& reporter,

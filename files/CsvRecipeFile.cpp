@@ -7,6 +7,7 @@
 #include "text/FileMessages.h"
 #include "text/Utf16Bytes.h"
 
+#include <algorithm>
 #include <new>
 #include <span>
 #include <stdexcept>
@@ -66,7 +67,8 @@ public:
     /// The next cell of a row was written with this text, between quotes.
     void Add(std::size_t column, std::u16string_view text)
     {
-        m_isCut = m_isCut || text.find_first_of(u"\t\n") != std::u16string_view::npos;
+        const auto isMark = [](char16_t c) { return c == u'\t' || c == u'\n'; };
+        m_isCut = m_isCut || std::any_of(text.begin(), text.end(), isMark);
         WithinMemoryOrNone([&] {
             if (column + 1 < m_columns)
                 (*m_fields)->AddField(WithoutQuotes(text));

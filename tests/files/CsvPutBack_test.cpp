@@ -175,7 +175,7 @@ TEST_F(CsvPuttingBack, FileWithFurtherLinesIsRefused)
 {
     SaveOver(Utf16File(u"1\t2\n"), 2, 1, {});
     WriteAll(path, Utf16File(u"\"1\"\t\"2\"\r\nadded\r\n"));
-    ExpectRefused({}, u"line 2 has something outside the rows that was added after the save");
+    ExpectRefused({}, u"line 2 has something outside the rows, which would be lost");
 }
 
 TEST_F(CsvPuttingBack, MissingFileIsRefusedAndNotMade)

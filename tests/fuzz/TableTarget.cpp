@@ -1,4 +1,7 @@
+#include "files/CsvCutter.h"
+#include "files/CsvEdits.h"
 #include "files/CsvFields.h"
+#include "files/CsvPutBack.h"
 #include "files/CsvRecipeFile.h"
 #include "tests/fuzz/FuzzInput.h"
 #include "tests/fuzz/Property.h"
@@ -7,6 +10,8 @@
 #include "tests/support/RecordingReporter.h"
 #include "text/AnsiText.h"
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -136,6 +141,48 @@ CRecipeRows ReadAsDescribed(FuzzBytes file, std::size_t rowCount, std::size_t co
     return rows;
 }
 
+/// Requires that the table is cut as it is read.
+void RequireCutAsRead(FuzzBytes file, const CRecipeRows& rows)
+{
+    CFieldTable fields;
+    CCsvShownFields shown(CsvFormOf(file), static_cast<std::size_t>(rows.RowCount()), rows.Columns().size(), fields);
+    CutCsv(file, shown);
+    for (std::int32_t row = 0; row < rows.RowCount(); ++row)
+        for (std::size_t column = 0; column < rows.Columns().size(); ++column)
+            Require(rows.Text(row, column) == fields.Field(static_cast<std::size_t>(row), column),
+                    "a table is cut as it is read");
+}
+
+bool IsCutWhenRead(const std::vector<Line>& cells)
+{
+    const auto isCut = [](const Text& text) { return text.find_first_of(u"\t\n") != Text::npos; };
+    const auto hasCut = [&](const Line& line) { return std::any_of(line.begin(), line.end(), isCut); };
+    return std::any_of(cells.begin(), cells.end(), hasCut);
+}
+
+/// Requires that a cell can be saved alone into the table that was saved at `path`, and that `old` can be put back
+/// over it but for that cell, which is refused or reads as it did.
+void RequireEditAndPutBack(const std::filesystem::path& path, FuzzBytes old, const CRecipeRows& rows,
+                           const CFieldTable& stored)
+{
+    CRecordingReporter reporter;
+    CNoProgress progress;
+    const auto rowCount = static_cast<std::size_t>(rows.RowCount());
+    const CsvPutBack all{old, rowCount, rows.Columns().size(), stored, {}};
+    const Bytes saved = FileContent(path);
+    Require(bool(PutBackCsv(all, path, reporter, progress)), "what nobody changed can be put back");
+    Require(AreSame(FileContent(path), old), "what is put back is the old file");
+    PutFile(path, saved);
+    const std::vector<CsvEdit> edits = {{{rows.RowCount() / 2, 0}, u"edit"}};
+    Require(bool(SaveCsvEdits(edits, path, reporter, progress)), "a saved table takes an edited cell alone");
+    const Bytes edited = FileContent(path);
+    const bool isDone(PutBackCsv(all, path, reporter, progress));
+    Require(isDone || AreSame(FileContent(path), edited), "what is refused changes nothing");
+    CRecipeRows after = EmptyRows(rowCount, rows.Columns().size());
+    Require(ReadCsv(after, path, reporter, progress) == Outcome::Done, "any file can be read as a table");
+    Require(after.Text(rows.RowCount() / 2, 0) == u"edit", "a cell that was edited since stays");
+}
+
 /// The input, or a table so long that it is read in several pieces.
 Bytes TakeTable(CFuzzInput& input, bool isLong)
 {
@@ -161,8 +208,14 @@ void FuzzTable(FuzzBytes bytes)
     const auto path = ScratchFolder() / "saved.csv";
     CRecordingReporter reporter;
     CNoProgress progress;
-    Require(SaveCsv(rows, path, reporter, progress) && reporter.shown.empty(), "any cells can be saved as a table");
+    std::optional<CFieldTable> shown;
+    Require(SaveCsv(rows, path, reporter, progress, &shown) && reporter.shown.empty(),
+            "any cells can be saved as a table");
     const Bytes saved = FileContent(path);
     Require(AreSame(saved, ShouldBeSavedAs(ShouldShow(table, rowCount, columns))), "cells are saved as described");
-    ReadAsDescribed(saved, rowCount, columns);
+    RequireCutAsRead(table, rows);
+    RequireCutAsRead(saved, ReadAsDescribed(saved, rowCount, columns));
+    Require(shown.has_value(), "a save tells what reading shows");
+    if (!IsCutWhenRead(ShouldShow(table, rowCount, columns)))
+        RequireEditAndPutBack(path, table, rows, *shown);
 }
