@@ -10,11 +10,6 @@ namespace {
 
 constexpr std::u16string_view kLineEnd = u"\r\n";
 
-bool BeginsWithQuote(std::u16string_view raw)
-{
-    return raw.starts_with(u'"');
-}
-
 } // namespace
 
 CCsvSplicer::CCsvSplicer(const CsvTextForm& form, std::span<const CsvEdit> edits) : m_form(form), m_edits(edits) {}
@@ -36,7 +31,7 @@ void CCsvSplicer::ReplaceField(const CsvRawField& field, std::u16string_view tex
 {
     if (field.Shown(m_form) == text)
         return;
-    const auto written = SeparatedField(text, BeginsWithQuote(field.raw));
+    const auto written = SeparatedField(text, field.raw.starts_with(u'"'));
     if (!written)
         return Refuse(m_edits.front().place);
     Splice(field.offset, field.length, *written);
@@ -68,27 +63,19 @@ CCsvSplicer::Edits CCsvSplicer::TakeEditsOfRow(std::uint64_t row)
 std::u16string CCsvSplicer::Tail(CellPlace place, std::u16string_view shown, Edits edits)
 {
     std::u16string tail;
-    for (const CsvEdit& edit : edits) {
-        for (; place.column < edit.place.column; ++place.column) {
-            const auto filler = SeparatedField(shown, true);
-            if (!filler) {
-                RefuseToLengthen(place.row);
-                return {};
-            }
-            tail += *filler + m_form.separator;
-            shown = kMissingField;
-        }
-        const bool isLast = &edit == &edits.back();
-        const auto written = isLast ? LastField(edit.text) : SeparatedField(edit.text, true);
-        if (!written) {
-            Refuse(place);
+    for (; !edits.empty(); ++place.column) {
+        const bool isEdit = edits.front().place == place;
+        const std::u16string_view text = isEdit ? std::u16string_view(edits.front().text) : shown;
+        edits = edits.subspan(isEdit ? 1 : 0);
+        const auto field = edits.empty() ? LastField(text) : SeparatedField(text, true);
+        if (!field) {
+            isEdit ? Refuse(place) : RefuseToLengthen(place.row);
             return {};
         }
-        tail += *written;
-        if (!isLast)
+        tail += *field;
+        if (!edits.empty())
             tail += m_form.separator;
         shown = kMissingField;
-        ++place.column;
     }
     return tail;
 }

@@ -181,8 +181,8 @@ TEST_F(CsvEditing, LongTableKeepsAllOtherBytes)
     for (std::int32_t row = 0; row < 60000; ++row) { // more bytes than are read or written at once
         const std::u16string text(static_cast<std::size_t>(row % 37), u'x');
         const bool isEdited = row % 7 == 3;
-        before += u'"' + text + u"\"\t" + text + u"\r\n";
-        after += u'"' + text + u"\"\t" + (isEdited ? u"edited" : text) + u"\r\n";
+        before.append(u"\"").append(text).append(u"\"\t").append(text).append(u"\r\n");
+        after.append(u"\"").append(text).append(u"\"\t").append(isEdited ? u"edited" : text).append(u"\r\n");
         if (isEdited)
             edits.push_back({{row, 1}, u"edited"});
     }

@@ -80,6 +80,7 @@ public:
         for (std::size_t count = 1 + Below(4); count > 0; --count)
             places.insert({static_cast<std::int32_t>(Below(rows)), static_cast<std::uint32_t>(Below(columns))});
         std::vector<CsvEdit> edits;
+        edits.reserve(places.size());
         for (const CellPlace& place : places)
             edits.push_back({place, Text(from, 3)});
         return edits;
