@@ -78,7 +78,7 @@ def table_to(app, row, title=None):
 
 
 def grid_of(app):
-    return app.find("table")
+    return app.find("table", "Recipe data")
 
 
 def column_of(grid, title):
@@ -223,6 +223,37 @@ def decimals(desk):
         wait_for(lambda: cell_of(app, "Belt m/min", 2).name == "1.50", "the number read again")
         scroll_to_the_right(app)
         desk.part("decimals-read-again.png", table_to(app, 3))
+
+
+@scene("rewritten-mark.png", "changes-panel.png", "stored-otherwise.png", "stored-as-shown.png")
+def what_a_save_writes(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        app.find("push button", "Changes on saving: 0 edited, 3 others change")
+        scroll_to_the_right(app)
+        x, y, width, height = cell_of(app, "Belt m/min", 12).box
+        desk.screen.mouse_to(x + width // 2, y + height // 2)
+        time.sleep(2)  # a tip is no window that can be waited for
+        desk.part("rewritten-mark.png", (x - 400, y - 3 * height, desk.screen.width - x + 400, 9 * height))
+        desk.screen.mouse_away()
+        desk.screen.key("Home")
+        cell_of(app, "Zone °C(1)", 4).click()
+        desk.screen.type("250")
+        desk.screen.key("Return", "F9")
+        app.find("push button", "Changes on saving: 1 edited, 3 others change")
+        app.find("table", "Changes on saving")
+        desk.whole("changes-panel.png")
+        desk.screen.key("Escape")
+        scroll_to_the_right(app)
+        cell_of(app, "Belt m/min", 2).click()
+        desk.screen.type("1.15")
+        desk.screen.key("Return")
+        button = app.find("push button", "Store exactly")
+        desk.part("stored-otherwise.png", (0, 0, desk.screen.width, cell_of(app, "Belt m/min", 3).box[1] + 30))
+        button.click()
+        desk.screen.key("ctrl+s")
+        app.find("push button", "Put back")
+        desk.part("stored-as-shown.png", (0, 0, desk.screen.width, cell_of(app, "Belt m/min", 3).box[1] + 30))
 
 
 @scene("cell-menu.png", "bit-browser-16-bit.png")

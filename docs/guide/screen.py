@@ -125,6 +125,10 @@ class Screen:
         self.run("xdotool", "mousemove", str(x), str(y),
                  "click", "--repeat", str(count), "--delay", "60", str(button))
 
+    def mouse_to(self, x, y):
+        """Comes to the place as a hand does, in more than one step: only then does a tip come up."""
+        self.run("xdotool", "mousemove", str(x - 3), str(y), "mousemove", str(x), str(y))
+
     def mouse_away(self):
         """Moves the mouse where it lights nothing up."""
         self.run("xdotool", "mousemove", str(self.width - 1), str(self.height - 1))
