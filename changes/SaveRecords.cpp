@@ -186,7 +186,10 @@ ChangeHeader CEditedChanges::Header() const
 {
     ChangeHeader header = HeaderOf(m_subject, m_rows, m_stored.Type());
     header.bytes = Signed(m_stored.FileBytes());
-    header.newBytes = Signed(FileBytesAfterEdited(m_rows, m_stored));
+    CSilentReporter nobody;
+    CNoProgress progress;
+    if (const auto bytes = FileBytesAfterEdited(m_rows, m_stored, m_subject.path, nobody, progress))
+        header.newBytes = Signed(*bytes);
     return header;
 }
 

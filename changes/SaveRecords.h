@@ -43,7 +43,7 @@ private:
 };
 
 /// What a save of the edited cells alone will change in the file that holds `stored`. `rows` and `stored` outlive the
-/// list and stay as they are.
+/// list and stay as they are. The header of a table of texts has no size after a save that would be refused.
 class CEditedChanges final : public CChangeList {
 public:
     CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, SaveSubject subject);

@@ -129,6 +129,10 @@ public:
     /// type and flags stay. Reported and left out as by Write.
     SaveResult WriteEdited(CReporter& reporter, CProgress& progress);
 
+    /// Whether WriteEdited would get as far as writing; never writes. False when it would refuse or fail before, then
+    /// reported as by it.
+    bool MayWriteEdited(CReporter& reporter, CProgress& progress) const;
+
     /// Writes a file that the current one would be if it were saved, under another name; the document stays as it is.
     /// A file of another type than the current one gets the rows alone, as by Replace. The target is as it was until
     /// the new file is complete. Refused, and reported, when `path` is the current file itself.

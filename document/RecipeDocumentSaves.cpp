@@ -176,6 +176,15 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
     return result;
 }
 
+bool CRecipeDocument::MayWriteEdited(CReporter& reporter, CProgress& progress) const
+{
+    if (!CanPlan()) {
+        ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
+        return false;
+    }
+    return FileBytesAfterEdited(m_shown.rows, m_shown.stored, m_strFilePath, reporter, progress).has_value();
+}
+
 SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progress)
 {
     if (!m_pStoredAsShown)

@@ -66,10 +66,18 @@ private:
     bool m_isWritten = true;
 };
 
+/// Whether a save of edited cells is made, or only foretold.
+enum class Purpose { Save, Foretell };
+
 /// One save of edited cells.
 class CEditsSave {
 public:
-    CEditsSave(const fs::path& path, CProgress& progress) : m_path(path), m_progress(progress) {}
+    CEditsSave(const fs::path& path, Purpose purpose, CProgress& progress)
+        : m_path(path),
+          m_purpose(purpose),
+          m_progress(progress)
+    {
+    }
 
     Outcome Save(std::span<const CsvEdit> edits)
     {
@@ -79,13 +87,19 @@ public:
         CCsvFileCutter cutter(old);
         CEditsTaker taker(cutter.Form(), edits);
         const Outcome outcome = Look(cutter, taker);
-        if (outcome != Outcome::Done || taker.splicer.Splices().empty())
+        if (outcome != Outcome::Done)
             return outcome;
-        return Write(old, cutter.Position(), taker.splicer.Splices());
+        const auto& splices = taker.splicer.Splices();
+        newBytes = cutter.Position();
+        for (const CsvSplice& splice : splices)
+            newBytes += splice.bytes.size() - splice.length;
+        return splices.empty() || m_purpose == Purpose::Foretell ? outcome : Write(old, cutter.Position(), splices);
     }
 
     /// Why the save was refused; empty when it was not.
     std::u16string refusal;
+
+    std::uint64_t newBytes = 0; ///< of the file once it is saved
 
 private:
     Outcome Refuse(std::u16string_view reason)
@@ -140,18 +154,31 @@ private:
     }
 
     const fs::path& m_path;
+    Purpose m_purpose;
     CProgress& m_progress;
 };
 
-} // namespace
-
-SaveResult SaveCsvEdits(std::span<const CsvEdit> edits, const fs::path& path, CReporter& reporter, CProgress& progress)
+Outcome Run(CEditsSave& save, std::span<const CsvEdit> edits, const fs::path& path, CReporter& reporter)
 {
-    CEditsSave save(path, progress);
     const Outcome outcome = WithinMemory([&] { return save.Save(edits); });
     if (!save.refusal.empty())
         reporter.ShowError(FillMessage(kEditsRefused, {PathText(path), save.refusal}));
     else if (HasFailed(outcome))
         ShowFileError(reporter, kSaveTableError, path);
-    return ResultOf(outcome);
+    return outcome;
+}
+
+} // namespace
+
+SaveResult SaveCsvEdits(std::span<const CsvEdit> edits, const fs::path& path, CReporter& reporter, CProgress& progress)
+{
+    CEditsSave save(path, Purpose::Save, progress);
+    return ResultOf(Run(save, edits, path, reporter));
+}
+
+std::optional<std::uint64_t> CsvBytesAfterEdits(std::span<const CsvEdit> edits, const fs::path& path,
+                                                CReporter& reporter, CProgress& progress)
+{
+    CEditsSave save(path, Purpose::Foretell, progress);
+    return Run(save, edits, path, reporter) == Outcome::Done ? std::optional(save.newBytes) : std::nullopt;
 }

@@ -5,7 +5,9 @@
 #include "files/Progress.h"
 #include "text/Reporter.h"
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 
 /// Saves cells alone into the table at `path`: only the bytes of their fields change, and a field is lengthened or a
@@ -18,3 +20,8 @@
 /// failed!"), or the work was given up. The file is then as it was, as after SaveCsv.
 SaveResult SaveCsvEdits(std::span<const CsvEdit> edits, const std::filesystem::path& path, CReporter& reporter,
                         CProgress& progress);
+
+/// How many bytes the table at `path` would hold after SaveCsvEdits. Never writes. Nothing where that would not save,
+/// told apart and reported as it does.
+std::optional<std::uint64_t> CsvBytesAfterEdits(std::span<const CsvEdit> edits, const std::filesystem::path& path,
+                                                CReporter& reporter, CProgress& progress);

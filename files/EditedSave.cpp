@@ -66,9 +66,8 @@ SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const 
     return result;
 }
 
-/// What the table holds then is read again: lines may have come to be.
-SaveResult SaveEditedFields(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter,
-                            CProgress& progress)
+/// Nothing, and then reported, when there is no memory for them.
+std::optional<std::vector<CsvEdit>> CollectFields(const CRecipeRows& rows, const fs::path& path, CReporter& reporter)
 {
     std::vector<CsvEdit> edits;
     const Outcome collected = WithinMemory([&] {
@@ -76,11 +75,20 @@ SaveResult SaveEditedFields(const CRecipeRows& rows, CStoredCells& stored, const
             edits.push_back({place, rows.Text(place.row, place.column)});
         return Outcome::Done;
     });
-    if (collected != Outcome::Done) {
-        ShowFileError(reporter, kSaveTableError, path);
+    if (collected == Outcome::Done)
+        return edits;
+    ShowFileError(reporter, kSaveTableError, path);
+    return std::nullopt;
+}
+
+/// What the table holds then is read again: lines may have come to be.
+SaveResult SaveEditedFields(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter,
+                            CProgress& progress)
+{
+    const auto edits = CollectFields(rows, path, reporter);
+    if (!edits)
         return {};
-    }
-    const SaveResult result = SaveCsvEdits(edits, path, reporter, progress);
+    const SaveResult result = SaveCsvEdits(*edits, path, reporter, progress);
     if (result.isSaved)
         stored = ReadStoredCells(rows, FileType::Csv, path);
     return result;
@@ -122,9 +130,16 @@ std::vector<ZeroWords> ZeroWordsOfEdited(const CRecipeRows& rows, const CStoredC
     return zeros;
 }
 
-std::uint64_t FileBytesAfterEdited(const CRecipeRows& rows, const CStoredCells& stored)
+std::optional<std::uint64_t> FileBytesAfterEdited(const CRecipeRows& rows, const CStoredCells& stored,
+                                                  const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     std::uint64_t bytes = stored.FileBytes();
+    if (rows.EditedCount() == 0)
+        return bytes;
+    if (stored.Type() == FileType::Csv) {
+        const auto edits = CollectFields(rows, path, reporter);
+        return edits ? CsvBytesAfterEdits(*edits, path, reporter, progress) : std::nullopt;
+    }
     for (const CellPlace place : rows.EditedPlaces()) {
         const std::uint64_t end = (FirstByteOf(AddressOfCell(rows, place)) + BytesOfCell(rows, place)).number;
         bytes = FileBytesAfter(stored.Type(), bytes, end);

@@ -6,7 +6,9 @@
 #include "files/StoredCells.h"
 #include "text/Reporter.h"
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 // A save of the edited cells alone: their words, or fields, and no other byte of the file.
@@ -27,5 +29,8 @@ std::vector<PlannedChange> PlanOfEdited(const CRecipeRows& rows, const CStoredCe
 /// The words that become zeros then, since they lie between the end of the file and an edited cell.
 std::vector<ZeroWords> ZeroWordsOfEdited(const CRecipeRows& rows, const CStoredCells& stored);
 
-/// How many bytes the file holds then; of a paged one those of its logical content.
-std::uint64_t FileBytesAfterEdited(const CRecipeRows& rows, const CStoredCells& stored);
+/// How many bytes the file at `path` holds then; of a paged one those of its logical content. Never writes. Nothing
+/// where a table of texts would not be saved, and then reported as by SaveEdited.
+std::optional<std::uint64_t> FileBytesAfterEdited(const CRecipeRows& rows, const CStoredCells& stored,
+                                                  const std::filesystem::path& path, CReporter& reporter,
+                                                  CProgress& progress);

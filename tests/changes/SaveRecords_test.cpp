@@ -1,6 +1,5 @@
-#include "changes/SaveRecords.h"
-
 #include "changes/ChangeLines.h"
+#include "changes/SaveRecords.h"
 #include "files/RecipeFile.h"
 #include "tests/files/TestColumns.h"
 #include "tests/support/RecordingReporter.h"
@@ -100,6 +99,19 @@ TEST_F(SaveRecords, HeaderTellsFileSizesAndTable)
     AppendLine(CPlannedChanges(plan, {path, u"Oven"}).Header(), line);
     EXPECT_EQ(line, "{\"vantor\":\"changes\",\"version\":1,\"file\":\"oven.rcp\",\"type\":\"rcp\",\"bytes\":4,"
                     "\"newBytes\":8,\"tables\":[{\"format\":\"Oven\",\"start\":1,\"rows\":3}]}\n");
+}
+
+TEST_F(SaveRecords, HeaderOfEditedCellsTellsTheSizeOfATableThen)
+{
+    const auto edited = [this] { return CEditedChanges(rows, stored, {path, u"Oven"}).Header(); };
+    Open("oven.csv", Utf16File(u"\"1\"\t2\r\n"), {Signed16Column(), Signed16Column()}, 500, 1);
+    EXPECT_EQ(edited().newBytes, 16);
+    rows.SetText(0, 1, u"777");
+    EXPECT_EQ(edited().bytes, 16);
+    EXPECT_EQ(edited().newBytes, 20);
+    Open("other.csv", BytesOf({'1', ',', '2', '\n'}), {Signed16Column(), Signed16Column()}, 500, 1);
+    rows.SetText(0, 1, u"777");
+    EXPECT_EQ(edited().newBytes, std::nullopt); // it would be refused
 }
 
 TEST_F(SaveRecords, AnUneditedCellWhoseTextLosesAZeroIsToldAsDecimals)

@@ -55,6 +55,9 @@ constexpr const char16_t* kTable = u"\"1\"\t\"2\"\t\"3\"\r\n\"4\"\t\"5\"\tx\r\n"
 TEST_P(CsvEditWritten, ChangesItsFieldAlone)
 {
     WriteAll(path, Utf16File(GetParam().before));
+    const auto foretold = CsvBytesAfterEdits(GetParam().edits, path, reporter, progress);
+    EXPECT_EQ(foretold, Utf16File(GetParam().after).size());
+    EXPECT_EQ(ReadAll(path), Utf16File(GetParam().before));
     EXPECT_TRUE(Save(GetParam().edits));
     EXPECT_EQ(reporter.shown, Texts{});
     EXPECT_EQ(ReadAll(path), Utf16File(GetParam().after));
@@ -95,6 +98,9 @@ TEST_P(CsvEditRefused, LeavesTheFile)
     EXPECT_FALSE(Save(GetParam().edits));
     EXPECT_EQ(reporter.shown, Refused(GetParam().after));
     EXPECT_EQ(ReadAll(path), Utf16File(GetParam().before));
+    reporter.shown.clear();
+    EXPECT_EQ(CsvBytesAfterEdits(GetParam().edits, path, reporter, progress), std::nullopt);
+    EXPECT_EQ(reporter.shown, Refused(GetParam().after));
 }
 
 constexpr const char16_t* kNotAsItIs = u"the text of row 1, column 3 would not be read again as it is";
@@ -170,6 +176,9 @@ TEST_F(CsvEditing, FolderIsReported)
 {
     fs::create_directory(path);
     EXPECT_FALSE(Save({{{0, 0}, u"new"}}));
+    EXPECT_EQ(reporter.shown, Failed());
+    reporter.shown.clear();
+    EXPECT_EQ(CsvBytesAfterEdits(Edits{{{0, 0}, u"new"}}, path, reporter, progress), std::nullopt);
     EXPECT_EQ(reporter.shown, Failed());
 }
 
