@@ -31,10 +31,10 @@ ChangeRecord PlaceRecord(const CRecipeRows& rows, FileType type, const PlannedCh
     return record;
 }
 
-/// What a save in that form changes at a cell.
-ChangeRecord RecordOf(const CRecipeRows& rows, const CStoredCells& stored, const PlannedChange& change, SaveForm form)
+/// What a save changes at a cell.
+ChangeRecord RecordOf(const CRecipeRows& rows, const CStoredCells& stored, const PlannedChange& change,
+                      CCellComparison& cells)
 {
-    CCellComparison cells(rows, stored, false, form);
     ChangeRecord record = PlaceRecord(rows, stored.Type(), change);
     record.oldText = cells.OldText(change.place);
     record.newText = rows.Text(change.place.row, change.place.column);
@@ -97,7 +97,7 @@ ChangeRecord CPlannedChanges::At(std::size_t index) const
 {
     switch (PartOf(index)) {
     case Part::Cells:
-        return RecordOf(m_plan.Rows(), m_plan.Stored(), m_plan.Changes()[index], SaveForm::AllCells);
+        return RecordOf(m_plan.Rows(), m_plan.Stored(), m_plan.Changes()[index], m_plan.Comparison());
     case Part::ZerosBefore:
     case Part::ZerosAfter:
         return RecordOf(m_plan.ZeroWordsOutside()[index]);
@@ -148,33 +148,31 @@ CEditedChanges::CEditedChanges(const CRecipeRows& rows, const CStoredCells& stor
     : m_rows(rows),
       m_stored(stored),
       m_subject(std::move(subject)),
+      m_cells(rows, stored, false, SaveForm::EditedAlone),
       m_changes(PlanOfEdited(rows, stored)),
       m_zeros(ZeroWordsOfEdited(rows, stored))
 {
+    std::size_t before = 0;
+    for (const ZeroWords& zeros : m_zeros) {
+        while (before < m_changes.size() && AddressOfCell(m_rows, m_changes[before].place) < zeros.first)
+            ++before;
+        m_placesOfZeros.push_back(before + m_placesOfZeros.size());
+    }
 }
 
-/// How many of the zero words come before the change at `index`: all of them end at edited cells.
+/// `index` becomes that among the zero words, or among the changes.
 bool CEditedChanges::IsZeros(std::size_t& index) const
 {
-    std::size_t zeros = 0;
-    for (std::size_t change = 0; zeros < m_zeros.size(); ++zeros) {
-        while (change < m_changes.size() && AddressOfCell(m_rows, m_changes[change].place) < m_zeros[zeros].first)
-            ++change;
-        if (zeros + change == index) {
-            index = zeros;
-            return true;
-        }
-        if (zeros + change > index)
-            break;
-    }
-    index -= zeros;
-    return false;
+    const auto found = std::lower_bound(m_placesOfZeros.begin(), m_placesOfZeros.end(), index);
+    const auto zeros = static_cast<std::size_t>(found - m_placesOfZeros.begin());
+    const bool isZeros = found != m_placesOfZeros.end() && *found == index;
+    index = isZeros ? zeros : index - zeros;
+    return isZeros;
 }
 
 ChangeRecord CEditedChanges::At(std::size_t index) const
 {
-    return IsZeros(index) ? RecordOf(m_zeros[index])
-                          : RecordOf(m_rows, m_stored, m_changes[index], SaveForm::EditedAlone);
+    return IsZeros(index) ? RecordOf(m_zeros[index]) : RecordOf(m_rows, m_stored, m_changes[index], m_cells);
 }
 
 std::optional<CellPlace> CEditedChanges::PlaceOf(std::size_t index) const
@@ -195,7 +193,9 @@ ChangeHeader CEditedChanges::Header() const
 
 CStoredAsShown::CStoredAsShown(std::shared_ptr<const SavedChanges> saved, SaveSubject subject)
     : m_saved(std::move(saved)),
-      m_subject(std::move(subject))
+      m_subject(std::move(subject)),
+      m_before(m_saved->after.Cells(), m_saved->before, false),
+      m_after(m_saved->after.Cells(), m_saved->after, false)
 {
     std::copy_if(m_saved->changes.begin(), m_saved->changes.end(), std::back_inserter(m_changes),
                  [](const PlannedChange& change) { return change.why != ChangeReason::Edited; });
@@ -205,16 +205,14 @@ ChangeRecord CStoredAsShown::At(std::size_t index) const
 {
     const PlannedChange& change = m_changes[index];
     const CRecipeRows& cells = m_saved->after.Cells();
-    CCellComparison before(cells, m_saved->before, false);
-    CCellComparison after(cells, m_saved->after, false);
     ChangeRecord record = PlaceRecord(cells, m_saved->after.Type(), change);
-    record.oldText = before.OldText(change.place);
-    record.newText = after.OldText(change.place);
+    record.oldText = m_before.OldText(change.place);
+    record.newText = m_after.OldText(change.place);
     if (m_saved->after.Type() == FileType::Csv)
         return record;
-    const auto old = before.OldWords(change.place);
+    const auto old = m_before.OldWords(change.place);
     record.oldWords.assign(old.begin(), old.end());
-    const auto fresh = after.OldWords(change.place);
+    const auto fresh = m_after.OldWords(change.place);
     record.newWords.assign(fresh.begin(), fresh.end());
     return record;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/ChangeList.h"
+#include "files/CellComparison.h"
 #include "files/EditedSave.h"
 #include "files/PutBack.h"
 #include "files/SavePlan.h"
@@ -60,8 +61,10 @@ private:
     const CRecipeRows& m_rows;
     const CStoredCells& m_stored;
     SaveSubject m_subject;
+    mutable CCellComparison m_cells;
     std::vector<PlannedChange> m_changes;
     std::vector<ZeroWords> m_zeros;
+    std::vector<std::size_t> m_placesOfZeros; ///< where they stand in the list
 };
 
 /// What a save of all cells changed although nobody had edited it.
@@ -78,5 +81,7 @@ public:
 private:
     std::shared_ptr<const SavedChanges> m_saved;
     SaveSubject m_subject;
+    mutable CCellComparison m_before;
+    mutable CCellComparison m_after;
     std::vector<PlannedChange> m_changes;
 };

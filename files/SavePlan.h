@@ -57,6 +57,9 @@ public:
     const CRecipeRows& Rows() const { return *m_pRows; }      ///< only of a plan that is begun
     const CStoredCells& Stored() const { return *m_pStored; } ///< likewise
 
+    /// What the plan compares with; likewise, and until it begins anew or stops.
+    CCellComparison& Comparison() const { return *m_comparison; }
+
     /// Goes on counting until `end`; false when there is more to count then. A plan that memory does not suffice for
     /// stops.
     bool Continue(std::chrono::steady_clock::time_point end);

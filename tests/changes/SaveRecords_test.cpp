@@ -114,6 +114,55 @@ TEST_F(SaveRecords, HeaderOfEditedCellsTellsTheSizeOfATableThen)
     EXPECT_EQ(edited().newBytes, std::nullopt); // it would be refused
 }
 
+/// Records are made one by one, but not by looking at all others each time.
+TEST_F(SaveRecords, OfManyEditedCellsBehindTheEndAreMadeInNoTime)
+{
+    constexpr std::int32_t kRows = 200'000;
+    Open("oven.rcp", WordBytes({}), {Signed16Column(), Signed16Column()}, 0, kRows);
+    for (std::int32_t row = 0; row < kRows; ++row)
+        rows.SetText(row, 1, u"7");
+    const CEditedChanges list(rows, stored, {path, u"Oven"});
+    ASSERT_EQ(list.Count(), 2u * kRows);
+    const auto begin = std::chrono::steady_clock::now();
+    for (std::size_t i = 0; i < list.Count(); ++i) {
+        const ChangeRecord record = list.At(i);
+        ASSERT_EQ(record.address->number, static_cast<std::int64_t>(i));
+        ASSERT_EQ(record.zeros, i % 2 == 0 ? 1 : 0);
+        ASSERT_EQ(list.PlaceOf(i).has_value(), i % 2 == 1);
+        if (i % 1000 == 0) {
+            ASSERT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "at record " << i;
+        }
+    }
+}
+
+/// So are those of rows with many columns.
+TEST_F(SaveRecords, OfManyColumnsAreMadeInNoTime)
+{
+    const std::vector<ColumnCoding> columns(20'000, WithDecimals(Unsigned16Column(), 2));
+    Bytes words(2 * 10 * columns.size());
+    for (std::size_t at = 0; at < words.size(); at += 2)
+        words[at] = std::byte{105}; // shown as 1.50
+    Open("oven.rcp", words, columns, 0, 10);
+    plan.Begin(rows, stored, path, false);
+    ASSERT_EQ(plan.Finish(progress), Outcome::Done);
+    for (std::int32_t row = 0; row < rows.RowCount(); ++row)
+        for (std::size_t column = 0; column < columns.size(); ++column)
+            rows.SetText(row, column, u"7");
+    const CPlannedChanges planned(plan, {path, u"Oven"});
+    const CEditedChanges edited(rows, stored, {path, u"Oven"});
+    ASSERT_EQ(planned.Count(), 10 * columns.size());
+    ASSERT_EQ(edited.Count(), 10 * columns.size());
+    const auto begin = std::chrono::steady_clock::now();
+    for (const CChangeList* list :
+         {static_cast<const CChangeList*>(&planned), static_cast<const CChangeList*>(&edited)})
+        for (std::size_t i = 0; i < list->Count(); ++i) {
+            ASSERT_EQ(list->At(i).newText, u"7");
+            if (i % 1000 == 0) {
+                ASSERT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "at record " << i;
+            }
+        }
+}
+
 TEST_F(SaveRecords, AnUneditedCellWhoseTextLosesAZeroIsToldAsDecimals)
 {
     Open("oven.rcp", WordBytes({0, 0x0069}), {WithDecimals(Unsigned16Column(), 2)}, 1, 1);
