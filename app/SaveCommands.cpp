@@ -103,7 +103,8 @@ void CSaveCommands::AllowEditKeys()
 
 void CSaveCommands::Update()
 {
-    const CRecipeDocument& document = m_frame.Document();
+    CRecipeDocument& document = m_frame.Document();
+    document.BeginPlan();
     const bool isFile = document.IsOpen() && !document.IsNew();
     const QString fault = ToQString(document.Plan().IsBegun() ? document.Plan().FormFault() : std::u16string());
     m_ui.actionSaveEdited->setText(fault.isEmpty() ? tr("Save edited only")
@@ -125,8 +126,9 @@ void CSaveCommands::FollowDocument()
         return;
     if (m_listedPath != document.Path() || m_listedFormat != FormatNameOf(document))
         ListPlan();
-    else
+    else if (m_listedRevision != document.Plan().Revision())
         m_pPanel->ListChanged();
+    m_listedRevision = document.Plan().Revision();
 }
 
 void CSaveCommands::CountOn()

@@ -65,5 +65,6 @@ private:
     QTimer m_counting;
     bool m_isPlanListed = false;        ///< the panel lists the plan
     std::filesystem::path m_listedPath; ///< of the file whose plan it lists
-    std::u16string m_listedFormat;      ///< likewise, of its format
+    std::uint64_t m_listedRevision = 0;
+    std::u16string m_listedFormat; ///< likewise, of its format
 };

@@ -119,15 +119,15 @@ std::optional<CellPlace> CPlannedChanges::PlaceOf(std::size_t index) const
 /// A field, or a line, that the save leaves out.
 ChangeRecord CPlannedChanges::DroppedRecord(std::size_t index) const
 {
-    const CSavePlan::DroppedText& dropped = m_plan.Dropped()[index];
+    CSavePlan::DroppedField field = m_plan.FieldOf(m_plan.Dropped()[index]);
     ChangeRecord record;
-    if (dropped.column) {
-        record.row = static_cast<std::int32_t>(dropped.line) + kTitleRows;
-        record.column = static_cast<std::int32_t>(*dropped.column) + kTitleColumns;
+    if (field.column) {
+        record.row = static_cast<std::int32_t>(field.line) + kTitleRows;
+        record.column = static_cast<std::int32_t>(*field.column) + kTitleColumns;
     } else {
-        record.line = Signed(dropped.line) + 1;
+        record.line = Signed(field.line) + 1;
     }
-    record.oldText = m_plan.TextOf(dropped);
+    record.oldText = std::move(field.text);
     record.newText.emplace();
     record.why = ChangeReason::Rows;
     return record;

@@ -30,7 +30,7 @@ public:
     std::size_t Count() const override;
     ChangeRecord At(std::size_t index) const override;
     ChangeHeader Header() const override;
-    bool IsComplete() const override { return m_plan.IsFinished(); }
+    bool IsComplete() const override { return !m_plan.IsBegun() || m_plan.IsFinished(); }
     std::optional<CellPlace> PlaceOf(std::size_t index) const override;
 
 private:

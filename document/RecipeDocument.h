@@ -155,6 +155,9 @@ public:
     /// The plan of it, as far as it is counted. Nothing is planned where there is no current file, or no rows of it.
     const CSavePlan& Plan() const { return m_plan; }
 
+    /// Begins it where there is something to plan and it is not begun. Cheap; ContinuePlan does it, too.
+    void BeginPlan();
+
     /// Counts on until `end`; each edit is taken into account by itself. False when there is more to count then.
     bool ContinuePlan(std::chrono::steady_clock::time_point end);
 
@@ -224,7 +227,6 @@ private:
 
     void Start();
     bool CanPlan() const;
-    void BeginPlan();
     void ForgetPlan();
     void NoteSaved();
     void FollowEdit(const CellsStep& step) noexcept;

@@ -44,13 +44,15 @@ void CRecipeDocument::BeginPlan()
 {
     if (!m_isPlanStale || !CanPlan())
         return;
-    m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType);
-    m_isPlanStale = false;
+    WithMemoryFor([this] {
+        m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType);
+        m_isPlanStale = false;
+    });
 }
 
 bool CRecipeDocument::ContinuePlan(std::chrono::steady_clock::time_point end)
 {
-    WithMemoryFor([this] { BeginPlan(); });
+    BeginPlan();
     return m_plan.Continue(end);
 }
 
@@ -71,7 +73,7 @@ void CRecipeDocument::FollowEdit(const CellsStep& step) noexcept
 
 std::optional<ChangeReason> CRecipeDocument::WhyChanged(CellPlace place)
 {
-    WithMemoryFor([this] { BeginPlan(); });
+    BeginPlan();
     return m_plan.IsBegun() ? m_plan.WhyChanged(place) : std::nullopt;
 }
 

@@ -15,8 +15,6 @@ namespace {
 constexpr std::size_t kComparedBytes = std::size_t{16} << 10; // of words that are compared at once
 constexpr std::int32_t kTableRowsAtOnce = 16;
 
-using Texts = std::vector<CsvDroppedText>;
-
 bool IsBefore(const PlannedChange& change, CellPlace place)
 {
     return change.place < place;
@@ -48,6 +46,7 @@ void CSavePlan::Begin(const CRecipeRows& rows, const CStoredCells& stored, const
 
 void CSavePlan::Stop()
 {
+    ++m_revision;
     m_comparison.reset();
     m_scan.reset();
     m_dropped = {};
@@ -112,28 +111,29 @@ void CSavePlan::ScanOn()
     m_isFinished = true;
 }
 
+/// The texts stay in the file until somebody looks at them: there may be as many as lines.
 void CSavePlan::TakeShape()
 {
     const auto& dropped = m_scan->Shape().dropped;
-    for (std::size_t part = 0; part < dropped.size(); ++part) {
-        const CsvShape::Dropped& line = dropped[part];
-        if (!line.column) {
-            m_dropped.push_back({line.line, std::nullopt, part});
-            continue;
-        }
-        for (const CsvDroppedText& field : DroppedTexts(m_path, m_scan->Shape(), line).value_or(Texts()))
-            m_dropped.push_back({line.line, field.column, part});
-    }
+    for (std::size_t part = 0; part < dropped.size(); ++part)
+        for (std::uint32_t nth = 0; nth < dropped[part].fields; ++nth)
+            m_dropped.push_back({part, nth});
     m_counts[static_cast<std::size_t>(ChangeReason::Rows)] += m_dropped.size();
 }
 
-std::u16string CSavePlan::TextOf(const DroppedText& dropped) const
+CSavePlan::DroppedField CSavePlan::FieldOf(const DroppedText& dropped) const
 {
     const CsvShape& shape = m_scan->Shape();
-    for (CsvDroppedText& field : DroppedTexts(m_path, shape, shape.dropped[dropped.part]).value_or(Texts()))
-        if (field.column == dropped.column.value_or(0))
-            return std::move(field.text);
-    return {};
+    const CsvShape::Dropped& part = shape.dropped[dropped.part];
+    DroppedField field{part.line, part.column, {}};
+    auto texts = DroppedTexts(m_path, shape, part);
+    if (!texts || dropped.nth >= texts->size())
+        return field;
+    CsvDroppedText& text = (*texts)[dropped.nth];
+    if (part.column)
+        field.column = text.column;
+    field.text = std::move(text.text);
+    return field;
 }
 
 /// A field whose value changes is told with it.
@@ -194,6 +194,7 @@ try {
         if (const auto why = m_comparison->Compare(cell))
             merged.push_back({cell, *why});
     }
+    ++m_revision;
     Count({first, next}, false);
     Count(merged, true);
     const auto common = std::min<std::ptrdiff_t>(next - first, std::ssize(merged));

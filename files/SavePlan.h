@@ -37,11 +37,17 @@ std::uint64_t FileBytesAfter(FileType type, std::uint64_t fileBytes, std::uint64
 /// meanwhile, and each edit is taken into account at once.
 class CSavePlan {
 public:
-    /// A field of a table of texts, or a line of it, that the save leaves out. Counted from 0.
+    /// A field of a table of texts, or a whole line of it, that the save leaves out.
     struct DroppedText {
+        std::size_t part = 0;  ///< of CsvShape::dropped
+        std::uint32_t nth = 0; ///< of the part's texts
+    };
+
+    /// The same in full. Counted from 0.
+    struct DroppedField {
         std::uint64_t line = 0;
         std::optional<std::uint32_t> column; ///< nothing for a whole line
-        std::size_t part = 0;                ///< of CsvShape::dropped
+        std::u16string text;                 ///< empty when it cannot be read
     };
 
     /// Begins anew for `rows` and the file at `path`, which holds `stored`; both outlive the plan, or the next Begin or
@@ -54,6 +60,10 @@ public:
 
     bool IsBegun() const { return m_comparison.has_value(); }
     bool IsFinished() const { return m_isFinished; }
+
+    /// Another number whenever changes that were known may be others; not when counting finds further ones.
+    std::uint64_t Revision() const { return m_revision; }
+
     const CRecipeRows& Rows() const { return *m_pRows; }      ///< only of a plan that is begun
     const CStoredCells& Stored() const { return *m_pStored; } ///< likewise
 
@@ -84,8 +94,8 @@ public:
 
     const std::vector<DroppedText>& Dropped() const { return m_dropped; }
 
-    /// What stands there in the file now; empty when that cannot be read.
-    std::u16string TextOf(const DroppedText& dropped) const;
+    /// What stands there in the file now.
+    DroppedField FieldOf(const DroppedText& dropped) const;
 
     /// Whether the save changes bytes that hold no value: quotes, line ends, the character set.
     bool ChangesForm() const;
@@ -115,6 +125,7 @@ private:
     mutable std::optional<CCellComparison> m_comparison;
     std::int32_t m_nextRow = 0; ///< the first that was not looked at
     bool m_isFinished = false;
+    std::uint64_t m_revision = 0;
     std::filesystem::path m_path;
     std::unique_ptr<CCsvShapeScan> m_scan; ///< of a table of texts, once its rows are compared
     std::vector<DroppedText> m_dropped;
