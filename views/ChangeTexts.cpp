@@ -95,8 +95,7 @@ QString ReasonSentence(ChangeReason reason)
     case ChangeReason::Limits:
         return Tr("Because of its limits the number is shown as another one, and a save stores what is shown.");
     case ChangeReason::Decimals:
-        return Tr("The text shown, with its decimals, stands for another number than the one stored, and a save stores "
-                  "what is shown.");
+        return Tr("The decimals shown make another number than the one stored, and a save stores them.");
     case ChangeReason::Digits:
         return Tr("The number has more digits than are shown, and a save stores what is shown.");
     case ChangeReason::Coding:
