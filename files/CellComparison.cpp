@@ -127,7 +127,7 @@ std::optional<ChangeReason> CCellComparison::CompareField(CellPlace place) const
 /// kept: in the saved table the last field of a line reads with its quotes, the others lose theirs.
 std::u16string CCellComparison::FieldReadAgain(CellPlace place) const
 {
-    const std::u16string text = m_rows.Text(place.row, place.column);
+    std::u16string text = m_rows.Text(place.row, place.column);
     if (m_form == SaveForm::EditedAlone)
         return text;
     if (place.column + 1 == m_rows.Columns().size())
