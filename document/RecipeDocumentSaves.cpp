@@ -98,7 +98,7 @@ std::shared_ptr<SavedChanges> CRecipeDocument::ChangesToCome(CProgress& progress
 {
     BeginPlan();
     outcome = m_plan.IsBegun() ? m_plan.Finish(progress) : Outcome::Failed;
-    if (outcome != Outcome::Done || m_plan.CountOfUnedited() == 0)
+    if (outcome != Outcome::Done || m_plan.CountOfUneditedValues() == 0)
         return nullptr;
     auto changes = std::make_shared<SavedChanges>();
     changes->path = m_strFilePath;
@@ -122,7 +122,7 @@ SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter
     if (!result.isSaved || !changes)
         return result;
     changes->after = m_shown.stored;
-    m_pStoredAsShown = changes->UneditedCount() > 0 ? std::move(changes) : nullptr;
+    m_pStoredAsShown = std::move(changes);
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <numeric>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -168,6 +169,12 @@ std::size_t CSavePlan::CountOfUnedited() const
     for (std::size_t why = 1; why < kChangeReasons; ++why)
         count += CountOf(static_cast<ChangeReason>(why));
     return count;
+}
+
+std::size_t CSavePlan::CountOfUneditedValues() const
+{
+    static_assert(static_cast<std::size_t>(ChangeReason::Edited) == 0);
+    return std::accumulate(m_counts.begin() + 1, m_counts.end(), std::size_t{0});
 }
 
 void CSavePlan::Count(std::span<const PlannedChange> changes, bool isAdded)

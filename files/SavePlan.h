@@ -64,6 +64,9 @@ public:
     /// Another number whenever changes that were known may be others; not when counting finds further ones.
     std::uint64_t Revision() const { return m_revision; }
 
+    /// Whether it is finished and tells all: not where the lines of a table's file could not be read for it.
+    bool IsWhole() const { return m_isFinished && (!m_scan || m_scan->IsDone()); }
+
     const CRecipeRows& Rows() const { return *m_pRows; }      ///< only of a plan that is begun
     const CStoredCells& Stored() const { return *m_pStored; } ///< likewise
 
@@ -89,6 +92,9 @@ public:
 
     /// All of them, but for those of edited cells.
     std::size_t CountOfUnedited() const;
+
+    /// The values among them: without zero words and the form.
+    std::size_t CountOfUneditedValues() const;
 
     // Of a table of texts; known when the plan is finished.
 

@@ -114,6 +114,20 @@ TEST_F(SaveRecords, HeaderOfEditedCellsTellsTheSizeOfATableThen)
     EXPECT_EQ(edited().newBytes, std::nullopt); // it would be refused
 }
 
+TEST_F(SaveRecords, APlanOfATableThatCannotBeReadIsNotWhole)
+{
+    Open("oven.csv", Utf16File(u"\"1\"\t2\r\nmore\r\n"), {Signed16Column(), Signed16Column()}, 0, 1);
+    Planned();
+    EXPECT_TRUE(plan.IsWhole());
+    EXPECT_EQ(plan.CountOfUneditedValues(), 2u); // the last field and a line
+    std::filesystem::remove(path);
+    Planned();
+    EXPECT_TRUE(plan.IsFinished());
+    EXPECT_FALSE(plan.IsWhole());
+    plan.Stop();
+    EXPECT_FALSE(plan.IsWhole());
+}
+
 /// Records are made one by one, but not by looking at all others each time.
 TEST_F(SaveRecords, OfManyEditedCellsBehindTheEndAreMadeInNoTime)
 {

@@ -118,7 +118,10 @@ TEST_P(SavePlanOf, AFileOfWordsIsTheDifferenceOfItsBytes)
         const ChangeHeader header = plan.Header();
         const Bytes before = recipe.Content();
         EXPECT_EQ(header.bytes, std::ssize(before));
+        const std::size_t unedited = recipe.document.Plan().CountOfUneditedValues();
         ASSERT_TRUE(Save(recipe));
+        const auto& changed = recipe.document.StoredAsShown();
+        EXPECT_EQ(changed ? changed->UneditedCount() : 0, unedited);
         EXPECT_EQ(header.newBytes, std::ssize(recipe.Content()));
         EXPECT_EQ(Applied(before, records, header.newBytes.value_or(0)), recipe.Content());
     }
