@@ -77,9 +77,11 @@ void AddSet(CLI::App& app, Session& session)
     AddFile(*command, "FILE", session.set.file, kRecipeFile);
     AddReadOptions(*command, session.set.read);
     session.setArguments.AddTo(*command);
+    command->add_flag("--only-edited", session.set.onlyEdited, "Save the cells that were set and change no other byte");
+    command->add_flag("--dry-run", session.set.dryRun, "Print what would change as JSON Lines, and write nothing");
     command->callback([&session] {
         session.setArguments.MoveTo(session.set);
-        session.done = SetCells(session.set, session.reporter);
+        session.done = SetCells(session.set, session.output, session.reporter);
     });
 }
 

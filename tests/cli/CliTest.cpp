@@ -29,10 +29,15 @@ ProcessResult CliTest::Run(std::vector<std::string> arguments) const
 
 void CliTest::ExpectDone(const std::vector<std::string>& arguments) const
 {
+    ExpectDone(arguments, "");
+}
+
+void CliTest::ExpectDone(const std::vector<std::string>& arguments, const std::string& told) const
+{
     const ProcessResult result = Run(arguments);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(result.error, told);
 }
 
 void CliTest::ExpectRefused(const std::vector<std::string>& arguments, const std::string& message) const
@@ -47,6 +52,17 @@ ProcessResult RunScript(const std::string& script, std::vector<std::string> argu
 {
     arguments.insert(arguments.begin(), {"-c", "cli=$0; " + script, VANTOR_CLI_PROGRAM});
     return RunProcess("/bin/bash", arguments);
+}
+
+std::string StoredAsShown(const std::filesystem::path& file, int values)
+{
+    if (values == 0)
+        return "";
+    if (values == 1)
+        return file.string() +
+               ": 1 value that was not set was stored as shown. With --only-edited it stays as it is.\n";
+    return file.string() + ": " + std::to_string(values) +
+           " values that were not set were stored as shown. With --only-edited they stay as they are.\n";
 }
 
 Bytes TextBytes(const std::string& text)

@@ -21,6 +21,10 @@ struct CliTest : testing::Test {
     ProcessResult Run(std::vector<std::string> arguments) const;
 
     void ExpectDone(const std::vector<std::string>& arguments) const;
+
+    /// The same, but standard error tells so: what StoredAsShown says.
+    void ExpectDone(const std::vector<std::string>& arguments, const std::string& told) const;
+
     void ExpectRefused(const std::vector<std::string>& arguments, const std::string& message) const;
 
     CTempFolder folder;
@@ -31,6 +35,9 @@ struct CliTest : testing::Test {
 
 /// Runs `script` in bash, where "$cli" is the built vantor-cli and "$1", "$2" … are `arguments`.
 ProcessResult RunScript(const std::string& script, std::vector<std::string> arguments);
+
+/// What `set` tells when so many values that were not set were stored in `file` as shown.
+std::string StoredAsShown(const std::filesystem::path& file, int values);
 
 /// `text` as the bytes of a file.
 Bytes TextBytes(const std::string& text);

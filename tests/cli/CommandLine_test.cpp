@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(Table, Help, testing::Values(
     HelpCase{"Show",    {"show"},    {"FILE", "--library PATH", "--format NAME", "--start S", "--rows N", "--json"}},
     HelpCase{"Set",     {"set"},     {"FILE", "--library PATH", "--format NAME", "--start S", "--rows N",
                                       "--cell ROW COLUMN TEXT", "--value ROWS ITEM TEXT",
-                                      "--change ROWS ITEM CHANGE", "--where ITEM TEXT"}},
+                                      "--change ROWS ITEM CHANGE", "--where ITEM TEXT", "--only-edited", "--dry-run"}},
     HelpCase{"Convert", {"convert"}, {"SOURCE TARGET", "--library PATH", "--format NAME", "--start S", "--rows N"}},
     HelpCase{"Merge",   {"merge"},   {"FIRST SECOND TARGET", "--size 128K|256K", "--first-read N", "--first-length N",
                                       "--first-place N", "--second-read N", "--second-length N", "--second-place N",

@@ -33,11 +33,12 @@ struct SetChanges : CliTest {
         return {"set", recipe.string(), "--change", rows, item, change};
     }
 
-    /// The words from `at` on after the change.
-    void ExpectWords(const Arguments& arguments, std::size_t at, std::initializer_list<std::uint16_t> words)
+    /// The words from `at` on after the change, which leaves that many values to be stored as shown.
+    void ExpectWords(const Arguments& arguments, std::size_t at, std::initializer_list<std::uint16_t> words,
+                     int storedAsShown)
     {
         WriteAll(recipe, Sample());
-        ExpectDone(arguments);
+        ExpectDone(arguments, StoredAsShown(recipe, storedAsShown));
         const Bytes bytes = ReadAll(recipe);
         ASSERT_EQ(bytes.size(), Sample().size());
         const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(2 * at);
@@ -54,39 +55,40 @@ struct SetChanges : CliTest {
 
 TEST_F(SetChanges, BeginWithTheStoredNumberAndAreStoredExactly)
 {
-    ExpectWords(Change("1", "Belt", "+0.1"), 0, {115}); // 1.05 + 0.1, although 1.50 is shown and 1.15 is coded as 114
-    ExpectWords(Change("1", "Belt", "-1"), 0, {5});
-    ExpectWords(Change("1", "Belt", "*1.1"), 0, {116}); // 1.155
-    ExpectWords(Change("1", "Belt", "/2"), 0, {53});    // 0.525
+    ExpectWords(Change("1", "Belt", "+0.1"), 0, {115},
+                3); // 1.05 + 0.1, although 1.50 is shown and 1.15 is coded as 114
+    ExpectWords(Change("1", "Belt", "-1"), 0, {5}, 3);
+    ExpectWords(Change("1", "Belt", "*1.1"), 0, {116}, 3); // 1.155
+    ExpectWords(Change("1", "Belt", "/2"), 0, {53}, 3);    // 0.525
 }
 
 TEST_F(SetChanges, OfSignedNumbersMayGoBelowZero)
 {
-    ExpectWords(Change("1", "Trim", "-1.2"), 9, {0xFFFB});
-    ExpectWords(Change("1", "Trim", "*-1.1"), 9, {0xFF81}); // -1.265
-    ExpectWords(Change("2", "Trim", "/2"), 19, {0xFFFD});   // -0.025
-    ExpectWords(Change("2", "Trim", "+0.05"), 19, {0});
+    ExpectWords(Change("1", "Trim", "-1.2"), 9, {0xFFFB}, 3);
+    ExpectWords(Change("1", "Trim", "*-1.1"), 9, {0xFF81}, 3); // -1.265
+    ExpectWords(Change("2", "Trim", "/2"), 19, {0xFFFD}, 3);   // -0.025
+    ExpectWords(Change("2", "Trim", "+0.05"), 19, {0}, 3);
 }
 
 TEST_F(SetChanges, OfHexadecimalValuesAreByADecimalNumber)
 {
-    ExpectWords(Change("*", "Hex", "+10"), 1, {0xB5});
-    ExpectWords(Change("*", "Hex", "/2"), 1, {86});
+    ExpectWords(Change("*", "Hex", "+10"), 1, {0xB5}, 4);
+    ExpectWords(Change("*", "Hex", "/2"), 1, {86}, 4);
 }
 
 TEST_F(SetChanges, OfRealNumbersHaveTheDecimalsOfTheItem)
 {
-    ExpectWords(Change("1", "Steam", "+0.05"), 2, {0xCCCD, 0x3E4C});             // 0.2
-    ExpectWords(Change("1", "Steam", "+0.04"), 2, {0xCCCD, 0x3DCC});             // 0.1
-    ExpectWords(Change("*", "Gas", "*3"), 4, {0, 0, 0, 0x4012, u'A'});           // 4.5
-    ExpectWords(Change("2", "Gas", "/2"), 14, {0xAE14, 0xE147, 0x147A, 0x3FF2}); // 1.125 becomes 1.13
+    ExpectWords(Change("1", "Steam", "+0.05"), 2, {0xCCCD, 0x3E4C}, 4);             // 0.2
+    ExpectWords(Change("1", "Steam", "+0.04"), 2, {0xCCCD, 0x3DCC}, 4);             // 0.1
+    ExpectWords(Change("*", "Gas", "*3"), 4, {0, 0, 0, 0x4012, u'A'}, 4);           // 4.5
+    ExpectWords(Change("2", "Gas", "/2"), 14, {0xAE14, 0xE147, 0x147A, 0x3FF2}, 4); // 1.125 becomes 1.13
 }
 
 TEST_F(SetChanges, AreNarrowedByConditions)
 {
     Arguments arguments = Change("*", "Belt", "+1");
     arguments.insert(arguments.end(), {"--where", "Name", "B"});
-    ExpectWords(arguments, 10, {2100});
+    ExpectWords(arguments, 10, {2100}, 4);
 }
 
 TEST_F(SetChanges, AreRefusedOutsideTheLimits)
@@ -112,7 +114,7 @@ TEST_F(SetChanges, AreRefusedBehindTheEndOfTheFile)
 {
     WriteAll(recipe, WordBytes({105, 0xAB}));
     ExpectRefusedAndKept(Change("*", "Belt", "+1"), "Row 2, Belt: there is no number to change!");
-    ExpectDone(Change("1", "Belt", "+1"));
+    ExpectDone(Change("1", "Belt", "+1"), StoredAsShown(recipe, 10));
     EXPECT_EQ(ReadAll(recipe)[0], std::byte{205});
 }
 
@@ -127,8 +129,9 @@ TEST_F(SetChanges, OfPagedFilesAreStoredExactly)
 {
     const std::string path = (folder / "p.frp").string();
     ExpectDone({"convert", recipe.string(), path, "--rows", "1"});
-    ExpectDone({"set", path, "--rows", "1", "--cell", "1", "2", "1.05", "--change", "1", "Hex", "+1"});
-    ExpectDone({"set", path, "--rows", "1", "--change", "1", "Belt", "+0.1"});
+    const std::string told = StoredAsShown(path, 1); // the trim, one less each time
+    ExpectDone({"set", path, "--rows", "1", "--cell", "1", "2", "1.05", "--change", "1", "Hex", "+1"}, told);
+    ExpectDone({"set", path, "--rows", "1", "--change", "1", "Belt", "+0.1"}, told);
     const Bytes bytes = ReadAll(path);
     EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + 4), WordBytes({115, 0xAC}));
 }
@@ -138,7 +141,8 @@ TEST_F(SetChanges, OfATableWorkOnTheTextShown)
     const std::string path = (folder / "t.csv").string();
     ExpectDone({"convert", recipe.string(), path});
     ExpectDone({"set", path, "--change", "1", "Belt", "+0.1", "--change", "*", "Hex", "+10", "--change", "1", "Steam",
-                "*2", "--change", "2", "Gas", "/2"});
+                "*2", "--change", "2", "Gas", "/2"},
+               StoredAsShown(path, 2)); // the last field of each line gets quotes
     const std::string out = Run({"show", path, "--json"}).out;
     EXPECT_NE(out.find(R"("cells": ["1.60", "B5", "0.2", "   1.50", "A", )"), std::string::npos) << out;
     EXPECT_NE(out.find(R"("cells": ["20.00", "B", "nan", "1.13", )"), std::string::npos) << out;

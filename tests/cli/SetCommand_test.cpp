@@ -40,7 +40,7 @@ TEST_F(SetCommand, TakesFormatStartAndRowsFromItsOptions)
 TEST_F(SetCommand, SavePastTheEndMakesTheFileLonger)
 {
     WriteAll(recipe, WordBytes({99}));
-    ExpectDone(Cells({{"1", "2", "7"}}));
+    ExpectDone(Cells({{"1", "2", "7"}}), StoredAsShown(recipe, 7));
     EXPECT_EQ(ReadAll(recipe), WordBytes({99, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 

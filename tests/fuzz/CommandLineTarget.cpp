@@ -1,3 +1,4 @@
+#include "changes/ChangeLines.h"
 #include "cli/CommandLine.h"
 #include "library/FormatLibrary.h"
 #include "tests/fuzz/Property.h"
@@ -11,6 +12,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -194,13 +197,43 @@ bool IsAboutDamagedLibrary(const std::string& error)
            std::count(error.begin(), error.end(), '\n') == 1;
 }
 
-void CheckAnswer(const Answer& answer)
+/// The rest of what is told after the message on a damaged library, if that is there.
+std::string WithoutLibraryMessage(const std::string& error)
+{
+    const std::size_t end = error.find('\n') + 1;
+    return IsAboutDamagedLibrary(error.substr(0, end)) ? error.substr(end) : error;
+}
+
+/// Of values that nobody set `set` tells how many change, once.
+bool IsAboutStoredAsShown(const std::string& error)
+{
+    static const std::regex sentence(
+        "[^\n]*: (1 value that (was not set was|is not set will be)|[0-9]+ values that (were not set were|are not set "
+        "will be)) stored as shown( or dropped)?[.]( With --only-edited (it stays as it is|they stay as they "
+        "are)[.])?\n");
+    return std::regex_match(error, sentence);
+}
+
+void CheckAnswer(const std::string& command, const Answer& answer)
 {
     Require(answer.code >= 0 && answer.code <= 2, "the exit code is 0, 1 or 2");
     Require(answer.code == 0 || !answer.error.empty(), "a failure says why");
     Require(answer.code != 2 || answer.out.empty(), "nothing is done for arguments that make no sense");
-    const bool isQuiet = answer.error.empty() || IsAboutDamagedLibrary(answer.error);
+    const bool isQuiet = answer.error.empty() || IsAboutDamagedLibrary(answer.error) ||
+                         (command == "set" && IsAboutStoredAsShown(WithoutLibraryMessage(answer.error)));
     Require(answer.code != 0 || isQuiet, "what is done is not complained of");
+}
+
+bool AreChanges(const std::string& lines)
+{
+    std::istringstream input(lines);
+    CChangeReader reader(input);
+    if (!std::holds_alternative<ChangeHeader>(reader.ReadHeader()))
+        return false;
+    auto next = reader.Next();
+    while (std::holds_alternative<ChangeRecord>(next))
+        next = reader.Next();
+    return std::holds_alternative<EndOfChanges>(next);
 }
 
 /// What begins as JSON goes on as JSON; help is asked for in many ways, and begins otherwise.
@@ -208,6 +241,8 @@ void CheckOutput(const std::string& command, const Answer& answer)
 {
     if (answer.code == 0 && command == "show" && answer.out.starts_with('{'))
         Require(nlohmann::json::accept(answer.out), "JSON output is JSON");
+    if (answer.code == 0 && command == "set" && answer.out.starts_with('{'))
+        Require(AreChanges(answer.out), "changes that are printed can be read");
 }
 
 } // namespace
@@ -225,12 +260,14 @@ void FuzzCommandLine(FuzzBytes bytes)
     const Files before = FilesIn(".");
     const Answer answer = Run(invocation.arguments);
     const Files after = FilesIn(".");
-    CheckAnswer(answer);
+    CheckAnswer(command, answer);
     CheckOutput(command, answer);
     if (answer.code == 2)
         Require(before == after, "arguments that make no sense change nothing");
     if (answer.code == 1 && command != "merge") // which leaves what it wrote
         Require(before == after, "a command that fails changes nothing");
+    if (command == "set" && !answer.out.empty())
+        Require(before == after, "telling what would change changes nothing");
     if (command == "show") {
         Require(before == after, "showing changes nothing");
         const Answer again = Run(invocation.arguments);
