@@ -83,6 +83,14 @@ TEST_F(DocumentedExamples, PrintWhatTheDocumentSays)
         EXPECT_EQ(RunHere(example.command).out, example.output) << example.command;
 }
 
+/// What was printed without the one sentence that a save of all cells of the sample is told of.
+std::string WithoutWarning(const std::string& out)
+{
+    static const std::regex warning("oven\\.rcp: [0-9]+ values? that (was|were) not set (was|were) stored as shown\\. "
+                                    "With --only-edited (it stays as it is|they stay as they are)\\.\n");
+    return std::regex_replace(out, warning, "", std::regex_constants::format_first_only);
+}
+
 TEST_F(DocumentedExamples, OfTheManPagesRun)
 {
     fs::rename(folder / "bakery-oven.rcp", folder / "oven.rcp");
@@ -97,7 +105,8 @@ TEST_F(DocumentedExamples, OfTheManPagesRun)
         ASSERT_TRUE(command.starts_with("vantor-cli ")) << command << " is not to be run here";
         const ProcessResult result = RunHere(command);
         EXPECT_EQ(result.exitCode, 0) << command << result.out;
-        EXPECT_TRUE(result.out.empty() || command.starts_with("vantor-cli show ")) << command << result.out;
+        EXPECT_TRUE(WithoutWarning(result.out).empty() || command.starts_with("vantor-cli show "))
+            << command << result.out;
     }
 }
 
