@@ -98,6 +98,7 @@ QWidget* CChangesPanel::MakeFilterRow()
     m_pFilter->setAccessibleName(tr("Filter of the changes"));
     m_pFilter->setToolTip(tr("Shows the changes with this text in their address, item, values or reason"));
     m_pFilter->setClearButtonEnabled(true);
+    m_pFilter->setAcceptDrops(false); // a file is for the window to open
     m_pFilter->installEventFilter(this);
     m_pCount->setObjectName(QStringLiteral("labelCount"));
     m_pCount->setTextFormat(Qt::PlainText);

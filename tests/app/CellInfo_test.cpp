@@ -135,10 +135,14 @@ TEST_F(CellInfo, AValueOutsideItsLimitsSaysWhatItIs)
     EXPECT_TRUE(Marks(2, 2).outOfRange);
     EXPECT_FALSE(Marks(1, 2).outOfRange);
     EXPECT_FALSE(Marks(2, 3).outOfRange);
-    EXPECT_EQ(Tip(2, 2), "<p>The value 500 lies outside the limits -9 to 99</p>");
-    EXPECT_EQ(Description(2, 2), "Temp, 2 RW13, the value 500 lies outside the limits -9 to 99");
+    EXPECT_TRUE(Marks(2, 2).rewritten);
+    const QString remark =
+        "he value 500 lies outside the limits -9 to 99, holds 500, shown as 0; a save stores 0. Because of its limits "
+        "the number is shown as another one, and a save stores what is shown.";
+    EXPECT_EQ(Tip(2, 2), "<p>T" + remark + "</p>");
+    EXPECT_EQ(Description(2, 2), "Temp, 2 RW13, t" + remark);
     ClickCell(2, 2);
-    EXPECT_EQ(Message(), "RW13, 16 bit signed number, -9 to 99, the value 500 lies outside the limits -9 to 99");
+    EXPECT_EQ(Message(), "RW13, 16 bit signed number, -9 to 99, t" + remark.toStdString());
     TypeIntoCell(2, 2, "9");
     EXPECT_FALSE(Marks(2, 2).outOfRange);
     EXPECT_EQ(Message(), "RW13, 16 bit signed number, -9 to 99, changed, not saved yet");

@@ -42,6 +42,8 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(paste, "&Paste");
     add(changes, "&Next change");
     add(changes, "Pre&vious change");
+    add(false, "Store e&xactly"); // have tests of their own
+    add(false, "&Keep stored");
     return first;
 }
 

@@ -37,9 +37,12 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
     const QList<QAction*> menus = Find<QMenuBar>("menuBar").actions();
     const std::pair<QString, QStringList> expected[] = {
         {"File(&F)",
-         {"New file", "Open file", "Save file", "Save as...", "-", "-", QString::fromUtf8("最近文件"), "-",
-          "Exit(&X)"}},
-        {"Edit(&E)", {"&Undo", "&Redo", "-", "Cu&t", "&Copy", "&Paste", "-", "&Next change", "Pre&vious change"}},
+         {"New file", "Open file", "Save file", "Save as...", "-", "Save edited only",
+          QString::fromUtf8("Save a copy…"), QString::fromUtf8("Changes on saving…"), "-",
+          QString::fromUtf8("最近文件"), "-", "Exit(&X)"}},
+        {"Edit(&E)",
+         {"&Undo", "&Redo", "-", "Cu&t", "&Copy", "&Paste", "-", "&Next change", "Pre&vious change", "-",
+          "Store e&xactly", "&Keep stored"}},
         {"View(&V)", {"ToolBar(&T)", "Status Bar(&S)"}},
         {"File Merge(&M)", {"File Merge(&F)"}},
         {"Help(&H)", {"About Vantor(&A)..."}},
@@ -139,9 +142,19 @@ TEST_F(MainFrame, EveryCommandIsEnabledExactlyWhenItsStateAllowsIt)
     }
     EXPECT_EQ(enabled(), always); // a failed Open opens nothing
     Trigger(*frame, "actionNew");
-    const QStringList open{"actionAbout", "actionExit",   "actionFileMerge", "actionNew",    "actionOpen",
-                           "actionSave",  "actionSaveAs", "actionStatusBar", "actionToolBar"};
+    const QStringList open{
+        "actionAbout", "actionChangesOnSaving", "actionExit",     "actionFileMerge", "actionNew",    "actionOpen",
+        "actionSave",  "actionSaveAs",          "actionSaveCopy", "actionStatusBar", "actionToolBar"};
     EXPECT_EQ(enabled(), open);
+    MakeFile("a.rcp");
+    {
+        const CModalAnswer answer({ChoosePath(Path("b.rcp")), ChoosePath(Path("a.rcp"))}); // the new one is saved first
+        Trigger(*frame, "actionOpen");
+    }
+    QStringList ofFile = open;
+    ofFile << "actionSaveEdited";
+    ofFile.sort();
+    EXPECT_EQ(enabled(), ofFile);
 }
 
 struct KeyCase {
@@ -243,7 +256,7 @@ TEST_F(MainFrame, AFileDroppedOnAFieldGoesToTheWindow)
     ClickCell(1, 2);
     QTest::keyClick(&Grid(), Qt::Key_F2);
     const QList<QLineEdit*> fields = frame->findChildren<QLineEdit*>();
-    ASSERT_EQ(fields.size(), 4); // three in the format pane and the open cell
+    ASSERT_EQ(fields.size(), 5); // three in the format pane, the open cell and the filter of the changes
     for (const QLineEdit* field : fields) {
         const QWidget* target = field;
         while (!target->acceptDrops())
