@@ -96,7 +96,7 @@ void CMainFrame::CreateStatusPanes()
     m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     m_pMessage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
     m_pUi->statusBar->addWidget(m_pMessage, 1);
-    m_pUi->statusBar->addWidget(&m_pSaveCommands->Field());
+    m_pUi->statusBar->addPermanentWidget(&m_pSaveCommands->Field()); // the prompts of commands do not hide it
     m_pUi->statusBar->setContentsMargins(0, 0, m_pMessage->indent(), 0);
     const std::array<QString, CLockKeys::KeyCount> texts{tr("Capital"), tr("Number"), tr("Scroll")};
     for (std::size_t key = 0; key < texts.size(); ++key) {
@@ -238,6 +238,8 @@ void CMainFrame::ShowRecipeData(FileType type)
     ForgetLeftOut();
     m_pDataPane->ShowData(type);
     m_pSaveCommands->Update();
+    if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
+        m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
 }
 
 bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)

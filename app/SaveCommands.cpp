@@ -38,7 +38,8 @@ CSaveCommands::CSaveCommands(Ui::CMainFrame& ui, CRecipeFrame& frame, CFileComma
       m_dataPane(dataPane),
       m_window(window),
       m_pPanel(new CChangesPanel(frame.Reporter(), &window)),
-      m_pField(new QToolButton(&window))
+      m_pField(new QToolButton(&window)),
+      m_counting(&window)
 {
     window.addDockWidget(Qt::BottomDockWidgetArea, m_pPanel);
     m_pPanel->hide();
@@ -47,6 +48,7 @@ CSaveCommands::CSaveCommands(Ui::CMainFrame& ui, CRecipeFrame& frame, CFileComma
     m_pField->setFocusPolicy(Qt::TabFocus);
     m_pField->setToolTip(tr("What a save will change. A click lists it."));
     m_pField->hide();
+    m_counting.setObjectName(QStringLiteral("timerCounting"));
     m_counting.setSingleShot(true);
     connect(&m_counting, &QTimer::timeout, this, &CSaveCommands::CountOn);
     connect(m_ui.actionSaveEdited, &QAction::triggered, this, [&fileCommands] { fileCommands.OnFileSaveEdited(); });
@@ -69,8 +71,14 @@ void CSaveCommands::ConnectActions()
 
 void CSaveCommands::ConnectPanel()
 {
-    connect(m_pPanel, &CChangesPanel::GoToCell, this, [this](CellPlace place) { m_dataPane.GoToCell(place); });
-    connect(m_pPanel, &CChangesPanel::ShowCell, this, [this](CellPlace place) { m_dataPane.ShowCells({place}); });
+    connect(m_pPanel, &CChangesPanel::GoToCell, this, [this](CellPlace place) {
+        if (IsListOfTable())
+            m_dataPane.GoToCell(place);
+    });
+    connect(m_pPanel, &CChangesPanel::ShowCell, this, [this](CellPlace place) {
+        if (IsListOfTable())
+            m_dataPane.ShowCells({place});
+    });
     connect(m_pPanel, &CChangesPanel::KeepStored, &m_dataPane, &CRecipeDataShowView::KeepStored);
     connect(m_pPanel, &CChangesPanel::Left, this, [this] { m_dataPane.setFocus(Qt::OtherFocusReason); });
 }
@@ -126,9 +134,9 @@ void CSaveCommands::FollowDocument()
         return;
     if (m_listedPath != document.Path() || m_listedFormat != FormatNameOf(document))
         ListPlan();
-    else if (m_listedRevision != document.Plan().Revision())
+    else if (m_listedEdition != document.Plan().Edition())
         m_pPanel->ListChanged();
-    m_listedRevision = document.Plan().Revision();
+    m_listedEdition = document.Plan().Edition();
 }
 
 void CSaveCommands::CountOn()
@@ -170,6 +178,7 @@ void CSaveCommands::ListPlan()
     const CRecipeDocument& document = m_frame.Document();
     m_listedPath = document.Path();
     m_listedFormat = FormatNameOf(document);
+    m_listedEdition = document.Plan().Edition();
     m_isPlanListed = true;
     m_pPanel->SetList(std::make_shared<CPlannedChanges>(document.Plan(), SaveSubject{m_listedPath, m_listedFormat}),
                       tr("Changes on saving"), ChangeAction::KeepStored);
@@ -181,6 +190,11 @@ void CSaveCommands::OpenPlan()
     if (!m_isPlanListed)
         ListPlan();
     ShowCounts();
+    OpenPanel();
+}
+
+void CSaveCommands::OpenPanel()
+{
     m_pPanel->show();
     m_pPanel->setFocus(Qt::OtherFocusReason);
 }
@@ -188,47 +202,82 @@ void CSaveCommands::OpenPlan()
 void CSaveCommands::TellStoredAsShown()
 {
     const auto& saved = m_frame.Document().StoredAsShown();
-    if (!saved) {
-        m_frame.WithdrawStrip(StripSubject::StoredAsShown);
-        if (!m_isPlanListed && m_pPanel->isVisible())
-            ListPlan();
+    if (!saved)
+        return WithdrawStoredAsShown();
+    if (m_pTold != saved)
+        m_toldFormat = FormatNameOf(m_frame.Document());
+    const QString text = StoredAsShownText();
+    const bool isListed = !m_isPlanListed && m_pPanel->isVisible();
+    if (isListed && m_pTold != saved) // those of the save before have no use any more
+        ListStoredAsShown();
+    if (m_pTold == saved && m_strTold == text)
         return;
-    }
-    const std::size_t count = saved->UneditedCount();
-    QString text = count == 1 ? tr("1 value that you did not edit was stored as shown")
-                              : tr("%1 values that you did not edit were stored as shown").arg(count);
-    const bool isOfOtherType =
-        std::any_of(saved->changes.begin(), saved->changes.end(),
-                    [](const PlannedChange& change) { return change.why == ChangeReason::Type; });
-    text += isOfOtherType ? tr(": the rows were read as another type.") : QStringLiteral(".");
-    if (saved->path != m_frame.Document().Path())
-        text.prepend(ToQPath(saved->path.filename()) + QStringLiteral(": "));
+    m_pTold = saved;
+    m_strTold = text;
     StripMessage message{text, {}};
-    message.buttons << StripButton{tr("Show"), [this] { OpenStoredAsShown(); }};
+    message.buttons << StripButton{tr("Show"), [this] {
+                                       ListStoredAsShown();
+                                       OpenPanel();
+                                   }};
     if (saved->CanBePutBack())
         message.buttons << StripButton{tr("Put back"), [this] { PutBack(); }};
     m_frame.ShowStrip(StripSubject::StoredAsShown, message);
 }
 
-void CSaveCommands::OpenStoredAsShown()
+void CSaveCommands::WithdrawStoredAsShown()
+{
+    m_pTold.reset();
+    m_strTold.clear();
+    m_frame.WithdrawStrip(StripSubject::StoredAsShown);
+    if (!m_isPlanListed)
+        ListPlan();
+}
+
+/// "61 values that you did not edit were stored as shown."
+QString CSaveCommands::StoredAsShownText() const
+{
+    const SavedChanges& saved = *m_frame.Document().StoredAsShown();
+    const std::size_t count = saved.UneditedCount();
+    QString text = count == 1 ? tr("1 value that you did not edit was stored as shown")
+                              : tr("%1 values that you did not edit were stored as shown").arg(count);
+    const bool isOfOtherType = std::any_of(saved.changes.begin(), saved.changes.end(), [](const PlannedChange& change) {
+        return change.why == ChangeReason::Type;
+    });
+    text += isOfOtherType ? tr(": the rows were read as another type.") : QStringLiteral(".");
+    if (saved.path != m_frame.Document().Path())
+        text.prepend(ToQPath(saved.path.filename()) + QStringLiteral(": "));
+    return text;
+}
+
+void CSaveCommands::ListStoredAsShown()
 {
     const auto& saved = m_frame.Document().StoredAsShown();
     m_isPlanListed = false;
-    m_pPanel->SetList(
-        std::make_shared<CStoredAsShown>(saved, SaveSubject{saved->path, FormatNameOf(m_frame.Document())}),
-        tr("Stored as shown by the last save"), {});
+    m_pPanel->SetList(std::make_shared<CStoredAsShown>(saved, SaveSubject{saved->path, m_toldFormat}),
+                      tr("Stored as shown by the last save"), {});
     m_pPanel->SetSummary(tr("%1 stored as shown").arg(saved->UneditedCount()));
     m_pPanel->SetFile(saved->path);
-    m_pPanel->show();
-    m_pPanel->setFocus(Qt::OtherFocusReason);
+}
+
+/// Whether the lines of the panel are about cells of the table that is shown.
+bool CSaveCommands::IsListOfTable() const
+{
+    const CRecipeDocument& document = m_frame.Document();
+    return m_isPlanListed ||
+           (m_pTold && m_pTold->path == document.Path() && m_pTold->after.Cells().IsLaidOutLike(document.Rows()));
 }
 
 void CSaveCommands::PutBack()
 {
-    const std::size_t count = m_frame.Document().StoredAsShown()->UneditedCount();
-    if (!m_dataPane.PutBackStored())
-        return;
+    const auto saved = m_frame.Document().StoredAsShown();
+    const auto count = saved ? m_dataPane.PutBackStored() : std::nullopt;
     TellStoredAsShown();
     Update();
-    m_frame.TellEdit(count == 1 ? tr("1 value was put back.") : tr("%1 values were put back.").arg(count));
+    if (!count)
+        return;
+    QString text = *count == 1 ? tr("1 value was put back.") : tr("%1 values were put back.").arg(*count);
+    if (const std::size_t others = saved->UneditedCount() - *count; others > 0)
+        text += others == 1 ? tr(" Another one was edited or changed since.")
+                            : tr(" %1 others were edited or changed since.").arg(others);
+    m_frame.TellEdit(text);
 }

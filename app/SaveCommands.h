@@ -1,5 +1,6 @@
 #pragma once
 
+#include "files/PutBack.h"
 #include "views/ChangesPanel.h"
 
 #include <QObject>
@@ -35,7 +36,8 @@ public:
     /// count.
     void Update();
 
-    /// A save, or an opening, is over: tells what was stored as shown, or withdraws it.
+    /// A save, or an opening, is over: tells what was stored as shown, or withdraws it. What was told already is not
+    /// told again: the user may have dismissed it.
     void TellStoredAsShown();
 
     /// What the window shows beside the panes.
@@ -47,12 +49,15 @@ private:
     void ConnectPanel();
     void CountOn();
     void ShowCounts();
-    QString SavePlanTitle() const;
     void FollowDocument();
     void ListPlan();
     void OpenPlan();
-    void OpenStoredAsShown();
+    void WithdrawStoredAsShown();
+    QString StoredAsShownText() const;
+    void ListStoredAsShown();
+    void OpenPanel();
     void PutBack();
+    bool IsListOfTable() const;
     void EnableEditEntries();
     void AllowEditKeys();
 
@@ -63,8 +68,11 @@ private:
     CChangesPanel* m_pPanel;
     QToolButton* m_pField;
     QTimer m_counting;
-    bool m_isPlanListed = false;        ///< the panel lists the plan
-    std::filesystem::path m_listedPath; ///< of the file whose plan it lists
-    std::uint64_t m_listedRevision = 0;
-    std::u16string m_listedFormat; ///< likewise, of its format
+    bool m_isPlanListed = false;                 ///< the panel lists the plan
+    std::filesystem::path m_listedPath;          ///< of the file whose plan it lists
+    std::u16string m_listedFormat;               ///< likewise, of its format
+    std::uint64_t m_listedEdition = 0;           ///< likewise
+    std::shared_ptr<const SavedChanges> m_pTold; ///< what the strip spoke of last
+    std::u16string m_toldFormat;                 ///< of its rows
+    QString m_strTold;                           ///< what it said
 };

@@ -182,7 +182,8 @@ public:
     const std::shared_ptr<const SavedChanges>& StoredAsShown() const { return m_pStoredAsShown; }
 
     /// Puts that back (PutBack.h), into a file that is not the current one any more, too; no state of a cell changes.
-    SaveResult PutBackStored(CReporter& reporter, CProgress& progress);
+    /// `count` becomes the number of values that are as they were before that save.
+    SaveResult PutBackStored(CReporter& reporter, CProgress& progress, std::size_t& count);
 
     // Edits. Each can be undone; those of cells make the document modified.
 

@@ -44,10 +44,9 @@ void CRecipeDocument::BeginPlan()
 {
     if (!m_isPlanStale || !CanPlan())
         return;
-    WithMemoryFor([this] {
-        m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType);
-        m_isPlanStale = false;
-    });
+    m_isPlanStale = false; // without memory for it, it is not tried again and again
+    WithMemoryFor(
+        [this] { m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType); });
 }
 
 bool CRecipeDocument::ContinuePlan(std::chrono::steady_clock::time_point end)
@@ -187,7 +186,7 @@ bool CRecipeDocument::MayWriteEdited(CReporter& reporter, CProgress& progress) c
     return FileBytesAfterEdited(m_shown.rows, m_shown.stored, m_strFilePath, reporter, progress).has_value();
 }
 
-SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progress)
+SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progress, std::size_t& count)
 {
     if (!m_pStoredAsShown)
         return {};
@@ -198,6 +197,7 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     if (!result.isSaved)
         return result;
     m_pStoredAsShown.reset();
+    count = CountPutBack(*saved);
     if (saved->path != m_strFilePath)
         return result;
     m_shown.saves = ++m_saves;

@@ -130,3 +130,22 @@ try {
     ShowFileError(reporter, SaveErrorOf(saved.after.Type()), saved.path);
     return {};
 }
+
+std::size_t CountPutBack(const SavedChanges& saved)
+try {
+    const CRecipeRows& layout = saved.after.Cells();
+    const CStoredCells now = ReadStoredCells(layout, saved.after.Type(), saved.path);
+    CCellComparison cellsBefore(layout, saved.before, false);
+    CCellComparison cellsNow(layout, now, false);
+    const bool isTable = saved.after.Type() == FileType::Csv;
+    const auto isBack = [&](const PlannedChange& change) {
+        if (change.why == ChangeReason::Edited)
+            return false;
+        return isTable ? cellsNow.OldText(change.place) == cellsBefore.OldText(change.place)
+                       : std::ranges::equal(cellsNow.OldWords(change.place), cellsBefore.OldWords(change.place));
+    };
+    const auto back = std::count_if(saved.changes.begin(), saved.changes.end(), isBack);
+    return static_cast<std::size_t>(back) + saved.dropped;
+} catch (const std::bad_alloc&) {
+    return 0;
+}

@@ -32,3 +32,7 @@ struct SavedChanges {
 ///
 /// Not saved after a failure, as a save of the edited cells is (EditedSave.h).
 SaveResult PutBack(const SavedChanges& saved, const CRecipeRows& rows, CReporter& reporter, CProgress& progress);
+
+/// How many of the values that nobody had edited the file holds now as it did before that save; what the save left out
+/// counts, since all of it goes back.
+std::size_t CountPutBack(const SavedChanges& saved);

@@ -47,7 +47,6 @@ void CSavePlan::Begin(const CRecipeRows& rows, const CStoredCells& stored, const
 
 void CSavePlan::Stop()
 {
-    ++m_revision;
     m_comparison.reset();
     m_scan.reset();
     m_dropped = {};
@@ -55,6 +54,8 @@ void CSavePlan::Stop()
     m_isFinished = false;
     m_changes = {};
     m_counts = {};
+    m_changesForm.reset();
+    ++m_edition;
 }
 
 bool CSavePlan::Continue(std::chrono::steady_clock::time_point end)
@@ -137,11 +138,18 @@ CSavePlan::DroppedField CSavePlan::FieldOf(const DroppedText& dropped) const
     return field;
 }
 
-/// A field whose value changes is told with it.
 bool CSavePlan::ChangesForm() const
 {
     if (!m_scan || !m_scan->IsDone())
         return false;
+    if (!m_changesForm)
+        m_changesForm = FindFormChange();
+    return *m_changesForm;
+}
+
+/// A field whose value changes is told with it.
+bool CSavePlan::FindFormChange() const
+{
     const CsvShape& shape = m_scan->Shape();
     const auto changes = [this](CellPlace place) {
         const auto change = std::lower_bound(m_changes.begin(), m_changes.end(), place, IsBefore);
@@ -190,6 +198,8 @@ try {
     cells = cells.first(static_cast<std::size_t>(end - cells.begin()));
     if (!IsBegun() || cells.empty())
         return;
+    m_changesForm.reset();
+    ++m_edition;
     const auto first = std::lower_bound(m_changes.begin(), m_changes.end(), cells.front(), IsBefore);
     auto next = first;
     std::vector<PlannedChange> merged;
@@ -201,7 +211,6 @@ try {
         if (const auto why = m_comparison->Compare(cell))
             merged.push_back({cell, *why});
     }
-    ++m_revision;
     Count({first, next}, false);
     Count(merged, true);
     const auto common = std::min<std::ptrdiff_t>(next - first, std::ssize(merged));

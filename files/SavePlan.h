@@ -60,10 +60,7 @@ public:
 
     bool IsBegun() const { return m_comparison.has_value(); }
     bool IsFinished() const { return m_isFinished; }
-
-    /// Another number whenever changes that were known may be others; not when counting finds further ones.
-    std::uint64_t Revision() const { return m_revision; }
-
+    std::int32_t NextRow() const { return m_nextRow; }        ///< the rows before it were looked at
     /// Whether it is finished and tells all: not where the lines of a table's file could not be read for it.
     bool IsWhole() const { return m_isFinished && (!m_scan || m_scan->IsDone()); }
 
@@ -85,6 +82,9 @@ public:
 
     /// Those that are known, in ascending order.
     const std::vector<PlannedChange>& Changes() const { return m_changes; }
+
+    /// Another number whenever those that are known may have become others; not when counting adds to them.
+    std::uint64_t Edition() const { return m_edition; }
 
     /// How many changes have that reason: cells, fields and lines that are dropped, runs of zero words; one for the
     /// form.
@@ -124,6 +124,7 @@ private:
     void CompareNextRows();
     void ScanOn();
     void TakeShape();
+    bool FindFormChange() const;
     void Count(std::span<const PlannedChange> changes, bool isAdded);
 
     const CRecipeRows* m_pRows = nullptr;
@@ -131,10 +132,11 @@ private:
     mutable std::optional<CCellComparison> m_comparison;
     std::int32_t m_nextRow = 0; ///< the first that was not looked at
     bool m_isFinished = false;
-    std::uint64_t m_revision = 0;
     std::filesystem::path m_path;
     std::unique_ptr<CCsvShapeScan> m_scan; ///< of a table of texts, once its rows are compared
     std::vector<DroppedText> m_dropped;
     std::vector<PlannedChange> m_changes;
     std::array<std::size_t, kChangeReasons> m_counts{};
+    mutable std::optional<bool> m_changesForm; ///< nothing while it is to be found out
+    std::uint64_t m_edition = 0;
 };

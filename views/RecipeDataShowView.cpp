@@ -204,12 +204,13 @@ SaveResult CRecipeDataShowView::WriteCopy(FileType type, const QString& path)
     });
 }
 
-bool CRecipeDataShowView::PutBackStored()
+std::optional<std::size_t> CRecipeDataShowView::PutBackStored()
 {
-    return WriteBy([this](CRecipeDocument& document, CProgress& progress) {
-               return document.PutBackStored(m_frame.Reporter(), progress);
-           })
-        .isSaved;
+    std::size_t count = 0;
+    const SaveResult result = WriteBy([&](CRecipeDocument& document, CProgress& progress) {
+        return document.PutBackStored(m_frame.Reporter(), progress, count);
+    });
+    return result ? std::optional(count) : std::nullopt;
 }
 
 /// The marks of the cells may be others then.
@@ -347,12 +348,14 @@ bool CRecipeDataShowView::Report(EditOutcome outcome)
 
 void CRecipeDataShowView::KeepStored(const std::vector<CellPlace>& places)
 {
-    ShowStates(m_frame.Document().KeepStored(places));
+    if (EndCellEdit())
+        ShowStates(m_frame.Document().KeepStored(places));
 }
 
 void CRecipeDataShowView::StoreExactly(const std::vector<CellPlace>& places)
 {
-    ShowStates(m_frame.Document().StoreExactly(places));
+    if (EndCellEdit())
+        ShowStates(m_frame.Document().StoreExactly(places));
 }
 
 void CRecipeDataShowView::ShowStates(EditOutcome outcome)

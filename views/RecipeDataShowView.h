@@ -42,8 +42,9 @@ public:
     /// Has the document write a copy to the file `path` as `type`; a failure was reported then.
     SaveResult WriteCopy(FileType type, const QString& path);
 
-    /// Has the document put back what its last save stored as shown. False after a failure, reported.
-    bool PutBackStored();
+    /// Has the document put back what its last save stored as shown: how many values went back. Nothing after a
+    /// failure, reported.
+    std::optional<std::size_t> PutBackStored();
 
     /// Has the document drop its rows, and empties the grid; no cell is chosen afterwards.
     void ClearGrid();
@@ -64,6 +65,8 @@ public:
 
     /// The data cells that are chosen, in ascending order, at most so many.
     std::vector<CellPlace> ChosenPlaces(std::size_t most) const;
+
+    // Both end an edit that is open first; a refused text, which was reported then, stops the command.
 
     /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
     void KeepStored(const std::vector<CellPlace>& places);

@@ -75,7 +75,8 @@ protected:
 
     static bool PutBack(CRandomRecipe& recipe)
     {
-        return recipe.document.PutBackStored(recipe.reporter, recipe.progress).isSaved;
+        std::size_t count = 0;
+        return recipe.document.PutBackStored(recipe.reporter, recipe.progress, count).isSaved;
     }
 
     /// Mostly an edit, seldom a save.

@@ -119,6 +119,7 @@ TEST_P(EditedSave, PutsBackWhatNobodyEdited)
     saved.after = ReadStoredCells(rows, type.type, path);
     EXPECT_TRUE(PutBack(saved, rows, reporter, progress).isSaved);
     EXPECT_EQ(BytesInFile(), before);
+    EXPECT_EQ(CountPutBack(saved), saved.UneditedCount());
 }
 
 /// Rows over the end of a flat file, and a column that a save rewrites.
@@ -184,6 +185,7 @@ TEST_F(FlatPutBack, LeavesWhatWasEditedSince)
     rows.SetText(0, 0, u"9.99");
     EXPECT_TRUE(PutBackAll());
     EXPECT_EQ(ReadAll(path), WordBytes({150, 115, 105}));
+    EXPECT_EQ(saved.UneditedCount(), CountPutBack(saved) + 1);
 }
 
 TEST_F(FlatPutBack, LeavesWhatAnotherProgramWrote)
@@ -193,6 +195,7 @@ TEST_F(FlatPutBack, LeavesWhatAnotherProgramWrote)
     WriteAll(path, WordBytes({150, 7, 150}));
     EXPECT_TRUE(PutBackAll());
     EXPECT_EQ(ReadAll(path), WordBytes({105, 7, 105}));
+    EXPECT_EQ(saved.UneditedCount(), CountPutBack(saved) + 1);
 }
 
 TEST_F(FlatPutBack, DoesNotCutAFileThatAnotherProgramMadeLonger)

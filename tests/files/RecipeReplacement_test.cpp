@@ -26,7 +26,8 @@ struct RecipeReplacement : testing::Test {
 
     bool Replace(const fs::path& path)
     {
-        return ReplaceRecipe(FileTypeOf(path).value(), rows, path, rows.StartAddress(), reporter).isSaved;
+        CNoProgress progress;
+        return ReplaceRecipe(FileTypeOf(path).value(), rows, path, rows.StartAddress(), reporter, progress).isSaved;
     }
 
     /// In two steps, as the window does.
