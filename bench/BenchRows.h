@@ -37,10 +37,3 @@ public:
 private:
     std::filesystem::path m_path;
 };
-
-/// Nobody watches a benchmark.
-class CSilentReporter final : public CReporter {
-public:
-    void ShowError(std::u16string_view) override {}
-    bool AskYesNo(std::u16string_view) override { return false; }
-};
