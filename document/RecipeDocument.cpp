@@ -111,8 +111,8 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
     shown.readAs = type;
     if (type != m_nFileType)
         shown.stored = ReadStored(shown.rows);
-    else if (!m_strFilePath.empty())
-        shown.stored = CStoredCells(shown.rows, type, LogicalBytes(type, m_strFilePath));
+    else if (const auto bytes = LogicalBytes(type, m_strFilePath); bytes && !m_strFilePath.empty())
+        shown.stored = CStoredCells(shown.rows, type, *bytes);
     return Reading::Done;
 }
 

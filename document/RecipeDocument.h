@@ -237,7 +237,7 @@ private:
     }
     std::shared_ptr<SavedChanges> ChangesToCome(CProgress& progress, Outcome& outcome);
     SaveResult WriteRows(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
-    void NoteTorn(const SaveResult& result, const std::filesystem::path& path);
+    void NoteFailed(const SaveResult& result, const std::filesystem::path& path);
     bool MaySaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
     Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
     Reading FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter, CProgress& progress) const;

@@ -135,11 +135,13 @@ SaveResult CRecipeDocument::WriteRows(FileType type, const fs::path& path, CRepo
     const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress, &saved);
     if (result.isSaved) {
         m_shown.stored = CStoredCells();
-        WithMemoryFor(
-            [&] { m_shown.stored = CStoredCells(m_shown.rows, type, LogicalBytes(type, path), std::move(saved)); });
+        WithMemoryFor([&] {
+            if (const auto bytes = LogicalBytes(type, path))
+                m_shown.stored = CStoredCells(m_shown.rows, type, *bytes, std::move(saved));
+        });
         NoteSaved();
     }
-    NoteTorn(result, path);
+    NoteFailed(result, path);
     return result;
 }
 
@@ -151,13 +153,17 @@ void CRecipeDocument::NoteSaved()
     ForgetPlan();
 }
 
-/// The file holds no state that can be reached.
-void CRecipeDocument::NoteTorn(const SaveResult& result, const fs::path& path)
+/// A failed save may have written all the same: what is planned starts from what the file holds. A torn one holds no
+/// state that can be reached.
+void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
 {
-    if (!result.mayHoldOldAndNew || path != m_strFilePath)
+    const bool mayHaveWritten = !result.isSaved && !result.isGivenUp && !result.isLeftOut;
+    if (!mayHaveWritten || path != m_strFilePath)
         return;
-    m_history.ForgetSaved();
-    m_pStoredAsShown.reset();
+    if (result.mayHoldOldAndNew) {
+        m_history.ForgetSaved();
+        m_pStoredAsShown.reset();
+    }
     ForgetPlan();
     m_shown.stored = ReadStored(m_shown.rows);
 }
@@ -166,6 +172,8 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
 {
     if (m_shown.rows.ShowsTheSameEverywhere())
         return {.isLeftOut = true};
+    if (HasRowsOfFile() && !m_shown.stored.IsKnown()) // the file could not be read after a save
+        m_shown.stored = ReadStored(m_shown.rows);
     if (!CanPlan()) {
         ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
         return {};
@@ -173,7 +181,7 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
     const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, m_strFilePath, reporter, progress);
     if (result.isSaved)
         NoteSaved();
-    NoteTorn(result, m_strFilePath);
+    NoteFailed(result, m_strFilePath);
     return result;
 }
 
@@ -193,7 +201,7 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     const auto saved = m_pStoredAsShown;
     const bool isCurrent = saved->path == m_strFilePath && m_shown.areOfFile;
     const SaveResult result = PutBack(*saved, isCurrent ? m_shown.rows : CRecipeRows(), reporter, progress);
-    NoteTorn(result, saved->path);
+    NoteFailed(result, saved->path);
     if (!result.isSaved)
         return result;
     m_pStoredAsShown.reset();

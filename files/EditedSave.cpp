@@ -41,10 +41,13 @@ EditedWords CollectEdited(const CRecipeRows& rows, const CStoredCells& stored)
     return edited;
 }
 
-/// Without the memory for it, what is stored is no longer known.
+/// Without the memory for it, or the file's length, what is stored is no longer known.
 void Follow(CStoredCells& stored, std::vector<CellEdit> states, const fs::path& path)
 try {
-    stored.TakeWords(std::move(states), LogicalBytes(stored.Type(), path));
+    if (const auto bytes = LogicalBytes(stored.Type(), path))
+        stored.TakeWords(std::move(states), *bytes);
+    else
+        stored = CStoredCells();
 } catch (const std::bad_alloc&) {
     stored = CStoredCells();
 }

@@ -3,6 +3,7 @@
 #include "model/LittleEndian.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <limits>
 #include <thread>
@@ -25,13 +26,21 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 
 bool CPagedFile::MakeRoom(WordAddress wordAddress, std::uint64_t byteCount)
 {
+    return MakeRoom(std::array{Stretch{wordAddress, byteCount}});
+}
+
+bool CPagedFile::MakeRoom(std::span<const Stretch> stretches)
+{
     const auto oldEnd = m_file.Size();
-    if (!oldEnd || !IsSound(wordAddress, byteCount))
+    const auto isSound = [this](const Stretch& stretch) { return IsSound(stretch.first, stretch.byteCount); };
+    if (!oldEnd || !std::all_of(stretches.begin(), stretches.end(), isSound))
         return false;
-    if (byteCount == 0)
-        return true;
-    const ByteOffset first = FirstByteOf(wordAddress);
-    const auto newEnd = EnterBlocks(first, first + byteCount, *oldEnd);
+    auto newEnd = oldEnd;
+    for (const Stretch& stretch : stretches) {
+        const ByteOffset first = FirstByteOf(stretch.first);
+        if (newEnd && stretch.byteCount > 0)
+            newEnd = EnterBlocks(first, first + stretch.byteCount, *newEnd);
+    }
     return newEnd && (*newEnd == *oldEnd || GrowTo(*oldEnd, *newEnd));
 }
 

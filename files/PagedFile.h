@@ -22,6 +22,14 @@ public:
     /// then, unless the disk refuses to take the first entries back, and sound in any case.
     bool MakeRoom(WordAddress wordAddress, std::uint64_t byteCount);
 
+    struct Stretch {
+        WordAddress first{0};
+        std::uint64_t byteCount = 0;
+    };
+
+    /// The same for several stretches, at once: there is room for all of them or for none.
+    bool MakeRoom(std::span<const Stretch> stretches);
+
     /// kept: in a file longer than its flat part, tables and pages are made where they are missing, as MakeRoom does; a
     /// shorter one only has to be sound.
     bool PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount) override;

@@ -65,18 +65,17 @@ std::optional<std::uint64_t> CPagedReader::LogicalBytes()
     const auto size = m_file.Size();
     if (!size || *size <= m_flatBytes)
         return size;
-    if (!LoadDirectory())
-        return std::nullopt;
-    for (std::size_t index = m_tables.size(); index-- > 0;) {
+    std::uint64_t end = m_flatBytes;
+    for (std::size_t index = LoadDirectory() ? m_tables.size() : 0; index-- > 0 && end == m_flatBytes;) {
         if (m_directory->entries[index] == 0 || !LoadTable(index))
             continue;
         const auto& pages = m_tables[index]->entries;
         const auto last = std::find_if(pages.rbegin(), pages.rend(), [](std::uint32_t page) { return page != 0; });
-        const auto tableEnd = static_cast<std::uint64_t>(pages.rend() - last) * kBlockBytes;
+        const auto count = index * pages.size() + static_cast<std::uint64_t>(pages.rend() - last);
         if (last != pages.rend())
-            return std::max<std::uint64_t>(index * pages.size() * kBlockBytes + tableEnd, m_flatBytes);
+            end = std::max(end, count * kBlockBytes);
     }
-    return m_flatBytes;
+    return LastError() ? std::nullopt : std::optional(end);
 }
 
 bool CPagedReader::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount)

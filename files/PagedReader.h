@@ -44,7 +44,7 @@ public:
     bool IsSound(WordAddress wordAddress, std::uint64_t byteCount);
 
     /// The bytes from the first one up to the end of the last page that is there; of a file that ends within its flat
-    /// part, up to its end. Damaged tables are passed over. Nothing after a failure.
+    /// part, up to its end. What is damaged is passed over. Nothing when the disk fails.
     std::optional<std::uint64_t> LogicalBytes();
 
     /// What has to be done before so many bytes are read, and is done by Read; here only asks whether they are sound.

@@ -91,17 +91,18 @@ try {
     if (ReadRecipeOnly(type, cells, path, nobody, progress) != Outcome::Done)
         return {};
     cells.ShareSourceOf(layout);
-    return {cells, type, LogicalBytes(type, path)};
+    const auto bytes = LogicalBytes(type, path);
+    return bytes ? CStoredCells(cells, type, *bytes) : CStoredCells();
 } catch (const std::bad_alloc&) {
     return {};
 }
 
-std::uint64_t LogicalBytes(FileType type, const fs::path& path)
+std::optional<std::uint64_t> LogicalBytes(FileType type, const fs::path& path)
 {
     if (!IsPaged(type))
-        return CFile(path, CFile::Mode::Read).Size().value_or(0);
+        return CFile(path, CFile::Mode::Read).Size();
     CPagedReader file;
-    return file.Open(path, KindOf(type)) ? file.LogicalBytes().value_or(0) : 0;
+    return file.Open(path, KindOf(type)) ? file.LogicalBytes() : std::nullopt;
 }
 
 bool PrepareSaveAs(FileType type, const fs::path& path, std::int32_t startAddress, CReporter& reporter)

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 
 /// Fills `rows` from the file at `path` in the given type. With `newFile` and an empty `path`, a flat file's rows are
 /// those of a new document. A number that is none of the four types reads nothing, and that is Done.
@@ -37,8 +38,8 @@ SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesys
 CStoredCells ReadStoredCells(const CRecipeRows& layout, FileType type, const std::filesystem::path& path);
 
 /// How many bytes the file at `path` holds: its size, or of a paged file that of its logical content, up to the end of
-/// its last page that is there. Never writes. 0 for a file that cannot be read, and for a damaged one.
-std::uint64_t LogicalBytes(FileType type, const std::filesystem::path& path);
+/// its last page that is there. Never writes. Nothing when it cannot be read.
+std::optional<std::uint64_t> LogicalBytes(FileType type, const std::filesystem::path& path);
 
 /// Makes `path` ready to be saved to under a new name.
 ///

@@ -58,9 +58,10 @@ Outcome WriteFlat(const CWordRuns& runs, const fs::path& path, std::optional<std
 
 Outcome WritePages(const CWordRuns& runs, CPagedFile& file)
 {
-    const auto isSound = [&file](const CWordRuns::Run& run) { return file.IsSound(run.first, run.bytes.size()); };
-    const auto makeRoom = [&file](const CWordRuns::Run& run) { return file.MakeRoom(run.first, run.bytes.size()); };
-    if (!ForEachRun(runs, isSound) || !ForEachRun(runs, makeRoom))
+    std::vector<CPagedFile::Stretch> stretches;
+    for (std::size_t i = 0; i < runs.Count(); ++i)
+        stretches.push_back({runs.At(i).first, runs.At(i).bytes.size()});
+    if (!file.MakeRoom(stretches))
         return Outcome::Failed;
     const bool isWritten =
         ForEachRun(runs, [&file](const CWordRuns::Run& run) { return file.Write(run.first, run.bytes); });

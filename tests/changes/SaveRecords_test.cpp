@@ -56,7 +56,7 @@ protected:
         WriteAll(path, bytes);
         rows.LayOut(std::move(columns), start, rowCount);
         EXPECT_EQ(ReadRecipe(type, rows, path, false, reporter, progress), Outcome::Done);
-        stored = CStoredCells(rows, type, LogicalBytes(type, path));
+        stored = CStoredCells(rows, type, LogicalBytes(type, path).value());
     }
 
     static std::vector<std::string> LinesOf(const CChangeList& list)

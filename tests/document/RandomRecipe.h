@@ -39,7 +39,7 @@ public:
     {
         if (!IsPaged(m_type))
             return ReadAll(m_path);
-        Bytes bytes(LogicalBytes(m_type, m_path));
+        Bytes bytes(LogicalBytes(m_type, m_path).value());
         CPagedReader file;
         EXPECT_TRUE(file.Open(m_path, KindOf(m_type)) && file.Read(WordAddress(0), bytes));
         return bytes;

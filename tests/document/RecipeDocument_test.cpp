@@ -243,3 +243,16 @@ TEST_F(RecipeDocument, AReadingThatOnlyReadsMakesNothing)
     EXPECT_EQ(document.ReadOnly(reporter, progress), CRecipeDocument::Reading::Failed);
     EXPECT_FALSE(std::filesystem::exists(missing));
 }
+
+TEST_F(RecipeDocument, EditedCellsAreSavedOnceTheFileIsThereAgain)
+{
+    Type({0, 1}, u"12");
+    const std::filesystem::path aside = folder / "aside";
+    std::filesystem::rename(path, aside);
+    EXPECT_FALSE(document.WriteEdited(reporter, progress).isSaved);
+    EXPECT_FALSE(document.Stored().IsKnown());
+    std::filesystem::rename(aside, path);
+    EXPECT_TRUE(document.WriteEdited(reporter, progress).isSaved);
+    words[4] = std::byte{12};
+    EXPECT_EQ(ReadAll(path), words);
+}

@@ -1,11 +1,16 @@
 #include "tests/faults/SavePath.h"
 
+#include "files/FileType.h"
 #include "files/PagedFile.h"
+#include "files/PagedRecipeFile.h"
 #include "library/FormatLibrary.h"
 #include "tests/support/Formats.h"
+#include "tests/support/ProcessRun.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -103,6 +108,46 @@ void HoldingLinkedLibrary(const SavePlace& place)
     fs::create_hard_link(place.Disk("RecipeFile.Dat"), place.Aside("same"));
 }
 
+/// Words of which a save rewrites one in each row of three: with two decimals 105 is shown as "1.50".
+Bytes RewrittenWords(std::size_t rows)
+{
+    Bytes bytes;
+    for (std::size_t row = 0; row < rows; ++row) {
+        const Bytes words = WordBytes({static_cast<std::uint16_t>(105 + 100 * (row % 50)), 0x4241, 0x4443});
+        bytes.insert(bytes.end(), words.begin(), words.end());
+    }
+    return bytes;
+}
+
+constexpr const char* kDocumentProgram = VANTOR_RECIPE_SAVE_PROGRAM;
+
+std::function<void(const SavePlace&)> HoldingRows(const char* name, std::size_t rows)
+{
+    return [=](const SavePlace& place) { WriteAll(place.Disk(name), RewrittenWords(rows)); };
+}
+
+/// A paged file with so many rows from `first` on.
+std::function<void(const SavePlace&)> HoldingRowsInPages(const char* name, std::int64_t first, std::size_t rows)
+{
+    return [=](const SavePlace& place) {
+        WriteAll(place.Disk(name), {});
+        const PagedKind kind = KindOf(FileTypeOf(name).value());
+        if (!PagedWrite(place.Disk(name), WordAddress(first), 3 * rows, RewrittenWords(rows), kind))
+            throw std::runtime_error("cannot make the file");
+    };
+}
+
+/// The file is what a save makes of `holding`, which is aside.
+std::function<void(const SavePlace&)> Saved(std::function<void(const SavePlace&)> holding, const char* name,
+                                            const char* start, const char* rows)
+{
+    return [=](const SavePlace& place) {
+        holding(place);
+        fs::copy_file(place.Disk(name), place.Aside(name), fs::copy_options::overwrite_existing);
+        RunProcess(kDocumentProgram, {"saved", place.Disk(name), start, rows, place.Aside(name)});
+    };
+}
+
 /// A paged file with words in the flat part and in one page after it.
 void HoldingPages(const SavePlace& place)
 {
@@ -161,6 +206,27 @@ Words Exporting(const SavePlace& place)
 Words SavingEdits(const SavePlace& place)
 {
     return {"edits", place.Disk("a.csv")};
+}
+
+std::function<Words(const SavePlace&)> Doing(const char* command, const char* name, const char* start, const char* rows)
+{
+    return [=](const SavePlace& place) { return Words{command, place.Disk(name), start, rows, place.Aside(name)}; };
+}
+
+/// A save of the rows from `start` on in a file that holds what `holding` makes.
+SavePath OfDocument(const char* name, const char* command, Leaves leaves, const char* file,
+                    std::function<void(const SavePlace&)> holding, const char* start, const char* rows)
+{
+    const bool isPutBack = std::string_view(command) == "put-back";
+    const bool isTable = leaves == Leaves::OldOrNew;
+    return {.name = name,
+            .leaves = leaves,
+            .target = file,
+            .message = isTable ? kTableMessage : kRecipeMessage,
+            .prepare = isPutBack ? Saved(std::move(holding), file, start, rows) : std::move(holding),
+            .arguments = Doing(command, file, start, rows),
+            .program = kDocumentProgram,
+            .tellsTears = true};
 }
 
 Words PuttingBack(const SavePlace& place)
@@ -238,6 +304,38 @@ const std::vector<SavePath>& TableSavePaths()
         {"TableEditsWithHardLink", Leaves::Copied,   "a.csv", kTableMessage, HoldingLinkedTable, SavingEdits, 1, false, kProgram},
         {"TablePutBack",           Leaves::OldOrNew, "a.csv", kTableMessage, HoldingTableToPutBack, PuttingBack, 1, false, kProgram},
         {"TablePutBackWithHardLink", Leaves::Copied, "a.csv", kTableMessage, HoldingLinkedTableToPutBack, PuttingBack, 1, false, kProgram},
+    };
+    // clang-format on
+    return paths;
+}
+
+const std::vector<SavePath>& DocumentSavePaths()
+{
+    const auto around = HoldingRowsInPages("a.frp", 32700, 200); // the end of the flat part
+    const auto table = HoldingRowsInPages("a.frp", 2096800, 10); // the end of the first table's last page but one
+    // clang-format off
+    static const std::vector<SavePath> paths = {
+        OfDocument("AllInside",           "all",      Leaves::InPlace,  "a.rcp", HoldingRows("a.rcp", 20), "0", "20"),
+        OfDocument("AllGrow",             "all",      Leaves::InPlace,  "a.rcp", HoldingRows("a.rcp", 9), "0", "20"),
+        OfDocument("AllBehindTheEnd",     "all",      Leaves::InPlace,  "a.rcp", HoldingRows("a.rcp", 2), "20", "8"),
+        OfDocument("AllInTable",          "all",      Leaves::OldOrNew, "a.csv", HoldingTable, "0", "4"),
+        OfDocument("AllAcrossPages",      "all",      Leaves::Paged,    "a.frp", around, "32760", "1500"),
+        OfDocument("EditedInside",        "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 20), "0", "20"),
+        OfDocument("EditedGrow",          "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 9), "0", "20"),
+        OfDocument("EditedBehindTheEnd",  "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 2), "20", "8"),
+        OfDocument("EditedInTable",       "edited",   Leaves::OldOrNew, "a.csv", HoldingSavedTable, "0", "4"),
+        OfDocument("EditedInFlatPart",    "edited",   Leaves::Paged,    "a.erp", HoldingRowsInPages("a.erp", 0, 20), "0", "20"),
+        OfDocument("EditedBehindFlatPart", "edited",  Leaves::Paged,    "a.erp", HoldingRowsInPages("a.erp", 0, 20), "524280", "1500"),
+        OfDocument("EditedInPages",       "edited",   Leaves::Paged,    "a.frp", HoldingRowsInPages("a.frp", 34000, 900), "34000", "900"),
+        OfDocument("EditedNewPages",      "edited",   Leaves::Paged,    "a.frp", around, "32760", "1500"),
+        OfDocument("EditedNewTable",      "edited",   Leaves::Paged,    "a.frp", table, "2096800", "1500"),
+        OfDocument("PutBackInside",       "put-back", Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 20), "0", "20"),
+        OfDocument("PutBackAndCut",       "put-back", Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 3), "0", "5"),
+        OfDocument("CutAlone",            "put-back", Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 2), "8", "1"),
+        OfDocument("PutBackBehindTheEnd", "put-back", Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 2), "8", "4"),
+        OfDocument("PutBackTable",        "put-back", Leaves::OldOrNew, "a.csv", HoldingTable, "0", "4"),
+        OfDocument("PutBackInFlatPart",   "put-back", Leaves::Paged,    "a.erp", HoldingRowsInPages("a.erp", 0, 20), "0", "20"),
+        OfDocument("PutBackInPages",      "put-back", Leaves::Paged,    "a.frp", around, "32751", "24"),
     };
     // clang-format on
     return paths;

@@ -14,6 +14,7 @@ enum class Leaves {
     OldOrNew, ///< the old file or the new one, each whole
     Copied,   ///< the same; or a mix, and then the whole new file beside it
     InPlace,  ///< the old file or the new one; a mix of their bytes only when a write was torn or the program killed
+    InRuns,   ///< the same; or a mix when there was room, and a write after the first failed
     Emptied,  ///< the old file, or the new one as far as it was written over zeros
     Paged,    ///< a sound file in which each word is the old or the new one
 };
@@ -39,6 +40,7 @@ struct SavePath {
     int lines = 1;                 ///< as many may the text that tells of the failure have
     bool makesCopy = false;        ///< of the old file, beside it
     const char* program = nullptr; ///< null for vantor-cli
+    bool tellsTears = false;       ///< by the line "torn", when the file may hold old and new words
 
     /// What has these arguments; where that is vantor-cli, another one if VANTOR_CLI in the environment names it.
     const char* Program() const;
@@ -51,6 +53,9 @@ const std::vector<SavePath>& CommandLineSavePaths();
 
 /// The ways in which the core writes a table that vantor-cli has no command for.
 const std::vector<SavePath>& TableSavePaths();
+
+/// The saves of an open recipe: of all cells, of the edited ones alone, and putting back.
+const std::vector<SavePath>& DocumentSavePaths();
 
 /// The one of vantor-cli of that name, which there must be.
 const SavePath& CommandLineSavePath(std::string_view name);

@@ -6,6 +6,9 @@
 #include <optional>
 #include <string>
 
+/// Whether a program that does (SavePath::tellsTears) told that the file may hold old and new words.
+bool TellsTear(const FaultRun& run);
+
 /// Judges what is on the disk after a save with a fault; an empty text is no complaint.
 class CSaveVerdict {
 public:
@@ -22,6 +25,8 @@ private:
     std::string ComplaintOfRest(const SavePlace& place, const Fault& fault, const FaultRun& run) const;
     bool IsMix(const Bytes& bytes) const;
     bool IsSoundMix(const SavePlace& place) const;
+    bool HoldsOldAndNew(const SavePlace& place) const;
+    std::optional<Bytes> WordsOf(const SavePlace& place, const std::optional<Bytes>& content) const;
 
     const SavePath& m_path;
     std::optional<Bytes> m_old;

@@ -22,7 +22,7 @@ struct EditedSave : OneType, testing::TestWithParam<RecipeType> {
     void Open()
     {
         MakeAndRead();
-        stored = CStoredCells(rows, type.type, LogicalBytes(type.type, path));
+        stored = CStoredCells(rows, type.type, LogicalBytes(type.type, path).value());
     }
 
     SaveResult SaveEditedCells() { return SaveEdited(rows, stored, path, reporter, progress); }
@@ -261,6 +261,23 @@ TEST(WordRuns, GivePagesToTheirOwnWordsAlone)
     Bytes word(2);
     EXPECT_TRUE(PagedRead(path, WordAddress(60000), 1, word, kFrp));
     EXPECT_EQ(word, WordBytes({8}));
+}
+
+TEST(WordRuns, WithoutRoomForAllPagesGetNone)
+{
+    CTempFolder folder;
+    const fs::path path = folder / "a.frp";
+    WriteAll(path, Bytes(65536, std::byte{7}));
+    CWordRuns runs;
+    runs.Append(WordAddress(40000), WordBytes({7}));
+    runs.Append(WordAddress(60000), WordBytes({8}));
+    CRecordingReporter reporter;
+    {
+        const CFileSizeLimit full(65536 + 3 * 4096);
+        EXPECT_FALSE(WriteWordRuns(FileType::Frp, runs, path, std::nullopt, reporter).isSaved);
+    }
+    EXPECT_EQ(reporter.shown.size(), 1u);
+    EXPECT_EQ(ReadAll(path), Bytes(65536, std::byte{7}));
 }
 
 TEST(WordRuns, BelowWordZeroAreAFailedSave)

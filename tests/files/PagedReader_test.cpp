@@ -1,5 +1,6 @@
 #include "files/PagedFile.h"
 #include "files/PagedReader.h"
+#include "files/RecipeFile.h"
 #include "tests/files/OrdinaryUser.h"
 #include "tests/support/TestFiles.h"
 
@@ -97,6 +98,17 @@ TEST_F(PagedReader, RefusesWhatADamagedTableLeadsTo)
     Bytes word(2);
     EXPECT_FALSE(reader.Read(WordAddress(40000), word));
     EXPECT_EQ(ReadAll(path), damaged);
+}
+
+TEST_F(PagedReader, TellsHowFarTheContentGoesWhateverIsDamaged)
+{
+    EXPECT_EQ(LogicalBytes(FileType::Frp, path), 4202496u); // of word 2100000's page;
+    Bytes bytes = ReadAll(path);
+    bytes.resize(65536 + 100); // within the directory
+    WriteAll(path, bytes);
+    EXPECT_EQ(LogicalBytes(FileType::Frp, path), 65536u);
+    fs::remove(path);
+    EXPECT_EQ(LogicalBytes(FileType::Frp, path), std::nullopt);
 }
 
 TEST_F(PagedReader, CannotOpenWhatIsNoFile)

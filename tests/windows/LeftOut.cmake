@@ -70,12 +70,16 @@ set(vantor_files_tests_left_out
   *.SaveToAPipeIsReportedAndDoesNotHang
   *.*FullDisk*
   Table/PagedFullDisk.*
+  Types/EditedSave.ReportsAFileThatMayNotBeWrittenAsASaveDoes/*
   Types/RecipeContract.SaveOfANewFileIntoAReadOnlyFolderFailsAndLosesNothing/*
   Types/RecipeContract.SaveOverAReadOnlyFileFailsAndLosesNothing/*
   Types/RecipeContract.UnreadableFileIsNotOpened/*
   BinaryRecipeFailure.DanglingLinkIsReported
   BinaryRecipeFailure.GapBeforeTheStretchTakesNoRoom
   BinaryRecipeFailure.SaveThatFindsNoRoomToGrowTouchesNoOldWord
+  CsvEditing.KeepsHardLinks
+  CsvPuttingBack.FailuresLeaveTheFile
+  CsvSavedFields.AreNoneWhenNothingWasSaved
   PagedFile.ThatCannotBeOpenedIsLeftAlone
   PagedFile.ThatCannotBeWrittenCannotBeReadEither
   PagedReader.ReadsAFileThatMayOnlyBeRead
@@ -85,7 +89,8 @@ set(vantor_files_tests_left_out
   PagedRecipe.SaveToWhatIsNoFileFails
   RecipeFile.SaveAsReportsAFlatFileThatDoesNotFit
   RecipeReplacement.FailsWhereTheNewFileDoesNotFitAndLeavesTheOldOne
-  RecipeReplacement.SpeaksInTheWordsOfSaveAs)
+  RecipeReplacement.SpeaksInTheWordsOfSaveAs
+  WordRuns.WithoutRoomForAllPagesGetNone)
 
 set(vantor_merge_tests_left_out
   MergeFailure.FirstFileThatCannotBeReadIsReportedAndLeavesZeros
