@@ -339,7 +339,7 @@ protected:
         const auto type = *FileTypeOf(path);
         if (!IsPaged(type))
             return ReadAll(path);
-        Bytes bytes(LogicalBytes(type, path));
+        Bytes bytes(LogicalBytes(type, path).value_or(0));
         CPagedReader file;
         EXPECT_TRUE(file.Open(path, KindOf(type)) && file.Read(WordAddress(0), bytes));
         return bytes;

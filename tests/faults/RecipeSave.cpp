@@ -89,7 +89,11 @@ public:
         return result;
     }
 
-    SaveResult PutBack() { return document.PutBackStored(printer, progress); }
+    SaveResult PutBack()
+    {
+        std::size_t count = 0;
+        return document.PutBackStored(printer, progress, count);
+    }
 
     CErrorPrinter printer;
     CNoProgress progress;
