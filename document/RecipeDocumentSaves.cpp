@@ -45,8 +45,7 @@ void CRecipeDocument::BeginPlan()
     if (!m_isPlanStale || !CanPlan())
         return;
     m_isPlanStale = false; // without memory for it, it is not tried again and again
-    WithMemoryFor(
-        [this] { m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType); });
+    WithMemoryFor([this] { m_plan.Begin(m_shown.rows, m_shown.stored, m_strFilePath, m_shown.readAs != m_nFileType); });
 }
 
 bool CRecipeDocument::ContinuePlan(std::chrono::steady_clock::time_point end)

@@ -135,6 +135,8 @@ std::size_t CountPutBack(const SavedChanges& saved)
 try {
     const CRecipeRows& layout = saved.after.Cells();
     const CStoredCells now = ReadStoredCells(layout, saved.after.Type(), saved.path);
+    if (!now.IsKnown())
+        return 0;
     CCellComparison cellsBefore(layout, saved.before, false);
     CCellComparison cellsNow(layout, now, false);
     const bool isTable = saved.after.Type() == FileType::Csv;

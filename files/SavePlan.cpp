@@ -49,6 +49,7 @@ void CSavePlan::Stop()
 {
     m_comparison.reset();
     m_scan.reset();
+    m_readLine.reset();
     m_dropped = {};
     m_nextRow = 0;
     m_isFinished = false;
@@ -128,13 +129,15 @@ CSavePlan::DroppedField CSavePlan::FieldOf(const DroppedText& dropped) const
     const CsvShape& shape = m_scan->Shape();
     const CsvShape::Dropped& part = shape.dropped[dropped.part];
     DroppedField field{part.line, part.column, {}};
-    auto texts = DroppedTexts(m_path, shape, part);
-    if (!texts || dropped.nth >= texts->size())
+    if (!m_readLine || m_readLine->part != dropped.part)
+        if (auto texts = DroppedTexts(m_path, shape, part))
+            m_readLine = {dropped.part, std::move(*texts)};
+    if (!m_readLine || m_readLine->part != dropped.part || dropped.nth >= m_readLine->texts.size())
         return field;
-    CsvDroppedText& text = (*texts)[dropped.nth];
+    const CsvDroppedText& text = m_readLine->texts[dropped.nth];
     if (part.column)
         field.column = text.column;
-    field.text = std::move(text.text);
+    field.text = text.text;
     return field;
 }
 

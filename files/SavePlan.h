@@ -60,7 +60,7 @@ public:
 
     bool IsBegun() const { return m_comparison.has_value(); }
     bool IsFinished() const { return m_isFinished; }
-    std::int32_t NextRow() const { return m_nextRow; }        ///< the rows before it were looked at
+    std::int32_t NextRow() const { return m_nextRow; } ///< the rows before it were looked at
     /// Whether it is finished and tells all: not where the lines of a table's file could not be read for it.
     bool IsWhole() const { return m_isFinished && (!m_scan || m_scan->IsDone()); }
 
@@ -100,7 +100,7 @@ public:
 
     const std::vector<DroppedText>& Dropped() const { return m_dropped; }
 
-    /// What stands there in the file now.
+    /// What stands there in the file. A line is read once for texts of it that are asked for one after the other.
     DroppedField FieldOf(const DroppedText& dropped) const;
 
     /// Whether the save changes bytes that hold no value: quotes, line ends, the character set.
@@ -135,6 +135,13 @@ private:
     std::filesystem::path m_path;
     std::unique_ptr<CCsvShapeScan> m_scan; ///< of a table of texts, once its rows are compared
     std::vector<DroppedText> m_dropped;
+
+    /// The texts of one line that are dropped, as they were read last.
+    struct ReadLine {
+        std::size_t part = 0;
+        std::vector<CsvDroppedText> texts; ///< by column
+    };
+    mutable std::optional<ReadLine> m_readLine;
     std::vector<PlannedChange> m_changes;
     std::array<std::size_t, kChangeReasons> m_counts{};
     mutable std::optional<bool> m_changesForm; ///< nothing while it is to be found out

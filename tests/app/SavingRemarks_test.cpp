@@ -143,7 +143,8 @@ TEST_F(TypedRemarks, OfAnEmptiedCellStandInItsRemarkAlone)
     Key(Qt::Key_Delete);
     EXPECT_EQ(Strip(), "");
     EXPECT_TRUE(Marks(2, kBelt).rewritten);
-    EXPECT_TRUE(Told().endsWith("changed, not saved yet, the empty text will be stored as 0.00")) << Told().toStdString();
+    EXPECT_TRUE(Told().endsWith("changed, not saved yet, the empty text will be stored as 0.00"))
+        << Told().toStdString();
 }
 
 TEST_F(TypedRemarks, OfManyPastedValuesAreCountedShownAndStoredExactly)

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 
 namespace {
@@ -147,6 +148,29 @@ TEST_F(SaveRecords, OfManyEditedCellsBehindTheEndAreMadeInNoTime)
             ASSERT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "at record " << i;
         }
     }
+}
+
+/// So are those of fields that are dropped.
+TEST_F(SaveRecords, OfManyDroppedFieldsAreMadeInNoTime)
+{
+    constexpr int kFields = 40'000;
+    std::u16string table = u"\"1\"";
+    for (int i = 1; i <= kFields; ++i)
+        table += u"\t\"" + std::u16string(static_cast<std::size_t>(1 + i % 3), u'x') + u'"';
+    Open("oven.csv", Utf16File(table + u"\r\nmore\r\n"), {Signed16Column()}, 0, 1);
+    plan.Begin(rows, stored, path, false);
+    ASSERT_EQ(plan.Finish(progress), Outcome::Done);
+    ASSERT_EQ(plan.Dropped().size(), kFields + 1u);
+    const auto begin = std::chrono::steady_clock::now();
+    for (std::size_t i = 0; i < kFields; ++i) {
+        const std::u16string text = plan.TextOf(plan.Dropped()[i]);
+        ASSERT_EQ(std::count(text.begin(), text.end(), u'x'), 1 + static_cast<int>(i + 1) % 3);
+        if (i % 100 == 0) {
+            ASSERT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30)) << "at field " << i;
+        }
+    }
+    EXPECT_EQ(plan.TextOf(plan.Dropped()[kFields]), u"more");
+    EXPECT_EQ(plan.TextOf(plan.Dropped()[1]), u"xxx");
 }
 
 /// So are those of rows with many columns.
