@@ -14,8 +14,8 @@ namespace {
 
 struct SavingRemarks : SaveFixture {};
 
-const QString kDecimalsRemark = "holds 1.05, shown as 1.50; a save stores 1.50. The text shown, with its decimals, "
-                                "stands for another number than the one stored, and a save stores what is shown.";
+const QString kDecimalsRemark = "holds 1.05, shown as 1.50; a save stores 1.50. The decimals shown make "
+                                "another number than the one stored, and a save stores them.";
 
 struct TypedRemarks : SaveFixture {
     void PressStoreExactly(const char* how)
