@@ -63,7 +63,12 @@ CModalAnswer::Action ChoosePath(const QString& path)
 {
     return [path](QWidget& dialog) {
         auto* edit = dialog.findChild<QLineEdit*>("fileNameEdit");
-        ASSERT_NE(edit, nullptr) << "no file dialog but " << dialog.windowTitle().toStdString();
+        if (edit == nullptr) {
+            const auto* box = qobject_cast<QMessageBox*>(&dialog);
+            ADD_FAILURE() << "no file dialog but " << (box ? box->text() : dialog.windowTitle()).toStdString();
+            dialog.close(); // else it would be tried again for ever
+            return;
+        }
         TypeInto(*edit, path);
         QTest::keyClick(edit, Qt::Key_Return);
     };
