@@ -128,7 +128,7 @@ void CFileCommands::OnFileSaveCopy()
 {
     if (!m_dataPane.EndCellEdit())
         return;
-    const QString path = AskSavePath(m_window, DialogFolder());
+    const QString path = AskCopyPath(m_window, ToQPath(m_document.Path()));
     if (path.isEmpty())
         return;
     const auto type = FileTypeOf(NativePath(path));

@@ -2,6 +2,8 @@
 
 #include "controls/FileDialog.h"
 
+#include <QFileInfo>
+
 namespace {
 
 const QString kProposedName = QStringLiteral("new");
@@ -14,7 +16,8 @@ QString SuffixIn(const QString& filter)
     return suffix.remove(QLatin1Char(')'));
 }
 
-QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString& pattern)
+QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString& pattern,
+                  const QString& name = kProposedName)
 {
     dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program, in its own words
     if (!filters.isEmpty())
@@ -22,8 +25,18 @@ QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString
     dialog.setDefaultSuffix(SuffixIn(pattern));
     QObject::connect(&dialog, &CFileDialog::filterSelected, &dialog,
                      [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixIn(filter)); });
-    dialog.selectFile(kProposedName);
+    dialog.selectFile(name);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+/// The dialog adds the ending of the chosen type, but only to a name without a dot.
+QString NameOfCopy(const QFileInfo& file)
+{
+    const QString base = file.completeBaseName();
+    if (base.isEmpty())
+        return kProposedName;
+    const QString name = QObject::tr("%1 copy").arg(base);
+    return base.contains(QLatin1Char('.')) ? name + QLatin1Char('.') + file.suffix() : name;
 }
 
 } // namespace
@@ -64,4 +77,14 @@ QString AskSavePath(QWidget& parent, const QString& folder)
     CFileDialog dialog(&parent, QObject::tr("Save as"), folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     return RunDialog(dialog, SaveFilters(), kDefaultPattern);
+}
+
+QString AskCopyPath(QWidget& parent, const QString& path)
+{
+    const QFileInfo file(path);
+    CFileDialog dialog(&parent, QObject::tr("Save a copy"), path.isEmpty() ? QString() : file.absolutePath());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QString ownPattern = QStringLiteral("*.") + file.suffix().toLower();
+    const QString pattern = OpenFilters(ownPattern).isEmpty() ? kDefaultPattern : ownPattern;
+    return RunDialog(dialog, OpenFilters(pattern), pattern, NameOfCopy(file));
 }

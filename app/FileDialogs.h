@@ -19,3 +19,6 @@ QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& fold
 /// Asks where to save; asks again before an existing file would be replaced. The chosen full path, or empty when the
 /// user cancelled.
 QString AskSavePath(QWidget& parent, const QString& folder);
+
+/// Asks likewise where to write a copy of the file at `path`, empty for a new document: beside it, of its type.
+QString AskCopyPath(QWidget& parent, const QString& path);

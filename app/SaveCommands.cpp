@@ -275,6 +275,7 @@ void CSaveCommands::PutBack()
     Update();
     if (!count)
         return;
+    m_dataPane.setFocus(Qt::OtherFocusReason); // the button goes
     QString text = *count == 1 ? tr("1 value was put back.") : tr("%1 values were put back.").arg(*count);
     if (const std::size_t others = saved->UneditedCount() - *count; others > 0)
         text += others == 1 ? tr(" Another one was edited or changed since.")

@@ -4,6 +4,7 @@
 #include "views/TextCrossing.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -356,4 +357,12 @@ void CChangesPanel::changeEvent(QEvent* event)
     QDockWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         FitTable();
+}
+
+/// The focus would go to whatever is next.
+void CChangesPanel::closeEvent(QCloseEvent* event)
+{
+    if (isAncestorOf(window()->focusWidget()))
+        emit Left();
+    QDockWidget::closeEvent(event);
 }

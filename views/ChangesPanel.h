@@ -59,13 +59,14 @@ signals:
     void GoToCell(CellPlace place);                       ///< and give the focus to it
     void ShowCell(CellPlace place);                       ///< bring it into sight; the focus stays in the panel
     void KeepStored(const std::vector<CellPlace>& cells); ///< in the order of the lines
-    void Left();                                          ///< the focus is to go back to the table
+    void Left();                                          ///< the focus is to go back to the table: also at closing
 
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     QAction* MakeAction(const QString& name, const QString& text, const QList<QKeySequence>& keys,

@@ -83,7 +83,10 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
     CreatePopupMenu();
     connect(&m_typedValues, &CTypedValues::Show, this, &CRecipeDataShowView::ShowCells);
-    connect(&m_typedValues, &CTypedValues::StoreExactly, this, &CRecipeDataShowView::StoreExactly);
+    connect(&m_typedValues, &CTypedValues::StoreExactly, this, [this](const std::vector<CellPlace>& places) {
+        StoreExactly(places);
+        m_pGrid->setFocus(); // its button goes
+    });
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
     // A right click may have chosen a cell other than the one with the focus, which does not move when it is used next.
     connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
