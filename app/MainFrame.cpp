@@ -3,6 +3,7 @@
 #include "app/AboutDlg.h"
 #include "app/FrameGeometry.h"
 #include "app/MySplitter.h"
+#include "controls/ElidedLabel.h"
 #include "ui_MainFrame.h"
 #include "views/MergeParamDlg.h"
 #include "views/RecipeDataShowView.h"
@@ -90,11 +91,9 @@ void CMainFrame::CreatePanes()
 
 void CMainFrame::CreateStatusPanes()
 {
-    m_pMessage = new QLabel(tr("Ready"));
+    m_pMessage = new CElidedLabel(tr("Ready"));
     m_pMessage->setObjectName(QStringLiteral("labelMessage"));
-    m_pMessage->setTextFormat(Qt::PlainText);
     m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
-    m_pMessage->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
     m_pUi->statusBar->addWidget(m_pMessage, 1);
     m_pUi->statusBar->addPermanentWidget(&m_pSaveCommands->Field()); // the prompts of commands do not hide it
     m_pUi->statusBar->setContentsMargins(0, 0, m_pMessage->indent(), 0);

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kSlice{8};
 constexpr int kPause = 100;                     // milliseconds: what was opened is painted first
+constexpr int kPanelPart = 3;                   // of the window's height at most, at first
 constexpr std::size_t kMostCellsLookedAt = 256; // to tell whether a command is for one of them
 
 std::u16string FormatNameOf(const CRecipeDocument& document)
@@ -193,9 +194,15 @@ void CSaveCommands::OpenPlan()
     OpenPanel();
 }
 
+/// In a low window the table above keeps most of the room; from then on the user says how high the panel is.
 void CSaveCommands::OpenPanel()
 {
+    const bool isFirst = !m_wasPanelOpen;
+    m_wasPanelOpen = true;
     m_pPanel->show();
+    if (isFirst)
+        m_window.resizeDocks({m_pPanel}, {std::min(m_pPanel->sizeHint().height(), m_window.height() / kPanelPart)},
+                             Qt::Vertical);
     m_pPanel->setFocus(Qt::OtherFocusReason);
 }
 

@@ -68,6 +68,7 @@ private:
     CChangesPanel* m_pPanel;
     QToolButton* m_pField;
     QTimer m_counting;
+    bool m_wasPanelOpen = false;
     bool m_isPlanListed = false;                 ///< the panel lists the plan
     std::filesystem::path m_listedPath;          ///< of the file whose plan it lists
     std::u16string m_listedFormat;               ///< likewise, of its format

@@ -178,8 +178,9 @@ TEST_F(ChangesPanelInFrame, LeavesRoomForTheTableInALowWindow)
     frame->resize(800, 600);
     Open();
     QCoreApplication::sendPostedEvents();
-    EXPECT_TRUE(WaitFor([this] { return Lines().height() > 0; }));
-    EXPECT_GE(Grid().viewport()->height(), 4 * 26) << "some rows of the grid";
+    EXPECT_TRUE(WaitFor([this] { return Panel().height() <= 200; })) << Panel().height();
+    EXPECT_GE(Lines().viewport()->height(), 3 * Lines().rowHeight(0));
+    EXPECT_GE(Grid().viewport()->height(), 8 * 26) << "eight rows of the grid";
     EXPECT_LE(frame->height(), 600);
     EXPECT_LE(frame->width(), 800);
 }
