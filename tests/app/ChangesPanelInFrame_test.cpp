@@ -2,6 +2,7 @@
 
 #include "controls/Strip.h"
 #include "tests/app/SaveFixture.h"
+#include "tests/files/OrdinaryUser.h"
 #include "views/ChangesPanel.h"
 
 #include <QAbstractButton>
@@ -140,6 +141,26 @@ TEST_F(ChangesPanelInFrame, FollowsTheFileThatIsOpened)
     EXPECT_EQ(Listed(), QStringList{"1 Belt 0.50 [0005]>0.50 [0032] decimals"});
     Key(Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(Listed(), QStringList());
+}
+
+/// The rows that its lines speak of are gone while the message about the next file is shown.
+TEST_F(ChangesPanelInFrame, IsPaintedWhileAFileThatFailsToOpenIsReported)
+{
+    Open();
+    ASSERT_EQ(Listed().size(), 3);
+    MakeFile("locked.rcp");
+    std::filesystem::permissions(folder / "locked.rcp", std::filesystem::perms::none);
+    const COrdinaryUser user;
+    const CModalAnswer answer({[this](QWidget& dialog) {
+        Panel().repaint();
+        Lines().viewport()->repaint();
+        CModalAnswer::Press(QMessageBox::Ok)(dialog);
+    }});
+    frame->OpenPath(Path("locked.rcp"));
+    EXPECT_EQ(answer.texts.size(), 1u);
+    WaitForPlan();
+    EXPECT_EQ(Listed(), QStringList());
+    EXPECT_EQ(FieldButton().isVisible(), false);
 }
 
 TEST_F(ChangesPanelInFrame, KeepsTheChosenLineWhileOtherCellsAreChosenAndEdited)

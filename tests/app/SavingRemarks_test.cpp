@@ -202,6 +202,40 @@ TEST_F(TypedRemarks, AfterASaveTellWhatIsStored)
     EXPECT_EQ(Oven(), OvenWith({{5, 115}}));
 }
 
+/// Many values are looked at in idle time: what they were typed into may be gone by then.
+TEST_F(TypedRemarks, OfManyValuesAreForgottenWithTheirTable)
+{
+    MakeFile("long.rcp", 5 * 60'000);
+    TypeInto(*frame, "editReadCount", "60000");
+    Open("long.rcp");
+    ClickCell(1, kBelt);
+    Key(Qt::Key_Space, Qt::ControlModifier); // the column
+    QApplication::clipboard()->setText("1.15");
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(NextUndo(), "Paste (60000 cells)");
+    EXPECT_EQ(Strip(), "") << "not yet";
+    TypeInto(*frame, "editReadCount", "2");
+    {
+        const CModalAnswer answer({[](QWidget&) {}}); // how far the save is may be shown
+        Open("oven.rcp");
+    }
+    QTest::qWait(300);
+    EXPECT_FALSE(Strip().contains("typed")) << Strip().toStdString();
+}
+
+TEST_F(TypedRemarks, OfManyValuesAreToldWhenAllWereLookedAt)
+{
+    MakeFile("long.rcp", 5 * 20'000);
+    TypeInto(*frame, "editReadCount", "20000");
+    Open("long.rcp");
+    ClickCell(1, kBelt);
+    Key(Qt::Key_Space, Qt::ControlModifier); // the column
+    QApplication::clipboard()->setText("1.15");
+    Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(WaitFor([this] { return !Strip().isEmpty(); }));
+    EXPECT_EQ(Strip(), "20000 values are stored, or shown again, as others than were typed.");
+}
+
 /// The key is pressed while the text still stands in the editor.
 TEST_F(TypedRemarks, StoringExactlyTakesTheTextOfAnOpenEditor)
 {
