@@ -143,6 +143,28 @@ TEST_F(ChangesPanelInFrame, FollowsTheFileThatIsOpened)
     EXPECT_EQ(Listed(), QStringList());
 }
 
+/// Only other changes make a long list be looked through again.
+TEST_F(ChangesPanelInFrame, KeepsWhatItsFilterFoundWhileCellsAreChosen)
+{
+    constexpr int kRows = 20'000;
+    Bytes bytes(2 * 5 * kRows);
+    for (std::size_t row = 0; row < kRows; ++row)
+        bytes[2 * 5 * row] = std::byte{5}; // shown as "0.50"
+    WriteAll(folder / "long.rcp", bytes);
+    TypeInto(*frame, "editReadCount", QString::number(kRows));
+    OpenByDialog("long.rcp");
+    WaitForPlan();
+    Open();
+    TypeInto(Panel(), "editFilter", "0005");
+    EXPECT_TRUE(WaitFor([this] { return Lines().model()->rowCount() == kRows; }));
+    ClickCell(2, kBelt);
+    EXPECT_EQ(Lines().model()->rowCount(), kRows);
+    ChooseLine(3);
+    Key(Qt::Key_F8);
+    EXPECT_EQ(Lines().model()->rowCount(), kRows);
+    EXPECT_EQ(Line(), 4);
+}
+
 /// The rows that its lines speak of are gone while the message about the next file is shown.
 TEST_F(ChangesPanelInFrame, IsPaintedWhileAFileThatFailsToOpenIsReported)
 {
