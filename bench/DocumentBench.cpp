@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <fstream>
 
 // A million cells changed as by a paste, that undone and made again, and one cell changed as by typing: what the room
@@ -32,6 +33,11 @@ void WriteBenchFile(const CBenchFile& bench)
     file.write(reinterpret_cast<const char*>(image.Bytes().data()), static_cast<std::streamsize>(image.Bytes().size()));
 }
 
+void CountPlan(CRecipeDocument& document)
+{
+    document.ContinuePlan(std::chrono::steady_clock::time_point::max());
+}
+
 /// The file's rows, all of them untouched and without edits that could be undone.
 void Open(CRecipeDocument& document, const CBenchFile& bench)
 {
@@ -51,7 +57,7 @@ std::vector<TextForCell> AMillionTexts()
     return texts;
 }
 
-void BM_Document_SetTexts(benchmark::State& state)
+void SetTexts(benchmark::State& state, bool isPlanned)
 {
     const CBenchFile bench;
     WriteBenchFile(bench);
@@ -59,11 +65,24 @@ void BM_Document_SetTexts(benchmark::State& state)
     for (auto _ : state) {
         state.PauseTiming();
         Open(document, bench);
+        if (isPlanned)
+            CountPlan(document);
         auto texts = AMillionTexts();
         state.ResumeTiming();
         if (document.SetTexts(EditKind::Paste, std::move(texts)) != EditOutcome::Made)
             state.SkipWithError("cannot set the texts");
     }
+}
+
+void BM_Document_SetTexts(benchmark::State& state)
+{
+    SetTexts(state, false);
+}
+
+/// The plan of the save is counted.
+void BM_Document_SetTexts_Planned(benchmark::State& state)
+{
+    SetTexts(state, true);
 }
 
 void BM_Document_Undo(benchmark::State& state)
@@ -98,13 +117,15 @@ void BM_Document_Redo(benchmark::State& state)
 }
 
 /// 4,096 cells all over the rows take turns.
-void BM_Document_OneText(benchmark::State& state)
+void OneText(benchmark::State& state, bool isPlanned)
 {
     constexpr std::int32_t kCells = 4096;
     const CBenchFile bench;
     WriteBenchFile(bench);
     CRecipeDocument document;
     Open(document, bench);
+    if (isPlanned)
+        CountPlan(document);
     std::int32_t cell = 0;
     for (auto _ : state) {
         const CellPlace place{cell * (kBenchRows / kCells), static_cast<std::uint32_t>(cell % kBenchColumns)};
@@ -114,11 +135,25 @@ void BM_Document_OneText(benchmark::State& state)
             state.SkipWithError("cannot set the text");
         cell = (cell + 1) % kCells;
     }
+    state.counters["changes"] = static_cast<double>(document.Plan().Changes().size());
+}
+
+void BM_Document_OneText(benchmark::State& state)
+{
+    OneText(state, false);
+}
+
+/// The plan of the save is counted, and kept true.
+void BM_Document_OneText_Planned(benchmark::State& state)
+{
+    OneText(state, true);
 }
 
 BENCHMARK(BM_Document_SetTexts)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_SetTexts_Planned)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_Undo)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_Redo)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_OneText);
+BENCHMARK(BM_Document_OneText_Planned);
 
 } // namespace

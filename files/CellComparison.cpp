@@ -54,35 +54,52 @@ std::span<const std::byte> CCellComparison::OldWords(CellPlace place)
 
 std::optional<ChangeReason> CCellComparison::Compare(CellPlace place)
 {
-    return IsTable() ? CompareField(place) : CompareWords(place, NewWords(place));
+    return IsTable() ? CompareField(place) : CompareWords(place, OldWords(place), NewWords(place));
 }
 
 /// Rows that a save leaves as they are, which are most, are compared as a whole.
 void CCellComparison::Compare(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes)
 {
-    std::size_t pos = 0;
-    std::vector<std::byte> coded;
-    if (!IsTable()) {
-        coded.resize(static_cast<std::size_t>(m_rows.BytesBefore({count, 0})));
-        m_coder.CodeRows(first, count, coded);
-        if (const auto stored = m_stored.WordsOfRows(first, count); stored && AreEqual(*stored, coded))
-            return;
-    }
-    for (std::int32_t row = first; row < first + count; ++row)
-        for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column) {
-            const CellPlace place{row, column};
-            const std::size_t bytes = BytesOfCell(m_rows, place);
-            const auto why =
-                IsTable() ? CompareField(place) : CompareWords(place, std::span(coded).subspan(pos, bytes));
-            pos += bytes;
-            if (why)
-                changes.push_back({place, *why});
-        }
+    if (IsTable())
+        return CompareFields(first, count, changes);
+    const auto rowBytes = static_cast<std::size_t>(m_rows.BytesBefore({1, 0}));
+    m_coded.resize(rowBytes * static_cast<std::size_t>(count));
+    m_coder.CodeRows(first, count, m_coded);
+    if (const auto stored = m_stored.WordsOfRows(first, count); stored && AreEqual(*stored, m_coded))
+        return;
+    std::span<const std::byte> coded = m_coded;
+    for (std::int32_t row = first; row < first + count; ++row, coded = coded.subspan(rowBytes))
+        CompareRow(row, coded.first(rowBytes), changes);
 }
 
-std::optional<ChangeReason> CCellComparison::CompareWords(CellPlace place, std::span<const std::byte> coded)
+void CCellComparison::CompareRow(std::int32_t row, std::span<const std::byte> coded,
+                                 std::vector<PlannedChange>& changes)
 {
-    const auto stored = OldWords(place);
+    const auto stored = m_stored.WordsOfRows(row, 1);
+    if (stored && AreEqual(*stored, coded))
+        return;
+    std::size_t pos = 0;
+    for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column) {
+        const CellPlace place{row, column};
+        const std::size_t bytes = BytesOfCell(m_rows, place);
+        const auto old = stored ? stored->subspan(pos, bytes) : OldWords(place);
+        if (const auto why = CompareWords(place, old, coded.subspan(pos, bytes)))
+            changes.push_back({place, *why});
+        pos += bytes;
+    }
+}
+
+void CCellComparison::CompareFields(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes) const
+{
+    for (std::int32_t row = first; row < first + count; ++row)
+        for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column)
+            if (const auto why = CompareField({row, column}))
+                changes.push_back({{row, column}, *why});
+}
+
+std::optional<ChangeReason> CCellComparison::CompareWords(CellPlace place, std::span<const std::byte> stored,
+                                                          std::span<const std::byte> coded) const
+{
     if (AreEqual(stored, coded))
         return std::nullopt;
     if (const auto given = GivenReason(place))

@@ -63,7 +63,10 @@ private:
     bool IsTable() const { return m_stored.Type() == FileType::Csv; }
     std::u16string FieldReadAgain(CellPlace place) const;
     std::u16string TextOfWords(CellPlace place, std::span<const std::byte> words) const;
-    std::optional<ChangeReason> CompareWords(CellPlace place, std::span<const std::byte> coded);
+    void CompareRow(std::int32_t row, std::span<const std::byte> coded, std::vector<PlannedChange>& changes);
+    void CompareFields(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes) const;
+    std::optional<ChangeReason> CompareWords(CellPlace place, std::span<const std::byte> stored,
+                                             std::span<const std::byte> coded) const;
     std::optional<ChangeReason> CompareField(CellPlace place) const;
     std::optional<ChangeReason> GivenReason(CellPlace place) const;
     ChangeReason ReasonOf(const ColumnCoding& coding, std::span<const std::byte> stored) const;
@@ -73,6 +76,7 @@ private:
     bool m_isOfOtherType;
     SaveForm m_form;
     CStretchCoder m_coder;
+    std::vector<std::byte> m_coded; ///< of the rows that are compared
     std::vector<std::byte> m_new;
     std::vector<std::byte> m_old;
 };

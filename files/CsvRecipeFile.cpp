@@ -77,6 +77,17 @@ public:
         });
     }
 
+    /// So many of all cells are written: the others take about as much room, which is better made once than bit by bit.
+    void MakeRoom(std::uint64_t done, std::uint64_t all)
+    {
+        if (std::exchange(m_hasRoom, true))
+            return;
+        const std::uint64_t characters = (*m_fields)->CharacterCount() * all / done;
+        WithinMemoryOrNone([&] {
+            (*m_fields)->Reserve(static_cast<std::size_t>(characters + characters / 16), static_cast<std::size_t>(all));
+        });
+    }
+
     void EndLine()
     {
         WithinMemoryOrNone([&] { (*m_fields)->EndLine(); });
@@ -116,6 +127,7 @@ private:
     const std::size_t m_columns;
     std::optional<CFieldTable>* m_fields; ///< null when nobody wants them; none once they cannot be had
     bool m_isCut = false;
+    bool m_hasRoom = false;
     std::u16string m_last;
 };
 
@@ -137,6 +149,8 @@ Outcome WriteTable(const CRecipeRows& rows, CReplacement& file, CSavedFields& sa
             ++done;
             if (!table.IsFull())
                 continue;
+            if (saved.AreWanted())
+                saved.MakeRoom(done, total);
             if (!table.Write())
                 return Outcome::Failed;
             if (!progress.Advance(done, total))

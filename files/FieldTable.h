@@ -28,6 +28,9 @@ public:
     /// Ends the line at hand.
     void EndLine();
 
+    /// Of all fields.
+    std::size_t CharacterCount() const { return m_text.size(); }
+
     std::size_t LineCount() const { return m_lines.size(); }
 
     /// The memory that it takes besides its own size, in bytes.

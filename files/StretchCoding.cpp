@@ -56,9 +56,11 @@ CStretchCoder::CStretchCoder(const CRecipeRows& rows, RecipeKind kind) : m_kind(
     }
 }
 
+// The steps of a save's innermost loop, which its compiler is to put there.
+
 /// Whether the text that `words` show is coded to the same words, so that nobody need make the text: true of whole
 /// numbers within their limits and of hexadecimal values, which are most of a recipe. Too careful is harmless.
-bool CStretchCoder::CodesToItself(const Column& column, std::span<const std::byte> words) const
+inline bool CStretchCoder::CodesToItself(const Column& column, std::span<const std::byte> words) const
 {
     const ColumnCoding& coding = *column.coding;
     if (words.size() < column.wholeNumberBytes || column.wholeNumberBytes == 0)
@@ -87,7 +89,7 @@ void CStretchCoder::CodeText(const Column& column, std::u16string_view text, std
 }
 
 /// Codes the cell at hand to byte `pos` of `image` and moves `pos` past it.
-void CStretchCoder::Code(const Column& column, std::span<std::byte> image, std::size_t& pos)
+inline void CStretchCoder::Code(const Column& column, std::span<std::byte> image, std::size_t& pos)
 {
     if (const std::u16string_view exact = m_texts.ExactWords(); !exact.empty()) {
         StoreEach(image.subspan(pos), exact);

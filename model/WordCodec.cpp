@@ -351,16 +351,6 @@ void CodeValue(const ColumnCoding& coding, std::u16string_view text, std::span<s
     pos += ByteLength(coding);
 }
 
-bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word)
-{
-    if (coding.dataType != DataType::Signed16 && coding.dataType != DataType::Signed32)
-        return true;
-    std::int64_t value = static_cast<std::int32_t>(word);
-    if (coding.dataType == DataType::Signed16 && value > coding.maxValue)
-        value -= 0x10000; // the same 16 bits
-    return value >= coding.minValue && value <= coding.maxValue;
-}
-
 std::u16string NormaliseForPagedFile(const ColumnCoding& coding, std::u16string_view text)
 {
     if (coding.codeType == CodeType::Bin && IsDecimalInteger(coding.dataType))

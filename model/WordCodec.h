@@ -45,7 +45,15 @@ void CodeValue(const ColumnCoding& coding, std::u16string_view text, std::span<s
 
 /// Whether `word`, what an integer's words read as, is shown as the number that it is, but for its decimals: true but
 /// for a signed value that its limits set to 0 or, in 32 bits, move by 65536.
-bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word);
+inline bool IsShownAsItIs(const ColumnCoding& coding, std::uint32_t word)
+{
+    if (coding.dataType != DataType::Signed16 && coding.dataType != DataType::Signed32)
+        return true;
+    std::int64_t value = static_cast<std::int32_t>(word);
+    if (coding.dataType == DataType::Signed16 && value > coding.maxValue)
+        value -= 0x10000; // the same 16 bits
+    return value >= coding.minValue && value <= coding.maxValue;
+}
 
 /// The text that a paged file's writer codes: for a BIN-coded integer the scaled, truncated value in decimal digits,
 /// for a BIN-coded hexadecimal value its decimal digits, for anything else (a BCD-coded one too) `text` as it stands.
