@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <malloc.h>
 
 // A million cells changed as by a paste, that undone and made again, and one cell changed as by typing: what the room
 // does with texts that passed their check.
@@ -149,10 +150,43 @@ void BM_Document_OneText_Planned(benchmark::State& state)
     OneText(state, true);
 }
 
+/// What is allocated: a freed block stays resident now and then.
+double UsedMiB()
+{
+    const auto heap = mallinfo2();
+    return static_cast<double>(heap.uordblks + heap.hblkhd) / (1 << 20);
+}
+
+/// One cell was edited, and the plan is counted: the save, and the memory that what it left takes beside the rows.
+void BM_Document_Write(benchmark::State& state)
+{
+    const CBenchFile bench;
+    CSilentReporter reporter;
+    CNoProgress progress;
+    double added = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        WriteBenchFile(bench);
+        CRecipeDocument document;
+        Open(document, bench);
+        document.SetTexts(EditKind::Typing, {{{7, 3}, u"7"}});
+        CountPlan(document);
+        const double before = UsedMiB();
+        state.ResumeTiming();
+        if (!document.Write(FileType::Rcp, bench.Path(), reporter, progress))
+            state.SkipWithError("cannot save");
+        state.PauseTiming();
+        added = UsedMiB() - before;
+        state.ResumeTiming();
+    }
+    state.counters["addedMiB"] = added;
+}
+
 BENCHMARK(BM_Document_SetTexts)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_SetTexts_Planned)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_Undo)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_Redo)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_Write)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_OneText);
 BENCHMARK(BM_Document_OneText_Planned);
 

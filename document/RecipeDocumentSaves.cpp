@@ -4,7 +4,6 @@
 #include "files/EditedSave.h"
 #include "files/RecipeMessages.h"
 #include "files/RecipeReplacement.h"
-#include "model/LittleEndian.h"
 #include "model/StoredNumber.h"
 
 #include <algorithm>
@@ -21,10 +20,7 @@ std::u16string WordsOf(const CStoredCells& stored, const CRecipeRows& rows, Cell
 {
     std::vector<std::byte> bytes(BytesOfCell(rows, place));
     stored.LoadWords(place, bytes);
-    std::u16string words;
-    for (std::size_t at = 0; at < bytes.size(); at += 2)
-        words += static_cast<char16_t>(LoadLittleEndian<std::uint16_t>(std::span(bytes).subspan(at, 2)));
-    return words;
+    return ::WordsOf(bytes);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "files/CsvEdits.h"
 #include "files/RecipeFile.h"
 #include "files/WordRuns.h"
-#include "model/LittleEndian.h"
 #include "text/FileMessages.h"
 
 #include <new>
@@ -20,14 +19,6 @@ struct EditedWords {
     CWordRuns runs;
     std::vector<CellEdit> states;
 };
-
-std::u16string WordsOf(std::span<const std::byte> bytes)
-{
-    std::u16string words;
-    for (std::size_t at = 0; at < bytes.size(); at += 2)
-        words += static_cast<char16_t>(LoadLittleEndian<std::uint16_t>(bytes.subspan(at, 2)));
-    return words;
-}
 
 EditedWords CollectEdited(const CRecipeRows& rows, const CStoredCells& stored)
 {

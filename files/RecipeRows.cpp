@@ -86,6 +86,14 @@ void CRecipeRows::ShowWords(CByteBuffer image, RecipeKind kind)
     m_kind = kind;
 }
 
+void CRecipeRows::ShowSourceOf(const CRecipeRows& other, RecipeKind kind)
+{
+    Show(other.m_source);
+    m_kind = kind;
+    m_image = other.m_image;
+    m_fields = other.m_fields;
+}
+
 void CRecipeRows::ShowEverywhere(CByteBuffer words, RecipeKind kind)
 {
     Show(Source::SameWords);

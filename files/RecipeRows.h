@@ -54,6 +54,10 @@ public:
     /// The cells are those of `image`: the bytes from row 0's first word on, as many as there were.
     void ShowWords(CByteBuffer image, RecipeKind kind);
 
+    /// The cells are what `other`, rows of the same layout, was read from, none of them touched; both share it. Words
+    /// are those of a file of `kind`.
+    void ShowSourceOf(const CRecipeRows& other, RecipeKind kind);
+
     /// Every cell is that of the beginning of `words`.
     void ShowEverywhere(CByteBuffer words, RecipeKind kind);
 

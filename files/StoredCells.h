@@ -16,6 +16,9 @@ struct SavedContent {
     std::optional<CFieldTable> fields; ///< nothing where they are not known
 };
 
+/// The words that `bytes` are, as the state of a cell keeps them.
+std::u16string WordsOf(std::span<const std::byte> bytes);
+
 /// What the file holds of the cells that rows show, the other side of a plan of a save. What the rows show is fixed
 /// when they are read; this here follows each save. Copies share what was read.
 class CStoredCells {
@@ -26,7 +29,8 @@ public:
     /// Those of `rows`, which were read from a file of `type` that holds `fileBytes` (LogicalBytes in RecipeFile.h).
     CStoredCells(const CRecipeRows& rows, FileType type, std::uint64_t fileBytes);
 
-    /// Those that a save of all cells of `rows` into a file of `type` left, which holds `fileBytes` since.
+    /// Those that a save of all cells of `rows` into a file of `type` left, which holds `fileBytes` since. Where few of
+    /// them are others than `rows` were read from, they share the memory of those.
     CStoredCells(const CRecipeRows& rows, FileType type, std::uint64_t fileBytes, SavedContent saved);
 
     bool IsKnown() const { return m_isKnown; }
@@ -53,6 +57,8 @@ public:
     bool HasField(CellPlace place) const { return m_cells.HasField(place); }
 
 private:
+    void ShowSaved(const CRecipeRows& rows, CByteBuffer words);
+
     CRecipeRows m_cells;
     bool m_isKnown = false;
     FileType m_type = FileType::Rcp;
