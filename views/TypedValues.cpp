@@ -28,7 +28,8 @@ CTypedValues::CTypedValues(CRecipeFrame& frame, QObject* parent) : QObject(paren
 
 void CTypedValues::Look(std::vector<CellPlace> places)
 {
-    std::sort(places.begin(), places.end());
+    if (!std::is_sorted(places.begin(), places.end())) // as those of a paste are
+        std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
     m_places = std::move(places);
     m_next = 0;
