@@ -1,5 +1,6 @@
 #include "files/CellComparison.h"
 
+#include "files/CsvRules.h"
 #include "model/LittleEndian.h"
 
 #include <algorithm>
@@ -65,17 +66,19 @@ void CCellComparison::Compare(std::int32_t first, std::int32_t count, std::vecto
     const auto rowBytes = static_cast<std::size_t>(m_rows.BytesBefore({1, 0}));
     m_coded.resize(rowBytes * static_cast<std::size_t>(count));
     m_coder.CodeRows(first, count, m_coded);
-    if (const auto stored = m_stored.WordsOfRows(first, count); stored && AreEqual(*stored, m_coded))
+    const auto stored = m_stored.WordsOfRows(first, count);
+    if (stored && AreEqual(*stored, m_coded))
         return;
-    std::span<const std::byte> coded = m_coded;
-    for (std::int32_t row = first; row < first + count; ++row, coded = coded.subspan(rowBytes))
-        CompareRow(row, coded.first(rowBytes), changes);
+    std::size_t pos = 0;
+    for (std::int32_t row = first; row < first + count; ++row, pos += rowBytes)
+        CompareRow(row, stored ? std::optional(stored->subspan(pos, rowBytes)) : m_stored.WordsOfRows(row, 1),
+                   std::span(m_coded).subspan(pos, rowBytes), changes);
 }
 
-void CCellComparison::CompareRow(std::int32_t row, std::span<const std::byte> coded,
-                                 std::vector<PlannedChange>& changes)
+/// `stored` is nothing where the words of the row do not lie in one piece.
+void CCellComparison::CompareRow(std::int32_t row, std::optional<std::span<const std::byte>> stored,
+                                 std::span<const std::byte> coded, std::vector<PlannedChange>& changes)
 {
-    const auto stored = m_stored.WordsOfRows(row, 1);
     if (stored && AreEqual(*stored, coded))
         return;
     std::size_t pos = 0;
@@ -149,12 +152,7 @@ std::u16string CCellComparison::FieldReadAgain(CellPlace place) const
         return text;
     if (place.column + 1 == m_rows.Columns().size())
         return u'"' + text + u'"';
-    std::u16string_view inner = text;
-    while (inner.starts_with(u'"'))
-        inner.remove_prefix(1);
-    while (inner.ends_with(u'"'))
-        inner.remove_suffix(1);
-    return std::u16string(inner);
+    return std::u16string(WithoutQuotes(text));
 }
 
 std::u16string CCellComparison::TextOfWords(CellPlace place, std::span<const std::byte> words) const

@@ -63,7 +63,8 @@ private:
     bool IsTable() const { return m_stored.Type() == FileType::Csv; }
     std::u16string FieldReadAgain(CellPlace place) const;
     std::u16string TextOfWords(CellPlace place, std::span<const std::byte> words) const;
-    void CompareRow(std::int32_t row, std::span<const std::byte> coded, std::vector<PlannedChange>& changes);
+    void CompareRow(std::int32_t row, std::optional<std::span<const std::byte>> stored,
+                    std::span<const std::byte> coded, std::vector<PlannedChange>& changes);
     void CompareFields(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes) const;
     std::optional<ChangeReason> CompareWords(CellPlace place, std::span<const std::byte> stored,
                                              std::span<const std::byte> coded) const;

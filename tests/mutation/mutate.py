@@ -34,6 +34,7 @@ LIBRARY_TESTS = "vantor_library_tests"
 FILES_TESTS = "vantor_files_tests"
 ANSI_TESTS = "vantor_ansi_table_tests"
 DOCUMENT_TESTS = "vantor_document_tests"
+CHANGES_TESTS = "vantor_changes_tests"
 MERGE_TESTS = "vantor_merge_tests"
 FAULTS_TESTS = "vantor_faults_tests"
 
@@ -49,6 +50,12 @@ PAGED_RUNS = [
 ]
 
 DOCUMENT_RUNS = [(DOCUMENT_TESTS, "-Seeds*"), (DOCUMENT_TESTS, "Seeds*")]
+
+PLAN_RUNS = [
+    (FILES_TESTS, "*EditedSave*:FlatPutBack*:WordRuns*:StoredAfter*:*StretchOf*"),
+    (CHANGES_TESTS, "SaveRecords*:*Unedited*"),
+    (DOCUMENT_TESTS, "*SavePlan*"),
+]
 
 # File -> the runs that are to notice, the quickest and likeliest first: a test program and a filter of its tests.
 TARGETS = {
@@ -83,17 +90,23 @@ TARGETS = {
         (FILES_TESTS, "*Table*:*SaveAsShown*"),
         (FAULTS_TESTS, "*ReadFaults*/Table*"),
     ],
+    "files/CellComparison.cpp": PLAN_RUNS,
+    "files/EditedSave.cpp": PLAN_RUNS,
     "files/PagedFile.cpp": PAGED_RUNS,
     "files/PagedLayout.cpp": PAGED_RUNS,
     "files/PagedReader.cpp": PAGED_RUNS,
+    "files/PutBack.cpp": [*PLAN_RUNS, (FAULTS_TESTS, "Document/SaveFaults*/PutBack*:Document/SaveFaults*/Cut*")],
     "files/RecipeRows.cpp": [
         (FILES_TESTS, "RecipeRows*:CellStates*:CellTexts*:BinaryRecipe*"),
         (FILES_TESTS, "*Csv*:*Paged*:RecipeWalk*:*SaveAsShown*:-*Seeds*"),
     ],
+    "files/SavePlan.cpp": PLAN_RUNS,
+    "files/StoredCells.cpp": PLAN_RUNS,
     "files/StretchCoding.cpp": [
         (FILES_TESTS, "*StretchOf*:BinaryRecipe*:PagedRecipe*"),
         (FILES_TESTS, "*SaveAsShown*:*Pieces*"),
     ],
+    "files/WordRuns.cpp": [*PLAN_RUNS, (FAULTS_TESTS, "Document/SaveFaults*/Edited*:Document/SaveFaults*/Cut*")],
     "merge/MergeParams.cpp": [(MERGE_TESTS, "-*MergedFile*:*MergeFailure*"), (MERGE_TESTS, "*")],
 }
 
