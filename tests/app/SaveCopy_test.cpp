@@ -55,16 +55,16 @@ TEST_F(SaveCopy, IsWhatASaveWouldLeave)
 
 TEST_F(SaveCopy, IsProposedBesideTheFileAndOfItsType)
 {
-    WriteAll(folder / "a.frp", Bytes(65536));
-    OpenByDialog("a.frp");
+    WriteAll(folder / "t.frp", Bytes(65536));
+    OpenByDialog("t.frp");
     std::string proposed;
     Copy({[&](QWidget& dialog) {
         proposed = TextIn(dialog, "fileNameEdit");
         EXPECT_EQ(FindIn<QComboBox>(dialog, "fileTypeCombo").currentText(), "(*.frp)");
         QTest::keyClick(&FindIn<QLineEdit>(dialog, "fileNameEdit"), Qt::Key_Return);
     }});
-    EXPECT_EQ(proposed, "a copy");
-    EXPECT_EQ(ReadAll(folder / "a copy.frp"), ReadAll(folder / "a.frp"));
+    EXPECT_EQ(proposed, "t copy");
+    EXPECT_EQ(ReadAll(folder / "t copy.frp"), ReadAll(folder / "t.frp"));
 }
 
 TEST_F(SaveCopy, OfANameWithADotIsProposedWithItsEnding)

@@ -36,6 +36,7 @@ void SaveFixture::SetUp()
 void SaveFixture::OpenByDialog(const std::string& name)
 {
     OpenThroughDialog(name);
+    ASSERT_EQ(Title(), TitleWith(name));
     Grid().setFocus();
 }
 

@@ -117,8 +117,8 @@ TEST_F(SavePlanField, FollowsOpenAndAnotherLayout)
 
 TEST_F(SavePlanField, SaysOfATableInCapitalsThatItIsReadAsAnotherType)
 {
-    WriteAll(folder / "a.CSV", AnsiBytes(kTable));
-    OpenByDialog("a.CSV");
+    WriteAll(folder / "t.CSV", AnsiBytes(kTable));
+    OpenByDialog("t.CSV");
     EXPECT_EQ(Grid().GetItemText(1, kBelt), "1.50");
     EXPECT_EQ(Field(), "0 edited, 5 others change") << "quotes around the last fields, and the form";
     Press("buttonRefreshData"); // which looks at the ending as it is written
@@ -129,7 +129,7 @@ TEST_F(SavePlanField, SaysOfATableInCapitalsThatItIsReadAsAnotherType)
     Save();
     EXPECT_EQ(Strip(), "12 values that you did not edit were stored as shown: the rows were read as another type.");
     ClickInStrip("Put back");
-    EXPECT_EQ(ReadAll(folder / "a.CSV"), AnsiBytes(kTable));
+    EXPECT_EQ(ReadAll(folder / "t.CSV"), AnsiBytes(kTable));
 }
 
 TEST_F(SavePlanField, SaysThatItIsCountingAndKeepsWhatItKnows)
