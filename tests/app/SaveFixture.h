@@ -27,7 +27,7 @@ struct SaveFixture : EditFixture {
     Bytes Oven() const { return ReadAll(folder / "oven.rcp"); }
     /// "oven.rcp" as it was, with these words in place of its own.
     Bytes OvenWith(std::initializer_list<std::pair<std::size_t, std::uint16_t>> words) const;
-    void SaveEditedOnly() { Key(Qt::Key_S, Qt::ControlModifier | Qt::AltModifier); }
+    void SaveEditedOnly() { Key(Qt::Key_F9, Qt::ShiftModifier); }
 
     /// The counting is over.
     void WaitForPlan();
