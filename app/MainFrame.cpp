@@ -20,6 +20,7 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QStyle>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
