@@ -60,6 +60,21 @@ SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const 
     return result;
 }
 
+/// Where the bytes lie that a save of a cell writes; nothing where the cell has no words.
+struct BytesInFile {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+};
+
+std::optional<BytesInFile> BytesInFileOf(const CRecipeRows& rows, CellPlace place)
+{
+    const std::size_t bytes = BytesOfCell(rows, place);
+    if (bytes == 0)
+        return std::nullopt;
+    const std::uint64_t begin = FirstByteOf(AddressOfCell(rows, place)).number;
+    return BytesInFile{begin, begin + bytes};
+}
+
 /// Nothing, and then reported, when there is no memory for them.
 std::optional<std::vector<CsvEdit>> CollectFields(const CRecipeRows& rows, const fs::path& path, CReporter& reporter)
 {
@@ -117,9 +132,11 @@ std::vector<ZeroWords> ZeroWordsOfEdited(const CRecipeRows& rows, const CStoredC
         return zeros;
     std::uint64_t end = stored.FileBytes();
     for (const CellPlace place : rows.EditedPlaces()) {
-        const std::uint64_t begin = FirstByteOf(AddressOfCell(rows, place)).number;
-        AppendZeroWords(end, begin, zeros);
-        end = FileBytesAfter(stored.Type(), end, begin + BytesOfCell(rows, place));
+        const auto written = BytesInFileOf(rows, place);
+        if (!written)
+            continue;
+        AppendZeroWords(end, written->begin, zeros);
+        end = FileBytesAfter(stored.Type(), end, written->end);
     }
     return zeros;
 }
@@ -134,9 +151,8 @@ std::optional<std::uint64_t> FileBytesAfterEdited(const CRecipeRows& rows, const
         const auto edits = CollectFields(rows, path, reporter);
         return edits ? CsvBytesAfterEdits(*edits, path, reporter, progress) : std::nullopt;
     }
-    for (const CellPlace place : rows.EditedPlaces()) {
-        const std::uint64_t end = (FirstByteOf(AddressOfCell(rows, place)) + BytesOfCell(rows, place)).number;
-        bytes = FileBytesAfter(stored.Type(), bytes, end);
-    }
+    for (const CellPlace place : rows.EditedPlaces())
+        if (const auto written = BytesInFileOf(rows, place))
+            bytes = FileBytesAfter(stored.Type(), bytes, written->end);
     return bytes;
 }

@@ -170,6 +170,23 @@ TEST_F(SetDryRun, PrintsAHeaderAloneWhereNothingChanges)
     EXPECT_EQ(result.error, "");
 }
 
+TEST_F(SetDryRun, ACellWithoutWordsMakesNoFileLonger)
+{
+    library.formats[0]->items[0]->dataLength = 0;
+    SaveLibrary();
+    for (const char* name : {"short.rcp", "short.erp", "short.frp"}) {
+        const fs::path path = folder / name;
+        const Bytes before = WordBytes({99, 105});
+        WriteAll(path, before);
+        const Arguments options = {"--start", "600000", "--cell", "2", "2", "5", "--only-edited"};
+        const Foretold foretold = ReadChanges(DryRun(path, options).out);
+        EXPECT_EQ(foretold.header.newBytes, std::ssize(before)) << name;
+        EXPECT_EQ(foretold.records, std::vector<ChangeRecord>()) << name;
+        ExpectDone(Set(path, options));
+        EXPECT_EQ(ReadAll(path), before) << name;
+    }
+}
+
 TEST_F(SetDryRun, OfATableTellsItsFieldsAndItsSize)
 {
     WriteAll(table, Utf16File(u"\"1\"\t\"2\"\t\"A\"\t0\r\n\"7\"\t\"2\"\t\"B\"\t\"0\"\tmore\r\n"));
