@@ -1,11 +1,14 @@
 #include "files/CellComparison.h"
 
+#include "files/CsvCutter.h"
 #include "files/CsvRules.h"
 #include "model/LittleEndian.h"
+#include "text/Utf16Bytes.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -55,7 +58,9 @@ std::span<const std::byte> CCellComparison::OldWords(CellPlace place)
 
 std::optional<ChangeReason> CCellComparison::Compare(CellPlace place)
 {
-    return IsTable() ? CompareField(place) : CompareWords(place, OldWords(place), NewWords(place));
+    if (IsTable())
+        return CompareField(place, m_rows.Text(place.row, place.column), CutLineOf(place));
+    return CompareWords(place, OldWords(place), NewWords(place));
 }
 
 /// Rows that a save leaves as they are, which are most, are compared as a whole.
@@ -94,10 +99,16 @@ void CCellComparison::CompareRow(std::int32_t row, std::optional<std::span<const
 
 void CCellComparison::CompareFields(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes) const
 {
-    for (std::int32_t row = first; row < first + count; ++row)
-        for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column)
-            if (const auto why = CompareField({row, column}))
+    for (std::int32_t row = first; row < first + count; ++row) {
+        std::optional<CFieldTable> cutLine;
+        for (std::uint32_t column = 0; column < m_rows.Columns().size(); ++column) {
+            std::u16string text = m_rows.Text(row, column);
+            if (!cutLine && HoldsMark(text) && m_form == SaveForm::AllCells)
+                cutLine = SavedLine(row);
+            if (const auto why = CompareField({row, column}, std::move(text), cutLine))
                 changes.push_back({{row, column}, *why});
+        }
+    }
 }
 
 std::optional<ChangeReason> CCellComparison::CompareWords(CellPlace place, std::span<const std::byte> stored,
@@ -131,28 +142,58 @@ ChangeReason CCellComparison::ReasonOf(const ColumnCoding& coding, std::span<con
     return coding.dataType == DataType::String ? ChangeReason::Text : ChangeReason::Coding;
 }
 
-std::optional<ChangeReason> CCellComparison::CompareField(CellPlace place) const
+std::optional<ChangeReason> CCellComparison::CompareField(CellPlace place, std::u16string text,
+                                                          const std::optional<CFieldTable>& cutLine) const
 {
     const bool isThere = m_stored.HasField(place);
     const bool mayBeMissing = m_form == SaveForm::EditedAlone; // it shows "0" then, and is not written to show that
-    if ((isThere || mayBeMissing) && FieldReadAgain(place) == m_stored.Cells().Text(place.row, place.column))
+    if ((isThere || mayBeMissing) &&
+        FieldReadAgain(place, std::move(text), cutLine) == m_stored.Cells().Text(place.row, place.column))
         return std::nullopt;
     if (const auto given = GivenReason(place))
         return given;
     if (!isThere)
         return ChangeReason::End;
-    return HoldsMark(m_rows.Text(place.row, place.column)) ? ChangeReason::Text : ChangeReason::Quotes;
+    return cutLine ? ChangeReason::Text : ChangeReason::Quotes;
 }
 
 /// kept: in the saved table the last field of a line reads with its quotes, the others lose theirs.
-std::u16string CCellComparison::FieldReadAgain(CellPlace place) const
+std::u16string CCellComparison::FieldReadAgain(CellPlace place, std::u16string text,
+                                               const std::optional<CFieldTable>& cutLine) const
 {
-    std::u16string text = m_rows.Text(place.row, place.column);
     if (m_form == SaveForm::EditedAlone)
         return text;
+    if (cutLine)
+        return std::u16string(cutLine->Field(0, place.column));
     if (place.column + 1 == m_rows.Columns().size())
         return u'"' + text + u'"';
     return std::u16string(WithoutQuotes(text));
+}
+
+/// The row as reading shows it again, where a text up to the cell is cut then and moves those after it.
+std::optional<CFieldTable> CCellComparison::CutLineOf(CellPlace place) const
+{
+    for (std::uint32_t column = 0; column <= place.column && m_form == SaveForm::AllCells; ++column)
+        if (HoldsMark(m_rows.Text(place.row, column)))
+            return SavedLine(place.row);
+    return std::nullopt;
+}
+
+/// The row as a save writes it and reading shows it again.
+CFieldTable CCellComparison::SavedLine(std::int32_t row) const
+{
+    const std::size_t columns = m_rows.Columns().size();
+    std::u16string line;
+    for (std::size_t column = 0; column < columns; ++column)
+        line.append(column > 0 ? u"\t\"" : u"\"").append(m_rows.Text(row, column)).append(u"\"");
+    line += u"\r\n";
+    SwapUnlessLowByteFirst(line);
+    CFieldTable fields;
+    CCsvShownFields shown(kUtf16Csv, 1, columns, fields);
+    CCsvCutter cutter(kUtf16Csv);
+    cutter.Append(std::as_bytes(std::span(line)), shown);
+    cutter.Finish(shown);
+    return fields;
 }
 
 std::u16string CCellComparison::TextOfWords(CellPlace place, std::span<const std::byte> words) const
@@ -163,7 +204,9 @@ std::u16string CCellComparison::TextOfWords(CellPlace place, std::span<const std
 
 std::u16string CCellComparison::ReadAgain(CellPlace place)
 {
-    return IsTable() ? FieldReadAgain(place) : TextOfWords(place, NewWords(place));
+    if (IsTable())
+        return FieldReadAgain(place, m_rows.Text(place.row, place.column), CutLineOf(place));
+    return TextOfWords(place, NewWords(place));
 }
 
 std::optional<std::u16string> CCellComparison::OldText(CellPlace place)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/ChangeReason.h"
+#include "files/FieldTable.h"
 #include "files/StoredCells.h"
 #include "files/StretchCoding.h"
 
@@ -8,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 /// How many bytes the words of a cell take; 0 in a column that has none.
@@ -32,7 +34,8 @@ enum class SaveForm {
 
 /// Compares what a save stores for cells with what its file holds of them: the coding of a save, without its writing.
 /// In a file of words a cell differs when its words do, in a table of texts when reading the saved table again shows
-/// another text.
+/// another text. There, a TAB or line feed in a text moves the texts of the row that come after it; the rows after a
+/// line feed are taken as if it did not move them.
 class CCellComparison {
 public:
     /// All cells are looked at as those of rows that were read from a file of another type when `isOfOtherType` says
@@ -61,14 +64,18 @@ public:
 
 private:
     bool IsTable() const { return m_stored.Type() == FileType::Csv; }
-    std::u16string FieldReadAgain(CellPlace place) const;
+    std::u16string FieldReadAgain(CellPlace place, std::u16string text,
+                                  const std::optional<CFieldTable>& cutLine) const;
+    std::optional<CFieldTable> CutLineOf(CellPlace place) const;
+    CFieldTable SavedLine(std::int32_t row) const;
     std::u16string TextOfWords(CellPlace place, std::span<const std::byte> words) const;
     void CompareRow(std::int32_t row, std::optional<std::span<const std::byte>> stored,
                     std::span<const std::byte> coded, std::vector<PlannedChange>& changes);
     void CompareFields(std::int32_t first, std::int32_t count, std::vector<PlannedChange>& changes) const;
     std::optional<ChangeReason> CompareWords(CellPlace place, std::span<const std::byte> stored,
                                              std::span<const std::byte> coded) const;
-    std::optional<ChangeReason> CompareField(CellPlace place) const;
+    std::optional<ChangeReason> CompareField(CellPlace place, std::u16string text,
+                                             const std::optional<CFieldTable>& cutLine) const;
     std::optional<ChangeReason> GivenReason(CellPlace place) const;
     ChangeReason ReasonOf(const ColumnCoding& coding, std::span<const std::byte> stored) const;
 

@@ -203,15 +203,26 @@ try {
         return;
     m_changesForm.reset();
     ++m_edition;
-    const auto first = std::lower_bound(m_changes.begin(), m_changes.end(), cells.front(), IsBefore);
+    const bool isTable = m_pStored->Type() == FileType::Csv; // where a text may move those after it
+    const auto beginOf = [isTable](CellPlace cell) { return isTable ? CellPlace{cell.row, 0} : cell; };
+    const auto endOf = [isTable](CellPlace cell) {
+        return isTable ? CellPlace{cell.row + 1, 0} : CellPlace{cell.row, cell.column + 1};
+    };
+    const auto first = std::lower_bound(m_changes.begin(), m_changes.end(), beginOf(cells.front()), IsBefore);
     auto next = first;
+    CellPlace compared{-1, 0}; // all cells before it were
     std::vector<PlannedChange> merged;
     for (const CellPlace cell : cells) {
-        for (; next != m_changes.end() && next->place < cell; ++next)
+        if (cell < compared)
+            continue;
+        compared = endOf(cell);
+        for (; next != m_changes.end() && next->place < beginOf(cell); ++next)
             merged.push_back(*next);
-        if (next != m_changes.end() && next->place == cell)
+        while (next != m_changes.end() && next->place < compared)
             ++next;
-        if (const auto why = m_comparison->Compare(cell))
+        if (isTable)
+            m_comparison->Compare(cell.row, 1, merged);
+        else if (const auto why = m_comparison->Compare(cell))
             merged.push_back({cell, *why});
     }
     Count({first, next}, false);

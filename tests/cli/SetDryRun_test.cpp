@@ -210,6 +210,25 @@ TEST_F(SetDryRun, OfATableTellsItsFieldsAndItsSize)
     EXPECT_EQ(foretold.records.size(), 1u);
 }
 
+TEST_F(SetDryRun, OfATableTellsWhatATabMoves)
+{
+    WriteAll(table, TextBytes("1\t2,3,A,0\r\n7,2,B,\"0\"\r\n"));
+    const Arguments options = {"--rows", "2", "--value", "2", "Name", "Z"};
+    const Foretold foretold = ReadChanges(DryRun(table, options).out);
+    EXPECT_EQ(Run(Set(table, options)).exitCode, 0);
+    const auto shown = nlohmann::json::parse(Run({"show", table.string(), "--rows", "2", "--json"}).out)["rows"];
+    std::vector<std::string> moved;
+    for (const ChangeRecord& record : foretold.records)
+        if (record.row) {
+            const std::string text = ToUtf8(record.reads.value_or(*record.newText));
+            const auto row = static_cast<std::size_t>(*record.row - 1);
+            EXPECT_EQ(shown[row]["cells"][static_cast<std::size_t>(*record.column - 2)], text);
+            if (*record.row == 1)
+                moved.push_back(text);
+        }
+    EXPECT_EQ(moved, (std::vector<std::string>{"1", "2", "3", "A"}));
+}
+
 TEST_F(SetDryRun, MakesNoPage)
 {
     for (const auto& [name, flat] : {std::pair{"p.erp", 1048576}, {"p.frp", 65536}}) {

@@ -263,3 +263,23 @@ TEST_P(SavePlanOfTable, PutsBackTheBytesOfBefore)
 }
 
 } // namespace
+
+TEST_P(SavePlanOfTable, FollowsTextsWithATabInThem)
+{
+    for (unsigned seed = 0; seed < kSeeds; ++seed) {
+        SCOPED_TRACE(seed);
+        CRandomRecipe recipe(seed, FileType::Csv);
+        CRecipeDocument& document = recipe.document;
+        for (int step = 0; step < 8; ++step) {
+            FinishPlan(document);
+            const TextForCell text{recipe.RandomPlace(), step % 3 == 2 ? u"5" : u"A\tB"};
+            ASSERT_EQ(document.SetTexts(EditKind::Typing, {text}), EditOutcome::Made);
+            FinishPlan(document);
+            CSavePlan fresh;
+            const CStoredCells stored = ReadStoredCells(document.Rows(), FileType::Csv, recipe.Path());
+            fresh.Begin(document.Rows(), stored, recipe.Path(), false);
+            ASSERT_EQ(fresh.Finish(recipe.progress), Outcome::Done);
+            ASSERT_EQ(document.Plan().Changes(), fresh.Changes()) << "step " << step;
+        }
+    }
+}
