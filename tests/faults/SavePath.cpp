@@ -119,7 +119,12 @@ Bytes RewrittenWords(std::size_t rows)
     return bytes;
 }
 
-constexpr const char* kDocumentProgram = VANTOR_RECIPE_SAVE_PROGRAM;
+/// Another one, if VANTOR_RECIPE_SAVE in the environment names it.
+const char* DocumentProgram()
+{
+    const char* other = std::getenv("VANTOR_RECIPE_SAVE");
+    return other != nullptr ? other : VANTOR_RECIPE_SAVE_PROGRAM;
+}
 
 std::function<void(const SavePlace&)> HoldingRows(const char* name, std::size_t rows)
 {
@@ -144,7 +149,7 @@ std::function<void(const SavePlace&)> Saved(std::function<void(const SavePlace&)
     return [=](const SavePlace& place) {
         holding(place);
         fs::copy_file(place.Disk(name), place.Aside(name), fs::copy_options::overwrite_existing);
-        RunProcess(kDocumentProgram, {"saved", place.Disk(name), start, rows, place.Aside(name)});
+        RunProcess(DocumentProgram(), {"saved", place.Disk(name), start, rows, place.Aside(name)});
     };
 }
 
@@ -225,7 +230,7 @@ SavePath OfDocument(const char* name, const char* command, Leaves leaves, const 
             .message = isTable ? kTableMessage : kRecipeMessage,
             .prepare = isPutBack ? Saved(std::move(holding), file, start, rows) : std::move(holding),
             .arguments = Doing(command, file, start, rows),
-            .program = kDocumentProgram,
+            .program = DocumentProgram(),
             .tellsTears = true};
 }
 
@@ -321,6 +326,7 @@ const std::vector<SavePath>& DocumentSavePaths()
         OfDocument("AllInTable",          "all",      Leaves::OldOrNew, "a.csv", HoldingTable, "0", "4"),
         OfDocument("AllAcrossPages",      "all",      Leaves::Paged,    "a.frp", around, "32760", "1500"),
         OfDocument("EditedInside",        "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 20), "0", "20"),
+        OfDocument("EditedInOneRun",      "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 20), "0", "3"),
         OfDocument("EditedGrow",          "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 9), "0", "20"),
         OfDocument("EditedBehindTheEnd",  "edited",   Leaves::InRuns,   "a.rcp", HoldingRows("a.rcp", 2), "20", "8"),
         OfDocument("EditedInTable",       "edited",   Leaves::OldOrNew, "a.csv", HoldingSavedTable, "0", "4"),

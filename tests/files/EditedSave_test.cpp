@@ -27,7 +27,24 @@ struct EditedSave : OneType, testing::TestWithParam<RecipeType> {
 
     SaveResult SaveEditedCells() { return SaveEdited(rows, stored, path, reporter, progress); }
 
+    /// All cells; what that changes can be put back.
+    void SaveAll()
+    {
+        saved.path = path;
+        saved.before = stored;
+        if (type.IsTable())
+            saved.oldTable = ReadWholeFile(path, 1000);
+        CSavePlan plan;
+        plan.Begin(rows, stored, path, false);
+        EXPECT_EQ(plan.Finish(progress), Outcome::Done);
+        saved.changes = plan.Changes();
+        EXPECT_TRUE(Save().isSaved);
+        rows.MarkSaved();
+        saved.after = ReadStoredCells(rows, type.type, path);
+    }
+
     CStoredCells stored;
+    SavedChanges saved;
 };
 
 INSTANTIATE_TEST_SUITE_P(Types, EditedSave, testing::ValuesIn(kTypes),
@@ -108,18 +125,21 @@ TEST_P(EditedSave, PutsBackWhatNobodyEdited)
 {
     Open();
     const Bytes before = BytesInFile();
-    SavedChanges saved{.path = path, .before = stored};
-    if (type.IsTable())
-        saved.oldTable = ReadWholeFile(path, 1000);
-    CSavePlan plan;
-    plan.Begin(rows, stored, path, false);
-    EXPECT_EQ(plan.Finish(progress), Outcome::Done);
-    saved.changes = plan.Changes();
-    EXPECT_TRUE(Save().isSaved);
-    saved.after = ReadStoredCells(rows, type.type, path);
+    SaveAll();
     EXPECT_TRUE(PutBack(saved, rows, reporter, progress).isSaved);
     EXPECT_EQ(BytesInFile(), before);
     EXPECT_EQ(CountPutBack(saved), saved.UneditedCount());
+}
+
+TEST_P(EditedSave, WhatWasEditedStaysWhenTheRestIsPutBack)
+{
+    Open();
+    rows.SetText(1, 3, u"-8.5");
+    SaveAll();
+    EXPECT_TRUE(PutBack(saved, rows, reporter, progress).isSaved);
+    Texts shown = kTexts;
+    shown[9] = u"-8.5";
+    EXPECT_EQ(TextsInFile(), shown);
 }
 
 /// Rows over the end of a flat file, and a column that a save rewrites.

@@ -74,6 +74,20 @@ TEST_F(StoredAfterASave, HasItsOwnMemoryWhereTheFileHadEndedBeforeTheRows)
     EXPECT_TRUE(WordsIn(After(1)) == saved);
 }
 
+/// The words of a paged file go on as zeros after its end.
+TEST(StoredCells, WordsOfRowsEndWithTheFile)
+{
+    CRecipeRows rows;
+    rows.LayOut({Signed16Column(), Unsigned32Column()}, 0, 2);
+    rows.ShowWords(BufferOf(Bytes(12)), RecipeKind::Paged);
+    const CStoredCells stored(rows, FileType::Frp, 11);
+    EXPECT_EQ(stored.WordsOfRows(0, 1).value().size(), 6u);
+    EXPECT_FALSE(stored.WordsOfRows(0, 2));
+    EXPECT_FALSE(stored.WordsOfRows(1, 1));
+    Bytes cell(4);
+    EXPECT_EQ(stored.LoadWords({1, 1}, cell), 3u);
+}
+
 TEST_F(StoredAfterASave, DoesNotCountWhatTheRowsWereGiven)
 {
     rows.SetText(5, 0, u"77");

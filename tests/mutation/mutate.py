@@ -113,6 +113,9 @@ TARGETS = {
 # Header -> the source with which it is compiled.
 INCLUDED_BY = {"model/LittleEndian.h": "model/WordCodec.cpp"}
 
+# What names the program to the tests that start it.
+STARTED = {"VANTOR_CLI": "vantor-cli", "VANTOR_RECIPE_SAVE": "vantor-recipe-save"}
+
 MEMORY = Path("/dev/shm")
 MOST_MEMORY = 4 << 30  # bytes of address space for a test program
 WALL_SECONDS = 300  # the last resort, where a mutant sleeps
@@ -307,15 +310,17 @@ class Build:
         subprocess.run(words, cwd=self.folder, check=True, capture_output=True)
 
 
-def changed_program(tests):
-    """The program that holds the code under test: these tests start another one, which VANTOR_CLI names."""
-    return "vantor-cli" if tests == FAULTS_TESTS else tests
+def changed_program(program, tests):
+    """The program that holds the code under test: those of faults start another one."""
+    if program != FAULTS_TESTS:
+        return program
+    return "vantor-recipe-save" if tests.startswith("Document/") else "vantor-cli"
 
 
 def run_tests(build, program, tests, cpu_seconds, folder):
     """Whether the tests named pass within their time, with the program changed where there is one in `folder`."""
-    cli = folder / changed_program(FAULTS_TESTS)
-    environment = {"TMPDIR": str(folder)} | ({"VANTOR_CLI": str(cli)} if cli.exists() else {})
+    environment = {"TMPDIR": str(folder)}
+    environment |= {name: str(folder / started) for name, started in STARTED.items() if (folder / started).exists()}
     command = folder / program if (folder / program).exists() else build.folder / "bin" / program
 
     def limit():
@@ -361,8 +366,8 @@ def verdict(build, mutant, text, original, limits):
             return "same code"
         linked = None
         for (program, tests), cpu_seconds in zip(TARGETS[mutant.file], limits):
-            if changed_program(program) != linked:
-                linked = changed_program(program)
+            if changed_program(program, tests) != linked:
+                linked = changed_program(program, tests)
                 build.link(linked, changed, folder / linked)
             if not run_tests(build, program, tests, cpu_seconds, folder):
                 return "killed"
