@@ -1,5 +1,6 @@
 #include "changes/SaveRecords.h"
 
+#include "disk/File.h"
 #include "files/TableTitles.h"
 
 #include <algorithm>
@@ -9,12 +10,17 @@
 
 namespace {
 
-ChangeRecord RecordOf(const ZeroWords& zeros)
+ChangeRecord RecordOf(const ZeroWords& zeros, const std::filesystem::path& path)
 {
     ChangeRecord record;
     record.address = zeros.first;
-    record.zeros = zeros.count;
     record.why = ChangeReason::End;
+    record.zeros = zeros.count;
+    if (zeros.count > 0)
+        return record;
+    record.oldWords.resize(1);
+    CFile(path, CFile::Mode::Read).ReadAt(FirstByteOf(zeros.first).number, record.oldWords);
+    record.newWords = {record.oldWords[0], std::byte{0}};
     return record;
 }
 
@@ -100,7 +106,7 @@ ChangeRecord CPlannedChanges::At(std::size_t index) const
         return RecordOf(m_plan.Rows(), m_plan.Stored(), m_plan.Changes()[index], m_plan.Comparison());
     case Part::ZerosBefore:
     case Part::ZerosAfter:
-        return RecordOf(m_plan.ZeroWordsOutside()[index]);
+        return RecordOf(m_plan.ZeroWordsOutside()[index], m_subject.path);
     case Part::Dropped:
         return DroppedRecord(index);
     case Part::Form:
@@ -172,7 +178,8 @@ bool CEditedChanges::IsZeros(std::size_t& index) const
 
 ChangeRecord CEditedChanges::At(std::size_t index) const
 {
-    return IsZeros(index) ? RecordOf(m_zeros[index]) : RecordOf(m_rows, m_stored, m_changes[index], m_cells);
+    return IsZeros(index) ? RecordOf(m_zeros[index], m_subject.path)
+                          : RecordOf(m_rows, m_stored, m_changes[index], m_cells);
 }
 
 std::optional<CellPlace> CEditedChanges::PlaceOf(std::size_t index) const

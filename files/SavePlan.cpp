@@ -26,6 +26,8 @@ bool IsBefore(const PlannedChange& change, CellPlace place)
 void AppendZeroWords(std::uint64_t begin, std::uint64_t end, std::vector<ZeroWords>& zeros)
 {
     const std::uint64_t first = (begin + 1) / 2;
+    if (begin % 2 != 0 && begin < end)
+        zeros.push_back({WordAddress(static_cast<std::int64_t>(begin / 2)), 0});
     if (first < end / 2)
         zeros.push_back({WordAddress(static_cast<std::int64_t>(first)), static_cast<std::int64_t>(end / 2 - first)});
 }

@@ -15,7 +15,8 @@
 #include <string>
 #include <vector>
 
-/// Words that come to be behind the end of a file, all of them zero.
+/// Words that come to be behind the end of a file, all of them zero. A count of 0 stands for one word of which the file
+/// had the first byte already: the other one is zero.
 struct ZeroWords {
     WordAddress first{0};
     std::int64_t count = 0;
@@ -23,7 +24,7 @@ struct ZeroWords {
     friend bool operator==(const ZeroWords&, const ZeroWords&) = default;
 };
 
-/// Appends the zero words from byte `begin` on up to `end`; half a word is left out.
+/// Appends the zero words from byte `begin` on up to `end`, both of a file's words; nothing where `end` comes first.
 void AppendZeroWords(std::uint64_t begin, std::uint64_t end, std::vector<ZeroWords>& zeros);
 
 /// How many bytes a file of `type` that holds `fileBytes` holds once bytes up to `end` were written; of a paged one

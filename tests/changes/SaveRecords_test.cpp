@@ -244,6 +244,18 @@ TEST_F(SaveRecords, WordsBetweenTheEndAndTheFirstRowBecomeZeros)
                                 R"("why":"end"})"}));
 }
 
+TEST_F(SaveRecords, AWordThatTheEndCutsIsMadeWholeOutsideTheCells)
+{
+    const Lines whole{R"({"address":2,"oldWords":"07","newWords":"0007","why":"end"})"};
+    Open("oven.rcp", BytesOf({1, 0, 2, 0, 7}), {Signed16Column()}, 3, 1);
+    EXPECT_EQ(Planned().front(), whole.front());
+    Open("oven.rcp", BytesOf({1, 0, 2, 0, 7}), {Signed16Column()}, 0, 5);
+    rows.SetText(4, 0, u"5");
+    EXPECT_EQ(Edited(), (Lines{whole.front(), R"({"address":3,"zeros":1,"why":"end"})",
+                               R"({"address":4,"row":5,"column":2,"item":"Signed","new":"5","newWords":"0005",)"
+                               R"("why":"edited"})"}));
+}
+
 TEST_F(SaveRecords, WordsUpToAnEditedCellBehindTheEndBecomeZeros)
 {
     Open("oven.rcp", WordBytes({7}), {Signed16Column()}, 0, 9);

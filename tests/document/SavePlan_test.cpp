@@ -160,7 +160,7 @@ TEST_P(SavePlanOf, TheEditedCellsAloneChangesNoOtherByte)
         ASSERT_TRUE(SaveEdited(recipe));
         EXPECT_EQ(Applied(before, records, newBytes), recipe.Content());
         for (const ChangeRecord& record : records)
-            EXPECT_EQ(record.why, record.zeros > 0 ? ChangeReason::End : ChangeReason::Edited);
+            EXPECT_EQ(record.why, record.row ? ChangeReason::Edited : ChangeReason::End);
         EXPECT_EQ(recipe.document.Rows().EditedCount(), 0u);
     }
 }
