@@ -3,7 +3,6 @@
 #include "app/FileCommands.h"
 #include "changes/SaveRecords.h"
 #include "ui_MainFrame.h"
-#include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFrame.h"
 #include "views/TextCrossing.h"
@@ -90,18 +89,12 @@ void CSaveCommands::EnableEditEntries()
     CRecipeDocument& document = m_frame.Document();
     const auto places = m_dataPane.ChosenPlaces(kMostCellsLookedAt + 1);
     const bool areMany = places.size() > kMostCellsLookedAt;
-    const auto isRewritten = [&document](CellPlace place) {
-        const auto why = document.WhyChanged(place);
-        return why && *why != ChangeReason::Edited && *why != ChangeReason::End;
-    };
-    const auto isStoredOtherwise = [&document](CellPlace place) {
-        const auto judged = document.JudgeTyped(place);
-        return judged && judged->exactWords;
-    };
-    const bool hasWords = document.Rows().IsOfWords() && document.Type() != FileType::Csv;
-    m_ui.actionKeepStored->setEnabled(hasWords && (areMany || std::any_of(places.begin(), places.end(), isRewritten)));
-    m_ui.actionStoreExactly->setEnabled(hasWords &&
-                                        (areMany || std::any_of(places.begin(), places.end(), isStoredOtherwise)));
+    const auto isForOne = [&](auto isFor) { return std::any_of(places.begin(), places.end(), isFor); };
+    const bool hasWords = document.HasExactWords();
+    m_ui.actionKeepStored->setEnabled(
+        hasWords && (areMany || isForOne([&](CellPlace place) { return document.CanKeepStored(place); })));
+    m_ui.actionStoreExactly->setEnabled(
+        hasWords && (areMany || isForOne([&](CellPlace place) { return document.CanStoreExactly(place); })));
 }
 
 void CSaveCommands::AllowEditKeys()
@@ -146,10 +139,9 @@ void CSaveCommands::CountOn()
     document.ContinuePlan(std::chrono::steady_clock::now() + kSlice);
     if (m_isPlanListed)
         m_pPanel->ListGrew();
-    if (document.IsPlanOpen())
-        m_counting.start(0);
-    else
-        Update();
+    if (!document.IsPlanOpen())
+        return Update();
+    m_counting.start(0);
     ShowCounts();
 }
 

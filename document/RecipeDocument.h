@@ -194,6 +194,13 @@ public:
     /// Gives cells states. The places lie within the rows, in ascending order, none twice.
     EditOutcome SetStates(EditKind kind, std::vector<CellEdit> edits);
 
+    /// Whether cells may be given the very words to be saved: rows of words, for a file of words.
+    bool HasExactWords() const { return m_nFileType != FileType::Csv && m_shown.rows.IsOfWords(); }
+
+    /// Whether KeepStored, or StoreExactly, has something to do for the cell.
+    bool CanKeepStored(CellPlace place);
+    bool CanStoreExactly(CellPlace place) const { return ExactWordsOf(place).has_value(); }
+
     /// Gives those of the cells that a save would store otherwise, without being edited, the words that the file holds.
     EditOutcome KeepStored(std::span<const CellPlace> places);
 
@@ -229,6 +236,7 @@ private:
     void Start();
     bool CanPlan() const;
     void ForgetPlan();
+    std::optional<std::u16string> ExactWordsOf(CellPlace place) const;
     void NoteSaved();
     void FollowEdit(const CellsStep& step) noexcept;
     CStoredCells ReadStored(const CRecipeRows& layout) const

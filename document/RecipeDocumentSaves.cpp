@@ -209,18 +209,19 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     return result;
 }
 
+bool CRecipeDocument::CanKeepStored(CellPlace place)
+{
+    const auto why = HasExactWords() ? WhyChanged(place) : std::nullopt;
+    return why && *why != ChangeReason::Edited && *why != ChangeReason::End;
+}
+
 EditOutcome CRecipeDocument::KeepStored(std::span<const CellPlace> places)
 {
-    if (!CanPlan() || m_nFileType == FileType::Csv || !m_shown.rows.IsOfWords())
-        return EditOutcome::Nothing;
     std::vector<CellEdit> edits;
     const auto collect = [&] {
-        CCellComparison cells(m_shown.rows, m_shown.stored, false);
-        for (const CellPlace place : places) {
-            const auto why = cells.Compare(place);
-            if (why && *why != ChangeReason::Edited && *why != ChangeReason::End)
+        for (const CellPlace place : places)
+            if (CanKeepStored(place))
                 edits.push_back({place, CCellState::OfWords(WordsOf(m_shown.stored, m_shown.rows, place))});
-        }
     };
     const EditOutcome outcome = WithMemoryFor(collect);
     return outcome == EditOutcome::Made ? SetStates(EditKind::KeepStored, std::move(edits)) : outcome;
@@ -235,15 +236,20 @@ std::optional<TypedValue> CRecipeDocument::JudgeTyped(CellPlace place) const
     return ::JudgeTyped(m_shown.rows.Columns()[place.column], kind, state.Text());
 }
 
+/// The words that store a typed number exactly, where a save would store others.
+std::optional<std::u16string> CRecipeDocument::ExactWordsOf(CellPlace place) const
+{
+    auto judged = HasExactWords() ? JudgeTyped(place) : std::nullopt;
+    return judged ? std::move(judged->exactWords) : std::nullopt;
+}
+
 EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
 {
-    if (!m_shown.rows.IsOfWords())
-        return EditOutcome::Nothing;
     std::vector<CellEdit> edits;
     const auto collect = [&] {
         for (const CellPlace place : places)
-            if (const auto judged = JudgeTyped(place); judged && judged->exactWords)
-                edits.push_back({place, CCellState::OfWords(*judged->exactWords)});
+            if (const auto words = ExactWordsOf(place))
+                edits.push_back({place, CCellState::OfWords(*words)});
     };
     const EditOutcome outcome = WithMemoryFor(collect);
     return outcome == EditOutcome::Made ? SetStates(EditKind::StoreExactly, std::move(edits)) : outcome;

@@ -2,20 +2,15 @@
 
 #include "files/CsvCutter.h"
 #include "files/CsvRules.h"
+#include "files/SameBytes.h"
 #include "model/LittleEndian.h"
 #include "text/Utf16Bytes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <utility>
 
 namespace {
-
-bool AreEqual(std::span<const std::byte> a, std::span<const std::byte> b)
-{
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
-}
 
 bool HoldsMark(std::u16string_view text)
 {

@@ -1,11 +1,11 @@
 #include "files/RecipeRows.h"
 
+#include "files/SameBytes.h"
 #include "model/LittleEndian.h"
 #include "model/ValueLimits.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -18,12 +18,6 @@ std::vector<std::byte> BytesOf(std::u16string_view words)
     std::vector<std::byte> bytes(words.size() * sizeof(char16_t));
     StoreEach(bytes, words);
     return bytes;
-}
-
-/// In long strides: the library's own comparison takes bytes one by one.
-bool AreEqual(std::span<const std::byte> a, std::span<const std::byte> b)
-{
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
 }
 
 } // namespace

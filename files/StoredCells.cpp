@@ -1,21 +1,16 @@
 #include "files/StoredCells.h"
 
+#include "files/SameBytes.h"
 #include "files/StretchCoding.h"
 #include "model/LittleEndian.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace {
 
 constexpr std::size_t kMostDifferences = 4096;                // cells that are kept apart from those that were read
 constexpr std::size_t kComparedBytes = std::size_t{16} << 10; // of words that are compared at once
-
-bool AreEqual(std::span<const std::byte> a, std::span<const std::byte> b)
-{
-    return a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0;
-}
 
 /// The cells of a row that was read from `read` and holds `words` by now, where these differ.
 void AppendDifferences(const CRecipeRows& rows, std::int32_t row, std::span<const std::byte> read,

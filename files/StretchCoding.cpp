@@ -15,10 +15,7 @@ constexpr std::size_t kCodedBetweenReports = std::size_t{128} << 10; // bytes: 6
 /// The bytes of a whole number; 0 for any other type.
 std::size_t WholeNumberBytes(DataType type)
 {
-    if (!IsDecimalInteger(type) && !IsHexadecimal(type))
-        return 0;
-    const bool isLong = type == DataType::Signed32 || type == DataType::Unsigned32 || type == DataType::Hex32;
-    return isLong ? 4 : 2;
+    return IsDecimalInteger(type) || IsHexadecimal(type) ? 2 * WordsOfType(type) : 0;
 }
 
 /// The number that `text` is, if it is nothing but some digits after at most one minus: the usual field of a table.

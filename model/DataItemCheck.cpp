@@ -86,22 +86,11 @@ std::optional<std::u16string_view> ItemLengthFault(const ItemLengths& lengths)
 
 std::optional<std::int32_t> ProposedLength(DataType type)
 {
-    switch (type) {
-    case DataType::Signed16:
-    case DataType::Unsigned16:
-    case DataType::Hex16:
-        return 1;
-    case DataType::Signed32:
-    case DataType::Unsigned32:
-    case DataType::Hex32:
-    case DataType::Float:
-        return 2;
-    case DataType::Double:
-    case DataType::String:
-        return 4;
-    default:
-        return std::nullopt;
-    }
+    constexpr std::int32_t kStringLength = 4;
+    if (type == DataType::String)
+        return kStringLength;
+    const auto words = static_cast<std::int32_t>(WordsOfType(type));
+    return words > 0 ? std::optional(words) : std::nullopt;
 }
 
 DigitCounts FitDecimalDigits(DataType type, DigitCounts chosen)

@@ -47,3 +47,24 @@ std::u16string_view CodeTypeLabel(CodeType codeType)
 {
     return NameAt(kCodeTypeLabels, static_cast<std::int32_t>(codeType));
 }
+
+std::size_t WordsOfType(DataType type)
+{
+    switch (type) {
+    case DataType::Signed16:
+    case DataType::Unsigned16:
+    case DataType::Hex16:
+        return 1;
+    case DataType::Signed32:
+    case DataType::Unsigned32:
+    case DataType::Hex32:
+    case DataType::Float:
+        return 2;
+    case DataType::Double:
+        return 4;
+    case DataType::String:
+    case DataType::NotChosen:
+        break;
+    }
+    return 0;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -33,6 +34,10 @@ std::u16string_view BitBrowserTypeName(DataType type);
 
 /// "BIN code", "BCD code", or empty for any other code.
 std::u16string_view CodeTypeLabel(CodeType codeType);
+
+/// How many words a value of `type` takes; 0 for a string, which takes as many as its item says, and for an unknown
+/// code.
+std::size_t WordsOfType(DataType type);
 
 /// Signed and unsigned integers of 16 or 32 bits (codes 0 to 3).
 constexpr bool IsDecimalInteger(DataType type)

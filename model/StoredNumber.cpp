@@ -16,27 +16,6 @@ namespace {
 constexpr std::int32_t kMostDecimals = 1100; ///< that a text shows, whatever a record asks for
 constexpr std::size_t kReadableLength = 24;  ///< longer real numbers are written with an exponent
 
-std::size_t WordsOfType(DataType type)
-{
-    switch (type) {
-    case DataType::Signed16:
-    case DataType::Unsigned16:
-    case DataType::Hex16:
-        return 1;
-    case DataType::Signed32:
-    case DataType::Unsigned32:
-    case DataType::Hex32:
-    case DataType::Float:
-        return 2;
-    case DataType::Double:
-        return 4;
-    case DataType::String:
-    case DataType::NotChosen:
-        break;
-    }
-    return 0;
-}
-
 bool IsInteger(DataType type)
 {
     return IsDecimalInteger(type) || IsHexadecimal(type);

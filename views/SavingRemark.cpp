@@ -41,13 +41,7 @@ QString NumberTextOf(const ColumnCoding& coding, const TypedValue& judged)
     return judged.stored ? Shortened(NumberText(coding, *judged.stored)) : Shortened(judged.shown);
 }
 
-} // namespace
-
-QString RewriteRemark(const CellOutlook& outlook)
-{
-    return HoldsPart(outlook) + Tr("; a save stores %1. ").arg(Shortened(outlook.stores)) + ReasonSentence(outlook.why);
-}
-
+/// `judged` is what becomes of the text `typed`.
 QString TypedRemark(const ColumnCoding& coding, std::u16string_view typed, const TypedValue& judged, bool isSaved)
 {
     const QString stored = isSaved ? Tr("%1 is stored as %2") : Tr("%1 will be stored as %2");
@@ -67,6 +61,13 @@ QString TypedRemark(const ColumnCoding& coding, std::u16string_view typed, const
         return Filled(stored, Shortened(typed), NumberTextOf(coding, judged));
     }
     return {};
+}
+
+} // namespace
+
+QString RewriteRemark(const CellOutlook& outlook)
+{
+    return HoldsPart(outlook) + Tr("; a save stores %1. ").arg(Shortened(outlook.stores)) + ReasonSentence(outlook.why);
 }
 
 QString TypedRemark(const CRecipeDocument& document, CellPlace place)
