@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <thread>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -61,8 +62,9 @@ bool CFile::Open(const fs::path& path, Mode mode)
     CFile file;
     if (mode == Mode::OpenOrCreate || mode == Mode::Truncate)
         file.OpenOrMake(path);
-    else if (mode == Mode::CreateNew)
-        file.m_handle = platform::OpenByName(path, platform::Access::Create);
+    else if (mode == Mode::CreateNew || mode == Mode::CreatePrivate)
+        file.m_handle = platform::OpenByName(path, mode == Mode::CreateNew ? platform::Access::Create
+                                                                           : platform::Access::CreatePrivate);
     else
         file.m_handle =
             platform::OpenByName(path, mode == Mode::Read ? platform::Access::Read : platform::Access::Write);
@@ -74,7 +76,7 @@ bool CFile::Open(const fs::path& path, Mode mode)
     if (!fault && mode == Mode::Truncate && !file.CutTo(0)) // cut only now that it is known to be a file
         fault = file.LastError();
     if (fault) {
-        if (mode == Mode::CreateNew)
+        if (mode == Mode::CreateNew || mode == Mode::CreatePrivate)
             file.m_made = path; // to go with it
         file.Discard();
         m_lastError = fault;
@@ -193,6 +195,18 @@ Holder CFile::Hold()
     return IsOpen() ? platform::TakeHold(m_handle) : Holder::Unknown;
 }
 
+Holder CFile::HoldWithin(std::chrono::milliseconds most)
+{
+    constexpr std::chrono::milliseconds kPause{5}; // no system tells when a hold ends and waits only for so long
+    const auto end = std::chrono::steady_clock::now() + most;
+    Holder holder = Hold();
+    while (holder == Holder::AnotherFile && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(kPause);
+        holder = Hold();
+    }
+    return holder;
+}
+
 bool CFile::IsAt(const fs::path& path) const
 {
     return IsOpen() && platform::IsAt(m_handle, path);
@@ -238,6 +252,19 @@ bool FlushFolderOf(const fs::path& path)
 {
     const fs::path folder = path.parent_path();
     return platform::FlushFolder(folder.empty() ? fs::path(".") : folder);
+}
+
+bool MakePrivateFolder(const fs::path& path)
+{
+    if (path.empty())
+        return false;
+    if (!platform::MakePrivateFolder(path)) {
+        std::error_code ignored;
+        const bool hasFolder = fs::exists(path.parent_path(), ignored) || MakePrivateFolder(path.parent_path());
+        if (hasFolder)
+            platform::MakePrivateFolder(path); // another program may have made it
+    }
+    return platform::MakePrivate(path);
 }
 
 bool IsMissing(const fs::path& path)

@@ -2,6 +2,7 @@
 
 #include "disk/Holder.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -17,11 +18,12 @@
 class CFile {
 public:
     enum class Mode {
-        Read,         ///< must exist
-        ReadWrite,    ///< must exist; never truncated
-        OpenOrCreate, ///< read and write; created empty when missing, never truncated
-        Truncate,     ///< read and write; created, or emptied when it exists
-        CreateNew,    ///< read and write; created, refused where anything has the name
+        Read,          ///< must exist
+        ReadWrite,     ///< must exist; never truncated
+        OpenOrCreate,  ///< read and write; created empty when missing, never truncated
+        Truncate,      ///< read and write; created, or emptied when it exists
+        CreateNew,     ///< read and write; created, refused where anything has the name
+        CreatePrivate, ///< the same, and nobody but the user may read or write it
     };
 
     CFile() = default;
@@ -62,6 +64,9 @@ public:
     /// keeps nobody from reading, writing or removing the file: it is a sign for those who ask for it, too.
     Holder Hold();
 
+    /// The same, but waits for another's hold to end, for so long at most.
+    Holder HoldWithin(std::chrono::milliseconds most);
+
     /// Whether `path` names this very file; a link that leads to it does not.
     bool IsAt(const std::filesystem::path& path) const;
 
@@ -94,6 +99,10 @@ private:
 
 /// Waits until the disk knows which files the folder of `path` holds, as after a rename in it. False when it refuses.
 bool FlushFolderOf(const std::filesystem::path& path);
+
+/// Makes the folder at `path`, and those above it that are missing, so that nobody but the user may look into them; one
+/// that is there already and the user's own is closed to others, too. False when there is no such folder then.
+bool MakePrivateFolder(const std::filesystem::path& path);
 
 /// Whether it is certain that nothing has the name, or only a link that leads nowhere; false when that cannot be told.
 bool IsMissing(const std::filesystem::path& path);

@@ -17,8 +17,9 @@ constexpr std::intptr_t kNoFile = -1;
 
 enum class Access {
     Read,
-    Write,  ///< and read
-    Create, ///< write and read a file that is not there yet
+    Write,         ///< and read
+    Create,        ///< write and read a file that is not there yet
+    CreatePrivate, ///< the same, for the user alone
 };
 
 /// Why the call just made failed.
@@ -26,6 +27,13 @@ std::error_code SystemError();
 
 /// Never waits, and never gives the number of a standard stream; kNoFile after an error. May open what is no file.
 std::intptr_t OpenByName(const std::filesystem::path& path, Access access);
+
+/// Makes one folder for the user alone; false when there is anything of that name.
+bool MakePrivateFolder(const std::filesystem::path& path);
+
+/// Closes the folder at `path` to others than the user, if it is one of the user's own; false when it is not, or after
+/// an error.
+bool MakePrivate(const std::filesystem::path& path);
 
 /// What speaks against it as a file: it is a folder, a pipe or a device, or that cannot be told; no fault where it is a
 /// file.

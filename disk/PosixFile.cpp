@@ -163,10 +163,25 @@ bool Release(std::intptr_t file)
 std::intptr_t OpenByName(const fs::path& path, Access access)
 {
     const int use = access == Access::Read ? O_RDONLY : O_RDWR;
-    const int create = access == Access::Create ? O_CREAT | O_EXCL : 0;
+    const bool isNew = access == Access::Create || access == Access::CreatePrivate;
+    const int create = isNew ? O_CREAT | O_EXCL : 0;
+    const mode_t rights = access == Access::CreatePrivate ? 0600 : 0666;
     // Without O_NONBLOCK the open of a pipe would wait for its other end.
     const int flags = use | create | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    return BehindStandardStreams(Restarted([&] { return open(path.c_str(), flags, 0666); }));
+    return BehindStandardStreams(Restarted([&] { return open(path.c_str(), flags, rights); }));
+}
+
+bool MakePrivateFolder(const fs::path& path)
+{
+    return mkdir(path.c_str(), 0700) == 0;
+}
+
+bool MakePrivate(const fs::path& path)
+{
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) || status.st_uid != geteuid())
+        return false;
+    return (status.st_mode & 0077) == 0 || chmod(path.c_str(), status.st_mode & 0700) == 0;
 }
 
 std::error_code NoFileFault(std::intptr_t file)

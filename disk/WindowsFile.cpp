@@ -72,13 +72,26 @@ std::error_code SystemError()
 std::intptr_t OpenByName(const fs::path& path, Access access)
 {
     const std::wstring name = OpenableName(path);
+    const bool isNew = access == Access::Create || access == Access::CreatePrivate;
     const HANDLE handle =
         CreateFileW(name.c_str(), access == Access::Read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    access == Access::Create ? CREATE_NEW : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, isNew ? CREATE_NEW : OPEN_EXISTING,
+                    FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_ACCESS_DENIED)
         SetLastError(FaultOfDenied(name));
     return reinterpret_cast<std::intptr_t>(handle);
+}
+
+/// The folders of a user's own data are closed to others, and pass that on.
+bool MakePrivateFolder(const fs::path& path)
+{
+    return CreateDirectoryW(OpenableName(path).c_str(), nullptr) != 0;
+}
+
+bool MakePrivate(const fs::path& path)
+{
+    const DWORD attributes = GetFileAttributesW(OpenableName(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 std::error_code NoFileFault(std::intptr_t file)

@@ -11,7 +11,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-CORE = {"disk", "text", "model", "files", "library", "changes", "merge", "document", "cli"}
+CORE = {"disk", "text", "model", "files", "library", "changes", "recovery", "merge", "document", "cli"}
 ROOMS = {  # room -> the rooms it may include from
     "disk": {"disk"},
     "text": {"text"},
@@ -19,12 +19,13 @@ ROOMS = {  # room -> the rooms it may include from
     "files": {"files", "model", "text", "disk"},
     "library": {"library", "model", "text", "disk"},
     "changes": {"changes", "files", "library", "model", "text", "disk"},
+    "recovery": {"recovery", "changes", "files", "library", "model", "text", "disk"},
     "merge": {"merge", "files", "model", "text", "disk"},
-    "document": {"document", "changes", "files", "library", "model", "text", "disk"},
-    "cli": {"cli", "document", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "document": {"document", "recovery", "changes", "files", "library", "model", "text", "disk"},
+    "cli": {"cli", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
     "controls": {"controls"},
-    "views": {"views", "controls", "document", "changes", "merge", "files", "library", "model", "text", "disk"},
-    "app": {"app", "views", "controls", "document", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "views": {"views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "app": {"app", "views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
 }
 PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
