@@ -1,5 +1,6 @@
 #pragma once
 
+#include "disk/FileLock.h"
 #include "document/EditHistory.h"
 #include "document/EditOutcome.h"
 #include "document/ReadSettings.h"
@@ -16,6 +17,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -39,6 +41,36 @@ struct EditReport {
     bool hasOtherRows = false;         ///< other rows are shown, perhaps of another layout
     bool isFormatLeftAlone = false;    ///< a format is no longer what the edit made of it: that part was dropped
     std::optional<std::size_t> format; ///< the place in the library of a format that changed, came or went
+};
+
+/// What another program made of the current file: the cells that are others than the document knows them.
+struct ForeignChanges {
+    std::filesystem::path path;
+    CStoredCells before; ///< as known
+    CStoredCells after;  ///< as they are
+    std::vector<CellPlace> places;
+};
+
+/// What a look at the current file finds.
+struct FileLook {
+    enum class State {
+        AsKnown, ///< or nobody can tell: it was never read, or cannot be now
+        Changed,
+        Gone,
+        NoFile, ///< something else has its name
+    };
+
+    State state = State::AsKnown;
+    std::shared_ptr<const ForeignChanges> changes; ///< of a changed one
+};
+
+/// What a save does where another program changed the words or fields that it would write over.
+enum class ForeignRule { Overwrite, HoldBack };
+
+/// What came along with the last save, besides its result.
+struct SaveNotes {
+    std::shared_ptr<const ForeignChanges> overwritten; ///< what another program had changed there; null for nothing
+    bool wasBusy = false;                              ///< another program was writing, and did not end
 };
 
 /// What a save will do to a cell: the numbers that its words are (StoredNumber.h), in full, or their texts where they
@@ -114,20 +146,25 @@ public:
     /// keep the rows they are gone, and the history ends.
     void ClearRows();
 
+    // Each write first waits until no other program writes the file, for 5 seconds at most, and keeps others waiting
+    // until it has ended (CFileLock). Where the other does not end it writes all the same; LastSave tells.
+
     /// Writes the rows to `path` as `type`; then no cell is edited. The document's own path, type and flags stay: see
     /// SaveAs and MarkSaved. Rows that are not the file's (HasRowsOfFile) are reported as the type's failed save, and
-    /// not a byte is written; those of a paged file that could not be opened are left out as it is.
-    SaveResult Write(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+    /// not a byte is written; those of a paged file that could not be opened are left out as it is. `rule` is for the
+    /// current file.
+    SaveResult Write(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress,
+                     ForeignRule rule = ForeignRule::Overwrite);
 
     /// Writes the rows to `path` as `type` as Write does after its preparation for a new name (PrepareSaveAs), but all
     /// at once: the old file is as it was until the new one is complete (ReplaceRecipe). The document stays as it is.
     /// Rows that are not the file's are reported as the type's failed save: they would empty the target, or put zeros
     /// over it.
-    SaveResult Replace(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
+    SaveResult Replace(FileType type, const std::filesystem::path& path, CReporter& reporter);
 
     /// Writes the edited cells into the current file, and no other byte (EditedSave.h); then no cell is edited. Path,
     /// type and flags stay. Reported and left out as by Write.
-    SaveResult WriteEdited(CReporter& reporter, CProgress& progress);
+    SaveResult WriteEdited(CReporter& reporter, CProgress& progress, ForeignRule rule = ForeignRule::Overwrite);
 
     /// Whether WriteEdited would get as far as writing; never writes. False when it would refuse or fail before, then
     /// reported as by it.
@@ -136,13 +173,24 @@ public:
     /// Writes a file that the current one would be if it were saved, under another name; the document stays as it is.
     /// A file of another type than the current one gets the rows alone, as by Replace. The target is as it was until
     /// the new file is complete. Refused, and reported, when `path` is the current file itself.
-    SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter,
-                         CProgress& progress) const;
+    SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
 
     /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the
     /// document's then. Rows that Replace would not take cost the target no byte. After a failure all is as it was, but
     /// for one case, kept: a flat file that cannot be made ready gives the document its name all the same.
     SaveResult SaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+    const SaveNotes& LastSave() const { return m_notes; }
+
+    /// Keeps other programs that ask from writing the file at `path` until the next write has ended, or the document
+    /// goes; waits as a write does. Busy when the other did not end: nothing is held then.
+    CFileLock::State Hold(const std::filesystem::path& path);
+
+    /// Looks at what the current file holds of the cells. Reads them all, and never writes.
+    FileLook Look() const;
+
+    /// From now on the file is known to hold what the look found, and what is shown stays.
+    void KeepShown(const ForeignChanges& changes);
 
     /// The work counts as saved.
     void MarkSaved();
@@ -233,6 +281,14 @@ private:
     enum class Way { Back, Forth };
     enum class Access { AsOpened, ReadOnly };
 
+    enum class Written { AllCells, EditedCells, OwnWords };
+    using Writing = std::function<SaveResult(const WriteTarget&)>;
+
+    SaveResult Guarded(const std::filesystem::path& path, Written written, ForeignRule rule, CProgress& progress,
+                       const Writing& write);
+    std::shared_ptr<const ForeignChanges> Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
+                                                      Written written) const;
+    FileLook LookAtCells() const;
     void Start();
     bool CanPlan() const;
     void ForgetPlan();
@@ -244,7 +300,9 @@ private:
         return ReadStoredCells(layout, m_nFileType, m_strFilePath);
     }
     std::shared_ptr<SavedChanges> ChangesToCome(CProgress& progress, Outcome& outcome);
-    SaveResult WriteRows(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+    SaveResult WriteAll(FileType type, const WriteTarget& target, CReporter& reporter, CProgress& progress);
+    SaveResult WriteRows(FileType type, const WriteTarget& target, CReporter& reporter, CProgress& progress);
+    SaveResult WriteAs(FileType type, const WriteTarget& target, CReporter& reporter, CProgress& progress);
     void NoteFailed(const SaveResult& result, const std::filesystem::path& path);
     bool MaySaveAs(FileType type, const std::filesystem::path& path, CReporter& reporter) const;
     Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
@@ -280,6 +338,9 @@ private:
     CSavePlan m_plan;
     bool m_isPlanStale = true; ///< it is to begin anew
     std::shared_ptr<const SavedChanges> m_pStoredAsShown;
+    CFileLock m_lock;             ///< of the file that is being written
+    std::filesystem::path m_held; ///< that Hold was asked for, and no write has ended since
+    SaveNotes m_notes;
     CEditHistory m_history;
     std::optional<CEditHistory::Prepared> m_group; ///< while one is open
 };

@@ -104,15 +104,23 @@ std::shared_ptr<SavedChanges> CRecipeDocument::ChangesToCome(CProgress& progress
     return changes;
 }
 
-SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress,
+                                  ForeignRule rule)
+{
+    return Guarded(path, Written::AllCells, rule, progress,
+                   [&](const WriteTarget& target) { return WriteAll(type, target, reporter, progress); });
+}
+
+SaveResult CRecipeDocument::WriteAll(FileType type, const WriteTarget& target, CReporter& reporter, CProgress& progress)
 {
     std::shared_ptr<SavedChanges> changes;
     Outcome planned = Outcome::Failed;
-    if (type == m_nFileType && path == m_strFilePath) // without memory for it there is nothing to put back, that is all
+    if (type == m_nFileType &&
+        target.path == m_strFilePath) // without memory for it there is nothing to put back, that is all
         WithMemoryFor([&] { changes = ChangesToCome(progress, planned); });
     if (planned == Outcome::GivenUp)
         return {.isGivenUp = true};
-    const SaveResult result = WriteRows(type, path, reporter, progress);
+    const SaveResult result = WriteRows(type, target, reporter, progress);
     if (!result.isSaved || !changes)
         return result;
     changes->after = m_shown.stored;
@@ -120,23 +128,24 @@ SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter
     return result;
 }
 
-SaveResult CRecipeDocument::WriteRows(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
+SaveResult CRecipeDocument::WriteRows(FileType type, const WriteTarget& target, CReporter& reporter,
+                                      CProgress& progress)
 {
     if (!m_shown.areOfFile) {
-        ShowFileError(reporter, SaveErrorOf(type), path);
+        ShowFileError(reporter, SaveErrorOf(type), target.path);
         return {};
     }
     SavedContent saved;
-    const SaveResult result = SaveRecipe(type, m_shown.rows, path, reporter, progress, &saved);
+    const SaveResult result = SaveRecipe(type, m_shown.rows, target, reporter, progress, &saved);
     if (result.isSaved) {
         m_shown.stored = CStoredCells();
         WithMemoryFor([&] {
-            if (const auto bytes = LogicalBytes(type, path))
+            if (const auto bytes = LogicalBytes(type, target.path))
                 m_shown.stored = CStoredCells(m_shown.rows, type, *bytes, std::move(saved));
         });
         NoteSaved();
     }
-    NoteFailed(result, path);
+    NoteFailed(result, target.path);
     return result;
 }
 
@@ -163,7 +172,7 @@ void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
     m_shown.stored = ReadStored(m_shown.rows);
 }
 
-SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress)
+SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress, ForeignRule rule)
 {
     if (m_shown.rows.ShowsTheSameEverywhere())
         return {.isLeftOut = true};
@@ -173,11 +182,13 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
         ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
         return {};
     }
-    const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, m_strFilePath, reporter, progress);
-    if (result.isSaved)
-        NoteSaved();
-    NoteFailed(result, m_strFilePath);
-    return result;
+    return Guarded(m_strFilePath, Written::EditedCells, rule, progress, [&](const WriteTarget& target) {
+        const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, target, reporter, progress);
+        if (result.isSaved)
+            NoteSaved();
+        NoteFailed(result, m_strFilePath);
+        return result;
+    });
 }
 
 bool CRecipeDocument::MayWriteEdited(CReporter& reporter, CProgress& progress) const
@@ -195,7 +206,11 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
         return {};
     const auto saved = m_pStoredAsShown;
     const bool isCurrent = saved->path == m_strFilePath && m_shown.areOfFile;
-    const SaveResult result = PutBack(*saved, isCurrent ? m_shown.rows : CRecipeRows(), reporter, progress);
+    const CRecipeRows none;
+    const SaveResult result =
+        Guarded(saved->path, Written::OwnWords, ForeignRule::Overwrite, progress, [&](const WriteTarget& target) {
+            return PutBack(*saved, isCurrent ? m_shown.rows : none, reporter, progress, target.held);
+        });
     NoteFailed(result, saved->path);
     if (!result.isSaved)
         return result;
@@ -259,8 +274,15 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
 {
     if (!MaySaveAs(type, path, reporter))
         return {};
+    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress,
+                   [&](const WriteTarget& target) { return WriteAs(type, target, reporter, progress); });
+}
+
+SaveResult CRecipeDocument::WriteAs(FileType type, const WriteTarget& target, CReporter& reporter, CProgress& progress)
+{
+    const fs::path& path = target.path;
     const bool isReady = PrepareSaveAs(type, path, m_settings.startAddress, reporter);
-    const SaveResult result = isReady ? WriteRows(type, path, reporter, progress) : SaveResult();
+    const SaveResult result = isReady ? WriteRows(type, target, reporter, progress) : SaveResult();
     const bool isNameKept = !isReady && type == FileType::Rcp; // kept: even when the file cannot be created
     if (result.isSaved || isNameKept) {
         m_shown.names = m_strFilePath == path ? m_names : ++m_names;
@@ -275,16 +297,17 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
     return result;
 }
 
-SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter) const
+SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReporter& reporter)
 {
+    if (!MaySaveAs(type, path, reporter))
+        return {};
     CNoProgress progress;
-    return MaySaveAs(type, path, reporter)
-               ? ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress)
-               : SaveResult();
+    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress, [&](const WriteTarget&) {
+        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
+    });
 }
 
-SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter,
-                                      CProgress& progress) const
+SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     if (!MaySaveAs(type, path, reporter))
         return {};
@@ -292,9 +315,11 @@ SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CRepo
         ShowFileError(reporter, u"%s is the open file. A copy needs another name!", path);
         return {};
     }
-    if (type != m_nFileType || m_strFilePath.empty())
-        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
-    return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter, progress);
+    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress, [&](const WriteTarget&) {
+        if (type != m_nFileType || m_strFilePath.empty())
+            return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
+        return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter, progress);
+    });
 }
 
 bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const

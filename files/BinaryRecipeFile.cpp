@@ -59,24 +59,25 @@ bool WritePieces(CFile& file, std::uint64_t offset, std::span<const std::byte> i
 }
 
 /// The room comes first, so that a full disk is found before an old word is touched.
-Outcome WriteImage(const fs::path& path, std::uint64_t offset, std::span<const std::byte> image, CProgress& progress)
+Outcome WriteImage(const WriteTarget& target, std::uint64_t offset, std::span<const std::byte> image,
+                   CProgress& progress)
 {
-    CFile file(path, CFile::Mode::OpenOrCreate);
-    const auto oldSize = file.Size();
-    if (!oldSize || !file.Reserve(offset, image.size())) {
+    CFileToWrite file(target, CFile::Mode::OpenOrCreate);
+    const auto oldSize = file->Size();
+    if (!oldSize || !file->Reserve(offset, image.size())) {
         file.Discard();
         return Outcome::Failed;
     }
-    if (WritePieces(file, offset, image, progress))
-        return file.Close() ? Outcome::Done : MixedOver(*oldSize, offset);
-    file.CutTo(*oldSize);
+    if (WritePieces(*file, offset, image, progress))
+        return file.Finish() ? Outcome::Done : MixedOver(*oldSize, offset);
+    file->CutTo(*oldSize);
     file.Discard();
     return MixedOver(*oldSize, offset);
 }
 
 } // namespace
 
-Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgress& progress, CByteBuffer* saved)
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const WriteTarget& target, CProgress& progress, CByteBuffer* saved)
 {
     if (rows.StartAddress() < 0) // no file has such words
         return Outcome::Failed;
@@ -85,7 +86,7 @@ Outcome WriteBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CProgre
         const Outcome coded = CodeStretch(rows, RecipeKind::Flat, image.Bytes(), progress);
         if (coded != Outcome::Done)
             return coded;
-        const Outcome written = WriteImage(path, rows.FirstByte().number, image.Bytes(), progress);
+        const Outcome written = WriteImage(target, rows.FirstByte().number, image.Bytes(), progress);
         if (written == Outcome::Done && saved != nullptr)
             *saved = std::move(image);
         return written;
@@ -109,11 +110,11 @@ Outcome ReadBinaryRecipe(CRecipeRows& rows, const fs::path& path, bool newFile, 
     return outcome;
 }
 
-SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const fs::path& path, CReporter& reporter, CProgress& progress,
-                            CByteBuffer* saved)
+SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const WriteTarget& target, CReporter& reporter,
+                            CProgress& progress, CByteBuffer* saved)
 {
-    const Outcome outcome = WriteBinaryRecipe(rows, path, progress, saved);
+    const Outcome outcome = WriteBinaryRecipe(rows, target, progress, saved);
     if (HasFailed(outcome))
-        ShowFileError(reporter, kSaveFileError, path);
+        ShowFileError(reporter, kSaveFileError, target.path);
     return ResultOf(outcome);
 }

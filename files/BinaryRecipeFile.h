@@ -3,6 +3,7 @@
 #include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
+#include "files/WriteTarget.h"
 #include "text/Reporter.h"
 
 #include <filesystem>
@@ -18,17 +19,17 @@
 Outcome ReadBinaryRecipe(CRecipeRows& rows, const std::filesystem::path& path, bool newFile, CReporter& reporter,
                          CProgress& progress);
 
-/// Writes `rows` into the file at `path`, which is created when missing and never truncated: every cell is coded first,
-/// then the stretch goes out in one positioned write. Words before and after it stay as they are; a gap before it reads
-/// as zero bytes.
+/// Writes `rows` into the file of `target`, which is created when missing and never truncated: every cell is coded
+/// first, then the stretch goes out in one positioned write. Words before and after it stay as they are; a gap before
+/// it reads as zero bytes.
 ///
 /// Not saved when the file cannot be opened or written (then reported: "Can't save file %s,please check file or your
 /// disk!") or the work was given up before anything was written. Room on the disk is set aside before the first old
 /// word is touched; a file that then cannot be written is cut back to its old length, a new one is removed. What was
 /// saved goes to `saved`, unless that is null.
-SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+SaveResult SaveBinaryRecipe(const CRecipeRows& rows, const WriteTarget& target, CReporter& reporter,
                             CProgress& progress, CByteBuffer* saved = nullptr);
 
 /// The same, with the failure left for the caller to report.
-Outcome WriteBinaryRecipe(const CRecipeRows& rows, const std::filesystem::path& path, CProgress& progress,
+Outcome WriteBinaryRecipe(const CRecipeRows& rows, const WriteTarget& target, CProgress& progress,
                           CByteBuffer* saved = nullptr);

@@ -43,7 +43,8 @@ try {
     stored = CStoredCells();
 }
 
-SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter)
+SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const WriteTarget& target,
+                           CReporter& reporter)
 {
     EditedWords edited;
     const Outcome collected = WithinMemory([&] {
@@ -51,12 +52,12 @@ SaveResult SaveEditedWords(const CRecipeRows& rows, CStoredCells& stored, const 
         return Outcome::Done;
     });
     if (collected != Outcome::Done) {
-        ShowFileError(reporter, kSaveFileError, path);
+        ShowFileError(reporter, kSaveFileError, target.path);
         return {};
     }
-    const SaveResult result = WriteWordRuns(stored.Type(), edited.runs, path, std::nullopt, reporter);
+    const SaveResult result = WriteWordRuns(stored.Type(), edited.runs, target, std::nullopt, reporter);
     if (result.isSaved)
-        Follow(stored, std::move(edited.states), path);
+        Follow(stored, std::move(edited.states), target.path);
     return result;
 }
 
@@ -105,14 +106,14 @@ SaveResult SaveEditedFields(const CRecipeRows& rows, CStoredCells& stored, const
 
 } // namespace
 
-SaveResult SaveEdited(const CRecipeRows& rows, CStoredCells& stored, const fs::path& path, CReporter& reporter,
+SaveResult SaveEdited(const CRecipeRows& rows, CStoredCells& stored, const WriteTarget& target, CReporter& reporter,
                       CProgress& progress)
 {
     if (rows.EditedCount() == 0)
         return {.isSaved = true};
     if (stored.Type() != FileType::Csv)
-        return SaveEditedWords(rows, stored, path, reporter);
-    return SaveEditedFields(rows, stored, path, reporter, progress);
+        return SaveEditedWords(rows, stored, target, reporter);
+    return SaveEditedFields(rows, stored, target.path, reporter, progress);
 }
 
 std::vector<PlannedChange> PlanOfEdited(const CRecipeRows& rows, const CStoredCells& stored)

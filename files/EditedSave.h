@@ -4,6 +4,7 @@
 #include "files/Progress.h"
 #include "files/SavePlan.h"
 #include "files/StoredCells.h"
+#include "files/WriteTarget.h"
 #include "text/Reporter.h"
 
 #include <cstdint>
@@ -13,15 +14,15 @@
 
 // A save of the edited cells alone: their words, or fields, and no other byte of the file.
 
-/// Writes the edited cells of `rows` into the file at `path`, of which `stored` tells type and cells; `stored` follows
-/// what was written. Other bytes stay; where a flat file ends before an edited cell, the words up to it become zeros.
-/// Without an edited cell nothing is written, and that counts as saved.
+/// Writes the edited cells of `rows` into the file of `target`, of which `stored` tells type and cells; `stored`
+/// follows what was written. Other bytes stay; where a flat file ends before an edited cell, the words up to it become
+/// zeros. Without an edited cell nothing is written, and that counts as saved.
 ///
 /// Not saved as a save of all cells is not (RecipeFile.h), reported in the same words; a file that is missing is not
 /// made. Not saved either, and reported with the reason, when a table of texts is in a form in which its fields cannot
 /// be written one by one (CsvEdits.h).
-SaveResult SaveEdited(const CRecipeRows& rows, CStoredCells& stored, const std::filesystem::path& path,
-                      CReporter& reporter, CProgress& progress);
+SaveResult SaveEdited(const CRecipeRows& rows, CStoredCells& stored, const WriteTarget& target, CReporter& reporter,
+                      CProgress& progress);
 
 /// What SaveEdited changes, in the order of the cells: as a plan of a save has it, but of edited cells alone.
 std::vector<PlannedChange> PlanOfEdited(const CRecipeRows& rows, const CStoredCells& stored);

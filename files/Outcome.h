@@ -30,6 +30,7 @@ struct SaveResult {
     bool mayHoldOldAndNew = false; ///< it failed part-way
     bool isGivenUp = false;        ///< by the user's wish: it wrote nothing, and reported nothing either
     bool isLeftOut = false;        ///< kept: it wrote nothing, and reported nothing either (PagedRecipeFile.h)
+    bool isHeldBack = false;       ///< another program changed what it would write over: likewise
 
     explicit operator bool() const { return isSaved; }
 };

@@ -24,6 +24,14 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 
 } // namespace
 
+bool CPagedFile::OpenTarget(const WriteTarget& target, PagedKind kind)
+{
+    if (target.held == nullptr || !target.held->IsAt(LinkTarget(target.path)))
+        return Open(target.path, kind);
+    Borrow(*target.held, kind);
+    return true;
+}
+
 bool CPagedFile::MakeRoom(WordAddress wordAddress, std::uint64_t byteCount)
 {
     return MakeRoom(std::array{Stretch{wordAddress, byteCount}});
@@ -31,7 +39,7 @@ bool CPagedFile::MakeRoom(WordAddress wordAddress, std::uint64_t byteCount)
 
 bool CPagedFile::MakeRoom(std::span<const Stretch> stretches)
 {
-    const auto oldEnd = m_file.Size();
+    const auto oldEnd = File().Size();
     const auto isSound = [this](const Stretch& stretch) { return IsSound(stretch.first, stretch.byteCount); };
     if (!oldEnd || !std::all_of(stretches.begin(), stretches.end(), isSound))
         return false;
@@ -46,7 +54,7 @@ bool CPagedFile::MakeRoom(std::span<const Stretch> stretches)
 
 bool CPagedFile::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCount)
 {
-    const auto size = m_file.Size();
+    const auto size = File().Size();
     return size && (*size > m_flatBytes ? MakeRoom(wordAddress, byteCount) : IsSound(wordAddress, byteCount));
 }
 
@@ -56,12 +64,12 @@ bool CPagedFile::Write(WordAddress wordAddress, std::span<const std::byte> bytes
         return false;
     const ByteOffset first = FirstByteOf(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (!m_file.WriteAt(first.number, bytes.first(done)))
+    if (!File().WriteAt(first.number, bytes.first(done)))
         return false;
     while (done < bytes.size()) {
         const ByteOffset address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
-        if (!m_file.WriteAt(PageOf(address) + PlaceInPage(address), piece))
+        if (!File().WriteAt(PageOf(address) + PlaceInPage(address), piece))
             return false;
         done += piece.size();
     }
@@ -126,8 +134,8 @@ bool CPagedFile::GrowTo(std::uint64_t oldEnd, std::uint64_t newEnd)
                                          [oldEnd](const Table* table) { return table->offset >= oldEnd; });
     const std::span<Table* const> newTables(changed.begin(), firstOld);
     const std::span<Table* const> oldTables(firstOld, changed.end());
-    if (!WriteTables(newTables) || (!oldTables.empty() && !m_file.Flush())) {
-        m_file.CutTo(oldEnd);
+    if (!WriteTables(newTables) || (!oldTables.empty() && !File().Flush())) {
+        File().CutTo(oldEnd);
         return false;
     }
     if (!WriteTables(oldTables)) {
@@ -142,7 +150,7 @@ bool CPagedFile::GrowTo(std::uint64_t oldEnd, std::uint64_t newEnd)
 /// A disk that is busy gets several tries.
 bool CPagedFile::ReserveRoom(std::uint64_t oldEnd, std::uint64_t newEnd)
 {
-    for (int tries = 1; !m_file.Reserve(oldEnd, newEnd - oldEnd); ++tries) {
+    for (int tries = 1; !File().Reserve(oldEnd, newEnd - oldEnd); ++tries) {
         if (tries == kMostTries)
             return false;
         std::this_thread::sleep_for(kPauseBetweenTries);
@@ -164,7 +172,7 @@ std::vector<CPagedFile::Table*> CPagedFile::ChangedTables()
 bool CPagedFile::WriteTables(std::span<Table* const> tables)
 {
     return std::all_of(tables.begin(), tables.end(), [this](const Table* table) {
-        return m_file.WriteAt(table->offset, TableBytes(table->entries));
+        return File().WriteAt(table->offset, TableBytes(table->entries));
     });
 }
 
@@ -176,7 +184,7 @@ void CPagedFile::TakeBack(std::span<Table* const> tables, std::uint64_t oldEnd)
         for (std::uint32_t& entry : table->entries)
             entry = entry < oldEnd ? entry : 0;
     if (WriteTables(tables))
-        m_file.CutTo(oldEnd);
+        File().CutTo(oldEnd);
 }
 
 /// An empty one, which counts as changed with its first entry.

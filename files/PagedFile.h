@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/PagedReader.h"
+#include "files/WriteTarget.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,8 +40,11 @@ public:
     /// refused before anything is written.
     bool Write(WordAddress wordAddress, std::span<const std::byte> bytes);
 
-    /// Hands what was written to the disk and closes. False when the disk refuses it.
-    bool Close() { return m_file.Close(); }
+    /// Opens the file of `target`: as Open, or through what holds it.
+    bool OpenTarget(const WriteTarget& target, PagedKind kind);
+
+    /// Hands what was written to the disk and closes, but for a file that is held. False when the disk refuses it.
+    bool Close() { return IsLent() ? File().Flush() : File().Close(); }
 
 private:
     std::optional<std::uint64_t> EnterBlocks(ByteOffset first, ByteOffset end, std::uint64_t fileEnd);

@@ -34,18 +34,24 @@ bool CPagePlaces::Take(std::uint32_t offset)
 
 bool CPagedReader::Open(const fs::path& path, PagedKind kind)
 {
+    Begin(kind);
+    m_pLent = nullptr;
+    return m_own.Open(path, m_mode);
+}
+
+void CPagedReader::Begin(PagedKind kind)
+{
     m_flatBytes = FlatBytes(kind);
     m_directory.reset();
     m_tables.clear();
     m_tables.resize(std::tuple_size_v<decltype(Table::entries)>);
     m_places = CPagePlaces();
     m_places.Take(m_flatBytes); // the directory's, whether there is one yet or not
-    return m_file.Open(path, m_mode);
 }
 
 bool CPagedReader::IsSound(WordAddress wordAddress, std::uint64_t byteCount)
 {
-    const auto size = m_file.Size();
+    const auto size = File().Size();
     if (!size || !HasAddress(wordAddress, byteCount))
         return false;
     const ByteOffset first = FirstByteOf(wordAddress);
@@ -62,7 +68,7 @@ bool CPagedReader::IsSound(WordAddress wordAddress, std::uint64_t byteCount)
 
 std::optional<std::uint64_t> CPagedReader::LogicalBytes()
 {
-    const auto size = m_file.Size();
+    const auto size = File().Size();
     if (!size || *size <= m_flatBytes)
         return size;
     std::uint64_t end = m_flatBytes;
@@ -86,18 +92,18 @@ bool CPagedReader::PrepareToRead(WordAddress wordAddress, std::uint64_t byteCoun
 bool CPagedReader::Read(WordAddress wordAddress, std::span<std::byte> bytes)
 {
     std::fill(bytes.begin(), bytes.end(), std::byte{0});
-    const auto size = m_file.Size();
+    const auto size = File().Size();
     if (!size || !PrepareToRead(wordAddress, bytes.size()))
         return false;
     const ByteOffset first = FirstByteOf(wordAddress);
     std::size_t done = BytesInFlatPart(first, bytes.size());
-    if (!m_file.ReadAt(first.number, bytes.first(done)))
+    if (!File().ReadAt(first.number, bytes.first(done)))
         return false;
     while (done < bytes.size() && *size > m_flatBytes) {
         const ByteOffset address = first + done;
         const auto piece = bytes.subspan(done, BytesInPage(address, bytes.size() - done));
         const std::uint32_t page = PageOf(address);
-        if (page != 0 && m_file.ReadAt(page + PlaceInPage(address), piece) != piece.size())
+        if (page != 0 && File().ReadAt(page + PlaceInPage(address), piece) != piece.size())
             return false;
         done += piece.size();
     }
@@ -135,7 +141,7 @@ bool CPagedReader::LoadTable(std::size_t directoryIndex)
 std::unique_ptr<CPagedReader::Table> CPagedReader::ReadTable(std::uint32_t offset)
 {
     std::array<std::byte, kBlockBytes> bytes;
-    if (m_file.ReadAt(offset, bytes) != bytes.size())
+    if (File().ReadAt(offset, bytes) != bytes.size())
         return nullptr;
     auto table = std::make_unique<Table>();
     table->offset = offset;
@@ -152,6 +158,6 @@ std::unique_ptr<CPagedReader::Table> CPagedReader::ReadTable(std::uint32_t offse
 /// Whether what an entry leads to lies in the file, after the directory, where nothing else lies.
 bool CPagedReader::TakesPlace(std::uint32_t offset)
 {
-    const auto size = m_file.Size();
+    const auto size = File().Size();
     return size && offset >= m_flatBytes + kBlockBytes && offset + kBlockBytes <= *size && m_places.Take(offset);
 }

@@ -37,7 +37,7 @@ public:
 
     /// Opens the existing file `path`; false, with no file open, when it cannot be opened. LastError tells why then.
     bool Open(const std::filesystem::path& path, PagedKind kind);
-    std::error_code LastError() const { return m_file.LastError(); }
+    std::error_code LastError() const { return File().LastError(); }
 
     /// Whether `byteCount` bytes from a word on have addresses, and no directory or table on the way to them is
     /// damaged. Changes nothing in the file.
@@ -63,21 +63,35 @@ protected:
     /// For a file that is opened in another mode.
     explicit CPagedReader(CFile::Mode mode) : m_mode(mode) {}
 
+    /// Goes on with `file`, which is open and outlives its use here, in the place of one that Open opens.
+    void Borrow(CFile& file, PagedKind kind)
+    {
+        Begin(kind);
+        m_own = CFile();
+        m_pLent = &file;
+    }
+    bool IsLent() const { return m_pLent != nullptr; }
+
+    CFile& File() { return m_pLent != nullptr ? *m_pLent : m_own; }
+    const CFile& File() const { return m_pLent != nullptr ? *m_pLent : m_own; }
+
     ByteOffset FlatEnd() const { return ByteOffset(m_flatBytes); }
     std::size_t BytesInFlatPart(ByteOffset first, std::size_t count) const;
     std::uint32_t PageOf(ByteOffset address) const;
     bool LoadTable(std::size_t directoryIndex);
 
-    CFile m_file;
     std::uint32_t m_flatBytes = 0;
     std::unique_ptr<Table> m_directory;
     std::vector<std::unique_ptr<Table>> m_tables; ///< by directory index; none where it was not used yet
     CPagePlaces m_places;
 
 private:
+    void Begin(PagedKind kind);
     bool LoadDirectory();
     std::unique_ptr<Table> ReadTable(std::uint32_t offset);
     bool TakesPlace(std::uint32_t offset);
 
     CFile::Mode m_mode = CFile::Mode::Read;
+    CFile m_own;
+    CFile* m_pLent = nullptr;
 };

@@ -65,8 +65,8 @@ Outcome WriteStretch(const CRecipeRows& rows, CPagedFile& file, std::span<const 
     return file.Close() ? Outcome::Done : Outcome::FailedMixed;
 }
 
-Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, CPagedFile& file, CProgress& progress,
-                 CByteBuffer* saved)
+Outcome SaveRows(const CRecipeRows& rows, const WriteTarget& target, PagedKind kind, CPagedFile& file,
+                 CProgress& progress, CByteBuffer* saved)
 {
     return WithinMemory([&] {
         if (rows.ShowsTheSameEverywhere() || !file.IsSound(rows.RowAddress(0), rows.StretchBytes()))
@@ -77,7 +77,7 @@ Outcome SaveRows(const CRecipeRows& rows, const fs::path& path, PagedKind kind, 
             return coded;
         // Another file may have that name by now: what is written into the one that had it would be lost.
         const Outcome written =
-            file.Open(path, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
+            file.OpenTarget(target, kind) ? WriteStretch(rows, file, image.Bytes(), progress) : Outcome::Failed;
         if (written == Outcome::Done && saved != nullptr)
             *saved = std::move(image);
         return written;
@@ -127,16 +127,16 @@ Outcome ReadPagedOnly(CRecipeRows& rows, const fs::path& path, FileType type, CR
     return ReportedRead(outcome, path, reporter);
 }
 
-SaveResult SavePaged(const CRecipeRows& rows, const fs::path& path, FileType type, CReporter& reporter,
+SaveResult SavePaged(const CRecipeRows& rows, const WriteTarget& target, FileType type, CReporter& reporter,
                      CProgress& progress, CByteBuffer* saved)
 {
     CPagedFile file;
-    const bool isOpen = file.Open(path, KindOf(type));
+    const bool isOpen = file.OpenTarget(target, KindOf(type));
     if (!isOpen && IsMissingOrProtected(file.LastError()))
         return {.isLeftOut = true};
-    const Outcome outcome = isOpen ? SaveRows(rows, path, KindOf(type), file, progress, saved) : Outcome::Failed;
+    const Outcome outcome = isOpen ? SaveRows(rows, target, KindOf(type), file, progress, saved) : Outcome::Failed;
     if (HasFailed(outcome))
-        ShowFileError(reporter, kSaveFileError, path);
+        ShowFileError(reporter, kSaveFileError, target.path);
     return ResultOf(outcome);
 }
 

@@ -5,6 +5,7 @@
 #include "files/PagedLayout.h"
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
+#include "files/WriteTarget.h"
 #include "text/Reporter.h"
 
 #include <filesystem>
@@ -32,7 +33,7 @@ Outcome ReadPaged(CRecipeRows& rows, const std::filesystem::path& path, FileType
 Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
                       CProgress& progress);
 
-/// Writes `rows` into the file at `path`. Every cell is coded first; words before and after the stretch stay as they
+/// Writes `rows` into the file of `target`. Every cell is coded first; words before and after the stretch stay as they
 /// are.
 ///
 /// kept: a file that is missing or that one may not write is left as it is without a word; `isLeftOut` says so.
@@ -41,7 +42,7 @@ Outcome ReadPagedOnly(CRecipeRows& rows, const std::filesystem::path& path, File
 /// opened for another reason, is damaged or a write fails (then reported: "Can't save file %s,please check file or your
 /// disk!") or the work was given up before anything was written. A damaged file is left as it is, and so is one for
 /// which the disk has no room. What was saved goes to `saved`, unless that is null.
-SaveResult SavePaged(const CRecipeRows& rows, const std::filesystem::path& path, FileType type, CReporter& reporter,
+SaveResult SavePaged(const CRecipeRows& rows, const WriteTarget& target, FileType type, CReporter& reporter,
                      CProgress& progress, CByteBuffer* saved = nullptr);
 
 /// The same, with the failure left for the caller to report; a file that cannot be opened is one, too.

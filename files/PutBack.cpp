@@ -100,12 +100,12 @@ SaveResult PutTableBack(const SavedChanges& saved, const CRecipeRows& rows, CRep
     return PutBackCsv(back, saved.path, reporter, progress);
 }
 
-SaveResult PutWordsBack(const SavedChanges& saved, const CRecipeRows& rows, const CStoredCells& now,
+SaveResult PutWordsBack(const SavedChanges& saved, const CRecipeRows& rows, const CStoredCells& now, CFile* held,
                         CReporter& reporter)
 {
     const CWordsBack back(saved, rows, now);
     const auto length = back.Length();
-    return WriteWordRuns(saved.after.Type(), back.Runs(length), saved.path, length, reporter);
+    return WriteWordRuns(saved.after.Type(), back.Runs(length), {saved.path, held}, length, reporter);
 }
 
 } // namespace
@@ -117,13 +117,14 @@ std::size_t SavedChanges::UneditedCount() const
     return changes.size() - static_cast<std::size_t>(edited) + dropped;
 }
 
-SaveResult PutBack(const SavedChanges& saved, const CRecipeRows& rows, CReporter& reporter, CProgress& progress)
+SaveResult PutBack(const SavedChanges& saved, const CRecipeRows& rows, CReporter& reporter, CProgress& progress,
+                   CFile* held)
 try {
     if (saved.after.Type() == FileType::Csv)
         return PutTableBack(saved, rows, reporter, progress);
     const CStoredCells now = ReadStoredCells(saved.after.Cells(), saved.after.Type(), saved.path);
     if (now.IsKnown())
-        return PutWordsBack(saved, rows, now, reporter);
+        return PutWordsBack(saved, rows, now, held, reporter);
     ShowFileError(reporter, kSaveFileError, saved.path);
     return {};
 } catch (const std::bad_alloc&) {

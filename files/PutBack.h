@@ -1,5 +1,6 @@
 #pragma once
 
+#include "disk/File.h"
 #include "files/Outcome.h"
 #include "files/SavePlan.h"
 #include "files/StoredCells.h"
@@ -28,10 +29,11 @@ struct SavedChanges {
 
 /// Writes the words back that `saved` took from cells that nobody had edited, where the file still holds what was saved
 /// and the cell in `rows` was not edited since; all other bytes stay. A flat file that grew is cut back as far as none
-/// of the other cells lies there.
+/// of the other cells lies there. A file of words is written through the open file that holds it, where there is one.
 ///
 /// Not saved after a failure, as a save of the edited cells is (EditedSave.h).
-SaveResult PutBack(const SavedChanges& saved, const CRecipeRows& rows, CReporter& reporter, CProgress& progress);
+SaveResult PutBack(const SavedChanges& saved, const CRecipeRows& rows, CReporter& reporter, CProgress& progress,
+                   CFile* held = nullptr);
 
 /// How many of the values that nobody had edited the file holds now as it did before that save; what the save left out
 /// counts, since all of it goes back.

@@ -65,19 +65,19 @@ Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const fs::path& path, C
     return ReadRecipe(type, rows, path, false, reporter, progress);
 }
 
-SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const fs::path& path, CReporter& reporter,
+SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const WriteTarget& target, CReporter& reporter,
                       CProgress& progress, SavedContent* saved)
 {
     CByteBuffer* const words = saved != nullptr ? &saved->words : nullptr;
     std::optional<CFieldTable>* const fields = saved != nullptr ? &saved->fields : nullptr;
     switch (type) {
     case FileType::Rcp:
-        return SaveBinaryRecipe(rows, path, reporter, progress, words);
+        return SaveBinaryRecipe(rows, target, reporter, progress, words);
     case FileType::Csv:
-        return SaveCsv(rows, path, reporter, progress, fields);
+        return SaveCsv(rows, target.path, reporter, progress, fields);
     case FileType::Erp:
     case FileType::Frp:
-        return SavePaged(rows, path, type, reporter, progress, words);
+        return SavePaged(rows, target, type, reporter, progress, words);
     }
     return {.isSaved = true}; // any other number writes nothing
 }

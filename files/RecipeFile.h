@@ -5,6 +5,7 @@
 #include "files/Progress.h"
 #include "files/RecipeRows.h"
 #include "files/StoredCells.h"
+#include "files/WriteTarget.h"
 #include "text/Reporter.h"
 
 #include <cstdint>
@@ -26,11 +27,11 @@ Outcome ReadRecipe(FileType type, CRecipeRows& rows, const std::filesystem::path
 Outcome ReadRecipeOnly(FileType type, CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
                        CProgress& progress);
 
-/// Writes `rows` to `path` in the given type. Not saved after a failure, reported exactly once in the type's own words,
-/// or when the work was given up. kept: a paged file that is missing or that one may not write is left as it is, and
-/// nothing is reported (PagedRecipeFile.h); PrepareSaveAs creates one. What was saved goes to `saved`, unless that is
-/// null.
-SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const std::filesystem::path& path, CReporter& reporter,
+/// Writes `rows` to `target` in the given type; a table of texts takes the place of the file there. Not saved after a
+/// failure, reported exactly once in the type's own words, or when the work was given up. kept: a paged file that is
+/// missing or that one may not write is left as it is, and nothing is reported (PagedRecipeFile.h); PrepareSaveAs
+/// creates one. What was saved goes to `saved`, unless that is null.
+SaveResult SaveRecipe(FileType type, const CRecipeRows& rows, const WriteTarget& target, CReporter& reporter,
                       CProgress& progress, SavedContent* saved = nullptr);
 
 /// What the file at `path` holds of cells laid out as `layout`; never writes, and reports nothing. Not known when the

@@ -34,26 +34,26 @@ bool GoesOverOld(const CWordRuns& runs, std::uint64_t oldSize)
     return runs.Count() > 0 && FirstByteOf(runs.At(0).first).number < oldSize;
 }
 
-Outcome WriteFlat(const CWordRuns& runs, const fs::path& path, std::optional<std::uint64_t> length)
+Outcome WriteFlat(const CWordRuns& runs, const WriteTarget& target, std::optional<std::uint64_t> length)
 {
-    CFile file(path, CFile::Mode::ReadWrite);
-    const auto oldSize = file.Size();
+    CFileToWrite file(target, CFile::Mode::ReadWrite);
+    const auto oldSize = file->Size();
     if (!oldSize)
         return Outcome::Failed;
     const Outcome broken = GoesOverOld(runs, *oldSize) ? Outcome::FailedMixed : Outcome::Failed;
-    if (!HasRoom(file, runs)) {
-        file.CutTo(*oldSize);
+    if (!HasRoom(*file, runs)) {
+        file->CutTo(*oldSize);
         return Outcome::Failed;
     }
     const bool isWritten = ForEachRun(
-        runs, [&file](const CWordRuns::Run& run) { return file.WriteAt(FirstByteOf(run.first).number, run.bytes); });
+        runs, [&file](const CWordRuns::Run& run) { return file->WriteAt(FirstByteOf(run.first).number, run.bytes); });
     if (!isWritten) {
-        file.CutTo(*oldSize);
+        file->CutTo(*oldSize);
         return broken;
     }
-    if (length && !file.CutTo(*length))
+    if (length && !file->CutTo(*length))
         return Outcome::FailedMixed;
-    return file.Close() ? Outcome::Done : broken;
+    return file.Finish() ? Outcome::Done : broken;
 }
 
 Outcome WritePages(const CWordRuns& runs, CPagedFile& file)
@@ -97,15 +97,15 @@ CWordRuns::Run CWordRuns::At(std::size_t index) const
     return {begin.first, std::span(m_bytes).subspan(begin.byte, end - begin.byte)};
 }
 
-SaveResult WriteWordRuns(FileType type, const CWordRuns& runs, const fs::path& path,
+SaveResult WriteWordRuns(FileType type, const CWordRuns& runs, const WriteTarget& target,
                          std::optional<std::uint64_t> length, CReporter& reporter)
 {
     if (!IsPaged(type))
-        return Reported(WriteFlat(runs, path, length), path, reporter);
+        return Reported(WriteFlat(runs, target, length), target.path, reporter);
     CPagedFile file;
-    const bool isOpen = file.Open(path, KindOf(type));
+    const bool isOpen = file.OpenTarget(target, KindOf(type));
     if (!isOpen && IsMissingOrProtected(file.LastError()))
         return {.isLeftOut = true};
     const Outcome outcome = isOpen ? WithinMemory([&] { return WritePages(runs, file); }) : Outcome::Failed;
-    return Reported(outcome, path, reporter);
+    return Reported(outcome, target.path, reporter);
 }

@@ -2,6 +2,7 @@
 
 #include "files/FileType.h"
 #include "files/Outcome.h"
+#include "files/WriteTarget.h"
 #include "model/Address.h"
 #include "text/Reporter.h"
 
@@ -36,12 +37,12 @@ private:
     std::vector<std::byte> m_bytes;
 };
 
-/// Writes `runs` into the existing file at `path`, and no other byte: a flat file grows where a run lies behind its
+/// Writes `runs` into the existing file of `target`, and no other byte: a flat file grows where a run lies behind its
 /// end, with zeros up to it; a paged one gets pages for the runs alone. `length`, for a flat file, is what it is cut to
 /// then.
 ///
 /// The rules of a save: room comes first, the runs go out in the order of their addresses, and the result counts once
 /// the disk has them. Not saved after a failure, reported in the type's own words; kept: a paged file that is missing
 /// or may not be written is left out, and nothing is reported.
-SaveResult WriteWordRuns(FileType type, const CWordRuns& runs, const std::filesystem::path& path,
+SaveResult WriteWordRuns(FileType type, const CWordRuns& runs, const WriteTarget& target,
                          std::optional<std::uint64_t> length, CReporter& reporter);

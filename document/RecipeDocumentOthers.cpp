@@ -1,0 +1,105 @@
+#include "document/EditMemory.h"
+#include "document/RecipeDocument.h"
+#include "files/StoredDifferences.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::chrono::seconds kLongestWait{5}; // for another program that writes the file
+
+/// What has the name; none where that cannot be told.
+fs::file_type TypeAt(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::status(path, ignored).type();
+}
+
+} // namespace
+
+CFileLock::State CRecipeDocument::Hold(const fs::path& path)
+{
+    m_held = path;
+    return m_lock.Take(path, kLongestWait);
+}
+
+/// What another program wrote meanwhile is known once it is written over: the plan, and what can be put back, start
+/// from it.
+SaveResult CRecipeDocument::Guarded(const fs::path& path, Written written, ForeignRule rule, CProgress& progress,
+                                    const Writing& write)
+{
+    m_notes = {};
+    const bool isHeld = std::exchange(m_held, {}) == path;
+    if (!isHeld)
+        m_lock.Take(path, kLongestWait, [&] { return progress.Advance(0, 1); });
+    if (m_lock.Now() == CFileLock::State::GivenUp)
+        return {.isGivenUp = true};
+    m_notes.wasBusy = m_lock.Now() == CFileLock::State::Busy;
+    const FileLook look = path == m_strFilePath ? Look() : FileLook();
+    m_notes.overwritten = Overwritten(look.changes, written);
+    SaveResult result{.isHeldBack = m_notes.overwritten && rule == ForeignRule::HoldBack};
+    if (!result.isHeldBack) {
+        if (look.changes)
+            KeepShown(*look.changes);
+        result = write({path, m_lock.File()});
+    }
+    m_lock.Release();
+    return result;
+}
+
+/// Of what another program changed, that over which is written; null for nothing.
+std::shared_ptr<const ForeignChanges> CRecipeDocument::Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
+                                                                   Written written) const
+{
+    if (!changes || written == Written::OwnWords)
+        return nullptr;
+    if (written == Written::AllCells)
+        return changes;
+    auto edited = std::make_shared<ForeignChanges>(*changes);
+    std::erase_if(edited->places, [this](CellPlace place) { return !m_shown.rows.IsEdited(place.row, place.column); });
+    return edited->places.empty() ? nullptr : edited;
+}
+
+/// Without memory for it nobody can tell.
+FileLook CRecipeDocument::Look() const
+{
+    FileLook look;
+    if (!CanPlan())
+        return look;
+    WithMemoryFor([&] { look = LookAtCells(); });
+    return look;
+}
+
+FileLook CRecipeDocument::LookAtCells() const
+{
+    switch (TypeAt(m_strFilePath)) {
+    case fs::file_type::not_found:
+        return {FileLook::State::Gone, nullptr};
+    case fs::file_type::regular:
+        break;
+    case fs::file_type::none:
+        return {};
+    default:
+        return {FileLook::State::NoFile, nullptr};
+    }
+    CStoredCells after = ReadStored(m_shown.rows);
+    if (!after.IsKnown())
+        return {};
+    auto places = DifferencesOf(m_shown.stored, after);
+    if (places.empty())
+        return {};
+    return {FileLook::State::Changed, std::make_shared<ForeignChanges>(ForeignChanges{
+                                          m_strFilePath, m_shown.stored, std::move(after), std::move(places)})};
+}
+
+void CRecipeDocument::KeepShown(const ForeignChanges& changes)
+{
+    if (changes.path != m_strFilePath || !changes.after.Cells().IsLaidOutLike(m_shown.rows))
+        return;
+    m_shown.stored = changes.after;
+    m_pStoredAsShown.reset();
+    ForgetPlan();
+}
