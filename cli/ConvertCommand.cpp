@@ -27,7 +27,7 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
     const fs::path target(options.target);
     const auto type = KnownTypeOf(target, reporter);
     CNoProgress progress;
-    return type && IsAnotherFile(target, document.Path(), reporter) &&
+    return type && IsAnotherFile(target, document.Path(), reporter) && HoldForWriting(document, target, reporter) &&
            document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed &&
            document.Replace(*type, target, reporter).isSaved;
 }

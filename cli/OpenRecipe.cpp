@@ -32,6 +32,14 @@ bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadO
     return document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed;
 }
 
+bool HoldForWriting(CRecipeDocument& document, const fs::path& path, CReporter& reporter)
+{
+    if (document.Hold(path) != CFileLock::State::Busy)
+        return true;
+    ShowFileError(reporter, u"File %s is being written by another program!", path);
+    return false;
+}
+
 std::optional<FileType> KnownTypeOf(const fs::path& path, CReporter& reporter)
 {
     const auto type = FileTypeOf(path);

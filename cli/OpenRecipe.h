@@ -16,5 +16,10 @@ bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOp
 /// writes. False after a failure, then reported. A format without words gives no rows.
 bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter);
 
+/// Keeps other programs from writing the file at `path` until `document` has written it, or goes; to be called before
+/// what is to be changed is read. False, and then reported, when another program writes it and does not end within some
+/// seconds.
+bool HoldForWriting(CRecipeDocument& document, const std::filesystem::path& path, CReporter& reporter);
+
 /// The type that goes with the extension of `path`; nothing, and then reported, for an unknown one.
 std::optional<FileType> KnownTypeOf(const std::filesystem::path& path, CReporter& reporter);

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <utility>
 
+namespace fs = std::filesystem;
+
 namespace {
 
 /// What happens to values that nobody set.
@@ -120,7 +122,9 @@ bool ForetellAllCells(CRecipeDocument& document, CStandardOutput& output, CRepor
 bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     CRecipeDocument document;
-    if (!OpenAndRead(document, options.file, options.read, reporter) || !SetStates(document, options, reporter))
+    const bool isHeld = options.dryRun || HoldForWriting(document, fs::path(options.file), reporter);
+    if (!isHeld || !OpenAndRead(document, options.file, options.read, reporter) ||
+        !SetStates(document, options, reporter))
         return false;
     if (options.dryRun)
         return options.onlyEdited ? ForetellEditedCells(document, output, reporter)
