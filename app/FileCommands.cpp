@@ -2,6 +2,7 @@
 
 #include "app/CloseQuestion.h"
 #include "app/FileDialogs.h"
+#include "app/SaveQuestion.h"
 #include "files/RecipeMessages.h"
 #include "text/MessageText.h"
 #include "views/RecipeDataShowView.h"
@@ -39,7 +40,7 @@ bool CFileCommands::LeaveCurrentWork()
 {
     if (!m_dataPane.EndCellEdit())
         return false;
-    return !m_document.IsUnsaved() || Save() != Saving::Failed;
+    return !m_document.IsUnsaved() || Save(ForeignRule::Overwrite) != Saving::Failed;
 }
 
 void CFileCommands::OnFileNew()
@@ -103,8 +104,8 @@ void CFileCommands::OpenChosen(const QString& path)
 
 void CFileCommands::OnFileSave()
 {
-    if (m_dataPane.EndCellEdit())
-        Save();
+    if (m_dataPane.EndCellEdit() && Save(ForeignRule::HoldBack) == Saving::HeldBack)
+        AskAndSave();
 }
 
 void CFileCommands::OnFileSaveAs()
@@ -120,8 +121,29 @@ void CFileCommands::OnFileSaveEdited()
     if (!m_dataPane.EndCellEdit() || !m_document.IsOpen() || m_document.IsNew())
         return;
     m_formatPane.ApplyReadSettings();
-    if (m_frame.SaveEditedRecipeData())
-        MarkSaved();
+    if (SaveEdited(ForeignRule::HoldBack) == Saving::HeldBack)
+        AskAndSave();
+}
+
+/// Another program changed meanwhile what the save would write over.
+void CFileCommands::AskAndSave()
+{
+    const bool canSaveEdited = m_document.Plan().FormFault().empty();
+    switch (AskHowToSave(m_window, ToQPath(m_document.Path()), canSaveEdited)) {
+    case HowToSave::EditedOnly:
+        SaveEdited(ForeignRule::Overwrite);
+        break;
+    case HowToSave::All:
+        Save(ForeignRule::Overwrite);
+        break;
+    case HowToSave::NotAtAll:
+        break;
+    }
+}
+
+CFileCommands::Saving CFileCommands::SaveEdited(ForeignRule rule)
+{
+    return Marked(m_frame.SaveEditedRecipeData(rule));
 }
 
 void CFileCommands::OnFileSaveCopy()
@@ -144,12 +166,20 @@ void CFileCommands::OnDiscardChanges()
     m_document.MarkUnmodified();
 }
 
-CFileCommands::Saving CFileCommands::Save()
+CFileCommands::Saving CFileCommands::Save(ForeignRule rule)
 {
     m_formatPane.ApplyReadSettings();
     if (m_document.IsNew())
         return SaveAs();
-    if (!m_frame.RefreshRecipeData(m_document.Type(), ToQPath(m_document.Path())))
+    return Marked(m_frame.RefreshRecipeData(m_document.Type(), ToQPath(m_document.Path()), rule));
+}
+
+/// The work counts as saved when it is.
+CFileCommands::Saving CFileCommands::Marked(const SaveResult& result)
+{
+    if (result.isHeldBack)
+        return Saving::HeldBack;
+    if (!result.isSaved)
         return Saving::Failed;
     MarkSaved();
     return Saving::Done;
@@ -189,7 +219,7 @@ void CFileCommands::OnClose()
     if (!m_document.IsUnsaved())
         return;
     if (AskToSave(m_window))
-        Save();
+        Save(ForeignRule::Overwrite);
 }
 
 QString CFileCommands::DialogFolder() const

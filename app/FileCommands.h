@@ -1,9 +1,10 @@
 #pragma once
 
+#include "document/RecipeDocument.h"
+
 #include <QString>
 
 class CRecipeDataShowView;
-class CRecipeDocument;
 class CRecipeFormatEditView;
 class CRecipeFrame;
 class QWidget;
@@ -33,7 +34,7 @@ public:
     /// Opens the file at `path` as OnFileOpen opens a chosen one, without the dialog.
     void OpenPath(const QString& path);
 
-    /// Reads the current file again in place of changes that cannot be saved to it; the work counts as saved then.
+    /// Reads the current file again in place of the changes; the work counts as saved then.
     void OnDiscardChanges();
 
     /// What closing does before the frame goes: the closing title, and the question about unsaved work. Nothing cancels
@@ -41,13 +42,16 @@ public:
     void OnClose();
 
 private:
-    enum class Saving { Done, Cancelled, Failed };
+    enum class Saving { Done, Cancelled, Failed, HeldBack };
 
     bool LeaveCurrentWork();
-    Saving Save();
+    Saving Save(ForeignRule rule);
+    Saving SaveEdited(ForeignRule rule);
+    void AskAndSave();
     Saving SaveAs();
     Saving SaveTo(const QString& path);
     void MarkSaved();
+    Saving Marked(const SaveResult& result);
     void OpenChosen(const QString& path);
     QString DialogFolder() const;
 

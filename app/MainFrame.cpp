@@ -57,6 +57,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 
 CMainFrame::~CMainFrame()
 {
+    m_pOtherPrograms.reset();
     m_pSaveCommands.reset();
     m_pEditCommands.reset();
     delete m_pSplitter; // the panes speak to this frame while they go
@@ -88,6 +89,7 @@ void CMainFrame::CreatePanes()
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
+    m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *this);
 }
 
 void CMainFrame::CreateStatusPanes()
@@ -224,6 +226,7 @@ void CMainFrame::UpdateCommands()
     m_pUnopenedSave->setEnabled(!m_document.IsOpen());
     m_pEditCommands->Update();
     m_pSaveCommands->Update();
+    m_pOtherPrograms->Follow();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 
@@ -237,16 +240,17 @@ void CMainFrame::ShowRecipeData(FileType type)
 {
     ForgetLeftOut();
     m_pDataPane->ShowData(type);
+    m_pOtherPrograms->WithdrawChanges();
     m_pSaveCommands->Update();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
 }
 
-bool CMainFrame::RefreshRecipeData(FileType type, const QString& path)
+SaveResult CMainFrame::RefreshRecipeData(FileType type, const QString& path, ForeignRule rule)
 {
-    const SaveResult result = m_pDataPane->WriteData(type, path);
+    const SaveResult result = m_pDataPane->WriteData(type, path, rule);
     TellState(result, path);
-    return result.isSaved;
+    return result;
 }
 
 bool CMainFrame::SaveRecipeDataAs(FileType type, const QString& path)
@@ -256,11 +260,11 @@ bool CMainFrame::SaveRecipeDataAs(FileType type, const QString& path)
     return result.isSaved;
 }
 
-bool CMainFrame::SaveEditedRecipeData()
+SaveResult CMainFrame::SaveEditedRecipeData(ForeignRule rule)
 {
-    const SaveResult result = m_pDataPane->WriteEdited();
+    const SaveResult result = m_pDataPane->WriteEdited(rule);
     TellState(result, ToQPath(m_document.Path()));
-    return result.isSaved;
+    return result;
 }
 
 bool CMainFrame::SaveRecipeDataCopy(FileType type, const QString& path)
@@ -276,6 +280,7 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
         if (path == m_tornSave.path || !QFileInfo::exists(m_tornSave.path))
             m_tornSave = {};
         ForgetLeftOut();
+        m_pOtherPrograms->TellOverwritten();
     } else if (result.mayHoldOldAndNew)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
     else if (result.isLeftOut)

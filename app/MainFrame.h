@@ -3,6 +3,7 @@
 #include "app/EditCommands.h"
 #include "app/FileCommands.h"
 #include "app/LockKeys.h"
+#include "app/OtherPrograms.h"
 #include "app/SaveCommands.h"
 #include "views/MessageBoxReporter.h"
 #include "views/RecipeFrame.h"
@@ -35,9 +36,9 @@ public:
     CRecipeDocument& Document() override { return m_document; }
     const CRecipeDocument& Document() const override { return m_document; }
     void ShowRecipeData(FileType type) override;
-    bool RefreshRecipeData(FileType type, const QString& path) override;
+    SaveResult RefreshRecipeData(FileType type, const QString& path, ForeignRule rule) override;
     bool SaveRecipeDataAs(FileType type, const QString& path) override;
-    bool SaveEditedRecipeData() override;
+    SaveResult SaveEditedRecipeData(ForeignRule rule) override;
     bool SaveRecipeDataCopy(FileType type, const QString& path) override;
     void ClearRecipeData() override;
     bool ValidateCellValue(int gridColumn, const QString& text) const override;
@@ -94,6 +95,7 @@ private:
     std::unique_ptr<CFileCommands> m_pFileCommands;
     std::unique_ptr<CEditCommands> m_pEditCommands;
     std::unique_ptr<CSaveCommands> m_pSaveCommands;
+    std::unique_ptr<COtherPrograms> m_pOtherPrograms;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

@@ -80,6 +80,10 @@ void CSaveCommands::ConnectPanel()
             m_dataPane.ShowCells({place});
     });
     connect(m_pPanel, &CChangesPanel::KeepStored, &m_dataPane, &CRecipeDataShowView::KeepStored);
+    connect(m_pPanel, &CChangesPanel::TakeOver, this, [this](const std::vector<CellEdit>& cells) {
+        if (IsListOfTable())
+            m_dataPane.TakeOver(cells);
+    });
     connect(m_pPanel, &CChangesPanel::Left, this, [this] { m_dataPane.setFocus(Qt::OtherFocusReason); });
 }
 
@@ -124,7 +128,7 @@ void CSaveCommands::Update()
 void CSaveCommands::FollowDocument()
 {
     const CRecipeDocument& document = m_frame.Document();
-    if (!m_isPlanListed)
+    if (m_listed != Listed::Plan)
         return;
     if (m_listedPath != document.Path() || m_listedFormat != FormatNameOf(document))
         ListPlan();
@@ -137,7 +141,7 @@ void CSaveCommands::CountOn()
 {
     CRecipeDocument& document = m_frame.Document();
     document.ContinuePlan(std::chrono::steady_clock::now() + kSlice);
-    if (m_isPlanListed)
+    if (m_listed == Listed::Plan)
         m_pPanel->ListGrew();
     if (!document.IsPlanOpen())
         return Update();
@@ -157,7 +161,7 @@ void CSaveCommands::ShowCounts()
         text += (others == 1 ? tr(", %1 other changes") : tr(", %1 others change")).arg(others);
     if (plan.IsBegun() && IsOfOtherType(plan))
         text += tr(": the rows were read as another type");
-    if (m_isPlanListed)
+    if (m_listed == Listed::Plan)
         m_pPanel->SetSummary(text);
     if (document.IsPlanOpen())
         text += tr(", counting…");
@@ -172,15 +176,15 @@ void CSaveCommands::ListPlan()
     m_listedPath = document.Path();
     m_listedFormat = FormatNameOf(document);
     m_listedEdition = document.Plan().Edition();
-    m_isPlanListed = true;
-    m_pPanel->SetList(std::make_shared<CPlannedChanges>(document.Plan(), SaveSubject{m_listedPath, m_listedFormat}),
+    m_listed = Listed::Plan;
+    m_pPanel->SetList(std::make_shared<CPlannedChanges>(document.Plan(), ChangeSubject{m_listedPath, m_listedFormat}),
                       tr("Changes on saving"), ChangeAction::KeepStored);
     m_pPanel->SetFile(m_listedPath);
 }
 
 void CSaveCommands::OpenPlan()
 {
-    if (!m_isPlanListed)
+    if (m_listed != Listed::Plan)
         ListPlan();
     ShowCounts();
     OpenPanel();
@@ -206,7 +210,7 @@ void CSaveCommands::TellStoredAsShown()
     if (m_pTold != saved)
         m_toldFormat = FormatNameOf(m_frame.Document());
     const QString text = StoredAsShownText();
-    const bool isListed = !m_isPlanListed && m_pPanel->isVisible();
+    const bool isListed = m_listed == Listed::StoredAsShown && m_pPanel->isVisible();
     if (isListed && m_pTold != saved) // those of the save before have no use any more
         ListStoredAsShown();
     if (m_pTold == saved && m_strTold == text)
@@ -228,7 +232,7 @@ void CSaveCommands::WithdrawStoredAsShown()
     m_pTold.reset();
     m_strTold.clear();
     m_frame.WithdrawStrip(StripSubject::StoredAsShown);
-    if (!m_isPlanListed)
+    if (m_listed == Listed::StoredAsShown)
         ListPlan();
 }
 
@@ -251,19 +255,32 @@ QString CSaveCommands::StoredAsShownText() const
 void CSaveCommands::ListStoredAsShown()
 {
     const auto& saved = m_frame.Document().StoredAsShown();
-    m_isPlanListed = false;
-    m_pPanel->SetList(std::make_shared<CStoredAsShown>(saved, SaveSubject{saved->path, m_toldFormat}),
+    m_listed = Listed::StoredAsShown;
+    m_listedPath = saved->path;
+    m_listedLayout = saved->after.Cells();
+    m_pPanel->SetList(std::make_shared<CStoredAsShown>(*saved, ChangeSubject{saved->path, m_toldFormat}),
                       tr("Stored as shown by the last save"), {});
     m_pPanel->SetSummary(tr("%1 stored as shown").arg(saved->UneditedCount()));
     m_pPanel->SetFile(saved->path);
+}
+
+void CSaveCommands::Show(OtherList list)
+{
+    m_listed = Listed::Other;
+    m_listedPath = std::move(list.path);
+    m_listedLayout = std::move(list.layout);
+    m_pPanel->SetList(std::move(list.changes), list.title, ChangeAction::TakeOver);
+    m_pPanel->SetSummary(list.summary);
+    m_pPanel->SetFile(m_listedPath);
+    OpenPanel();
 }
 
 /// Whether the lines of the panel are about cells of the table that is shown.
 bool CSaveCommands::IsListOfTable() const
 {
     const CRecipeDocument& document = m_frame.Document();
-    return m_isPlanListed ||
-           (m_pTold && m_pTold->path == document.Path() && m_pTold->after.Cells().IsLaidOutLike(document.Rows()));
+    return m_listed == Listed::Plan ||
+           (m_listedPath == document.Path() && m_listedLayout.IsLaidOutLike(document.Rows()));
 }
 
 void CSaveCommands::PutBack()

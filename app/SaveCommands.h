@@ -40,11 +40,26 @@ public:
     /// told again: the user may have dismissed it.
     void TellStoredAsShown();
 
+    /// A list of changes for the panel, which is none of a save.
+    struct OtherList {
+        std::shared_ptr<const CChangeList> changes;
+        QString title;
+        QString summary;
+        std::filesystem::path path; ///< of the file that it is about
+        CRecipeRows layout;         ///< of its cells
+    };
+
+    /// Lists it and opens the panel. Its cells are gone to, and taken over, while the table shows that file in that
+    /// layout.
+    void Show(OtherList list);
+
     /// What the window shows beside the panes.
     CChangesPanel& Panel() { return *m_pPanel; }
     QToolButton& Field() { return *m_pField; }
 
 private:
+    enum class Listed { Nothing, Plan, StoredAsShown, Other };
+
     void ConnectActions();
     void ConnectPanel();
     void CountOn();
@@ -69,8 +84,9 @@ private:
     QToolButton* m_pField;
     QTimer m_counting;
     bool m_wasPanelOpen = false;
-    bool m_isPlanListed = false;                 ///< the panel lists the plan
-    std::filesystem::path m_listedPath;          ///< of the file whose plan it lists
+    Listed m_listed = Listed::Nothing;           ///< what the panel lists
+    std::filesystem::path m_listedPath;          ///< of which file
+    CRecipeRows m_listedLayout;                  ///< of the cells, unless that is the plan
     std::u16string m_listedFormat;               ///< likewise, of its format
     std::uint64_t m_listedEdition = 0;           ///< likewise
     std::shared_ptr<const SavedChanges> m_pTold; ///< what the strip spoke of last

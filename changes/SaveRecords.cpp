@@ -24,24 +24,12 @@ ChangeRecord RecordOf(const ZeroWords& zeros, const std::filesystem::path& path)
     return record;
 }
 
-/// Where the cell stands, and why it changes.
-ChangeRecord PlaceRecord(const CRecipeRows& rows, FileType type, const PlannedChange& change)
-{
-    ChangeRecord record;
-    if (type != FileType::Csv)
-        record.address = AddressOfCell(rows, change.place);
-    record.row = change.place.row + kTitleRows;
-    record.column = static_cast<std::int32_t>(change.place.column) + kTitleColumns;
-    record.item = rows.Columns()[change.place.column].title;
-    record.why = change.why;
-    return record;
-}
-
 /// What a save changes at a cell.
 ChangeRecord RecordOf(const CRecipeRows& rows, const CStoredCells& stored, const PlannedChange& change,
                       CCellComparison& cells)
 {
-    ChangeRecord record = PlaceRecord(rows, stored.Type(), change);
+    ChangeRecord record = PlaceRecord(rows, stored.Type(), change.place);
+    record.why = change.why;
     record.oldText = cells.OldText(change.place);
     record.newText = rows.Text(change.place.row, change.place.column);
     std::u16string reads = cells.ReadAgain(change.place);
@@ -56,18 +44,25 @@ ChangeRecord RecordOf(const CRecipeRows& rows, const CStoredCells& stored, const
     return record;
 }
 
-ChangeHeader HeaderOf(const SaveSubject& subject, const CRecipeRows& rows, FileType type)
-{
-    ChangeHeader header;
-    header.file = subject.path.filename().u16string();
-    header.type = type;
-    header.tables.push_back({subject.format, rows.RowAddress(0), rows.RowCount()});
-    return header;
-}
-
 std::int64_t Signed(std::uint64_t bytes)
 {
     return static_cast<std::int64_t>(bytes);
+}
+
+std::vector<PlannedChange> UneditedOf(const SavedChanges& saved)
+{
+    std::vector<PlannedChange> changes;
+    std::copy_if(saved.changes.begin(), saved.changes.end(), std::back_inserter(changes),
+                 [](const PlannedChange& change) { return change.why != ChangeReason::Edited; });
+    return changes;
+}
+
+std::vector<CellPlace> PlacesOf(const std::vector<PlannedChange>& changes)
+{
+    std::vector<CellPlace> places;
+    std::transform(changes.begin(), changes.end(), std::back_inserter(places),
+                   [](const PlannedChange& change) { return change.place; });
+    return places;
 }
 
 } // namespace
@@ -150,7 +145,7 @@ ChangeHeader CPlannedChanges::Header() const
     return header;
 }
 
-CEditedChanges::CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, SaveSubject subject)
+CEditedChanges::CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, ChangeSubject subject)
     : m_rows(rows),
       m_stored(stored),
       m_subject(std::move(subject)),
@@ -198,36 +193,15 @@ ChangeHeader CEditedChanges::Header() const
     return header;
 }
 
-CStoredAsShown::CStoredAsShown(std::shared_ptr<const SavedChanges> saved, SaveSubject subject)
-    : m_saved(std::move(saved)),
-      m_subject(std::move(subject)),
-      m_before(m_saved->after.Cells(), m_saved->before, false),
-      m_after(m_saved->after.Cells(), m_saved->after, false)
+CStoredAsShown::CStoredAsShown(const SavedChanges& saved, ChangeSubject subject)
+    : m_changes(UneditedOf(saved)),
+      m_differences(saved.before, saved.after, PlacesOf(m_changes), std::move(subject))
 {
-    std::copy_if(m_saved->changes.begin(), m_saved->changes.end(), std::back_inserter(m_changes),
-                 [](const PlannedChange& change) { return change.why != ChangeReason::Edited; });
 }
 
 ChangeRecord CStoredAsShown::At(std::size_t index) const
 {
-    const PlannedChange& change = m_changes[index];
-    const CRecipeRows& cells = m_saved->after.Cells();
-    ChangeRecord record = PlaceRecord(cells, m_saved->after.Type(), change);
-    record.oldText = m_before.OldText(change.place);
-    record.newText = m_after.OldText(change.place);
-    if (m_saved->after.Type() == FileType::Csv)
-        return record;
-    const auto old = m_before.OldWords(change.place);
-    record.oldWords.assign(old.begin(), old.end());
-    const auto fresh = m_after.OldWords(change.place);
-    record.newWords.assign(fresh.begin(), fresh.end());
+    ChangeRecord record = m_differences.At(index);
+    record.why = m_changes[index].why;
     return record;
-}
-
-ChangeHeader CStoredAsShown::Header() const
-{
-    ChangeHeader header = HeaderOf(m_subject, m_saved->after.Cells(), m_saved->after.Type());
-    header.bytes = Signed(m_saved->before.FileBytes());
-    header.newBytes = Signed(m_saved->after.FileBytes());
-    return header;
 }

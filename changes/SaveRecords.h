@@ -1,5 +1,6 @@
 #pragma once
 
+#include "changes/CellDifferences.h"
 #include "changes/ChangeList.h"
 #include "files/CellComparison.h"
 #include "files/EditedSave.h"
@@ -8,7 +9,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,16 +16,10 @@
 
 // What saves change, as lists of changes.
 
-/// Of which file and table the changes of a save are told.
-struct SaveSubject {
-    std::filesystem::path path;
-    std::u16string format;
-};
-
 /// What a save of all cells will change: a view of a plan, which outlives it. Empty while nothing is planned.
 class CPlannedChanges final : public CChangeList {
 public:
-    CPlannedChanges(const CSavePlan& plan, SaveSubject subject) : m_plan(plan), m_subject(std::move(subject)) {}
+    CPlannedChanges(const CSavePlan& plan, ChangeSubject subject) : m_plan(plan), m_subject(std::move(subject)) {}
 
     std::size_t Count() const override;
     ChangeRecord At(std::size_t index) const override;
@@ -40,14 +34,14 @@ private:
     ChangeRecord DroppedRecord(std::size_t index) const;
 
     const CSavePlan& m_plan;
-    SaveSubject m_subject;
+    ChangeSubject m_subject;
 };
 
 /// What a save of the edited cells alone will change in the file that holds `stored`. `rows` and `stored` outlive the
 /// list and stay as they are. The header of a table of texts has no size after a save that would be refused.
 class CEditedChanges final : public CChangeList {
 public:
-    CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, SaveSubject subject);
+    CEditedChanges(const CRecipeRows& rows, const CStoredCells& stored, ChangeSubject subject);
 
     std::size_t Count() const override { return m_changes.size() + m_zeros.size(); }
     ChangeRecord At(std::size_t index) const override;
@@ -60,7 +54,7 @@ private:
 
     const CRecipeRows& m_rows;
     const CStoredCells& m_stored;
-    SaveSubject m_subject;
+    ChangeSubject m_subject;
     mutable CCellComparison m_cells;
     std::vector<PlannedChange> m_changes;
     std::vector<ZeroWords> m_zeros;
@@ -70,18 +64,15 @@ private:
 /// What a save of all cells changed although nobody had edited it.
 class CStoredAsShown final : public CChangeList {
 public:
-    CStoredAsShown(std::shared_ptr<const SavedChanges> saved, SaveSubject subject);
+    CStoredAsShown(const SavedChanges& saved, ChangeSubject subject);
 
     std::size_t Count() const override { return m_changes.size(); }
     ChangeRecord At(std::size_t index) const override;
-    ChangeHeader Header() const override;
+    ChangeHeader Header() const override { return m_differences.Header(); }
     bool IsComplete() const override { return true; }
     std::optional<CellPlace> PlaceOf(std::size_t index) const override { return m_changes[index].place; }
 
 private:
-    std::shared_ptr<const SavedChanges> m_saved;
-    SaveSubject m_subject;
-    mutable CCellComparison m_before;
-    mutable CCellComparison m_after;
     std::vector<PlannedChange> m_changes;
+    CCellDifferences m_differences;
 };

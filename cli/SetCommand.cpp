@@ -87,7 +87,7 @@ bool SaveAllCells(CRecipeDocument& document, CReporter& reporter)
     return true;
 }
 
-SaveSubject SubjectOf(const CRecipeDocument& document)
+ChangeSubject SubjectOf(const CRecipeDocument& document)
 {
     return {document.Path(), std::u16string(TextOf(document.Format().name))};
 }

@@ -58,6 +58,10 @@ std::u16string_view KindName(EditKind kind)
         return u"Keep stored";
     case EditKind::StoreExactly:
         return u"Store exactly";
+    case EditKind::TakeOver:
+        return u"Take over";
+    case EditKind::PutBack:
+        return u"Put back";
     case EditKind::Reading:
         return u"Reading again";
     case EditKind::AddItem:

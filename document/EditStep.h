@@ -22,6 +22,8 @@ enum class EditKind {
     BitBrowser,
     KeepStored,
     StoreExactly,
+    TakeOver,
+    PutBack, ///< of edits that were not saved
     Reading,
     AddItem,
     ModifyItem,

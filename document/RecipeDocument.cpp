@@ -15,14 +15,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsWithin(const CRecipeRows& rows, CellPlace place)
-{
-    return place.row >= 0 && place.row < rows.RowCount() && place.column < rows.Columns().size();
-}
-
 std::vector<CellEdit> EditsOf(const CRecipeRows& rows, std::vector<TextForCell> texts)
 {
-    std::erase_if(texts, [&rows](const TextForCell& text) { return !IsWithin(rows, text.place); });
+    std::erase_if(texts, [&rows](const TextForCell& text) { return !rows.HasCell(text.place); });
     const auto isBefore = [](const TextForCell& a, const TextForCell& b) { return a.place < b.place; };
     if (!std::is_sorted(texts.begin(), texts.end(), isBefore))
         std::stable_sort(texts.begin(), texts.end(), isBefore);

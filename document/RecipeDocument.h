@@ -255,6 +255,10 @@ public:
     /// Gives those of the cells whose typed numbers would be stored as others the words that store them exactly.
     EditOutcome StoreExactly(std::span<const CellPlace> places);
 
+    /// Gives cells the words or texts that another file, or another state of this one, holds for them. Places outside
+    /// the rows, and words that are not as many as the cell has, or for rows that take none, are left out.
+    EditOutcome TakeOver(std::vector<CellEdit> edits);
+
     /// Takes note of a change of the library's formats that was made.
     EditOutcome NoteFormatChange(EditKind kind, FormatChange change);
 
@@ -293,6 +297,7 @@ private:
     bool CanPlan() const;
     void ForgetPlan();
     std::optional<std::u16string> ExactWordsOf(CellPlace place) const;
+    bool MayHaveState(const CellEdit& edit) const;
     void NoteSaved();
     void FollowEdit(const CellsStep& step) noexcept;
     CStoredCells ReadStored(const CRecipeRows& layout) const

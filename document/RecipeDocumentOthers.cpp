@@ -50,17 +50,23 @@ SaveResult CRecipeDocument::Guarded(const fs::path& path, Written written, Forei
     return result;
 }
 
-/// Of what another program changed, that over which is written; null for nothing.
+/// Of what another program changed, that which is written over by other words; null for nothing.
 std::shared_ptr<const ForeignChanges> CRecipeDocument::Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
                                                                    Written written) const
 {
     if (!changes || written == Written::OwnWords)
         return nullptr;
-    if (written == Written::AllCells)
-        return changes;
-    auto edited = std::make_shared<ForeignChanges>(*changes);
-    std::erase_if(edited->places, [this](CellPlace place) { return !m_shown.rows.IsEdited(place.row, place.column); });
-    return edited->places.empty() ? nullptr : edited;
+    std::shared_ptr<const ForeignChanges> overwritten = changes;
+    WithMemoryFor([&] {
+        CCellComparison cells(m_shown.rows, changes->after, false);
+        auto others = std::make_shared<ForeignChanges>(*changes);
+        std::erase_if(others->places, [&](CellPlace place) {
+            const bool isWritten = written == Written::AllCells || m_shown.rows.IsEdited(place.row, place.column);
+            return !isWritten || !cells.Compare(place);
+        });
+        overwritten = others->places.empty() ? nullptr : std::move(others);
+    });
+    return overwritten;
 }
 
 /// Without memory for it nobody can tell.

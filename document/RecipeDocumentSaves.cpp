@@ -270,6 +270,20 @@ EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
     return outcome == EditOutcome::Made ? SetStates(EditKind::StoreExactly, std::move(edits)) : outcome;
 }
 
+EditOutcome CRecipeDocument::TakeOver(std::vector<CellEdit> edits)
+{
+    std::erase_if(edits, [this](const CellEdit& edit) { return !MayHaveState(edit); });
+    return SetStates(EditKind::TakeOver, std::move(edits));
+}
+
+bool CRecipeDocument::MayHaveState(const CellEdit& edit) const
+{
+    if (!m_shown.rows.HasCell(edit.place))
+        return false;
+    return !edit.other.IsExact() ||
+           (HasExactWords() && 2 * edit.other.Words().size() == BytesOfCell(m_shown.rows, edit.place));
+}
+
 SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     if (!MaySaveAs(type, path, reporter))

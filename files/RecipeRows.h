@@ -70,6 +70,8 @@ public:
     /// The cells are the fields of `fields`, "0" where it has none.
     void ShowFields(CFieldTable fields);
 
+    bool HasCell(CellPlace place) const { return Holds(place.row, place.column); }
+
     /// The text of a cell; empty outside the rows.
     std::u16string Text(std::int32_t row, std::size_t column) const;
 

@@ -47,6 +47,8 @@ CChangesPanel::CChangesPanel(CReporter& reporter, QWidget* parent)
                          &CChangesPanel::CopyChosen)),
       m_pKeep(MakeAction(QStringLiteral("actionKeepStored"), tr("&Keep stored"), {Qt::CTRL | Qt::Key_K},
                          &CChangesPanel::KeepChosen)),
+      m_pTake(MakeAction(QStringLiteral("actionTakeOver"), tr("&Take over"), {Qt::CTRL | Qt::Key_T},
+                         &CChangesPanel::TakeChosen)),
       m_pPatch(MakeAction(QStringLiteral("actionSaveAsPatch"), tr("Save as &patch…"), {}, &CChangesPanel::SaveAsPatch))
 {
     setObjectName(QStringLiteral("changesPanel"));
@@ -58,6 +60,7 @@ CChangesPanel::CChangesPanel(CReporter& reporter, QWidget* parent)
     m_pSummary->setWordWrap(true);
     m_pSummary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long text makes no wide window
     m_pKeep->setToolTip(tr("Have the next save leave the words of these cells as the file holds them"));
+    m_pTake->setToolTip(tr("Give these cells of the table the new values of the list"));
     m_pPatch->setToolTip(tr("Save all changes of the list, whatever the filter shows, as a file of JSON Lines"));
     SetUpTable();
 
@@ -105,6 +108,8 @@ QWidget* CChangesPanel::MakeFilterRow()
     m_pCount->setTextFormat(Qt::PlainText);
     m_pKeepButton = MakeButton(*m_pKeep, tr("&Keep stored"));
     m_pKeepButton->setObjectName(QStringLiteral("buttonKeepStored"));
+    m_pTakeButton = MakeButton(*m_pTake, tr("&Take over"));
+    m_pTakeButton->setObjectName(QStringLiteral("buttonTakeOver"));
     auto* patch = MakeButton(*m_pPatch, tr("Save as &patch…"));
     patch->setObjectName(QStringLiteral("buttonSaveAsPatch"));
 
@@ -114,6 +119,7 @@ QWidget* CChangesPanel::MakeFilterRow()
     layout->addWidget(m_pFilter, 1);
     layout->addWidget(m_pCount, 1); // the field does not move as the count grows
     layout->addWidget(m_pKeepButton);
+    layout->addWidget(m_pTakeButton);
     layout->addWidget(patch);
     return row;
 }
@@ -181,6 +187,7 @@ void CChangesPanel::SetList(std::shared_ptr<const CChangeList> list, const QStri
     m_pModel->SetList(std::move(list));
     m_pTable->setColumnHidden(static_cast<int>(ChangeColumn::Address), !hasAddresses);
     m_pKeepButton->setVisible(m_actions.testFlag(ChangeAction::KeepStored));
+    m_pTakeButton->setVisible(m_actions.testFlag(ChangeAction::TakeOver));
     OnChosen();
 }
 
@@ -256,7 +263,8 @@ void CChangesPanel::UpdateActions()
     m_pNext->setEnabled(hasRows);
     m_pPrevious->setEnabled(hasRows);
     m_pCopy->setEnabled(m_pTable->selectionModel()->hasSelection());
-    m_pKeep->setEnabled(CanKeepChosen());
+    m_pKeep->setEnabled(IsForAChosen(ChangeAction::KeepStored));
+    m_pTake->setEnabled(IsForAChosen(ChangeAction::TakeOver));
     m_pPatch->setEnabled(list != nullptr && list->IsComplete() && list->Count() > 0);
 }
 
@@ -298,6 +306,8 @@ void CChangesPanel::OnContextMenu(const QPoint& position)
     menu->addSeparator();
     if (m_actions.testFlag(ChangeAction::KeepStored))
         menu->addAction(m_pKeep);
+    if (m_actions.testFlag(ChangeAction::TakeOver))
+        menu->addAction(m_pTake);
     menu->addActions({m_pCopy, m_pPatch});
     menu->popup(m_pTable->viewport()->mapToGlobal(position));
 }
@@ -305,7 +315,7 @@ void CChangesPanel::OnContextMenu(const QPoint& position)
 QAction* CChangesPanel::ActionOf(const QKeyEvent& event) const
 {
     const QKeyCombination key(event.modifiers() & ~Qt::KeypadModifier, static_cast<Qt::Key>(event.key()));
-    for (QAction* action : {m_pGo, m_pNext, m_pPrevious, m_pCopy, m_pKeep, m_pPatch})
+    for (QAction* action : {m_pGo, m_pNext, m_pPrevious, m_pCopy, m_pKeep, m_pTake, m_pPatch})
         if (action->shortcuts().contains(QKeySequence(key)))
             return action;
     return nullptr;

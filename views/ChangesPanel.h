@@ -22,6 +22,7 @@ class QTableView;
 /// What the lines of a list offer.
 enum class ChangeAction : unsigned {
     KeepStored = 1, ///< keep the words that the file holds
+    TakeOver = 2,   ///< give the cells of the table the new values
 };
 Q_DECLARE_FLAGS(ChangeActions, ChangeAction)
 
@@ -59,6 +60,7 @@ signals:
     void GoToCell(CellPlace place);                       ///< and give the focus to it
     void ShowCell(CellPlace place);                       ///< bring it into sight; the focus stays in the panel
     void KeepStored(const std::vector<CellPlace>& cells); ///< in the order of the lines
+    void TakeOver(const std::vector<CellEdit>& cells);    ///< likewise: new words, or texts where there are no words
     void Left();                                          ///< the focus is to go back to the table: also at closing
 
 protected:
@@ -91,10 +93,12 @@ private:
     void GoToPrevious() { Step(-1); }
     void CopyChosen();
     void KeepChosen();
+    void TakeChosen();
     void SaveAsPatch();
 
     bool CanKeep(int row) const;
-    bool CanKeepChosen() const;
+    bool CanTake(int row) const;
+    bool IsForAChosen(ChangeAction action) const;
     bool ForEachChosen(const QString& label, const std::function<void(int row)>& work);
     QString LineText(int row) const;
     QString AskPatchPath();
@@ -111,8 +115,10 @@ private:
     QAction* m_pPrevious;
     QAction* m_pCopy;
     QAction* m_pKeep;
+    QAction* m_pTake;
     QAction* m_pPatch;
     QPushButton* m_pKeepButton = nullptr;
+    QPushButton* m_pTakeButton = nullptr;
     CChosenChanges m_chosen;
     QString m_strSummary;
     std::filesystem::path m_file;

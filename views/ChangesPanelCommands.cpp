@@ -3,6 +3,7 @@
 #include "changes/ChangeFile.h"
 #include "controls/FileDialog.h"
 #include "disk/File.h"
+#include "files/StoredCells.h"
 #include "text/FileMessages.h"
 #include "views/ChangesModel.h"
 #include "views/ChangesPanel.h"
@@ -20,7 +21,7 @@
 namespace {
 
 constexpr std::chrono::seconds kPatience(1);
-constexpr int kLooked = 256;       // chosen lines, to tell whether one of them can be kept
+constexpr int kLooked = 256;       // chosen lines, to tell whether a command is for one of them
 constexpr int kLinesAtOnce = 1024; // between two looks at the progress
 constexpr std::size_t kWhole = std::numeric_limits<std::size_t>::max() / 2;
 
@@ -97,15 +98,24 @@ bool CChangesPanel::CanKeep(int row) const
     return !change.oldWords.empty() && change.why != ChangeReason::Edited;
 }
 
-/// Looks at some of the chosen lines only; of more, one may be kept.
-bool CChangesPanel::CanKeepChosen() const
+/// Whether the line says what its cell is to hold.
+bool CChangesPanel::CanTake(int row) const
 {
-    if (!m_actions.testFlag(ChangeAction::KeepStored))
+    if (!m_pModel->PlaceIn(row))
+        return false;
+    const ChangeRecord change = m_pModel->ChangeIn(row);
+    return change.newWords.empty() ? change.newText.has_value() : change.newWords.size() % 2 == 0;
+}
+
+/// Looks at some of the chosen lines only; it may be for one of more.
+bool CChangesPanel::IsForAChosen(ChangeAction action) const
+{
+    if (!m_actions.testFlag(action))
         return false;
     int looked = 0;
     for (const RowStretch& stretch : ChosenRows(*m_pTable->selectionModel()))
         for (int row = stretch.first; row <= stretch.last; ++row)
-            if (++looked > kLooked || CanKeep(row))
+            if (++looked > kLooked || (action == ChangeAction::KeepStored ? CanKeep(row) : CanTake(row)))
                 return true;
     return false;
 }
@@ -119,6 +129,21 @@ void CChangesPanel::KeepChosen()
     };
     if (ForEachChosen(tr("Looking at the changes"), take) && !cells.empty())
         emit KeepStored(cells);
+}
+
+void CChangesPanel::TakeChosen()
+{
+    std::vector<CellEdit> cells;
+    const auto take = [&](int row) {
+        if (!CanTake(row))
+            return;
+        const ChangeRecord change = m_pModel->ChangeIn(row);
+        cells.push_back({*m_pModel->PlaceIn(row), change.newWords.empty()
+                                                      ? CCellState::OfText(*change.newText)
+                                                      : CCellState::OfWords(WordsOf(change.newWords))});
+    };
+    if (ForEachChosen(tr("Looking at the changes"), take) && !cells.empty())
+        emit TakeOver(cells);
 }
 
 void CChangesPanel::SaveAsPatch()

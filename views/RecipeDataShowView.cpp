@@ -179,10 +179,10 @@ void CRecipeDataShowView::WriteTitles()
         write(column++, ToQString(coding.title));
 }
 
-SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path)
+SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path, ForeignRule rule)
 {
     return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.Write(type, NativePath(path), m_frame.Reporter(), progress);
+        return document.Write(type, NativePath(path), m_frame.Reporter(), progress, rule);
     });
 }
 
@@ -193,10 +193,10 @@ SaveResult CRecipeDataShowView::WriteDataAs(FileType type, const QString& path)
     });
 }
 
-SaveResult CRecipeDataShowView::WriteEdited()
+SaveResult CRecipeDataShowView::WriteEdited(ForeignRule rule)
 {
-    return WriteBy([this](CRecipeDocument& document, CProgress& progress) {
-        return document.WriteEdited(m_frame.Reporter(), progress);
+    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
+        return document.WriteEdited(m_frame.Reporter(), progress, rule);
     });
 }
 
@@ -359,6 +359,12 @@ void CRecipeDataShowView::StoreExactly(const std::vector<CellPlace>& places)
 {
     if (EndCellEdit())
         ShowStates(m_frame.Document().StoreExactly(places));
+}
+
+void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
+{
+    if (EndCellEdit())
+        ShowStates(m_frame.Document().TakeOver(edits));
 }
 
 void CRecipeDataShowView::ShowStates(EditOutcome outcome)

@@ -30,14 +30,15 @@ public:
     /// with an empty grid when the format in use has no words or breaks a limit (then reported).
     int ShowData(FileType type);
 
-    /// Has the document write its rows to the file `path` as `type`; a failure was reported then.
-    SaveResult WriteData(FileType type, const QString& path);
+    /// Has the document write its rows to the file `path` as `type`; a failure was reported then. `rule` says what a
+    /// save does where another program changed what it would write over.
+    SaveResult WriteData(FileType type, const QString& path, ForeignRule rule);
 
     /// As WriteData, under the new name `path`, which is the document's then.
     SaveResult WriteDataAs(FileType type, const QString& path);
 
     /// Has the document write its edited cells alone; a failure was reported then.
-    SaveResult WriteEdited();
+    SaveResult WriteEdited(ForeignRule rule);
 
     /// Has the document write a copy to the file `path` as `type`; a failure was reported then.
     SaveResult WriteCopy(FileType type, const QString& path);
@@ -66,13 +67,16 @@ public:
     /// The data cells that are chosen, in ascending order, at most so many.
     std::vector<CellPlace> ChosenPlaces(std::size_t most) const;
 
-    // Both end an edit that is open first; a refused text, which was reported then, stops the command.
+    // These end an edit that is open first; a refused text, which was reported then, stops the command.
 
     /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
     void KeepStored(const std::vector<CellPlace>& places);
 
     /// Has the typed numbers of those cells stored exactly which would be stored as others: one edit.
     void StoreExactly(const std::vector<CellPlace>& places);
+
+    /// Gives cells other states than they have (CRecipeDocument::TakeOver): one edit.
+    void TakeOver(const std::vector<CellEdit>& edits);
 
     /// Ends a cell's edit that is open. False when its text was refused; that was reported then.
     bool EndCellEdit();

@@ -20,15 +20,15 @@ public:
     /// Has the document read its file, as `type`, and the data pane show the rows.
     virtual void ShowRecipeData(FileType type) = 0;
 
-    /// Has the rows written to the file `path`, as `type`. False when that failed; it was reported then. The current
-    /// file and its type stay as they are.
-    virtual bool RefreshRecipeData(FileType type, const QString& path) = 0;
+    /// Has the rows written to the file `path`, as `type`. Not saved when that failed, which was reported then, or when
+    /// the save was held back by `rule`. The current file and its type stay as they are.
+    virtual SaveResult RefreshRecipeData(FileType type, const QString& path, ForeignRule rule) = 0;
 
     /// As RefreshRecipeData, under the new name `path`, which is the current file's then.
     virtual bool SaveRecipeDataAs(FileType type, const QString& path) = 0;
 
-    /// Has the edited cells written into the current file, and no other byte. False as for RefreshRecipeData.
-    virtual bool SaveEditedRecipeData() = 0;
+    /// Has the edited cells written into the current file, and no other byte. Not saved as by RefreshRecipeData.
+    virtual SaveResult SaveEditedRecipeData(ForeignRule rule) = 0;
 
     /// Has the file written as a save would leave it, to `path` as `type`; what is open stays as it is. False as for
     /// RefreshRecipeData.

@@ -7,4 +7,6 @@ enum class StripSubject {
     StoredAsShown,   ///< a save stored values that nobody had edited
     LibraryNotKept,  ///< the format library is damaged, or changes to it are not kept
     NotWritten,      ///< a save wrote nothing
+    Unsaved,         ///< edits that were not saved were found
+    ChangedByOthers, ///< another program changed the open file
 };

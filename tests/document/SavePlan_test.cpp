@@ -18,7 +18,7 @@ void FinishPlan(CRecipeDocument& document)
     EXPECT_TRUE(document.Plan().IsFinished());
 }
 
-SaveSubject SubjectOf(const CRecipeDocument& document)
+ChangeSubject SubjectOf(const CRecipeDocument& document)
 {
     return {document.Path(), std::u16string(TextOf(document.Format().name))};
 }

@@ -22,7 +22,10 @@ struct DataPane : testing::Test {
         frame.document.StartOpen(folder / name, FileTypeOf(name));
     }
 
-    SaveResult Save(FileType type) { return view.WriteData(type, ToQPath(frame.Document().Path())); }
+    SaveResult Save(FileType type)
+    {
+        return view.WriteData(type, ToQPath(frame.Document().Path()), ForeignRule::Overwrite);
+    }
 
     QString Cell(int row, int column) { return view.Grid().GetItemText(row, column); }
 

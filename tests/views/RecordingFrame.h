@@ -14,20 +14,20 @@ public:
     CRecipeDocument& Document() override { return document; }
     const CRecipeDocument& Document() const override { return document; }
     void ShowRecipeData(FileType type) override { calls.push_back("show " + std::to_string(static_cast<int>(type))); }
-    bool RefreshRecipeData(FileType type, const QString& path) override
+    SaveResult RefreshRecipeData(FileType type, const QString& path, ForeignRule) override
     {
         calls.push_back("refresh " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
-        return true;
+        return {.isSaved = true};
     }
     bool SaveRecipeDataAs(FileType type, const QString& path) override
     {
         calls.push_back("save as " + std::to_string(static_cast<int>(type)) + ' ' + path.toStdString());
         return true;
     }
-    bool SaveEditedRecipeData() override
+    SaveResult SaveEditedRecipeData(ForeignRule) override
     {
         calls.emplace_back("save edited");
-        return true;
+        return {.isSaved = true};
     }
     bool SaveRecipeDataCopy(FileType type, const QString& path) override
     {

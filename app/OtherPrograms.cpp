@@ -1,0 +1,144 @@
+#include "app/OtherPrograms.h"
+
+#include "app/FileCommands.h"
+#include "changes/CellDifferences.h"
+#include "files/StoredDifferences.h"
+#include "views/RecipeFrame.h"
+#include "views/TextCrossing.h"
+
+#include <QEvent>
+#include <QWidget>
+
+namespace {
+
+QString NameOf(const std::filesystem::path& path)
+{
+    return ToQPath(path.filename());
+}
+
+QString Differing(std::size_t count)
+{
+    return count == 1 ? COtherPrograms::tr("1 value shown differs")
+                      : COtherPrograms::tr("%1 values shown differ").arg(count);
+}
+
+bool IsSame(const FileLook& one, const FileLook& other)
+{
+    if (one.state != other.state || one.state != FileLook::State::Changed)
+        return one.state == other.state;
+    return one.changes->path == other.changes->path && one.changes->places == other.changes->places &&
+           one.changes->after.Cells().IsLaidOutLike(other.changes->after.Cells()) &&
+           DifferencesOf(one.changes->after, other.changes->after).empty();
+}
+
+} // namespace
+
+COtherPrograms::COtherPrograms(CRecipeFrame& frame, CFileCommands& fileCommands, CSaveCommands& saveCommands,
+                               QWidget& window)
+    : m_frame(frame),
+      m_fileCommands(fileCommands),
+      m_saveCommands(saveCommands)
+{
+    window.installEventFilter(this);
+    connect(&m_watch, &CFileWatch::Prompted, this, &COtherPrograms::Look);
+}
+
+void COtherPrograms::Follow()
+{
+    const CRecipeDocument& document = m_frame.Document();
+    m_watch.Watch(document.IsOpen() && !document.IsNew() ? ToQPath(document.Path()) : QString());
+    if (m_told.state == FileLook::State::Changed && m_told.changes->path != document.Path())
+        WithdrawChanges();
+}
+
+bool COtherPrograms::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        Look();
+    return QObject::eventFilter(watched, event);
+}
+
+void COtherPrograms::Look()
+{
+    const FileLook look = m_frame.Document().Look();
+    if (IsSame(look, m_told))
+        return; // the user may have dismissed it
+    Tell(look);
+}
+
+void COtherPrograms::Tell(const FileLook& look)
+{
+    const QString name = NameOf(m_frame.Document().Path());
+    m_told = look;
+    switch (look.state) {
+    case FileLook::State::AsKnown:
+        Withdraw();
+        break;
+    case FileLook::State::Changed:
+        TellChanged(look.changes);
+        break;
+    case FileLook::State::Gone:
+        TellMissing(tr("%1 was removed by another program. Its values are only in this window.").arg(name));
+        break;
+    case FileLook::State::NoFile:
+        TellMissing(tr("%1 is no file any more. Its values are only in this window.").arg(name));
+        break;
+    }
+}
+
+/// "oven.rcp was changed by another program: 3 values shown differ."
+void COtherPrograms::TellChanged(const std::shared_ptr<const ForeignChanges>& changes)
+{
+    StripMessage message{
+        tr("%1 was changed by another program: %2.").arg(NameOf(changes->path), Differing(changes->places.size())), {}};
+    message.buttons << StripButton{tr("Show"), [this, changes] { List(*changes); }}
+                    << StripButton{tr("Read again"), [this] { m_fileCommands.OnDiscardChanges(); }}
+                    << StripButton{tr("Keep mine"), [this, changes] {
+                                       m_frame.Document().KeepShown(*changes);
+                                       Withdraw();
+                                       m_frame.UpdateCommands();
+                                   }};
+    m_frame.ShowStrip(StripSubject::ChangedByOthers, message);
+}
+
+void COtherPrograms::TellMissing(const QString& text)
+{
+    m_frame.ShowStrip(StripSubject::ChangedByOthers,
+                      {text, {{tr("Save as..."), [this] { m_fileCommands.OnFileSaveAs(); }}}});
+}
+
+void COtherPrograms::WithdrawChanges()
+{
+    if (m_told.state != FileLook::State::AsKnown)
+        Withdraw();
+}
+
+void COtherPrograms::Withdraw()
+{
+    m_told = {};
+    m_frame.WithdrawStrip(StripSubject::ChangedByOthers);
+}
+
+void COtherPrograms::List(const ForeignChanges& changes)
+{
+    const std::u16string format(TextOf(m_frame.Document().Format().name));
+    m_saveCommands.Show({std::make_shared<CCellDifferences>(changes.before, changes.after, changes.places,
+                                                            ChangeSubject{changes.path, format}),
+                         tr("Changed by another program"), Differing(changes.places.size()), changes.path,
+                         changes.after.Cells()});
+}
+
+void COtherPrograms::TellOverwritten()
+{
+    const auto overwritten = m_frame.Document().LastSave().overwritten;
+    Withdraw();
+    if (!overwritten)
+        return;
+    const QString name = NameOf(overwritten->path);
+    const std::size_t count = overwritten->places.size();
+    const QString text =
+        count == 1 ? tr("%1: 1 value that another program had written was overwritten.").arg(name)
+                   : tr("%1: %2 values that another program had written were overwritten.").arg(name).arg(count);
+    m_frame.ShowStrip(StripSubject::ChangedByOthers,
+                      {text, {{tr("Show"), [this, overwritten] { List(*overwritten); }}}});
+}
