@@ -48,15 +48,20 @@ public:
 private:
     CJournal() = default;
 
-    bool Write(std::string_view json);
+    void BeginLine();
+    bool WriteCells();
+    bool WriteLine();
     bool WriteWaiting();
 
     CFile m_file; ///< closed once the journal has ended
     std::filesystem::path m_path;
+    bool m_isOfWords = false;
+    std::uint64_t m_headerSize = 0;
     std::uint64_t m_size = 0;
-    std::uint32_t m_crc = 0; ///< of all lines so far
-    std::string m_line;      ///< room for a line
-    std::string m_waiting;   ///< cells of commands that could not be written
+    std::uint32_t m_checksum = 0; ///< of the last line
+    std::string m_line;           ///< the one that is made, or room for it
+    std::size_t m_cellsBegin = 0; ///< within it
+    std::string m_waiting;        ///< cells of commands that could not be written
     bool m_isFlushed = false;
     bool m_hasName = false; ///< the folder knows the file for good
     std::error_code m_lastError;

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
+#include <utility>
 #include <vector>
 
 // The journals of unsaved edits (Journal.h) in the user's data folder: those of windows that are open, those that were
@@ -45,7 +45,7 @@ public:
 
 private:
     friend class CUnsavedStore;
-    CClaimedWork(CFile file, std::filesystem::path path, UnsavedWork work);
+    CClaimedWork(CFile file, std::filesystem::path path, std::string id, UnsavedWork work);
 
     CFile m_file;
     std::filesystem::path m_path;
@@ -83,7 +83,8 @@ public:
     /// A journal that no program has open goes for good.
     Result Remove(std::string_view id, UtcTime now = UtcNow()) const;
 
-    /// Removes the journals that were dropped more than 30 days before `now`.
+    /// Removes the journals that were dropped more than 30 days before `now`, and what killed programs left of those
+    /// that they were about to begin.
     void RemoveOldDropped(UtcTime now) const;
 
 private:
