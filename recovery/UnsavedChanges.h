@@ -17,6 +17,8 @@ class CUnsavedChanges final : public CChangeList {
 public:
     /// `work` outlives the list and stays as it is.
     explicit CUnsavedChanges(const UnsavedWork& work);
+    CUnsavedChanges(const CUnsavedChanges&) = delete;
+    CUnsavedChanges& operator=(const CUnsavedChanges&) = delete;
 
     std::size_t Count() const override { return m_changed.size(); }
     ChangeRecord At(std::size_t index) const override;

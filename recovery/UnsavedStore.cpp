@@ -36,8 +36,11 @@ std::optional<UnsavedEntry> EntryOf(const JournalName& name, UtcTime now)
     auto journal = OpenJournal(name.path);
     if (!journal)
         return std::nullopt;
-    if (journal->holder == Holder::ThisFile)
-        journal->file.Open(name.path, CFile::Mode::Read); // held no longer than the question takes
+    if (journal->holder == Holder::ThisFile) { // held no longer than the question takes
+        journal->file.Open(name.path, CFile::Mode::Read);
+        if (!journal->file.IsAt(name.path))
+            return std::nullopt;
+    }
     JournalContent content = ReadJournal(journal->file);
     UnsavedEntry entry;
     entry.id = name.id;
