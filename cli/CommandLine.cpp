@@ -10,6 +10,7 @@
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
+#include "cli/UnsavedCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -38,6 +39,7 @@ struct Session {
     FormatsListOptions list;
     FormatsExportOptions exporting;
     FormatsImportOptions importing;
+    UnsavedOptions unsaved;
 };
 
 void AddFile(CLI::App& command, const std::string& name, std::string& file, const std::string& description)
@@ -140,6 +142,23 @@ void AddFormats(CLI::App& app, Session& session)
     importCommand->callback([&session] { session.done = ImportFormats(session.importing, session.reporter); });
 }
 
+void AddUnsaved(CLI::App& app, Session& session)
+{
+    CLI::App* unsaved = app.add_subcommand("unsaved", "List, show and drop the edits that windows did not save");
+    unsaved->require_subcommand(1);
+
+    CLI::App* list = unsaved->add_subcommand("list", "Print ID, time, number of edits, state and file of each journal");
+    list->callback([&session] { session.done = ListUnsaved(session.output, session.reporter); });
+
+    CLI::App* show = unsaved->add_subcommand("show", "Print the edits of a journal as JSON Lines");
+    AddText(*show, "ID", session.unsaved.id, "Which (default: the only one that was left behind)")->type_name("");
+    show->callback([&session] { session.done = ShowUnsaved(session.unsaved, session.output, session.reporter); });
+
+    CLI::App* drop = unsaved->add_subcommand("drop", "Give edits up; those that were dropped already go for good");
+    AddText(*drop, "ID", session.unsaved.id, "Which (default: all that were left behind)")->type_name("");
+    drop->callback([&session] { session.done = DropUnsaved(session.unsaved, session.reporter); });
+}
+
 bool Print(std::string_view text, Session& session)
 {
     session.output.Write(text);
@@ -157,6 +176,7 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddConvert(app, session);
     AddMerge(app, session);
     AddFormats(app, session);
+    AddUnsaved(app, session);
 
     try {
         app.parse(argc, argv);

@@ -113,6 +113,12 @@ std::vector<UnsavedEntry> CUnsavedStore::List(UtcTime now) const
     return entries;
 }
 
+bool CUnsavedStore::Has(std::string_view id) const
+{
+    const auto name = Find(m_dataFolder, id);
+    return name && OpenJournal(name->path);
+}
+
 std::optional<UnsavedWork> CUnsavedStore::Read(std::string_view id) const
 {
     const auto name = Find(m_dataFolder, id);

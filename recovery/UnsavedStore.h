@@ -69,6 +69,9 @@ public:
     /// All journals, oldest first, the dropped ones at the end. Writes nothing.
     std::vector<UnsavedEntry> List(UtcTime now = UtcNow()) const;
 
+    /// Whether there is a journal of that ID, in any state. Writes nothing.
+    bool Has(std::string_view id) const;
+
     /// The work of a journal in any state; nothing where it is missing or cannot be read. Writes nothing.
     std::optional<UnsavedWork> Read(std::string_view id) const;
 

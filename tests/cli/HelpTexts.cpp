@@ -16,7 +16,11 @@ std::vector<std::vector<std::string>> AllCommands()
             {"formats"},
             {"formats", "list"},
             {"formats", "export"},
-            {"formats", "import"}};
+            {"formats", "import"},
+            {"unsaved"},
+            {"unsaved", "list"},
+            {"unsaved", "show"},
+            {"unsaved", "drop"}};
 }
 
 std::string HelpOf(std::vector<std::string> command)
