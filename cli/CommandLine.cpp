@@ -11,6 +11,7 @@
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
 #include "cli/UnsavedCommand.h"
+#include "cli/VersionsCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -40,6 +41,7 @@ struct Session {
     FormatsExportOptions exporting;
     FormatsImportOptions importing;
     UnsavedOptions unsaved;
+    VersionsOptions versions;
 };
 
 void AddFile(CLI::App& command, const std::string& name, std::string& file, const std::string& description)
@@ -159,6 +161,41 @@ void AddUnsaved(CLI::App& app, Session& session)
     drop->callback([&session] { session.done = DropUnsaved(session.unsaved, session.reporter); });
 }
 
+CLI::App* AddVersionsCommand(CLI::App& versions, Session& session, const std::string& name,
+                             const std::string& description)
+{
+    CLI::App* command = versions.add_subcommand(name, description);
+    AddFile(*command, "FILE", session.versions.file, "File whose versions they are; it need not be there any more");
+    return command;
+}
+
+CLI::Option* AddTime(CLI::App& command, std::string& time, const std::string& description)
+{
+    return command.add_option("TIME", time, description)->type_name("");
+}
+
+void AddVersions(CLI::App& app, Session& session)
+{
+    VersionsOptions& options = session.versions;
+    CLI::App* versions = app.add_subcommand("versions", "List, print, restore and forget earlier versions of a file");
+    versions->require_subcommand(1);
+
+    CLI::App* list = AddVersionsCommand(*versions, session, "list", "Print a line a version, the newest first");
+    list->callback([&session] { session.done = ListVersions(session.versions, session.output, session.reporter); });
+
+    CLI::App* show = AddVersionsCommand(*versions, session, "show", "Write what the file held in a version");
+    AddTime(*show, options.time, "Time of the version as printed by list, or its beginning")->required();
+    AddText(*show, "-o,--output", options.output, "File to write (default: standard output)")->type_name("PATH");
+    show->callback([&session] { session.done = ShowVersion(session.versions, session.output, session.reporter); });
+
+    CLI::App* restore = AddVersionsCommand(*versions, session, "restore", "Put a version in the place of the file");
+    AddTime(*restore, options.time, "Time of the version as printed by list, or its beginning (default: the newest)");
+    restore->callback([&session] { session.done = RestoreFile(session.versions, session.reporter); });
+
+    CLI::App* forget = AddVersionsCommand(*versions, session, "forget", "Remove all versions of the file");
+    forget->callback([&session] { session.done = ForgetVersions(session.versions, session.reporter); });
+}
+
 bool Print(std::string_view text, Session& session)
 {
     session.output.Write(text);
@@ -177,6 +214,7 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddMerge(app, session);
     AddFormats(app, session);
     AddUnsaved(app, session);
+    AddVersions(app, session);
 
     try {
         app.parse(argc, argv);

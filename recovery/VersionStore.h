@@ -76,6 +76,7 @@ public:
     bool ForgetAll() const;
 
 private:
+    std::optional<VersionKept> WhyNotKept(const std::filesystem::path& file) const;
     std::filesystem::path FolderOf(const std::filesystem::path& file) const;
 
     std::filesystem::path m_dataFolder;

@@ -1,0 +1,124 @@
+#pragma once
+
+#include "changes/ChangeList.h"
+#include "disk/File.h"
+#include "files/FileType.h"
+#include "files/PagedReader.h"
+#include "files/WordRuns.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <span>
+#include <vector>
+
+/// The words of something as bytes, of a paged file by their logical addresses. What lies behind the end reads as
+/// zeros. Nothing here writes a file.
+class CWordBytes {
+public:
+    virtual ~CWordBytes() = default;
+
+    virtual std::uint64_t Count() const = 0;
+
+    /// Fills `bytes` from `offset`, which is even. False after a failure.
+    virtual bool Read(std::uint64_t offset, std::span<std::byte> bytes) = 0;
+};
+
+/// Those of a file, read in pieces that serve neighbours, too.
+class CFileWords final : public CWordBytes {
+public:
+    /// Of the file at `path`, of a type that has words.
+    CFileWords(FileType type, const std::filesystem::path& path);
+
+    bool IsOpen() const { return m_count.has_value(); }
+    std::uint64_t Count() const override { return m_count.value_or(0); }
+    bool Read(std::uint64_t offset, std::span<std::byte> bytes) override;
+
+private:
+    bool ReadFile(std::uint64_t offset, std::span<std::byte> bytes);
+
+    bool m_isPaged;
+    CFile m_file;
+    CPagedReader m_pages;
+    std::optional<std::uint64_t> m_count;
+    std::vector<std::byte> m_piece;
+    std::optional<std::uint64_t> m_pieceBegin; ///< where the piece lies, once there is one
+};
+
+/// Those of something else, some of them changed. Throws std::bad_alloc.
+class CChangedWords final : public CWordBytes {
+public:
+    static constexpr std::size_t kBlockBytes = 4096;
+
+    /// `base` must outlive it.
+    explicit CChangedWords(CWordBytes& base) : m_base(base), m_count(base.Count()) {}
+
+    std::uint64_t Count() const override { return m_count; }
+    bool Read(std::uint64_t offset, std::span<std::byte> bytes) override;
+
+    void SetCount(std::uint64_t count) { m_count = count; }
+
+    /// False after a failure.
+    bool Write(std::uint64_t offset, std::span<const std::byte> bytes);
+
+    /// Where blocks begin in which something was written, in ascending order.
+    std::vector<std::uint64_t> ChangedBlocks() const;
+
+private:
+    using Block = std::array<std::byte, kBlockBytes>;
+
+    Block* BlockOf(std::uint64_t offset);
+
+    CWordBytes& m_base;
+    std::uint64_t m_count;
+    std::map<std::uint64_t, Block> m_blocks; ///< by the offset of their first byte
+};
+
+/// In what words two differ, as changes from `before` to `after`, which must outlive the list and stay as they are.
+class CWordDifferences final : public CChangeList {
+public:
+    /// Both are of the file at `path`. Compares all of their words. Throws std::bad_alloc, as the next one does.
+    CWordDifferences(CWordBytes& before, CWordBytes& after, FileType type, std::filesystem::path path);
+
+    /// Compares only these blocks of `after`: outside of them it is like `before`, and zero where only one of them has
+    /// words.
+    CWordDifferences(CWordBytes& before, CWordBytes& after, FileType type, std::filesystem::path path,
+                     std::span<const std::uint64_t> blocks);
+
+    /// Whether all of it could be read; else the list is of no use.
+    bool IsRead() const { return m_isRead; }
+
+    std::uint64_t WordCount() const;
+
+    /// The words of `after` that `before` has not, or has otherwise, for WriteWordRuns; nothing after a failure.
+    std::optional<CWordRuns> Runs() const;
+
+    std::size_t Count() const override { return m_places.size(); }
+    ChangeRecord At(std::size_t index) const override;
+    ChangeHeader Header() const override;
+    bool IsComplete() const override { return true; }
+    std::optional<CellPlace> PlaceOf(std::size_t) const override { return std::nullopt; }
+
+private:
+    /// Words that differ, or zeros that only one side has.
+    struct Place {
+        std::uint64_t word;
+        std::uint64_t count;
+        bool isZeros;
+    };
+
+    CWordDifferences(CWordBytes& before, CWordBytes& after, FileType type, std::filesystem::path path, bool);
+    void Compare(std::uint64_t begin, std::uint64_t end);
+    void Add(std::uint64_t word);
+    void AddZeros();
+
+    CWordBytes& m_before;
+    CWordBytes& m_after;
+    FileType m_type;
+    std::filesystem::path m_path;
+    std::vector<Place> m_places;
+    bool m_isRead = true;
+};
