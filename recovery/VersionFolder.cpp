@@ -1,6 +1,7 @@
 #include "recovery/VersionFolder.h"
 
 #include "disk/File.h"
+#include "disk/TemporaryFile.h"
 #include "text/LowerCase.h"
 #include "text/PathText.h"
 #include "text/Utf8Text.h"
@@ -211,6 +212,7 @@ std::optional<UtcTime> CVersionFolder::Newest() const
 
 void CVersionFolder::RemoveLeftOvers() const
 {
+    ::RemoveLeftOvers(m_path); // of files that grow before they become a part
     std::set<std::string> begun;
     std::set<std::string> complete;
     for (const Entry& entry : Entries())

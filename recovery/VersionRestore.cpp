@@ -43,6 +43,14 @@ VersionKept KeepPresent(const CVersionStore& store, const fs::path& file, CVersi
     return store.KeepChanges(file, kCommand, *changes);
 }
 
+/// The file holds what it is to hold: there is nothing to write, and nothing to keep.
+VersionRestored Unchanged()
+{
+    VersionRestored result{.isRestored = true};
+    result.kept.result = VersionKept::Result::Same;
+    return result;
+}
+
 VersionRestored ReplaceWhole(const CVersionStore& store, const fs::path& file, CVersionContent& content,
                              CReporter& reporter)
 {
@@ -70,6 +78,8 @@ VersionRestored WriteWords(const CVersionStore& store, const fs::path& file, CVe
         ShowFileError(reporter, kOpenFileError, file);
         return {};
     }
+    if (changes->Count() == 0)
+        return Unchanged();
     VersionRestored result;
     result.kept = KeepPresent(store, file, content);
     const auto length = IsPaged(type) ? std::nullopt : std::optional(content.Words()->Count());
@@ -85,11 +95,8 @@ VersionRestored Restore(const CVersionStore& store, const fs::path& file, CVersi
 {
     if (content.IsMadeOfFile())
         return WriteWords(store, file, content, reporter);
-    if (content.IsCopy() && HaveSameContent(file, content.Base())) {
-        VersionRestored result{.isRestored = true};
-        result.kept.result = VersionKept::Result::Same;
-        return result;
-    }
+    if (content.IsCopy() && HaveSameContent(file, content.Base()))
+        return Unchanged();
     return ReplaceWhole(store, file, content, reporter);
 }
 

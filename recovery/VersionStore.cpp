@@ -121,17 +121,6 @@ std::error_code Copy(const CFile& source, std::uint64_t size, const fs::path& pa
                                 : std::make_error_code(std::errc::io_error);
 }
 
-/// Keeps what it is told.
-class CHeardReporter final : public CReporter {
-public:
-    void ShowError(std::u16string_view text) override { m_text = text; }
-    bool AskYesNo(std::u16string_view) override { return false; }
-    const std::u16string& Text() const { return m_text; }
-
-private:
-    std::u16string m_text;
-};
-
 VersionKept Kept(const CVersionMaking& made, const CVersionFolder& folder, UtcTime now)
 {
     RemoveOld(folder.Path().parent_path(), now);
@@ -151,16 +140,19 @@ VersionKept KeepCopy(const CVersionFolder& folder, const CFile& source, std::uin
     return Kept(making, folder, now);
 }
 
-VersionKept KeepRecords(const CVersionFolder& folder, const CChangeList& changes, VersionNote note)
+VersionKept KeepRecords(const CVersionFolder& folder, const CCheckedChanges& changes, VersionNote note)
 {
     const UtcTime now = note.time;
     CVersionMaking making(folder, std::move(note));
     if (!making.IsBegun())
         return Failed(making.Fault());
-    CHeardReporter reporter;
+    CSilentReporter silent;
     CNoProgress progress;
-    if (SaveChanges(changes, making.PartPath(), reporter, progress) != Outcome::Done)
-        return Failed(reporter.Text());
+    const Outcome outcome = SaveChanges(changes, making.PartPath(), silent, progress);
+    if (!changes.Fault().empty())
+        return Failed(changes.Fault());
+    if (outcome != Outcome::Done)
+        return Failed(u"The changes can't be written");
     if (!making.Complete(folder.RecordsPath(making.Stamp())))
         return Failed(making.Fault());
     return Kept(making, folder, now);
@@ -223,13 +215,14 @@ try {
     const auto type = FileTypeOf(file);
     if (!HasWords(type))
         return Failed(u"The file has no words");
-    if (auto fault = ChangesFault(changes, *type, file))
-        return Failed(std::move(*fault));
+    const CCheckedChanges checked(changes, *type, file);
+    if (!checked.Fault().empty())
+        return Failed(checked.Fault());
 
     const CVersionFolder folder(FolderOf(file));
     if (auto fault = PrepareFolder(folder))
         return Failed(std::move(*fault));
-    return KeepRecords(folder, changes,
+    return KeepRecords(folder, checked,
                        {.file = PathText(KnownPath(file)),
                         .time = UtcNow(),
                         .command = std::u16string(command),

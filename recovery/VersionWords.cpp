@@ -11,7 +11,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
-constexpr std::uint64_t kMostRunWords = 16; // that a record has
+constexpr std::uint64_t kPagedEnd = std::uint64_t{1} << 32; // of logical addresses
+constexpr std::uint64_t kMostRunWords = 16;                 // that a record has
 constexpr std::uint64_t kBlock = CChangedWords::kBlockBytes;
 
 /// How many of the two bytes of `word` are there.
@@ -54,7 +55,7 @@ bool CFileWords::Read(std::uint64_t offset, std::span<std::byte> bytes)
 {
     while (!bytes.empty()) {
         const std::uint64_t begin = offset - offset % kPieceBytes;
-        if (begin >= Count()) {
+        if (begin >= (m_isPaged ? kPagedEnd : Count())) { // in a paged file what leads there may be damaged
             std::fill(bytes.begin(), bytes.end(), std::byte{0});
             return true;
         }
@@ -166,9 +167,9 @@ void CWordDifferences::Compare(std::uint64_t begin, std::uint64_t end)
         const std::size_t whole = length + length % 2;
         m_isRead =
             m_before.Read(begin, std::span(before).first(whole)) && m_after.Read(begin, std::span(after).first(whole));
-        const bool isWithin = begin + whole <= std::min(m_before.Count(), m_after.Count());
-        if (!m_isRead || (isWithin && std::equal(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(whole),
-                                                 after.begin())))
+        const bool isEqual =
+            std::equal(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(whole), after.begin());
+        if (!m_isRead || (isEqual && !HasCutWord(begin, begin + whole)))
             continue;
         for (std::size_t i = 0; i < whole; i += 2) {
             const std::uint64_t word = (begin + i) / 2;
@@ -177,6 +178,13 @@ void CWordDifferences::Compare(std::uint64_t begin, std::uint64_t end)
                 Add(word);
         }
     }
+}
+
+/// Whether there is a word between that ends half-way on one side alone.
+bool CWordDifferences::HasCutWord(std::uint64_t begin, std::uint64_t end) const
+{
+    const auto isCutAt = [&](std::uint64_t count) { return count % 2 != 0 && count > begin && count <= end; };
+    return m_before.Count() != m_after.Count() && (isCutAt(m_before.Count()) || isCutAt(m_after.Count()));
 }
 
 void CWordDifferences::Add(std::uint64_t word)

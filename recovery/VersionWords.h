@@ -112,6 +112,7 @@ private:
 
     CWordDifferences(CWordBytes& before, CWordBytes& after, FileType type, std::filesystem::path path, bool);
     void Compare(std::uint64_t begin, std::uint64_t end);
+    bool HasCutWord(std::uint64_t begin, std::uint64_t end) const;
     void Add(std::uint64_t word);
     void AddZeros();
 

@@ -1,5 +1,7 @@
+#include "recovery/VersionStore.h"
 #include "tests/cli/CliTest.h"
 #include "tests/cli/HelpTexts.h"
+#include "tests/support/Variable.h"
 
 #include <sstream>
 
@@ -79,6 +81,20 @@ TEST_F(BashCompletion, OffersTheFormatsOfTheLibraryInUse)
     EXPECT_EQ(Complete({"show", "--library", "Any.Dat", "--format", "Shift\\ l"}), Texts{"Shift\\ log"});
     EXPECT_EQ(Complete({"show", "--library", "Any.Dat", "--format", "\"Sh"}), Texts{"Shift log"});
     EXPECT_EQ(Complete({"show", "--library", "missing", "--format", ""}), Texts{});
+}
+
+TEST_F(BashCompletion, OffersTheVersionsOfTheFile)
+{
+    const CVariable dataHome("XDG_DATA_HOME", folder.Path().c_str());
+    const CVariable variable("VANTOR_VERSIONS", nullptr);
+    const std::string stamp = CVersionStore(folder / "vantor").Keep(folder / "g h.rcp", u"Save").stamp;
+    fs::remove_all(folder / "sub");
+    EXPECT_EQ(Complete({"versions", "restore", "g h.rcp", ""}), Texts{stamp});
+    EXPECT_EQ(Complete({"versions", "show", "-o", "x.rcp", "g\\ h.rcp", stamp.substr(0, 4)}), Texts{stamp});
+    EXPECT_EQ(Complete({"versions", "show", "g h.rcp", "1"}), Texts{});
+    EXPECT_EQ(Complete({"versions", "list", "a"}), Texts{"a.rcp"});
+    EXPECT_EQ(Complete({"versions", "show", "-o", "a"}), Texts{"a.rcp"});
+    EXPECT_EQ(Complete({"versions", "restore", "a"}), Texts{"a.rcp"});
 }
 
 TEST_F(BashCompletion, OffersNothingForNumbersAndTexts)

@@ -20,7 +20,12 @@ std::vector<std::vector<std::string>> AllCommands()
             {"unsaved"},
             {"unsaved", "list"},
             {"unsaved", "show"},
-            {"unsaved", "drop"}};
+            {"unsaved", "drop"},
+            {"versions"},
+            {"versions", "list"},
+            {"versions", "show"},
+            {"versions", "restore"},
+            {"versions", "forget"}};
 }
 
 std::string HelpOf(std::vector<std::string> command)

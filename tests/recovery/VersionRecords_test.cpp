@@ -106,7 +106,7 @@ TEST_F(VersionRecords, GoBackToAnyContent)
     std::mt19937 random(17);
     std::vector<Bytes> contents = {ReadAll(recipe)};
     std::vector<std::string> stamps;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 12; ++i) {
         Bytes next = contents.back();
         next.resize(random() % 2 == 0 ? next.size() : random() % 9000);
         for (std::size_t changes = next.empty() ? 0 : random() % 6; changes > 0; --changes)
@@ -114,7 +114,7 @@ TEST_F(VersionRecords, GoBackToAnyContent)
         stamps.push_back(Change(recipe, next));
         contents.push_back(next);
     }
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 6; ++i) {
         const std::size_t to = random() % stamps.size();
         EXPECT_TRUE(RestoreVersion(store, recipe, stamps[to], reporter));
         EXPECT_EQ(ReadAll(recipe), contents[to]) << to;
