@@ -33,8 +33,16 @@ std::vector<CellEdit> EditsOf(const CRecipeRows& rows, std::vector<TextForCell> 
 
 } // namespace
 
+/// A journal whose edits were undone tells of nothing.
+CRecipeDocument::~CRecipeDocument()
+{
+    if (m_shown.rows.EditedCount() == 0)
+        m_unsaved.End();
+}
+
 void CRecipeDocument::Start()
 {
+    m_unsaved.Drop();
     m_bFileOpen = true;
     m_shown = {};
     ForgetPlan();
@@ -133,6 +141,7 @@ void CRecipeDocument::ClearRows()
         return;
     m_shown = {};
     ForgetPlan();
+    m_unsaved.Drop();
     m_history.Clear(false);
 }
 
@@ -231,6 +240,8 @@ void CRecipeDocument::Exchange(EditStep& step, Way way)
     if (auto* cells = std::get_if<CellsStep>(&step)) {
         m_shown.rows.Exchange(cells->edits);
         FollowEdit(*cells);
+        if (m_shown.areOfFile)
+            m_unsaved.Note(Work(), cells->edits);
     } else if (auto* rows = std::get_if<RowsStep>(&step))
         ExchangeRows(*rows->other);
     else if (way == Way::Back)
@@ -247,6 +258,7 @@ void CRecipeDocument::ExchangeRows(ShownRows& other)
     m_shown.isModified = m_bModified;
     std::swap(m_shown, other);
     ForgetPlan();
+    FollowRows(true);
     m_bModified = m_shown.isModified;
 }
 

@@ -4,6 +4,7 @@
 #include "document/EditHistory.h"
 #include "document/EditOutcome.h"
 #include "document/ReadSettings.h"
+#include "document/UnsavedKeeper.h"
 #include "files/Outcome.h"
 #include "files/Progress.h"
 #include "files/PutBack.h"
@@ -12,6 +13,7 @@
 #include "files/SavePlan.h"
 #include "library/FormatStore.h"
 #include "model/TypedValue.h"
+#include "recovery/VersionStore.h"
 #include "text/Reporter.h"
 
 #include <chrono>
@@ -71,6 +73,7 @@ enum class ForeignRule { Overwrite, HoldBack };
 struct SaveNotes {
     std::shared_ptr<const ForeignChanges> overwritten; ///< what another program had changed there; null for nothing
     bool wasBusy = false;                              ///< another program was writing, and did not end
+    std::optional<VersionKept> version;                ///< of what the file held before; nothing where none was to be
 };
 
 /// What a save will do to a cell: the numbers that its words are (StoredNumber.h), in full, or their texts where they
@@ -97,11 +100,21 @@ public:
     };
 
     explicit CRecipeDocument(std::size_t mostHistoryBytes = CEditHistory::kMostBytes) : m_history(mostHistoryBytes) {}
+    ~CRecipeDocument();
     CRecipeDocument(const CRecipeDocument&) = delete;
     CRecipeDocument& operator=(const CRecipeDocument&) = delete;
 
     /// The store whose formats undo and redo change; it outlives the document.
     void UseFormatsOf(CFormatStore& store) { m_pStore = &store; }
+
+    /// Has each write first keep what the file holds in `store`, which outlives the document. The version says
+    /// `command` made it, else what the write is: "Save", "Put back".
+    void KeepVersionsIn(const CVersionStore& store, std::u16string command = {});
+
+    /// Has edits kept in a journal in `dataFolder`, from the next one on, until they are saved or dropped. When the
+    /// document goes, the journal of edits that are neither stays behind.
+    void KeepUnsavedIn(std::filesystem::path dataFolder) { m_unsaved.KeepIn(std::move(dataFolder)); }
+    CUnsavedKeeper& Unsaved() { return m_unsaved; }
 
     // What is open.
 
@@ -259,6 +272,13 @@ public:
     /// the rows, and words that are not as many as the cell has, or for rows that take none, are left out.
     EditOutcome TakeOver(std::vector<CellEdit> edits);
 
+    /// Whether the rows are those of the file that `work` is about, in its layout.
+    bool IsLaidOutFor(const WorkHeader& work) const;
+
+    /// Gives cells the states that `work`, of this file in this layout, had not saved, where the file still holds what
+    /// it held then: one edit. Those of the others are left out, and come back; all are where the layout is another.
+    std::vector<UnsavedCell> PutBackUnsaved(const UnsavedWork& work, EditOutcome& outcome);
+
     /// Takes note of a change of the library's formats that was made.
     EditOutcome NoteFormatChange(EditKind kind, FormatChange change);
 
@@ -288,8 +308,20 @@ private:
     enum class Written { AllCells, EditedCells, OwnWords };
     using Writing = std::function<SaveResult(const WriteTarget&)>;
 
-    SaveResult Guarded(const std::filesystem::path& path, Written written, ForeignRule rule, CProgress& progress,
-                       const Writing& write);
+    /// A write: how it is called, and what it writes where.
+    struct WriteOrder {
+        std::u16string_view command;
+        FileType type;
+        const std::filesystem::path& path;
+        Written written = Written::AllCells;
+        ForeignRule rule = ForeignRule::Overwrite;
+    };
+
+    SaveResult Guarded(const WriteOrder& order, CProgress& progress, const Writing& write);
+    void KeepVersion(const WriteOrder& order, CProgress& progress);
+    VersionKept KeepChanges(const WriteOrder& order, std::u16string_view command, CProgress& progress);
+    WorkInProgress Work() const;
+    void FollowRows(bool areEditsDropped);
     std::shared_ptr<const ForeignChanges> Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
                                                       Written written) const;
     FileLook LookAtCells() const;
@@ -343,6 +375,9 @@ private:
     CSavePlan m_plan;
     bool m_isPlanStale = true; ///< it is to begin anew
     std::shared_ptr<const SavedChanges> m_pStoredAsShown;
+    CUnsavedKeeper m_unsaved;
+    const CVersionStore* m_pVersions = nullptr;
+    std::u16string m_command;     ///< that versions name; empty where each write has its own
     CFileLock m_lock;             ///< of the file that is being written
     std::filesystem::path m_held; ///< that Hold was asked for, and no write has ended since
     SaveNotes m_notes;

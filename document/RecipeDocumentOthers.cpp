@@ -28,23 +28,23 @@ CFileLock::State CRecipeDocument::Hold(const fs::path& path)
 
 /// What another program wrote meanwhile is known once it is written over: the plan, and what can be put back, start
 /// from it.
-SaveResult CRecipeDocument::Guarded(const fs::path& path, Written written, ForeignRule rule, CProgress& progress,
-                                    const Writing& write)
+SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress, const Writing& write)
 {
     m_notes = {};
-    const bool isHeld = std::exchange(m_held, {}) == path;
+    const bool isHeld = std::exchange(m_held, {}) == order.path;
     if (!isHeld)
-        m_lock.Take(path, kLongestWait, [&] { return progress.Advance(0, 1); });
+        m_lock.Take(order.path, kLongestWait, [&] { return progress.Advance(0, 1); });
     if (m_lock.Now() == CFileLock::State::GivenUp)
         return {.isGivenUp = true};
     m_notes.wasBusy = m_lock.Now() == CFileLock::State::Busy;
-    const FileLook look = path == m_strFilePath ? Look() : FileLook();
-    m_notes.overwritten = Overwritten(look.changes, written);
-    SaveResult result{.isHeldBack = m_notes.overwritten && rule == ForeignRule::HoldBack};
+    const FileLook look = order.path == m_strFilePath ? Look() : FileLook();
+    m_notes.overwritten = Overwritten(look.changes, order.written);
+    SaveResult result{.isHeldBack = m_notes.overwritten && order.rule == ForeignRule::HoldBack};
     if (!result.isHeldBack) {
         if (look.changes)
             KeepShown(*look.changes);
-        result = write({path, m_lock.File()});
+        KeepVersion(order, progress);
+        result = write({order.path, m_lock.File()});
     }
     m_lock.Release();
     return result;
@@ -108,4 +108,5 @@ void CRecipeDocument::KeepShown(const ForeignChanges& changes)
     m_shown.stored = changes.after;
     m_pStoredAsShown.reset();
     ForgetPlan();
+    FollowRows(false);
 }

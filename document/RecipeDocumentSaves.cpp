@@ -107,7 +107,7 @@ std::shared_ptr<SavedChanges> CRecipeDocument::ChangesToCome(CProgress& progress
 SaveResult CRecipeDocument::Write(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress,
                                   ForeignRule rule)
 {
-    return Guarded(path, Written::AllCells, rule, progress,
+    return Guarded({.command = u"Save", .type = type, .path = path, .rule = rule}, progress,
                    [&](const WriteTarget& target) { return WriteAll(type, target, reporter, progress); });
 }
 
@@ -155,6 +155,7 @@ void CRecipeDocument::NoteSaved()
     m_shown.saves = ++m_saves;
     m_pStoredAsShown.reset();
     ForgetPlan();
+    m_unsaved.End();
 }
 
 /// A failed save may have written all the same: what is planned starts from what the file holds. A torn one holds no
@@ -170,6 +171,7 @@ void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
     }
     ForgetPlan();
     m_shown.stored = ReadStored(m_shown.rows);
+    FollowRows(false);
 }
 
 SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress, ForeignRule rule)
@@ -182,13 +184,14 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
         ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
         return {};
     }
-    return Guarded(m_strFilePath, Written::EditedCells, rule, progress, [&](const WriteTarget& target) {
-        const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, target, reporter, progress);
-        if (result.isSaved)
-            NoteSaved();
-        NoteFailed(result, m_strFilePath);
-        return result;
-    });
+    return Guarded({u"Save edited only", m_nFileType, m_strFilePath, Written::EditedCells, rule}, progress,
+                   [&](const WriteTarget& target) {
+                       const SaveResult result = SaveEdited(m_shown.rows, m_shown.stored, target, reporter, progress);
+                       if (result.isSaved)
+                           NoteSaved();
+                       NoteFailed(result, m_strFilePath);
+                       return result;
+                   });
 }
 
 bool CRecipeDocument::MayWriteEdited(CReporter& reporter, CProgress& progress) const
@@ -207,8 +210,8 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     const auto saved = m_pStoredAsShown;
     const bool isCurrent = saved->path == m_strFilePath && m_shown.areOfFile;
     const CRecipeRows none;
-    const SaveResult result =
-        Guarded(saved->path, Written::OwnWords, ForeignRule::Overwrite, progress, [&](const WriteTarget& target) {
+    const SaveResult result = Guarded(
+        {u"Put back", saved->after.Type(), saved->path, Written::OwnWords}, progress, [&](const WriteTarget& target) {
             return PutBack(*saved, isCurrent ? m_shown.rows : none, reporter, progress, target.held);
         });
     NoteFailed(result, saved->path);
@@ -221,6 +224,7 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     m_shown.saves = ++m_saves;
     ForgetPlan();
     m_shown.stored = ReadStored(m_shown.rows);
+    FollowRows(false);
     return result;
 }
 
@@ -288,7 +292,7 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
 {
     if (!MaySaveAs(type, path, reporter))
         return {};
-    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress,
+    return Guarded({u"Save as", type, path}, progress,
                    [&](const WriteTarget& target) { return WriteAs(type, target, reporter, progress); });
 }
 
@@ -307,6 +311,7 @@ SaveResult CRecipeDocument::WriteAs(FileType type, const WriteTarget& target, CR
     if (isNameKept) {
         m_shown.stored = CStoredCells();
         ForgetPlan();
+        FollowRows(false);
     }
     return result;
 }
@@ -316,7 +321,7 @@ SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReport
     if (!MaySaveAs(type, path, reporter))
         return {};
     CNoProgress progress;
-    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress, [&](const WriteTarget&) {
+    return Guarded({u"Convert", type, path}, progress, [&](const WriteTarget&) {
         return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
     });
 }
@@ -329,7 +334,7 @@ SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CRepo
         ShowFileError(reporter, u"%s is the open file. A copy needs another name!", path);
         return {};
     }
-    return Guarded(path, Written::AllCells, ForeignRule::Overwrite, progress, [&](const WriteTarget&) {
+    return Guarded({u"Save a copy", type, path}, progress, [&](const WriteTarget&) {
         if (type != m_nFileType || m_strFilePath.empty())
             return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
         return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter, progress);
