@@ -218,6 +218,8 @@ try {
     const CCheckedChanges checked(changes, *type, file);
     if (!checked.Fault().empty())
         return Failed(checked.Fault());
+    if (changes.Count() == 0)
+        return {.result = Result::Same, .reason = {}, .stamp = {}};
 
     const CVersionFolder folder(FolderOf(file));
     if (auto fault = PrepareFolder(folder))

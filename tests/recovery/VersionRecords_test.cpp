@@ -111,6 +111,8 @@ TEST_F(VersionRecords, GoBackToAnyContent)
         next.resize(random() % 2 == 0 ? next.size() : random() % 9000);
         for (std::size_t changes = next.empty() ? 0 : random() % 6; changes > 0; --changes)
             next[random() % next.size()] = static_cast<std::byte>(random() % 3);
+        if (next == contents.back())
+            next.push_back(std::byte{1});
         stamps.push_back(Change(recipe, next));
         contents.push_back(next);
     }
@@ -226,6 +228,13 @@ TEST_F(VersionRecords, AreKeptOnlyOfWhatTheFileHolds)
     changes = ChangesFrom(now, next);
     changes.header.newBytes.reset();
     expectFailed(changes, unknown);
+}
+
+TEST_F(VersionRecords, AreNotKeptWhereNothingChanges)
+{
+    const Bytes now = ReadAll(recipe);
+    EXPECT_EQ(store.KeepChanges(recipe, u"Save", ChangesFrom(now, now)).result, Result::Same);
+    EXPECT_FALSE(fs::exists(data));
 }
 
 /// Of a file too large to be copied what it holds now is kept as changes, too.

@@ -275,6 +275,22 @@ TEST_F(VersionStore, RemovesTheOldestWhenItKeepsOne)
     EXPECT_EQ(versions.back().stamp, "20200101T000000.112Z");
 }
 
+TEST_F(VersionStore, TakesTenThousandVersions)
+{
+    for (int file = 100; file < 200; ++file) {
+        const fs::path kind = Versions() / ("f" + std::to_string(file) + ".rcp-0123456789abcdef");
+        fs::create_directories(kind);
+        for (int version = 100; version < 200; ++version)
+            WriteAll(kind / ("20200101T000000." + std::to_string(version) + "Z.rcp"), {});
+    }
+    EXPECT_EQ(Keep(recipe), Result::Kept);
+    EXPECT_EQ(store.List(recipe).size(), 1U);
+    EXPECT_EQ(NamesIn(Versions() / "f100.rcp-0123456789abcdef").size(), 50U);
+    EXPECT_TRUE(NamesIn(Versions() / "f199.rcp-0123456789abcdef").contains("20200101T000000.199Z.rcp"));
+    EXPECT_TRUE(store.ForgetAll());
+    EXPECT_TRUE(NamesIn(Versions()).empty());
+}
+
 TEST_F(VersionStore, FindsVersionsByTheBeginningOfTheirTime)
 {
     KeepAndWrite(recipe, WordBytes({4}));
