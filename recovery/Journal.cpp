@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kMostKeptRoom = std::size_t{1} << 20; // for the next line
+constexpr std::size_t kUsualCell = 28;                      // bytes in a line
 
 /// A new file in `folder` that is held. One that another program cleared away before it was held is made again.
 std::optional<CFile> MakeHeldFile(const fs::path& folder, fs::path& path, std::error_code& fault)
@@ -72,6 +73,7 @@ try {
     if (command.empty())
         return true;
     BeginLine();
+    m_line.reserve(m_line.size() + kUsualCell * command.size());
     AppendCellsJson(command, m_isOfWords, m_line);
     return WriteCells();
 } catch (const std::bad_alloc&) {

@@ -14,9 +14,11 @@
 
 namespace {
 
+constexpr std::size_t kMostDigits = 20; // of a number, with its sign
+
 void AppendNumber(std::int64_t number, std::string& json)
 {
-    std::array<char, 20> digits;
+    std::array<char, kMostDigits> digits;
     json.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
 }
 
@@ -31,10 +33,11 @@ void AppendText(std::u16string_view text, std::string& json)
 {
     if (!std::all_of(text.begin(), text.end(), IsPlain))
         return AppendWholeJsonText(text, json);
-    json += '"';
-    for (const char16_t unit : text)
-        json += static_cast<char>(unit);
-    json += '"';
+    const std::size_t begin = json.size() + 1;
+    json.resize(begin + text.size() + 1, '"');
+    json[begin - 1] = '"';
+    std::transform(text.begin(), text.end(), json.begin() + static_cast<std::ptrdiff_t>(begin),
+                   [](char16_t unit) { return static_cast<char>(unit); });
 }
 
 void AppendWords(std::span<const std::byte> words, std::string& json)
@@ -73,13 +76,23 @@ void AppendState(const CCellState& state, std::string& json)
     }
 }
 
+/// The beginning of a cell in one piece, for the same reason.
+void AppendPlace(CellPlace place, std::string& json)
+{
+    std::array<char, 2 * kMostDigits + 3> text;
+    char* const last = text.data() + text.size();
+    char* end = text.data();
+    *end++ = '[';
+    end = std::to_chars(end, last, std::int64_t{place.row} + kTitleRows).ptr;
+    *end++ = ',';
+    end = std::to_chars(end, last, std::int64_t{place.column} + kTitleColumns).ptr;
+    *end++ = ',';
+    json.append(text.data(), end);
+}
+
 void AppendCell(const UnsavedCell& cell, bool isOfWords, std::string& json)
 {
-    json += '[';
-    AppendNumber(std::int64_t{cell.place.row} + kTitleRows, json);
-    json += ',';
-    AppendNumber(std::int64_t{cell.place.column} + kTitleColumns, json);
-    json += ',';
+    AppendPlace(cell.place, json);
     AppendOld(cell, isOfWords, json);
     json += ',';
     AppendState(cell.state, json);

@@ -95,6 +95,15 @@ TEST_F(BashCompletion, OffersTheVersionsOfTheFile)
     EXPECT_EQ(Complete({"versions", "list", "a"}), Texts{"a.rcp"});
     EXPECT_EQ(Complete({"versions", "show", "-o", "a"}), Texts{"a.rcp"});
     EXPECT_EQ(Complete({"versions", "restore", "a"}), Texts{"a.rcp"});
+TEST_F(BashCompletion, OffersTheJournalsThatThereAre)
+{
+    const CVariable home("XDG_DATA_HOME", folder.Path().c_str());
+    const std::string id = "20261101T000000.000Z-00000000";
+    fs::create_directories(folder / "vantor" / "unsaved");
+    WriteAll(folder / "vantor" / "unsaved" / (id + ".jsonl"), {});
+    EXPECT_EQ(Complete({"unsaved", "show", ""}), Texts{id});
+    EXPECT_EQ(Complete({"unsaved", "drop", "2"}), Texts{id});
+    EXPECT_EQ(Complete({"unsaved", "drop", "3"}), Texts{});
 }
 
 TEST_F(BashCompletion, OffersNothingForNumbersAndTexts)
