@@ -5,6 +5,7 @@
 #include "tests/fuzz/Scratch.h"
 #include "tests/fuzz/Targets.h"
 #include "tests/support/Formats.h"
+#include "tests/support/Variable.h"
 
 #include <nlohmann/json.hpp>
 
@@ -255,6 +256,7 @@ void FuzzCommandLine(FuzzBytes bytes)
     if (!IsAmong(invocation.arguments, "--library"))
         invocation.arguments.push_back("--library=L.Dat");
 
+    const CVariable dataHome("XDG_DATA_HOME", ScratchFolder().c_str()); // never that of the user
     const CWorkingFolder folder(FreshFolder(invocation.content));
     const std::string command = invocation.arguments.front();
     const Files before = FilesIn(".");

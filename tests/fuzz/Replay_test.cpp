@@ -48,6 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzReplay,
                                          ReplayedTarget{"paged", FuzzPaged}, ReplayedTarget{"table", FuzzTable},
                                          ReplayedTarget{"cellcheck", FuzzCellCheck}, ReplayedTarget{"codec", FuzzCodec},
                                          ReplayedTarget{"merge", FuzzMerge}, ReplayedTarget{"changes", FuzzChanges},
+                                         ReplayedTarget{"journal", FuzzJournal},
                                          ReplayedTarget{"commandline", FuzzCommandLine}),
                          [](const auto& target) { return std::string(target.param.name); });
 

@@ -33,5 +33,8 @@ void FuzzMerge(FuzzBytes bytes);
 /// The bytes are changes as JSON Lines.
 void FuzzChanges(FuzzBytes bytes);
 
+/// The bytes are a journal of unsaved edits, or its lines without their checksums.
+void FuzzJournal(FuzzBytes bytes);
+
 /// The bytes are lines, an argument each, up to an empty one, and then the content of the files in reach.
 void FuzzCommandLine(FuzzBytes bytes);

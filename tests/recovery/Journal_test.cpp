@@ -101,16 +101,6 @@ TEST_F(Journal, KeepsAllOfTheHeader)
     EXPECT_EQ(Told(Kept(header, {})), Told(work));
 }
 
-TEST_F(Journal, KeepsAnyName)
-{
-    for (const char* name :
-         {"a.rcp", "/r/\xC3\x96\xE2\x82\xAC \"x\"\\\n.rcp", "/r/\xFF\xC3.rcp", "/r/\xED\xA0\x80.rcp"}) {
-        WorkHeader header = SampleHeader();
-        header.file = name;
-        EXPECT_EQ(Kept(header, {}).header.file.native(), name);
-    }
-}
-
 TEST_F(Journal, KeepsAnyText)
 {
     std::u16string all;
@@ -135,13 +125,6 @@ TEST_F(Journal, KeepsTheFieldsOfATableAndOfANewDocument)
     std::vector<UnsavedCell> fresh = cells;
     fresh.push_back({{2, 0}, CCellState::OfWords(u"\x1234"), {}, u"0"});
     EXPECT_EQ(Told(Kept(header, {fresh}).cells), Told(fresh));
-}
-
-TEST_F(Journal, IsForTheUserAlone)
-{
-    CJournal journal = Begin(SampleHeader());
-    EXPECT_EQ(fs::status(UnsavedFolder(folder.Path())).permissions(), fs::perms::owner_all);
-    EXPECT_EQ(fs::status(Path()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(Journal, IsFlushedWhenAskedTo)

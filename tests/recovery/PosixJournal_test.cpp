@@ -1,5 +1,6 @@
 #include "recovery/Journal.h"
 #include "recovery/JournalPlace.h"
+#include "recovery/UnsavedChanges.h"
 #include "recovery/UnsavedStore.h"
 #include "tests/files/FileSizeLimit.h"
 #include "tests/files/OrdinaryUser.h"
@@ -222,4 +223,33 @@ TEST_F(PosixJournal, ThatCannotBeRemovedHoldsNothingAnyMore)
     }
     EXPECT_EQ(store.List().at(0).edits, 0u);
     EXPECT_FALSE(store.List().at(0).isDamaged);
+}
+
+TEST_F(PosixJournal, IsForTheUserAlone)
+{
+    const CJournal journal = Begin();
+    EXPECT_EQ(fs::status(Unsaved()).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(OnlyJournal(Unsaved())).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(PosixJournal, KeepsAnyName)
+{
+    for (const char* name :
+         {"a.rcp", "/r/\xC3\x96\xE2\x82\xAC \"x\"\\\n.rcp", "/r/\xFF\xC3.rcp", "/r/\xED\xA0\x80.rcp"}) {
+        WorkHeader header = SampleHeader();
+        header.file = name;
+        std::error_code fault;
+        auto journal = CJournal::Begin(folder.Path(), header, fault);
+        const auto entries = store.List();
+        ASSERT_EQ(entries.size(), 1u);
+        EXPECT_EQ(entries[0].header.value().file.native(), name);
+        journal->End();
+    }
+}
+
+TEST_F(PosixJournal, OfAFileWhoseNameIsNoTextHasAHeader)
+{
+    UnsavedWork work{SampleHeader(), {}, {}};
+    work.header.file = "/r/\xFF.rcp";
+    EXPECT_EQ(CUnsavedChanges(work).Header().file, u"\xFFFD.rcp");
 }

@@ -172,10 +172,9 @@ TEST_F(UnsavedChanges, OfEditsThatStoreTheSameAreNone)
 TEST_F(UnsavedChanges, HaveAHeaderWithoutSizes)
 {
     Open(FileType::Rcp, 100);
-    work.header.file = "/r/\xFF.rcp";
     std::string line;
     AppendLine(CUnsavedChanges(work).Header(), line);
-    EXPECT_EQ(line, "{\"vantor\":\"changes\",\"version\":1,\"file\":\"\xEF\xBF\xBD.rcp\",\"type\":\"rcp\",\"tables\":"
+    EXPECT_EQ(line, "{\"vantor\":\"changes\",\"version\":1,\"file\":\"oven.rcp\",\"type\":\"rcp\",\"tables\":"
                     "[{\"format\":\"Oven\",\"start\":100,\"rows\":5}]}\n");
 }
 
