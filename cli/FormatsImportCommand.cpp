@@ -4,7 +4,7 @@
 #include "disk/File.h"
 #include "library/LibraryFile.h"
 #include "library/LibraryFromJson.h"
-#include "library/LibraryOriginal.h"
+#include "library/LibraryLock.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
@@ -39,19 +39,16 @@ std::optional<std::string> ReadJson(const fs::path& path, CReporter& reporter)
     return json;
 }
 
-/// Saves `library` at `path`. A file there that this version does not understand in full is copied first.
-bool Replace(const fs::path& path, const FormatLibrary& library)
+/// Saves `library` at `path`, whatever the one there holds. Another program that writes it is waited for.
+bool Replace(const fs::path& path, const FormatLibrary& library, const BeforeFormatsChange& before)
 {
-    FormatLibrary replaced;
-    const std::int64_t loaded = replaced.loadReadOnly(path);
-    if (IsOriginalAtRisk(replaced, loaded) && !KeepOriginal(path))
-        return false;
-    return library.save(path) == 0;
+    const CLibraryLock lock(path);
+    return ReplaceStanding(ReadStanding(path), library, path, before);
 }
 
 } // namespace
 
-bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
+bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter, const BeforeFormatsChange& before)
 {
     const fs::path path(options.file);
     const auto json = ReadJson(path, reporter);
@@ -64,7 +61,7 @@ bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
         return false;
     }
     const fs::path libraryPath = LibraryToWrite(options.library, reporter);
-    if (Replace(libraryPath, library))
+    if (Replace(libraryPath, library, before))
         return true;
     ShowFileError(reporter, kSaveFileError, libraryPath);
     return false;

@@ -24,6 +24,7 @@ constexpr std::size_t kMarkerSize = 32; ///< bytes of the marker with its zeros
 constexpr std::size_t kMarkerLength = kMarkerSize / sizeof(char16_t);
 constexpr std::size_t kRecordHeadSize = 264; ///< start mark, name and item count
 constexpr std::size_t kMarkSize = 4;
+constexpr std::size_t kSettingsSize = 40; ///< both numbers and the pattern
 
 /// Little-endian fields put one after another.
 class CFieldWriter {
@@ -338,14 +339,14 @@ std::int64_t ReadContent(CLibraryInput& file, FormatLibrary& library)
     return file.Length();
 }
 
-/// Whether the file at `path` holds exactly `bytes`.
-bool HoldsAlready(const fs::path& path, std::span<const std::byte> bytes)
+/// What the file at `path` holds, where that is `size` bytes; else nothing.
+std::vector<std::byte> BytesAt(const fs::path& path, std::size_t size)
 {
     const CFile file(path, CFile::Mode::Read);
-    if (file.Size() != bytes.size())
-        return false;
-    std::vector<std::byte> held(bytes.size());
-    return file.ReadAt(0, held) == held.size() && std::equal(held.begin(), held.end(), bytes.begin());
+    if (file.Size() != size)
+        return {};
+    std::vector<std::byte> bytes(size);
+    return file.ReadAt(0, bytes) == size ? bytes : std::vector<std::byte>();
 }
 
 } // namespace
@@ -393,10 +394,28 @@ std::int64_t FormatLibrary::read(const CFile& libraryFile)
 int FormatLibrary::save(const fs::path& libraryPath) const
 {
     const std::vector<std::byte> bytes = StoredBytes(*this);
-    if (HoldsAlready(libraryPath, bytes))
+    if (BytesAt(libraryPath, bytes.size()) == bytes)
         return 0;
     CReplacement file(libraryPath);
     return file.IsOpen() && file.Append(bytes) && file.Finish() ? 0 : -1;
+}
+
+bool FormatLibrary::isSavedAt(const fs::path& libraryPath) const
+{
+    const std::vector<std::byte> bytes = StoredBytes(*this);
+    return BytesAt(libraryPath, bytes.size()) == bytes;
+}
+
+bool FormatLibrary::hasFormatsOf(const fs::path& libraryPath) const
+{
+    const std::vector<std::byte> bytes = StoredBytes(*this);
+    std::vector<std::byte> held = BytesAt(libraryPath, bytes.size());
+    if (held.size() != bytes.size())
+        return false;
+    const auto settings = bytes.begin() + static_cast<std::ptrdiff_t>(kMarkerSize);
+    std::copy(settings, settings + static_cast<std::ptrdiff_t>(kSettingsSize),
+              held.begin() + static_cast<std::ptrdiff_t>(kMarkerSize));
+    return held == bytes;
 }
 
 fs::path LibraryPathBeside(const fs::path& executable, CReporter& reporter)

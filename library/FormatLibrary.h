@@ -62,6 +62,12 @@ public:
     /// is the count in the file.
     int save(const std::filesystem::path& libraryPath) const;
 
+    /// Whether the file at `libraryPath` holds the very bytes that a save would write there.
+    bool isSavedAt(const std::filesystem::path& libraryPath) const;
+
+    /// The same of its formats alone, whatever its read settings.
+    bool hasFormatsOf(const std::filesystem::path& libraryPath) const;
+
     std::vector<std::unique_ptr<DataFormat>> formats;        ///< in file order; the first is selected at start
     std::filesystem::path path;                              ///< the library file's full name, set by load
     std::int32_t startAddress = 0;                           ///< first word to read

@@ -1,7 +1,7 @@
 #include "library/FormatStore.h"
 
 #include "disk/File.h"
-#include "library/LibraryOriginal.h"
+#include "library/LibraryLock.h"
 
 #include <limits>
 #include <memory>
@@ -30,8 +30,9 @@ CFormatStore::CFormatStore(const fs::path& path)
 {
     const LibraryOpening opening = OpenLibrary(m_library, path);
     m_state = StateOf(m_library, opening);
-    m_isOriginalAtRisk = IsOriginalAtRisk(m_library, opening.loaded);
+    m_isDefaultOwn = m_library.formats.empty();
     EnsureFirstItem();
+    m_base = CopyOf(m_library.formats);
 }
 
 void CFormatStore::EnsureFirstItem()
@@ -51,14 +52,41 @@ void CFormatStore::SetReadSettings(std::int32_t startAddress, std::int32_t rowCo
 
 bool CFormatStore::Save()
 {
-    if (m_isOriginalAtRisk && !KeepOriginal(m_library.path))
+    if (!m_library.isSavedAt(m_library.path) && !Write())
         return false;
-    if (m_library.save(m_library.path) != 0)
-        return false;
-    m_isOriginalAtRisk = false;
+    m_base = CopyOf(m_library.formats);
+    m_isDefaultOwn = false;
     if (m_state.changes != LibraryState::Changes::Kept && MayBeWritten(m_library.path))
         m_state = {};
     return true;
+}
+
+bool CFormatStore::Write()
+{
+    const CLibraryLock lock(m_library.path);
+    StandingLibrary standing = ReadStanding(m_library.path);
+    Merge(standing);
+    return ReplaceStanding(standing, m_library, m_library.path, m_beforeChange);
+}
+
+void CFormatStore::TakeOthers()
+{
+    StandingLibrary standing = ReadStanding(m_library.path);
+    Merge(standing);
+}
+
+/// A file that is missing, empty or not understood tells nothing of what others did. All that may fail comes before
+/// anything is touched.
+void CFormatStore::Merge(StandingLibrary& theirs)
+{
+    Formats& formats = theirs.library.formats;
+    if (!theirs.IsUnderstood() || (m_isDefaultOwn && formats.empty()) || AreSavedAlike(m_base, formats))
+        return;
+    MergedFormats merged = MergeFormats(m_base, m_library.formats, formats);
+    m_base = std::exchange(formats, {});
+    m_library.formats = std::move(merged.formats);
+    m_moves = std::move(merged.moves);
+    m_isDefaultOwn = false;
 }
 
 FormatChange CFormatStore::AppendFormat(DataFormat format)
@@ -116,12 +144,12 @@ void CFormatStore::SetUnicode(std::size_t format, std::size_t position, std::int
 
 void CFormatStore::Apply(const FormatChange& change)
 {
-    Exchange(change.index, change.before.get(), change.after.get());
+    Exchange(PlaceOf(m_library, change, ChangeSide::Before).value(), change.before.get(), change.after.get());
 }
 
 void CFormatStore::TakeBack(const FormatChange& change)
 {
-    Exchange(change.index, change.after.get(), change.before.get());
+    Exchange(PlaceOf(m_library, change, ChangeSide::After).value(), change.after.get(), change.before.get());
 }
 
 /// All that may fail comes before the format itself is touched.

@@ -2,13 +2,18 @@
 
 #include "library/FormatChange.h"
 #include "library/FormatLibrary.h"
+#include "library/LibraryMerge.h"
 #include "library/LibraryOpening.h"
+#include "library/StandingLibrary.h"
 #include "model/DataItem.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 /// What there is to tell of the library's file: what of it is shown, and whether changes get there.
 struct LibraryState {
@@ -33,8 +38,12 @@ struct LibraryState {
 /// show. Each operation on formats gives what it did, so that it can be taken back; one that fails for want of memory
 /// did nothing. Nothing is saved before Save().
 ///
-/// A file that was not understood in full is copied before it is first overwritten (LibraryOriginal.h), and left alone
-/// when it cannot be copied.
+/// Several stores, of this and of other programs, may work on one file. What others changed in it since this one last
+/// read or wrote it is merged by format (LibraryMerge.h) when this one saves, or when it is asked to take it; the read
+/// settings are each store's own. What the store itself made of a library without formats is no change of anybody.
+///
+/// A file that is not understood in full is not merged. It is copied before it is overwritten (LibraryOriginal.h), and
+/// left alone when it cannot be copied.
 class CFormatStore {
 public:
     /// Loads the library from `path`, as OpenLibrary does. One without formats gets the built-in default format.
@@ -53,9 +62,24 @@ public:
     /// Keeps all three, whatever they are: `filePattern` as far as its field goes. Does not count as a change.
     void SetReadSettings(std::int32_t startAddress, std::int32_t rowCount, std::u16string_view filePattern);
 
-    /// Writes the library to its file; false when that failed. Reports nothing. A file that could not be written before
-    /// and now can be holds what is shown from here on, as State() then tells.
+    /// Has `before` called under the library's lock, right before a file that is there gets other formats.
+    using BeforeChange = BeforeFormatsChange;
+    void SetBeforeFormatsChange(BeforeChange before) { m_beforeChange = std::move(before); }
+
+    /// Merges what others changed in the file with the library and writes that to the file, under the library's lock
+    /// (LibraryLock.h); where the file holds these bytes already, it is not touched. False when that failed. Reports
+    /// nothing. A file that could not be written before and now can be holds what is shown from here on, as State()
+    /// then tells.
+    ///
+    /// The merged formats stand at other indices: ask TakeMoves() after it.
     bool Save();
+
+    /// Merges what others changed in the file with the library and writes nothing. Ask TakeMoves() after it.
+    void TakeOthers();
+
+    /// What the latest merge did to the formats that were there before it, once; nothing when there was none since.
+    /// Formats may have come, too.
+    std::optional<std::vector<FormatMove>> TakeMoves() { return std::exchange(m_moves, std::nullopt); }
 
     // `format` is the index of a format that there is, `position` that of an item of it or, for one that is put in, one
     // beyond.
@@ -71,8 +95,8 @@ public:
     /// Sets the `unicode` of an item. Is no change of its own, and does not count as one.
     void SetUnicode(std::size_t format, std::size_t position, std::int32_t unicode);
 
-    /// Puts what the change left, or what stood there before it, in its place. The library holds the other side
-    /// (Holds).
+    /// Puts what the change left, or what stood there before it, in its place (PlaceOf). The library holds the other
+    /// side (Holds).
     void Apply(const FormatChange& change);
     void TakeBack(const FormatChange& change);
 
@@ -81,9 +105,14 @@ private:
     template <class Edit>
     FormatChange ChangeFormat(std::size_t format, Edit edit);
     void Exchange(std::size_t index, const DataFormat* old, const DataFormat* fresh);
+    void Merge(StandingLibrary& theirs);
+    bool Write();
 
     FormatLibrary m_library;
+    Formats m_base; ///< as the file held them when it was last read or written
     LibraryState m_state;
-    bool m_isOriginalAtRisk = false; ///< the file holds what the next save drops
+    BeforeChange m_beforeChange;
+    std::optional<std::vector<FormatMove>> m_moves;
+    bool m_isDefaultOwn = false; ///< the file had no formats, and the default one has not reached it yet
     bool m_isChanged = false;
 };

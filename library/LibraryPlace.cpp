@@ -2,6 +2,7 @@
 
 #include "disk/File.h"
 #include "library/FormatLibrary.h"
+#include "library/LibraryLock.h"
 
 #include <string_view>
 #include <system_error>
@@ -22,7 +23,9 @@ void MakeFromSample(const fs::path& library, const fs::path& sample)
         return;
     std::error_code fault;
     fs::create_directories(library.parent_path(), fault);
-    formats.save(library);
+    const CLibraryLock lock(library);
+    if (IsMissing(library)) // still: another program may just have made it
+        formats.save(library);
 }
 
 fs::path LibraryIn(const fs::path& dataFolder)

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -124,7 +125,7 @@ void CRecipeFormatEditView::CreateItemMenu()
 
 void CRecipeFormatEditView::ConnectControls()
 {
-    connect(m_pUi->comboFormats, &QComboBox::currentIndexChanged, this, &CRecipeFormatEditView::ShowSelectedFormat);
+    connect(m_pUi->comboFormats, &QComboBox::currentIndexChanged, this, &CRecipeFormatEditView::OnFormatChosen);
     connect(m_pUi->buttonAddFormat, &QPushButton::clicked, this, &CRecipeFormatEditView::OnAddFormat);
     connect(m_pUi->buttonDeleteFormat, &QPushButton::clicked, this, &CRecipeFormatEditView::OnDeleteFormat);
     connect(m_pUi->actionAddItem, &QAction::triggered, this, &CRecipeFormatEditView::OnAddItem);
@@ -196,11 +197,48 @@ void CRecipeFormatEditView::SelectFormat(std::size_t index)
 /// After formats came or went.
 void CRecipeFormatEditView::ShowChangedFormats()
 {
+    ShowWhetherFormats();
+    ShowSelectedFormat();
+}
+
+void CRecipeFormatEditView::ShowWhetherFormats()
+{
     const bool hasFormats = m_pUi->comboFormats->count() > 0;
     m_pUi->buttonDeleteFormat->setEnabled(hasFormats);
     for (QAction* command : m_pItemMenu->actions())
         command->setEnabled(hasFormats);
+}
+
+void CRecipeFormatEditView::OnFormatChosen()
+{
+    TakeOthers();
     ShowSelectedFormat();
+}
+
+void CRecipeFormatEditView::TakeOthers()
+{
+    m_store.TakeOthers();
+    ShowMoved();
+}
+
+/// The list is filled again only where others changed its items: it may have numbers that a deleted item left.
+void CRecipeFormatEditView::ShowMoved()
+{
+    const auto moves = m_store.TakeMoves();
+    if (!moves)
+        return;
+    const int place = m_pUi->comboFormats->currentIndex();
+    const FormatMove move =
+        place < 0 ? FormatMove{.to = 0, .hasOtherItems = true} : (*moves)[static_cast<std::size_t>(place)];
+    const int row = CurrentRow();
+    ShowNames();
+    SelectFormat(move.to.value_or(static_cast<std::size_t>(place)));
+    ShowWhetherFormats();
+    if (!move.hasOtherItems)
+        return;
+    ShowSelectedFormat();
+    if (move.to)
+        SelectRow(std::min(row, m_pUi->listItems->topLevelItemCount() - 1));
 }
 
 void CRecipeFormatEditView::ShowSelectedFormat()
@@ -298,7 +336,9 @@ void CRecipeFormatEditView::StoreReadSettings()
 bool CRecipeFormatEditView::SaveFormats()
 {
     const LibraryState told = m_store.State();
-    if (!m_store.Save()) {
+    const bool isSaved = m_store.Save();
+    ShowMoved(); // even then
+    if (!isSaved) {
         m_frame.TellLibraryTrouble(tr("The data formats could not be saved in %1").arg(LibraryName()));
         return false;
     }
@@ -315,24 +355,27 @@ QString CRecipeFormatEditView::LibraryName() const
 
 void CRecipeFormatEditView::ApplyReadSettings()
 {
+    std::optional<DataFormat> shown; // others may have changed it: the save shows that
+    if (const DataFormat* format = SelectedFormat()) {
+        shown = *format;
+        SetText(shown->name, ViewOf(m_pUi->comboFormats->currentText()));
+    }
     StoreReadSettings();
-    const DataFormat* format = SelectedFormat();
-    if (!format)
+    if (!shown)
         return;
     const FormatLibrary& library = m_store.Library();
     if (const auto fault = ReadSettingsFault(library.startAddress, library.rowCount)) {
         m_frame.Reporter().ShowError(*fault);
         return;
     }
-    ReadSettings settings{*format, library.startAddress, library.rowCount};
-    SetText(settings.format.name, ViewOf(m_pUi->comboFormats->currentText()));
-    m_frame.Document().TakeSettings(std::move(settings));
+    m_frame.Document().TakeSettings({std::move(*shown), library.startAddress, library.rowCount});
 }
 
 void CRecipeFormatEditView::UseFormat()
 {
+    const bool hasFormats = m_pUi->comboFormats->count() > 0; // others may add some, or delete all
     ApplyReadSettings();
-    if (m_pUi->comboFormats->count() == 0)
+    if (!hasFormats)
         m_frame.ClearRecipeData();
     else if (m_frame.Document().IsOpen())
         m_frame.ShowRecipeData(TypeByEnding(ToQPath(m_frame.Document().Path())));
@@ -534,4 +577,6 @@ void CRecipeFormatEditView::TakeIntoUse(const FormatChange& change, AfterChange 
         SaveFormats();
     else if (m_bAutoUse)
         UseFormat();
+    else
+        TakeOthers();
 }

@@ -27,6 +27,10 @@ class CRecipeFormatEditView;
 ///
 /// The library file is written silently; while that fails the status bar says so. The strip tells when the file is
 /// damaged or may only be read, and when the count of the selected format leaves out items that are shown.
+///
+/// Other windows may work on the same library. What they did to formats is shown after each save of the library, and
+/// when another format is chosen; the format that was selected stays so, unless it is gone. What a command reads by is
+/// what was shown when it was given.
 class CRecipeFormatEditView final : public QScrollArea {
     Q_OBJECT
 
@@ -55,7 +59,8 @@ public:
     /// current row.
     void FormatChanged(std::size_t index);
 
-    /// Saves the library. Whether that succeeded is told in the status bar and in the strip, too.
+    /// Saves the library, and shows what others changed in it. Whether that succeeded is told in the status bar and in
+    /// the strip, too.
     bool SaveFormats();
 
     /// The pattern of the file type that was opened last, "*.rcp" for example; kept in the library between runs.
@@ -79,8 +84,12 @@ private:
     void ShowFormatSize();
     void TellCount();
     void KeepAllItems();
+    void ShowWhetherFormats();
     void ShowChangedFormats();
     void ShowSelectedFormat();
+    void OnFormatChosen();
+    void TakeOthers();
+    void ShowMoved();
     void SelectFormat(std::size_t index);
     void SelectRow(int row);
     int CurrentRow() const;

@@ -32,24 +32,47 @@ struct HeldFormat : testing::TestWithParam<OtherFormat> {
 
 TEST_F(HeldFormat, IsTheSameOnThatSideOfTheChange)
 {
-    const FormatChange change{.index = 1, .before = Kept(DefaultFormat()), .after = Kept(kLine)};
-    EXPECT_TRUE(Holds(library, change, ChangeSide::After));
+    const DataFormat other = MakeFormat(u"Line", {DefaultItem()});
+    const FormatChange change{.index = 1, .before = Kept(other), .after = Kept(kLine)};
+    EXPECT_EQ(PlaceOf(library, change, ChangeSide::After), 1U);
     EXPECT_FALSE(Holds(library, change, ChangeSide::Before));
-    const FormatChange elsewhere{.index = 0, .before = change.before, .after = change.after};
-    EXPECT_FALSE(Holds(library, elsewhere, ChangeSide::After));
-    EXPECT_TRUE(Holds(library, elsewhere, ChangeSide::Before));
+    const FormatChange back{.index = 1, .before = change.after, .after = change.before};
+    EXPECT_FALSE(Holds(library, back, ChangeSide::After));
+    EXPECT_TRUE(Holds(library, back, ChangeSide::Before));
 }
 
-TEST_F(HeldFormat, IsNoneAfterTheLast)
+TEST_F(HeldFormat, IsFoundWhereOtherFormatsMovedIt)
 {
-    EXPECT_FALSE(Holds(library, {.index = 2, .before = Kept(kLine), .after = nullptr}, ChangeSide::Before));
+    for (const std::size_t index : {0U, 2U, 9U})
+        EXPECT_EQ(PlaceOf(library, {.index = index, .before = nullptr, .after = Kept(kLine)}, ChangeSide::After), 1U);
+    library.formats.insert(library.formats.begin(), std::make_unique<DataFormat>(kLine));
+    library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat())); // now Line, default, Line, default
+    const auto placeNear = [&](std::size_t index, const DataFormat& format) {
+        return PlaceOf(library, {.index = index, .before = Kept(format), .after = nullptr}, ChangeSide::Before);
+    };
+    EXPECT_EQ(placeNear(2, kLine), 2U) << "its own place first";
+    EXPECT_EQ(placeNear(3, kLine), 2U);
+    EXPECT_EQ(placeNear(0, DefaultFormat()), 1U);
+    EXPECT_EQ(placeNear(7, DefaultFormat()), 3U);
 }
 
-TEST_F(HeldFormat, OfNoneIsAnyPlaceWithinReach)
+TEST_F(HeldFormat, IsNotLookedForElsewhereWhereItIsAnotherOneByNow)
 {
-    for (const std::size_t index : {0U, 1U, 2U})
-        EXPECT_TRUE(Holds(library, {.index = index, .before = Kept(kLine), .after = nullptr}, ChangeSide::After));
-    EXPECT_FALSE(Holds(library, {.index = 3, .before = Kept(kLine), .after = nullptr}, ChangeSide::After));
+    library.formats[0] = std::make_unique<DataFormat>(MakeFormat(u"Line", {DefaultItem()}));
+    EXPECT_FALSE(Holds(library, {.index = 0, .before = Kept(kLine), .after = nullptr}, ChangeSide::Before));
+}
+
+TEST_F(HeldFormat, IsNoneThatIsNotThere)
+{
+    const DataFormat other = MakeFormat(u"Other", {DefaultItem()});
+    EXPECT_FALSE(Holds(library, {.index = 2, .before = Kept(other), .after = nullptr}, ChangeSide::Before));
+}
+
+TEST_F(HeldFormat, OfNoneIsItsPlaceOrTheEnd)
+{
+    for (const std::size_t index : {0U, 1U, 2U, 3U})
+        EXPECT_EQ(PlaceOf(library, {.index = index, .before = Kept(kLine), .after = nullptr}, ChangeSide::After),
+                  std::min<std::size_t>(index, 2));
 }
 
 TEST_P(HeldFormat, IsAnotherOneWhenAnythingDiffers)
