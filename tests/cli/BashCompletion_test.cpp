@@ -95,6 +95,8 @@ TEST_F(BashCompletion, OffersTheVersionsOfTheFile)
     EXPECT_EQ(Complete({"versions", "list", "a"}), Texts{"a.rcp"});
     EXPECT_EQ(Complete({"versions", "show", "-o", "a"}), Texts{"a.rcp"});
     EXPECT_EQ(Complete({"versions", "restore", "a"}), Texts{"a.rcp"});
+}
+
 TEST_F(BashCompletion, OffersTheJournalsThatThereAre)
 {
     const CVariable home("XDG_DATA_HOME", folder.Path().c_str());

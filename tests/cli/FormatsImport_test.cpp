@@ -1,4 +1,7 @@
+#include "cli/FormatsImportCommand.h"
+#include "library/LibraryLock.h"
 #include "tests/cli/CliTest.h"
+#include "tests/support/RecordingReporter.h"
 
 namespace fs = std::filesystem;
 
@@ -277,6 +280,39 @@ TEST_F(FormatsImport, DeepNestingIsRefusedAtOnce)
     ExpectRefused({"formats", "import", file.string()},
                   "Import error! File " + file.string() + ", at /formats/0: an object is expected!");
     EXPECT_EQ(ReadAll(libraryPath), before);
+}
+
+TEST_F(FormatsImport, GoesOnWithoutALockThatAnotherProgramKeeps)
+{
+    const CLibraryLock lock(libraryPath);
+    ASSERT_TRUE(lock.IsHeld());
+    EXPECT_EQ(Imported("{\"formats\": [{\"name\": \"A\"}]}").formats.size(), 1u);
+    EXPECT_TRUE(fs::exists(fs::path(libraryPath) += ".lock")) << "it is the other's";
+}
+
+TEST_F(FormatsImport, LeavesNoLock)
+{
+    Imported("{}");
+    EXPECT_FALSE(fs::exists(fs::path(libraryPath) += ".lock"));
+}
+
+TEST_F(FormatsImport, TellsBeforeOtherFormatsTakeThePlaceOfThoseThere)
+{
+    CRecordingReporter reporter;
+    std::vector<Bytes> told;
+    const auto import = [&](const std::string& json) {
+        WriteAll(file, TextBytes(json));
+        EXPECT_TRUE(ImportFormats({file.string(), libraryPath.string()}, reporter,
+                                  [&](const fs::path& path) { told.push_back(ReadAll(path)); }));
+    };
+    const Bytes before = ReadAll(libraryPath);
+    import("{\"formats\": [{\"name\": \"A\"}]}");
+    EXPECT_EQ(told, std::vector<Bytes>{before});
+    import("{\"rowCount\": 3, \"formats\": [{\"name\": \"A\"}]}");
+    EXPECT_EQ(told.size(), 1u) << "of settings alone";
+    fs::remove(libraryPath);
+    import("{\"formats\": [{\"name\": \"B\"}]}");
+    EXPECT_EQ(told.size(), 1u) << "there is nothing to keep";
 }
 
 } // namespace

@@ -111,7 +111,8 @@ std::string CSaveVerdict::ComplaintOfMessage(const FaultRun& run) const
                                                                                                  : "told so: " + text;
 }
 
-/// Beside the target there is nothing new, except a complete file that could not be removed, or is the only whole one.
+/// Beside the target there is nothing new, except a complete file or a lock that could not be removed, or a file that
+/// is the only whole one.
 std::string CSaveVerdict::ComplaintOfRest(const SavePlace& place, const Fault& fault, const FaultRun& run) const
 {
     const auto target = BytesIn(place.Disk(m_path.target));
@@ -121,6 +122,9 @@ std::string CSaveVerdict::ComplaintOfRest(const SavePlace& place, const Fault& f
         if (name == m_path.target)
             continue;
         const bool mayBeInPart = fault.Kills() || run.HasFailed("remove");
+        const bool isLock = name == std::string(m_path.target) + ".lock"; // of a library: a sign that holds nothing
+        if (isLock && mayBeInPart && ReadAll(entry.path()).empty())
+            continue;
         const bool isCopy = m_path.makesCopy && name == std::string(m_path.target) + ".bak";
         if (isCopy && (mayBeInPart || ReadAll(entry.path()) == m_old))
             continue;

@@ -58,6 +58,8 @@ set(vantor_library_tests_left_out
   OpenedLibrary.HasNoLeftOversBesideIt
   OpenedLibrary.HasNothingWhereItCannotBeMade
   OpenedLibrary.IsReadWhereItMayOnlyBeRead
+  SharedLibrary.AFolderThatTakesNoFileIsDoneWithout
+  SharedLibrary.ALinkIsOneFileWithWhatItLeadsTo
   LibraryOriginal.ACopyThatCannotBeReadIsTakenForAnother
   LibraryOriginal.AFolderOrALinkThatLeadsNowhereTakesTheName
   LibraryOriginal.AFullDiskLeavesNoHalfCopy
