@@ -54,7 +54,8 @@ bool CFormatStore::Save()
 {
     if (!m_library.isSavedAt(m_library.path) && !Write())
         return false;
-    m_base = CopyOf(m_library.formats);
+    if (!AreSavedAlike(m_base, m_library.formats))
+        m_base = CopyOf(m_library.formats);
     m_isDefaultOwn = false;
     if (m_state.changes != LibraryState::Changes::Kept && MayBeWritten(m_library.path))
         m_state = {};

@@ -3,6 +3,7 @@
 #include "library/LibraryMerge.h"
 #include "tests/support/Formats.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
