@@ -66,6 +66,11 @@ void AddReadOptions(CLI::App& command, ReadOptions& options)
     AddNumber(command, "--rows", options.rowCount, "Number of rows (default: the library's)");
 }
 
+void AddNoVersion(CLI::App& command, bool& noVersion)
+{
+    command.add_flag("--no-version", noVersion, "Do not keep what is overwritten as an earlier version");
+}
+
 void AddShow(CLI::App& app, Session& session)
 {
     CLI::App* command = app.add_subcommand("show", "Print the rows of a recipe file");
@@ -83,6 +88,7 @@ void AddSet(CLI::App& app, Session& session)
     session.setArguments.AddTo(*command);
     command->add_flag("--only-edited", session.set.onlyEdited, "Save the cells that were set and change no other byte");
     command->add_flag("--dry-run", session.set.dryRun, "Print what would change as JSON Lines, and write nothing");
+    AddNoVersion(*command, session.set.noVersion);
     command->callback([&session] {
         session.setArguments.MoveTo(session.set);
         session.done = SetCells(session.set, session.output, session.reporter);
@@ -95,6 +101,7 @@ void AddConvert(CLI::App& app, Session& session)
     AddFile(*command, "SOURCE", session.convert.source, kRecipeFile);
     AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is replaced");
     AddReadOptions(*command, session.convert.read);
+    AddNoVersion(*command, session.convert.noVersion);
     command->callback([&session] { session.done = ConvertRecipe(session.convert, session.reporter); });
 }
 
@@ -119,6 +126,7 @@ void AddMerge(CLI::App& app, Session& session)
     AddMergePart(*command, "first", options.first);
     AddMergePart(*command, "second", options.second);
     command->add_flag("--force", options.force, "Replace an existing merged file");
+    AddNoVersion(*command, options.noVersion);
     command->callback([&session] { session.done = MergeRecipes(session.merge, session.reporter); });
 }
 
@@ -141,6 +149,7 @@ void AddFormats(CLI::App& app, Session& session)
     CLI::App* importCommand = formats->add_subcommand("import", "Replace the format library by what a JSON file says");
     AddFile(*importCommand, "FILE", session.importing.file, "JSON file, as \"formats export\" writes it");
     AddLibrary(*importCommand, session.importing.library);
+    AddNoVersion(*importCommand, session.importing.noVersion);
     importCommand->callback([&session] { session.done = ImportFormats(session.importing, session.reporter); });
 }
 

@@ -1,5 +1,6 @@
 #include "cli/ConvertCommand.h"
 
+#include "cli/KeptVersions.h"
 #include "cli/OpenRecipe.h"
 #include "disk/File.h"
 #include "text/FileMessages.h"
@@ -21,13 +22,20 @@ bool IsAnotherFile(const fs::path& target, const fs::path& source, CReporter& re
 
 bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
 {
+    const CVersionStore versions = UsersVersions();
     CRecipeDocument document;
+    if (!options.noVersion)
+        document.KeepVersionsIn(versions, u"convert");
     if (!OpenRecipe(document, options.source, options.read, reporter))
         return false;
     const fs::path target(options.target);
     const auto type = KnownTypeOf(target, reporter);
     CNoProgress progress;
-    return type && IsAnotherFile(target, document.Path(), reporter) && HoldForWriting(document, target, reporter) &&
-           document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed &&
-           document.Replace(*type, target, reporter).isSaved;
+    if (!type || !IsAnotherFile(target, document.Path(), reporter) || !HoldForWriting(document, target, reporter) ||
+        document.ReadOnly(reporter, progress) == CRecipeDocument::Reading::Failed)
+        return false;
+    const SaveResult result = document.Replace(*type, target, reporter);
+    if (const auto& version = document.LastSave().version; version && (result.isSaved || result.mayHoldOldAndNew))
+        TellUnlessKept(*version, target, reporter);
+    return result.isSaved;
 }

@@ -8,6 +8,7 @@ struct ConvertOptions {
     std::string source;
     std::string target;
     ReadOptions read;
+    bool noVersion = false; ///< does not keep what it overwrites
 };
 
 /// Reads the rows of one recipe file and saves them as another, by its type, all at once (files/RecipeReplacement.h). A

@@ -1,6 +1,7 @@
 #include "cli/FormatsImportCommand.h"
 
 #include "cli/InputFile.h"
+#include "cli/KeptVersions.h"
 #include "disk/File.h"
 #include "library/LibraryFile.h"
 #include "library/LibraryFromJson.h"
@@ -48,7 +49,7 @@ bool Replace(const fs::path& path, const FormatLibrary& library, const BeforeFor
 
 } // namespace
 
-bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter, const BeforeFormatsChange& before)
+bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
 {
     const fs::path path(options.file);
     const auto json = ReadJson(path, reporter);
@@ -61,8 +62,15 @@ bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter, con
         return false;
     }
     const fs::path libraryPath = LibraryToWrite(options.library, reporter);
-    if (Replace(libraryPath, library, before))
+    std::optional<VersionKept> kept;
+    BeforeFormatsChange keep;
+    if (!options.noVersion)
+        keep = [&](const fs::path& standing) { kept = UsersVersions().Keep(standing, u"formats import"); };
+    if (Replace(libraryPath, library, keep)) {
+        if (kept)
+            TellUnlessKept(*kept, libraryPath, reporter);
         return true;
+    }
     ShowFileError(reporter, kSaveFileError, libraryPath);
     return false;
 }

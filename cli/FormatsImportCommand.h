@@ -9,9 +9,10 @@
 struct FormatsImportOptions {
     std::string file;                   ///< JSON, as ExportFormats writes it
     std::optional<std::string> library; ///< path; else the program's own
+    bool noVersion = false;             ///< does not keep what it overwrites
 };
 
 /// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a
-/// copy beside it (library/LibraryOriginal.h). `before` is called right before a library that is there gets other
-/// formats. False after a failure, then reported; the library file is then as it was.
-bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter, const BeforeFormatsChange& before = {});
+/// copy beside it (library/LibraryOriginal.h). What is there is kept as an earlier version right before it gets
+/// other formats. False after a failure, then reported; the library file is then as it was.
+bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter);

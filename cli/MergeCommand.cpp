@@ -1,5 +1,6 @@
 #include "cli/MergeCommand.h"
 
+#include "cli/KeptVersions.h"
 #include "merge/MergeFileChoice.h"
 #include "merge/MergeFiles.h"
 #include "merge/SavePathRules.h"
@@ -102,5 +103,7 @@ bool MergeRecipes(const MergeOptions& options, CReporter& reporter)
         reporter.ShowError(*fault);
         return false;
     }
+    if (!options.noVersion)
+        KeepVersionOf(*target, u"merge", reporter);
     return MergeFiles(params, reporter);
 }

@@ -20,7 +20,8 @@ struct MergeOptions {
     MergePart second;
     std::string target; ///< gets ".rcp" where it does not end so
     MergedSize size = MergedSize::Words128K;
-    bool force = false; ///< replace an existing target
+    bool force = false;     ///< replace an existing target
+    bool noVersion = false; ///< does not keep what it overwrites
 };
 
 /// Merges two recipe files into a new one. False after a failure, then reported; before the checks have passed nothing

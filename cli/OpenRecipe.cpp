@@ -36,7 +36,7 @@ bool HoldForWriting(CRecipeDocument& document, const fs::path& path, CReporter& 
 {
     if (document.Hold(path) != CFileLock::State::Busy)
         return true;
-    ShowFileError(reporter, u"File %s is being written by another program!", path);
+    ShowFileError(reporter, kBusyFileError, path);
     return false;
 }
 

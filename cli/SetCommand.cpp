@@ -1,6 +1,7 @@
 #include "cli/SetCommand.h"
 
 #include "changes/SaveRecords.h"
+#include "cli/KeptVersions.h"
 #include "cli/OpenRecipe.h"
 #include "cli/PrintedChanges.h"
 #include "files/RecipeMessages.h"
@@ -64,6 +65,8 @@ void CountToTheEnd(CRecipeDocument& document)
 /// A file that is left out is one that cannot be opened: a script is told of it.
 bool IsSaved(const SaveResult& result, const CRecipeDocument& document, CReporter& reporter)
 {
+    if (const auto& version = document.LastSave().version; version && (result.isSaved || result.mayHoldOldAndNew))
+        TellUnlessKept(*version, document.Path(), reporter);
     if (result.isLeftOut)
         ShowFileError(reporter, kSaveFileError, document.Path());
     return result.isSaved;
@@ -121,7 +124,10 @@ bool ForetellAllCells(CRecipeDocument& document, CStandardOutput& output, CRepor
 
 bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter)
 {
+    const CVersionStore versions = UsersVersions();
     CRecipeDocument document;
+    if (!options.noVersion)
+        document.KeepVersionsIn(versions, u"set");
     const bool isHeld = options.dryRun || HoldForWriting(document, fs::path(options.file), reporter);
     if (!isHeld || !OpenAndRead(document, options.file, options.read, reporter) ||
         !SetStates(document, options, reporter))

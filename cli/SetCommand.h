@@ -14,6 +14,7 @@ struct SetOptions {
     std::vector<CellCondition> conditions;
     bool onlyEdited = false; ///< saves the cells that were set and no other byte
     bool dryRun = false;     ///< tells what the save would change, and never writes
+    bool noVersion = false;  ///< does not keep what it overwrites
 };
 
 /// Gives cells of a recipe file what the orders say and saves it in place. False after a failure, then reported: when

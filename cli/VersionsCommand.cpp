@@ -1,6 +1,9 @@
 #include "cli/VersionsCommand.h"
 
+#include "cli/KeptVersions.h"
+#include "cli/OpenRecipe.h"
 #include "disk/File.h"
+#include "disk/FileLock.h"
 #include "files/FileType.h"
 #include "recovery/DataFolder.h"
 #include "recovery/VersionContent.h"
@@ -13,6 +16,7 @@
 #include "text/Utf8Text.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -23,6 +27,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::chrono::seconds kLongestWait{5}; // for another program that writes the file
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 
 std::string NumberOrDash(std::optional<std::uint64_t> number)
@@ -44,16 +49,6 @@ std::optional<Version> ChosenVersion(const CVersionStore& store, const VersionsO
                                                      : u"File %s has several versions that begin with %s!",
                                        {PathText(file), FromUtf8(options.time)}));
     return std::nullopt;
-}
-
-void TellUnlessKept(const VersionKept& kept, const fs::path& file, CReporter& reporter)
-{
-    std::u16string_view reason = kept.reason;
-    if (kept.result == VersionKept::Result::NeedsChanges)
-        reason = u"The file is too large";
-    else if (kept.result != VersionKept::Result::Failed)
-        return;
-    reporter.ShowError(FillMessage(u"No earlier version of file %s was kept: %s.", {PathText(file), reason}));
 }
 
 void PrintBytes(std::span<const std::byte> bytes, CStandardOutput& output)
@@ -157,6 +152,11 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
     const auto version = ChosenVersion(store, options, reporter);
     if (!version)
         return false;
+    CFileLock lock;
+    if (lock.Take(options.file, kLongestWait) == CFileLock::State::Busy) {
+        ShowFileError(reporter, kBusyFileError, options.file);
+        return false;
+    }
     const VersionRestored result = RestoreVersion(store, options.file, version->stamp, reporter);
     if (result)
         TellUnlessKept(result.kept, options.file, reporter);

@@ -296,7 +296,7 @@ bool CRecipeDocument::CompareWithSaved(ShownRows& other) const
 /// Drops the steps on formats that are no longer what the edit made of them.
 bool CRecipeDocument::DropForeignFormats(Edit& edit, Way way)
 {
-    const ChangeSide side = way == Way::Back ? ChangeSide::After : ChangeSide::Before;
+    const ChangeSide side = SideBefore(way);
     return std::erase_if(edit.steps, [&](const EditStep& step) {
                const auto* format = std::get_if<FormatChange>(&step);
                return format != nullptr && !Holds(m_pStore->Library(), *format, side);
@@ -327,7 +327,7 @@ EditReport CRecipeDocument::Exchange(Edit* edit, Way way)
     report.outcome = WithMemoryFor([&] {
         report.name = NameOf(*edit);
         report.isFormatLeftAlone = DropForeignFormats(*edit, way);
-        ReportOn(*edit, report);
+        ReportOn(*edit, way, report);
         ExchangeAll(*edit, way);
     });
     if (report.outcome != EditOutcome::Made)
@@ -360,7 +360,7 @@ void CRecipeDocument::Drop(Way way)
         m_history.DropNextToRedo();
 }
 
-void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)
+void CRecipeDocument::ReportOn(const Edit& edit, Way way, EditReport& report) const
 {
     for (const EditStep& step : edit.steps) {
         if (const auto* cells = std::get_if<CellsStep>(&step)) {
@@ -369,7 +369,8 @@ void CRecipeDocument::ReportOn(const Edit& edit, EditReport& report)
         } else if (std::holds_alternative<RowsStep>(step)) {
             report.hasOtherRows = true;
         } else {
-            report.format = std::get<FormatChange>(step).index;
+            const auto& format = std::get<FormatChange>(step);
+            report.format = PlaceOf(m_pStore->Library(), format, SideBefore(way)).value_or(format.index);
         }
     }
 }

@@ -305,6 +305,9 @@ private:
     enum class Way { Back, Forth };
     enum class Access { AsOpened, ReadOnly };
 
+    /// What a format is before the way is gone.
+    static ChangeSide SideBefore(Way way) { return way == Way::Back ? ChangeSide::After : ChangeSide::Before; }
+
     enum class Written { AllCells, EditedCells, OwnWords };
     using Writing = std::function<SaveResult(const WriteTarget&)>;
 
@@ -358,7 +361,7 @@ private:
     bool DropForeignFormats(Edit& edit, Way way);
     void StepPast(const Edit& edit, Way way);
     void Drop(Way way);
-    static void ReportOn(const Edit& edit, EditReport& report);
+    void ReportOn(const Edit& edit, Way way, EditReport& report) const;
     void Flag(const Edit& edit);
 
     CFormatStore* m_pStore = nullptr;

@@ -160,6 +160,16 @@ VersionKept KeepRecords(const CVersionFolder& folder, const CCheckedChanges& cha
 
 } // namespace
 
+std::u16string NotKeptText(const VersionKept& kept, const fs::path& file)
+{
+    std::u16string_view reason = kept.reason;
+    if (kept.result == VersionKept::Result::NeedsChanges)
+        reason = u"The file is too large";
+    else if (kept.result != VersionKept::Result::Failed)
+        return {};
+    return FillMessage(u"No earlier version of file %s was kept: %s.", {PathText(file), reason});
+}
+
 CVersionStore::CVersionStore(fs::path dataFolder) : m_dataFolder(std::move(dataFolder)) {}
 
 fs::path CVersionStore::FolderOf(const fs::path& file) const
@@ -171,7 +181,8 @@ std::optional<VersionKept> CVersionStore::WhyNotKept(const fs::path& file) const
 {
     if (!AreVersionsKept(m_dataFolder))
         return VersionKept{.result = Result::Off, .reason = {}, .stamp = {}};
-    if (IsMissing(file))
+    std::error_code ignored;
+    if (IsMissing(file) || fs::is_directory(file, ignored))
         return VersionKept{.result = Result::Nothing, .reason = {}, .stamp = {}};
     if (m_dataFolder.empty())
         return Failed(u"There is no folder for the user's data");

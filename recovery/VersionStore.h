@@ -31,6 +31,9 @@ struct VersionKept {
     bool IsSafe() const { return result == Result::Kept || result == Result::Same || result == Result::Nothing; }
 };
 
+/// What users are told where a version of `file` was wanted and could not be kept, with its full stop; else empty.
+std::u16string NotKeptText(const VersionKept& kept, const std::filesystem::path& file);
+
 /// An earlier version of a file.
 struct Version {
     std::string stamp;                  ///< UtcStamp: its name, and by it its place among the others

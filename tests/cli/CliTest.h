@@ -3,6 +3,7 @@
 #include "library/FormatLibrary.h"
 #include "tests/cli/RunCli.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Variable.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,9 @@ struct CliTest : testing::Test {
     void ExpectRefused(const std::vector<std::string>& arguments, const std::string& message) const;
 
     CTempFolder folder;
+    CTempFolder usersData; ///< of the user, where versions are kept
+    CVariable usersDataHome{"XDG_DATA_HOME", usersData.Path().c_str()};
+    CVariable usersSetting{"VANTOR_VERSIONS", nullptr};
     std::filesystem::path libraryPath = folder / "Any.Dat";
     std::filesystem::path recipe = folder / "a.rcp";
     FormatLibrary library;

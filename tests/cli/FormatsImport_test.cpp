@@ -1,5 +1,7 @@
 #include "cli/FormatsImportCommand.h"
 #include "library/LibraryLock.h"
+#include "recovery/DataFolder.h"
+#include "recovery/VersionStore.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/RecordingReporter.h"
 
@@ -296,23 +298,20 @@ TEST_F(FormatsImport, LeavesNoLock)
     EXPECT_FALSE(fs::exists(fs::path(libraryPath) += ".lock"));
 }
 
-TEST_F(FormatsImport, TellsBeforeOtherFormatsTakeThePlaceOfThoseThere)
+TEST_F(FormatsImport, KeepsAVersionBeforeOtherFormatsTakeThePlaceOfThoseThere)
 {
-    CRecordingReporter reporter;
-    std::vector<Bytes> told;
-    const auto import = [&](const std::string& json) {
-        WriteAll(file, TextBytes(json));
-        EXPECT_TRUE(ImportFormats({file.string(), libraryPath.string()}, reporter,
-                                  [&](const fs::path& path) { told.push_back(ReadAll(path)); }));
-    };
+    const CVersionStore versions(OwnDataFolder());
     const Bytes before = ReadAll(libraryPath);
-    import("{\"formats\": [{\"name\": \"A\"}]}");
-    EXPECT_EQ(told, std::vector<Bytes>{before});
-    import("{\"rowCount\": 3, \"formats\": [{\"name\": \"A\"}]}");
-    EXPECT_EQ(told.size(), 1u) << "of settings alone";
+    Imported("{\"formats\": [{\"name\": \"A\"}]}");
+    const auto kept = versions.List(libraryPath);
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(kept[0].command, u"formats import");
+    EXPECT_EQ(ReadAll(versions.PathOf(libraryPath, kept[0])), before);
+    Imported("{\"rowCount\": 3, \"formats\": [{\"name\": \"A\"}]}");
+    EXPECT_EQ(versions.List(libraryPath).size(), 1u) << "of settings alone";
     fs::remove(libraryPath);
-    import("{\"formats\": [{\"name\": \"B\"}]}");
-    EXPECT_EQ(told.size(), 1u) << "there is nothing to keep";
+    Imported("{\"formats\": [{\"name\": \"B\"}]}");
+    EXPECT_EQ(versions.List(libraryPath).size(), 1u) << "there is nothing to keep";
 }
 
 } // namespace

@@ -449,13 +449,26 @@ private:
     {
         if (!edit.changesFormat)
             return true;
-        const bool isThere =
-            from ? edit.format < m_formats.size() && m_formats[edit.format] == *from : edit.format <= m_formats.size();
-        if (isThere)
-            Put(edit.format, from, to);
+        const auto place = PlaceOf(edit.format, from);
+        if (place)
+            Put(*place, from, to);
         else
             edit.changesFormat = false;
-        return isThere;
+        return place.has_value();
+    }
+
+    /// Where the format is by now: where it was, unless another of its name is there; else the nearest that is like it.
+    std::optional<std::size_t> PlaceOf(std::size_t place, const std::optional<ModelFormat>& format) const
+    {
+        if (!format)
+            return std::min(place, m_formats.size());
+        if (place < m_formats.size() && m_formats[place].first == format->first)
+            return m_formats[place] == *format ? std::optional(place) : std::nullopt;
+        for (std::size_t away = 0; away <= std::max(place, m_formats.size()); ++away)
+            for (const std::size_t near : {place - away, place + away}) // a number below 0 is a very large one
+                if (near < m_formats.size() && m_formats[near] == *format)
+                    return near;
+        return std::nullopt;
     }
 
     void Compare()

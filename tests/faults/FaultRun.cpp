@@ -63,6 +63,7 @@ FaultRun RunWithFault(const fs::path& program, const std::vector<std::string>& a
             "VANTOR_FAULT_TIMES=" + std::to_string(fault.times),
             "VANTOR_FAULT_ERROR=" + std::to_string(fault.error),
             std::string("VANTOR_FAULT_KIND=") + fault.kind,
+            "VANTOR_VERSIONS=off", // what is kept beside the file has faults of its own
             std::string("ASAN_OPTIONS=") + (sanitizer ? sanitizer : "") + ":verify_asan_link_order=0",
         },
         program, arguments);
