@@ -16,6 +16,7 @@
 namespace {
 
 const QString kBaseTitle = QStringLiteral("Vantor");
+const QString kNewTitle = kBaseTitle + QStringLiteral("[NoName]");
 
 QString TitleWith(const QString& path)
 {
@@ -50,7 +51,7 @@ void CFileCommands::OnFileNew()
     m_frame.ClearRecipeData();
     m_formatPane.ApplyReadSettings();
     m_document.StartNew();
-    m_frame.SetTitle(kBaseTitle + QStringLiteral("[NoName]"));
+    m_frame.SetTitle(kNewTitle);
     m_frame.ShowRecipeData(FileType::Rcp); // the document's own type keeps its value
     m_frame.UpdateCommands();
 }
@@ -100,6 +101,26 @@ void CFileCommands::OpenChosen(const QString& path)
         m_frame.ClearRecipeData(); // the rows of the file before must not be saved into this one
     m_frame.SetTitle(TitleWith(path));
     m_frame.UpdateCommands();
+}
+
+bool CFileCommands::OpenAsLeft(const WorkHeader& work)
+{
+    const QString path = ToQPath(work.file);
+    if (!path.isEmpty() && !QFileInfo::exists(path)) {
+        m_frame.Reporter().ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
+        return false;
+    }
+    if (!LeaveCurrentWork())
+        return false;
+    if (path.isEmpty())
+        m_document.StartNew();
+    else
+        m_document.StartOpen(work.file, work.type);
+    m_document.TakeSettings({work.format, work.startAddress, work.rowCount});
+    m_frame.ShowRecipeData(work.readAs);
+    m_frame.SetTitle(path.isEmpty() ? kNewTitle : TitleWith(path));
+    m_frame.UpdateCommands();
+    return m_document.HasRowsOfFile();
 }
 
 void CFileCommands::OnFileSave()
@@ -220,6 +241,8 @@ void CFileCommands::OnClose()
         return;
     if (AskToSave(m_window))
         Save(ForeignRule::Overwrite);
+    else
+        m_document.Unsaved().Drop();
 }
 
 QString CFileCommands::DialogFolder() const

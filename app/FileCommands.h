@@ -34,6 +34,10 @@ public:
     /// Opens the file at `path` as OnFileOpen opens a chosen one, without the dialog.
     void OpenPath(const QString& path);
 
+    /// Opens the file that `work` is about, or a new document, in the layout that it had: what the format pane says
+    /// stays. False when its rows cannot be shown (then reported), or the current work must not go.
+    bool OpenAsLeft(const WorkHeader& work);
+
     /// Reads the current file again in place of the changes; the work counts as saved then.
     void OnDiscardChanges();
 

@@ -57,6 +57,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 
 CMainFrame::~CMainFrame()
 {
+    m_pUnsavedCommands.reset();
     m_pOtherPrograms.reset();
     m_pSaveCommands.reset();
     m_pEditCommands.reset();
@@ -90,6 +91,19 @@ void CMainFrame::CreatePanes()
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
     m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *this);
+    m_pUnsavedCommands = std::make_unique<CUnsavedCommands>(*this, *m_pFileCommands, *m_pDataPane, *m_pSaveCommands);
+    connect(m_pUnsavedCommands.get(), &CUnsavedCommands::TroubleChanged, this, [this](const QString& trouble) {
+        m_strUnsavedTrouble = trouble;
+        ShowMessage();
+    });
+}
+
+void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
+{
+    m_versions = CVersionStore(dataFolder);
+    m_document.KeepVersionsIn(m_versions);
+    m_pFormatPane->KeepVersionsIn(m_versions);
+    m_pUnsavedCommands->Start(dataFolder);
 }
 
 void CMainFrame::CreateStatusPanes()
@@ -127,14 +141,16 @@ void CMainFrame::ShowLockKeys()
     }
 }
 
-/// By weight: a file that may hold old and new words; one that was not written; formats that are not saved; what was
-/// just undone; the chosen cell.
+/// By weight: a file that may hold old and new words; one that was not written; what is not kept; formats that are not
+/// saved; what was just undone; the chosen cell.
 void CMainFrame::ShowMessage()
 {
     const SaveNotice edit{{}, m_strEditNotice, m_strEditNotice};
     const SaveNotice library{{}, m_strLibraryTrouble, m_strLibraryTrouble};
+    const SaveNotice version{{}, m_strVersionTrouble, m_strVersionTrouble};
+    const SaveNotice unsaved{{}, m_strUnsavedTrouble, m_strUnsavedTrouble};
     for (const SaveNotice& notice :
-         {m_tornSave, m_leftOutSave, library, edit, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
+         {m_tornSave, m_leftOutSave, unsaved, version, library, edit, SaveNotice{{}, m_pDataPane->ChosenCellInfo(), {}},
           SaveNotice{{}, tr("Ready"), {}}}) {
         if (notice.text.isEmpty())
             continue;
@@ -227,6 +243,7 @@ void CMainFrame::UpdateCommands()
     m_pEditCommands->Update();
     m_pSaveCommands->Update();
     m_pOtherPrograms->Follow();
+    m_pUnsavedCommands->Follow();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 
@@ -285,9 +302,22 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
     else if (result.isLeftOut)
         TellLeftOut(path);
+    TellVersion();
     m_pSaveCommands->TellStoredAsShown();
     m_pSaveCommands->Update();
     ShowMessage();
+}
+
+/// Until a later save keeps one.
+void CMainFrame::TellVersion()
+{
+    const auto& version = m_document.LastSave().version;
+    if (!version)
+        return;
+    const QString trouble = ToQString(NotKeptText(*version, m_document.Path()));
+    if (trouble != m_strVersionTrouble && !trouble.isEmpty())
+        Announce(trouble);
+    m_strVersionTrouble = trouble;
 }
 
 /// Of a file that a save found missing or protected. Only the table has the changes: there is a way to save them, and

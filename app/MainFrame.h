@@ -5,6 +5,7 @@
 #include "app/LockKeys.h"
 #include "app/OtherPrograms.h"
 #include "app/SaveCommands.h"
+#include "app/UnsavedCommands.h"
 #include "views/MessageBoxReporter.h"
 #include "views/RecipeFrame.h"
 
@@ -54,6 +55,10 @@ public:
     /// Opens the file at `path` as the Open command opens a chosen one.
     void OpenPath(const QString& path);
 
+    /// Keeps earlier versions of files, and edits that are not saved, in `dataFolder` from now on, and offers the edits
+    /// that other windows left there. To be called once, if at all.
+    void KeepIn(const std::filesystem::path& dataFolder);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -74,6 +79,7 @@ private:
     void ShowLockKeys();
     void TellState(const SaveResult& result, const QString& path);
     static SaveNotice NoticeOf(const QString& text, const QString& path);
+    void TellVersion();
     void TellLeftOut(const QString& path);
     void ForgetLeftOut();
     void ShowMessage();
@@ -83,6 +89,7 @@ private:
     void ShowAbout();
 
     std::filesystem::path m_executable;
+    CVersionStore m_versions{{}};
     CRecipeDocument m_document;
     std::unique_ptr<Ui::CMainFrame> m_pUi;
     CMessageBoxReporter m_reporter;
@@ -96,11 +103,14 @@ private:
     std::unique_ptr<CEditCommands> m_pEditCommands;
     std::unique_ptr<CSaveCommands> m_pSaveCommands;
     std::unique_ptr<COtherPrograms> m_pOtherPrograms;
+    std::unique_ptr<CUnsavedCommands> m_pUnsavedCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing
     QString m_strEditNotice;     ///< what was undone, for one
     QString m_strLibraryTrouble; ///< why the data formats are not saved; empty while they are
+    QString m_strVersionTrouble; ///< likewise, why no earlier version was kept
+    QString m_strUnsavedTrouble; ///< likewise, why edits are not kept
     std::array<QLabel*, CLockKeys::KeyCount> m_lockLabels{};
     QAction* m_pUnopenedSave = nullptr; ///< Ctrl+S while Save itself is disabled
 };

@@ -3,6 +3,7 @@
 #include "app/MainFrame.h"
 #include "app/Skin.h"
 #include "disk/File.h"
+#include "recovery/DataFolder.h"
 
 #include <QTimer>
 
@@ -27,6 +28,7 @@ void CVantorApp::InitInstance()
 {
     m_pFrame = std::make_unique<CMainFrame>(ExecutablePath());
     m_pFrame->showMaximized();
+    QTimer::singleShot(0, m_pFrame.get(), [this] { m_pFrame->KeepIn(OwnDataFolder()); });
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() > 1) // once the window is up: a message about the file must have a window to stand over
         QTimer::singleShot(0, m_pFrame.get(), [this, path = arguments.at(1)] { m_pFrame->OpenPath(path); });

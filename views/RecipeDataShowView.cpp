@@ -367,6 +367,16 @@ void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
         ShowStates(m_frame.Document().TakeOver(edits));
 }
 
+std::optional<std::vector<UnsavedCell>> CRecipeDataShowView::PutBackUnsaved(const UnsavedWork& work)
+{
+    EditOutcome outcome = EditOutcome::Nothing;
+    auto others = m_frame.Document().PutBackUnsaved(work, outcome);
+    ShowStates(outcome);
+    if (outcome == EditOutcome::OutOfMemory)
+        return std::nullopt;
+    return others;
+}
+
 void CRecipeDataShowView::ShowStates(EditOutcome outcome)
 {
     if (!Report(outcome))

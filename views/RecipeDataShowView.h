@@ -78,6 +78,10 @@ public:
     /// Gives cells other states than they have (CRecipeDocument::TakeOver): one edit.
     void TakeOver(const std::vector<CellEdit>& edits);
 
+    /// Has the document put edits back that were not saved: one edit. Those that could not be; nothing when there was
+    /// no memory for it, which was reported then.
+    std::optional<std::vector<UnsavedCell>> PutBackUnsaved(const UnsavedWork& work);
+
     /// Ends a cell's edit that is open. False when its text was refused; that was reported then.
     bool EndCellEdit();
 

@@ -342,10 +342,17 @@ bool CRecipeFormatEditView::SaveFormats()
         m_frame.TellLibraryTrouble(tr("The data formats could not be saved in %1").arg(LibraryName()));
         return false;
     }
-    m_frame.TellLibraryTrouble({});
+    m_frame.TellLibraryTrouble(m_strVersionTrouble);
     if (m_store.State() != told)
         TellLibraryState();
     return true;
+}
+
+void CRecipeFormatEditView::KeepVersionsIn(const CVersionStore& versions)
+{
+    m_store.SetBeforeFormatsChange([this, &versions](const std::filesystem::path& path) {
+        m_strVersionTrouble = ToQString(NotKeptText(versions.Keep(path, u"Data formats"), path));
+    });
 }
 
 QString CRecipeFormatEditView::LibraryName() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/FormatStore.h"
+#include "recovery/VersionStore.h"
 #include "views/RecipeFrame.h"
 
 #include <QScrollArea>
@@ -53,6 +54,9 @@ public:
 
     /// Whoever changes its formats tells FormatChanged.
     CFormatStore& Store() { return m_store; }
+
+    /// Has the library file kept in `versions`, which outlives the view, before its formats become others.
+    void KeepVersionsIn(const CVersionStore& versions);
 
     /// Shows and selects the format at `index`, or the last one before that, after it was changed, put in or taken out
     /// from outside. Neither uses nor saves it. A format that became another one while it was selected keeps the
@@ -125,4 +129,5 @@ private:
     int m_nContextItem = -1; ///< row that the item menu was opened on, -1 for none
     QString m_strCountTold;  ///< what the strip was asked to say of the selected format's count
     QString m_strFilePattern;
+    QString m_strVersionTrouble; ///< why the library was not kept when its formats became others; empty when it was
 };

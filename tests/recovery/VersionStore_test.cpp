@@ -96,12 +96,11 @@ TEST_F(VersionStore, HasNothingToKeepOfAMissingFile)
     EXPECT_FALSE(fs::exists(data));
 }
 
-TEST_F(VersionStore, TellsWhyAFolderIsNotKept)
+TEST_F(VersionStore, KeepsNothingOfAFolder)
 {
     const VersionKept kept = store.Keep(folder.Path(), u"Save");
-    EXPECT_EQ(kept.result, Result::Failed);
-    EXPECT_EQ(kept.reason, u"Is a directory");
-    EXPECT_FALSE(kept.IsSafe());
+    EXPECT_EQ(kept.result, Result::Nothing);
+    EXPECT_EQ(NotKeptText(kept, folder.Path()), u"");
 }
 
 TEST_F(VersionStore, KeepsNothingWhereItIsOff)
