@@ -100,6 +100,7 @@ void CMainFrame::CreatePanes()
 
 void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
 {
+    m_isKeeping = true;
     m_versions = CVersionStore(dataFolder);
     m_document.KeepVersionsIn(m_versions);
     m_pFormatPane->KeepVersionsIn(m_versions);
@@ -405,7 +406,14 @@ void CMainFrame::WithdrawStrip(StripSubject subject)
 
 void CMainFrame::MergeFiles()
 {
-    CMergeParamDlg(m_executable, m_reporter, this).exec();
+    CMergeParamDlg dialog(m_executable, m_reporter, this);
+    if (m_isKeeping)
+        dialog.KeepVersionsIn(m_versions);
+    dialog.exec();
+    if (dialog.VersionTrouble().empty())
+        return;
+    m_strVersionTrouble = ToQString(dialog.VersionTrouble());
+    ShowMessage();
 }
 
 void CMainFrame::ShowAbout()

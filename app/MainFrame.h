@@ -89,6 +89,7 @@ private:
     void ShowAbout();
 
     std::filesystem::path m_executable;
+    bool m_isKeeping = false; ///< KeepIn was called
     CVersionStore m_versions{{}};
     CRecipeDocument m_document;
     std::unique_ptr<Ui::CMainFrame> m_pUi;

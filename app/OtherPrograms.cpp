@@ -22,6 +22,16 @@ QString Differing(std::size_t count)
                       : COtherPrograms::tr("%1 values shown differ").arg(count);
 }
 
+QString OverwrittenText(const ForeignChanges& overwritten)
+{
+    const QString name = NameOf(overwritten.path);
+    const std::size_t count = overwritten.places.size();
+    if (count == 1)
+        return COtherPrograms::tr("%1: 1 value that another program had written was overwritten.").arg(name);
+    return COtherPrograms::tr("%1: %2 values that another program had written were overwritten.")
+        .arg(name, QString::number(count));
+}
+
 bool IsSame(const FileLook& one, const FileLook& other)
 {
     if (one.state != other.state || one.state != FileLook::State::Changed)
@@ -130,15 +140,18 @@ void COtherPrograms::List(const ForeignChanges& changes)
 
 void COtherPrograms::TellOverwritten()
 {
-    const auto overwritten = m_frame.Document().LastSave().overwritten;
     Withdraw();
-    if (!overwritten)
+    const SaveNotes& notes = m_frame.Document().LastSave();
+    if (!notes.overwritten && !notes.wasBusy)
         return;
-    const QString name = NameOf(overwritten->path);
-    const std::size_t count = overwritten->places.size();
-    const QString text =
-        count == 1 ? tr("%1: 1 value that another program had written was overwritten.").arg(name)
-                   : tr("%1: %2 values that another program had written were overwritten.").arg(name).arg(count);
-    m_frame.ShowStrip(StripSubject::ChangedByOthers,
-                      {text, {{tr("Show"), [this, overwritten] { List(*overwritten); }}}});
+    QString text =
+        notes.overwritten
+            ? OverwrittenText(*notes.overwritten)
+            : tr("%1 was saved while another program was writing it.").arg(NameOf(m_frame.Document().Path()));
+    if (notes.version && notes.version->IsSafe())
+        text += tr(" What it held is kept as an earlier version.");
+    StripMessage message{text, {}};
+    if (notes.overwritten)
+        message.buttons << StripButton{tr("Show"), [this, overwritten = notes.overwritten] { List(*overwritten); }};
+    m_frame.ShowStrip(StripSubject::ChangedByOthers, message);
 }

@@ -106,9 +106,11 @@ void CUnsavedCommands::OfferNext()
 QString CUnsavedCommands::OfferText() const
 {
     const UnsavedWork& work = m_offered->Work();
-    const QString text = work.cells.size() == 1 ? tr("1 edit to %1 of %2 was not saved.")
-                                                : tr("%3 edits to %1 of %2 were not saved.").arg(work.cells.size());
-    return text.arg(NameOf(work.header), MomentText(work.lastEdit));
+    const QString name = NameOf(work.header);
+    const QString moment = MomentText(work.lastEdit);
+    if (work.cells.size() == 1)
+        return tr("1 edit to %1 of %2 was not saved.").arg(name, moment);
+    return tr("%1 edits to %2 of %3 were not saved.").arg(QString::number(work.cells.size()), name, moment);
 }
 
 /// Unless its rows are shown. False when it cannot be opened, or another file must not go.
@@ -134,7 +136,8 @@ void CUnsavedCommands::PutBack()
         m_offered->Remove();
     else
         m_offered->Drop();
-    TellPutBack(count - others->size(), std::move(*others));
+    const std::size_t done = count - others->size();
+    TellPutBack(done, *std::move(others));
     OfferNext();
 }
 

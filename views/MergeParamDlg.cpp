@@ -109,9 +109,13 @@ void CMergeParamDlg::OnChooseMergedPath()
 void CMergeParamDlg::OnOK()
 {
     const MergeParams params = Params();
-    if (const auto fault = ValidateMergeParams(params))
+    if (const auto fault = ValidateMergeParams(params)) {
         m_reporter.ShowError(*fault);
-    else if (MergeFiles(params, m_reporter))
+        return;
+    }
+    if (m_pVersions != nullptr)
+        m_versionTrouble = NotKeptText(m_pVersions->Keep(params.mergedPath, u"Merge"), params.mergedPath);
+    if (MergeFiles(params, m_reporter))
         accept();
 }
 

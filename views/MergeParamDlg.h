@@ -2,12 +2,14 @@
 
 #include "merge/MergeFileChoice.h"
 #include "merge/MergeParams.h"
+#include "recovery/VersionStore.h"
 #include "text/Reporter.h"
 
 #include <QDialog>
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace Ui {
 class CMergeParamDlg;
@@ -24,6 +26,12 @@ public:
     CMergeParamDlg(std::filesystem::path executable, CReporter& reporter, QWidget* parent = nullptr);
     ~CMergeParamDlg() override;
 
+    /// Has a file that the merge replaces kept in `versions`, which outlives the dialog.
+    void KeepVersionsIn(const CVersionStore& versions) { m_pVersions = &versions; }
+
+    /// Why that was not possible at the last merge; empty when it was.
+    const std::u16string& VersionTrouble() const { return m_versionTrouble; }
+
 private:
     struct SourceFields;
 
@@ -38,4 +46,6 @@ private:
     std::unique_ptr<Ui::CMergeParamDlg> m_pUi;
     std::filesystem::path m_executable;
     CReporter& m_reporter;
+    const CVersionStore* m_pVersions = nullptr;
+    std::u16string m_versionTrouble;
 };

@@ -57,4 +57,5 @@ private:
 
     QTimer m_boxes; ///< a message box that nobody answers would hang the test
     QPointer<QWidget> m_pBox;
+    int m_nLooks = 0; ///< at which it was there, after the first
 };

@@ -256,3 +256,29 @@ TEST_F(OtherPrograms, AreNotToldOfForTheWindowsOwnSaves)
     BecomeActive();
     EXPECT_EQ(Strip(), "");
 }
+
+TEST_F(OtherPrograms, HaveWhatTheyWroteKeptBeforeItIsOverwritten)
+{
+    const fs::path data = folder / "data";
+    frame->KeepIn(data);
+    TypeIntoCell(1, kBelt, "1.70");
+    ReplaceBy(theirs);
+    const CModalAnswer answer({Press("buttonSaveAll")});
+    Save();
+    EXPECT_EQ(Strip(), "oven.rcp: 1 value that another program had written was overwritten. What it held is kept as an "
+                       "earlier version.");
+    const CVersionStore versions(data);
+    ASSERT_EQ(versions.List(File()).size(), 1u);
+    EXPECT_EQ(ReadAll(versions.PathOf(File(), versions.List(File())[0])), theirs);
+}
+
+/// The window goes on after some seconds.
+TEST_F(OtherPrograms, ThatDoNotEndAreToldOf)
+{
+    TypeIntoCell(1, kBelt, "1.70");
+    CFileLock lock;
+    ASSERT_EQ(lock.Take(File(), std::chrono::seconds(0)), CFileLock::State::Held);
+    Save();
+    EXPECT_EQ(Oven()[0], std::byte{170});
+    EXPECT_EQ(Strip(), "oven.rcp was saved while another program was writing it.");
+}
