@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 
@@ -27,6 +28,7 @@ void CFileWatch::Watch(const QString& path)
     if (path == m_path)
         return;
     m_path = path;
+    m_target.clear();
     m_pause.stop();
     m_pause.setInterval(kShortestPause);
     const QStringList watched = m_watcher.files() + m_watcher.directories();
@@ -44,9 +46,11 @@ void CFileWatch::TakeUp()
     if (!watched.isEmpty())
         m_watcher.removePaths(watched);
     const QFileInfo file(m_path);
-    for (const QString& path : {file.absolutePath(), file.canonicalFilePath()})
-        if (!path.isEmpty())
-            m_watcher.addPath(path);
+    if (file.exists())
+        m_target = file.canonicalFilePath(); // where a link leads, and led to while it had gone
+    QSet<QString> paths{file.absolutePath(), m_target, QFileInfo(m_target).absolutePath()};
+    paths.remove(QString());
+    m_watcher.addPaths(paths.values());
 }
 
 void CFileWatch::OnEvent()

@@ -29,4 +29,5 @@ private:
     QFileSystemWatcher m_watcher;
     QTimer m_pause;
     QString m_path;
+    QString m_target; ///< the file itself
 };

@@ -90,7 +90,7 @@ void CMainFrame::CreatePanes()
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
-    m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *this);
+    m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *m_pDataPane, *this);
     m_pUnsavedCommands = std::make_unique<CUnsavedCommands>(*this, *m_pFileCommands, *m_pDataPane, *m_pSaveCommands);
     connect(m_pUnsavedCommands.get(), &CUnsavedCommands::TroubleChanged, this, [this](const QString& trouble) {
         m_strUnsavedTrouble = trouble;

@@ -3,11 +3,14 @@
 #include "app/FileCommands.h"
 #include "changes/CellDifferences.h"
 #include "files/StoredDifferences.h"
+#include "views/RecipeDataShowView.h"
 #include "views/RecipeFrame.h"
 #include "views/TextCrossing.h"
 
 #include <QEvent>
 #include <QWidget>
+
+#include <utility>
 
 namespace {
 
@@ -44,10 +47,11 @@ bool IsSame(const FileLook& one, const FileLook& other)
 } // namespace
 
 COtherPrograms::COtherPrograms(CRecipeFrame& frame, CFileCommands& fileCommands, CSaveCommands& saveCommands,
-                               QWidget& window)
+                               CRecipeDataShowView& dataPane, QWidget& window)
     : m_frame(frame),
       m_fileCommands(fileCommands),
-      m_saveCommands(saveCommands)
+      m_saveCommands(saveCommands),
+      m_dataPane(dataPane)
 {
     window.installEventFilter(this);
     connect(&m_watch, &CFileWatch::Prompted, this, &COtherPrograms::Look);
@@ -103,11 +107,7 @@ void COtherPrograms::TellChanged(const std::shared_ptr<const ForeignChanges>& ch
         tr("%1 was changed by another program: %2.").arg(NameOf(changes->path), Differing(changes->places.size())), {}};
     message.buttons << StripButton{tr("Show"), [this, changes] { List(*changes); }}
                     << StripButton{tr("Read again"), [this] { m_fileCommands.OnDiscardChanges(); }}
-                    << StripButton{tr("Keep mine"), [this, changes] {
-                                       m_frame.Document().KeepShown(*changes);
-                                       Withdraw();
-                                       m_frame.UpdateCommands();
-                                   }};
+                    << StripButton{tr("Keep mine"), [this, changes] { KeepMine(*changes); }};
     m_frame.ShowStrip(StripSubject::ChangedByOthers, message);
 }
 
@@ -126,15 +126,25 @@ void COtherPrograms::WithdrawChanges()
 void COtherPrograms::Withdraw()
 {
     m_told = {};
+    m_saveCommands.Withdraw(std::exchange(m_pListed, {}));
     m_frame.WithdrawStrip(StripSubject::ChangedByOthers);
+}
+
+void COtherPrograms::KeepMine(const ForeignChanges& changes)
+{
+    m_frame.Document().KeepShown(changes);
+    Withdraw();
+    m_dataPane.StoredChanged();
+    m_dataPane.setFocus(Qt::OtherFocusReason); // the button goes
+    m_frame.UpdateCommands();
 }
 
 void COtherPrograms::List(const ForeignChanges& changes)
 {
     const std::u16string format(TextOf(m_frame.Document().Format().name));
-    m_saveCommands.Show({std::make_shared<CCellDifferences>(changes.before, changes.after, changes.places,
-                                                            ChangeSubject{changes.path, format}),
-                         tr("Changed by another program"), Differing(changes.places.size()), changes.path,
+    m_pListed = std::make_shared<CCellDifferences>(changes.before, changes.after, changes.places,
+                                                   ChangeSubject{changes.path, format});
+    m_saveCommands.Show({m_pListed, tr("Changed by another program"), Differing(changes.places.size()), changes.path,
                          changes.after.Cells()});
 }
 

@@ -10,6 +10,7 @@
 #include <memory>
 
 class CFileCommands;
+class CRecipeDataShowView;
 class CRecipeFrame;
 
 /// Other programs that write the open file: the window looks when the system tells that something happened to it and
@@ -19,7 +20,8 @@ class COtherPrograms final : public QObject {
 
 public:
     /// All outlive the object.
-    COtherPrograms(CRecipeFrame& frame, CFileCommands& fileCommands, CSaveCommands& saveCommands, QWidget& window);
+    COtherPrograms(CRecipeFrame& frame, CFileCommands& fileCommands, CSaveCommands& saveCommands,
+                   CRecipeDataShowView& dataPane, QWidget& window);
 
     /// The document may have another file, or have read it again.
     void Follow();
@@ -41,11 +43,14 @@ private:
     void TellChanged(const std::shared_ptr<const ForeignChanges>& changes);
     void TellMissing(const QString& text);
     void Withdraw();
+    void KeepMine(const ForeignChanges& changes);
     void List(const ForeignChanges& changes);
 
     CRecipeFrame& m_frame;
     CFileCommands& m_fileCommands;
     CSaveCommands& m_saveCommands;
+    CRecipeDataShowView& m_dataPane;
     CFileWatch m_watch;
+    std::shared_ptr<const CChangeList> m_pListed;
     FileLook m_told; ///< of the message that is in the strip, or that the user dismissed
 };

@@ -177,6 +177,7 @@ void CSaveCommands::ListPlan()
     m_listedFormat = FormatNameOf(document);
     m_listedEdition = document.Plan().Edition();
     m_listed = Listed::Plan;
+    m_pOther.reset();
     m_pPanel->SetList(std::make_shared<CPlannedChanges>(document.Plan(), ChangeSubject{m_listedPath, m_listedFormat}),
                       tr("Changes on saving"), ChangeAction::KeepStored);
     m_pPanel->SetFile(m_listedPath);
@@ -269,10 +270,19 @@ void CSaveCommands::Show(OtherList list)
     m_listed = Listed::Other;
     m_listedPath = std::move(list.path);
     m_listedLayout = std::move(list.layout);
+    m_pOther = list.changes;
     m_pPanel->SetList(std::move(list.changes), list.title, ChangeAction::TakeOver);
     m_pPanel->SetSummary(list.summary);
     m_pPanel->SetFile(m_listedPath);
     OpenPanel();
+}
+
+void CSaveCommands::Withdraw(const std::shared_ptr<const CChangeList>& changes)
+{
+    if (m_listed != Listed::Other || !changes || m_pOther != changes)
+        return;
+    ListPlan();
+    ShowCounts();
 }
 
 /// Whether the lines of the panel are about cells of the table that is shown.

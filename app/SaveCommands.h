@@ -53,6 +53,9 @@ public:
     /// layout.
     void Show(OtherList list);
 
+    /// What `changes` tells holds no more: where the panel lists it, it lists the plan instead.
+    void Withdraw(const std::shared_ptr<const CChangeList>& changes);
+
     /// What the window shows beside the panes.
     CChangesPanel& Panel() { return *m_pPanel; }
     QToolButton& Field() { return *m_pField; }
@@ -87,6 +90,7 @@ private:
     Listed m_listed = Listed::Nothing;           ///< what the panel lists
     std::filesystem::path m_listedPath;          ///< of which file
     CRecipeRows m_listedLayout;                  ///< of the cells, unless that is the plan
+    std::shared_ptr<const CChangeList> m_pOther; ///< likewise, of a list that is none of a save
     std::u16string m_listedFormat;               ///< likewise, of its format
     std::uint64_t m_listedEdition = 0;           ///< likewise
     std::shared_ptr<const SavedChanges> m_pTold; ///< what the strip spoke of last

@@ -11,6 +11,8 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include <utility>
+
 namespace {
 
 constexpr int kOfferPause = 100;  // milliseconds
@@ -92,6 +94,7 @@ void CUnsavedCommands::TellTrouble()
 
 void CUnsavedCommands::OfferNext()
 {
+    m_saveCommands.Withdraw(std::exchange(m_pListed, {}));
     m_offered.reset();
     m_offered = m_store.ClaimOldest();
     if (!m_offered)
@@ -160,7 +163,7 @@ void CUnsavedCommands::TellPutBack(std::size_t count, std::vector<UnsavedCell> o
 void CUnsavedCommands::Show()
 {
     if (m_offered)
-        List(m_offered->Work(), tr("Edits that were not saved"), OfferText());
+        m_pListed = List(m_offered->Work(), tr("Edits that were not saved"), OfferText());
 }
 
 /// They are kept for a while all the same.
@@ -171,11 +174,14 @@ void CUnsavedCommands::Discard()
     OfferNext();
 }
 
-void CUnsavedCommands::List(UnsavedWork work, const QString& title, const QString& summary)
+std::shared_ptr<const CChangeList> CUnsavedCommands::List(UnsavedWork work, const QString& title,
+                                                          const QString& summary)
 {
     const WorkHeader& header = work.header;
     const CRecipeRows layout = LayOutRows({header.format, header.startAddress, header.rowCount});
     const std::filesystem::path path = header.file;
     const auto listed = std::make_shared<ListedWork>(std::move(work));
-    m_saveCommands.Show({std::shared_ptr<const CChangeList>(listed, &listed->list), title, summary, path, layout});
+    const std::shared_ptr<const CChangeList> changes(listed, &listed->list);
+    m_saveCommands.Show({changes, title, summary, path, layout});
+    return changes;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "changes/ChangeList.h"
 #include "recovery/UnsavedStore.h"
 
 #include <QObject>
@@ -47,7 +48,7 @@ private:
     void TellPutBack(std::size_t count, std::vector<UnsavedCell> others);
     void Show();
     void Discard();
-    void List(UnsavedWork work, const QString& title, const QString& summary);
+    std::shared_ptr<const CChangeList> List(UnsavedWork work, const QString& title, const QString& summary);
 
     CRecipeFrame& m_frame;
     CFileCommands& m_fileCommands;
@@ -55,6 +56,7 @@ private:
     CSaveCommands& m_saveCommands;
     CUnsavedStore m_store{{}};
     std::optional<CClaimedWork> m_offered;
+    std::shared_ptr<const CChangeList> m_pListed; ///< of the edits that are offered
     QTimer m_flushing;
     QString m_strTrouble;
 };

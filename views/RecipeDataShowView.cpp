@@ -221,12 +221,16 @@ SaveResult CRecipeDataShowView::WriteBy(const std::function<SaveResult(CRecipeDo
 {
     CProgressDialog progress(*this, tr("Saving the recipe file"));
     const SaveResult result = write(m_frame.Document(), progress);
-    if (result.isSaved) {
-        m_pGrid->viewport()->update();
-        m_typedValues.LookAgain();
-        emit ChosenCellChanged();
-    }
+    if (result.isSaved)
+        StoredChanged();
     return result;
+}
+
+void CRecipeDataShowView::StoredChanged()
+{
+    m_pGrid->viewport()->update();
+    m_typedValues.LookAgain();
+    emit ChosenCellChanged();
 }
 
 bool CRecipeDataShowView::EndCellEdit()

@@ -47,6 +47,9 @@ public:
     /// failure, reported.
     std::optional<std::size_t> PutBackStored();
 
+    /// What the document knows of its file is something else by now: marks and remarks are shown anew.
+    void StoredChanged();
+
     /// Has the document drop its rows, and empties the grid; no cell is chosen afterwards.
     void ClearGrid();
 

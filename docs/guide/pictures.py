@@ -47,9 +47,16 @@ class Desk:
             shutil.copy(file, DESK / file.name)
             os.utime(DESK / file.name, (TIME, TIME))
         self.program = str(DESK / program.name)
+        shutil.rmtree(screen.home / ".local", ignore_errors=True)  # what the scene before left unsaved
 
     def open(self, file=None):
         return Program(self.screen, DESK, self.program, *([str(DESK / file)] if file else []))
+
+    def write(self, file, offset, content):
+        """Changes bytes of a file on the desk, as another program does."""
+        with open(DESK / file, "r+b") as stream:
+            stream.seek(offset)
+            stream.write(content)
 
     def whole(self, name):
         """The whole screen, which the main window fills."""
@@ -292,6 +299,28 @@ def spreadsheet(desk):
         app.find("push button", "RefreshData").click()
         wait_for(lambda: cell_of(app, "Gas kWh", 1).name.startswith('"'), "the table with its quotes")
         desk.part("csv-reopened.png", table_to(app, 5, "Gas kWh"))
+
+
+@scene("unsaved-found.png", "changed-by-others.png", "save-question.png")
+def getting_back(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        for row, text in ((2, "250"), (4, "252.5")):
+            cell_of(app, "Zone °C(1)", row).click()
+            desk.screen.type(text)
+            desk.screen.key("Return")
+        wait_for(lambda: cell_of(app, "Zone °C(1)", 4).name == "252.5", "the typed value")
+    with desk.open() as app:
+        button = app.find("push button", "Put back")
+        desk.part("unsaved-found.png", (0, 0, desk.screen.width, 260))
+        button.click()
+        wait_for_rows(app, 12)
+        desk.write("bakery-oven.rcp", 2 * (100 + 4 * 40 + 23), b"\xfc\x08")  # zone 0 of row 5
+        app.find("push button", "Keep mine")
+        desk.part("changed-by-others.png", (0, 0, desk.screen.width, cell_of(app, "Zone °C(1)", 6).box[1] + 30))
+        desk.screen.key("ctrl+s")
+        app.window(2)
+        desk.window(app, "save-question.png")
 
 
 @scene("new-file.png")

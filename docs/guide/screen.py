@@ -67,6 +67,7 @@ class Screen:
     def _start(self):
         home = self.folder.name + "/operator"
         os.mkdir(home, 0o700)
+        self.home = Path(home)
         own = {name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "XDG_", "DBUS_", "AT_SPI", "WAYLAND_", "LC_"))}
         self.environment = dict(own, HOME=home, XDG_RUNTIME_DIR=home, LANG="C.UTF-8", TZ="UTC",

@@ -282,3 +282,25 @@ TEST_F(OtherPrograms, ThatDoNotEndAreToldOf)
     EXPECT_EQ(Oven()[0], std::byte{170});
     EXPECT_EQ(Strip(), "oven.rcp was saved while another program was writing it.");
 }
+
+TEST_F(OtherPrograms, HaveTheirCellsMarkedOnceTheUserKeepsWhatIsShown)
+{
+    ReplaceBy(theirs);
+    ASSERT_TRUE(IsTold(kOneDiffers));
+    ClickInStrip("Keep mine");
+    EXPECT_TRUE(Marks(3, kBelt).rewritten);
+    EXPECT_EQ(QApplication::focusWidget(), &Grid());
+}
+
+TEST_F(OtherPrograms, AreHeardOfBehindALink)
+{
+    fs::create_directory(folder / "links");
+    fs::create_symlink(File(), folder / "links" / "oven.rcp");
+    Open("links/oven.rcp");
+    WaitForPlan();
+    QTest::qWait(300); // until it is watched
+    fs::remove(File());
+    ASSERT_TRUE(WaitFor([this] { return Strip().contains("was removed"); }));
+    WriteAll(File(), theirs);
+    EXPECT_TRUE(IsTold(kOneDiffers));
+}

@@ -317,3 +317,13 @@ TEST_F(UnsavedEdits, AreSavedWhereNoVersionCanBeKeptWhichIsTold)
     Save();
     EXPECT_FALSE(Told().startsWith("No earlier version of file ")) << Told().toStdString();
 }
+
+TEST_F(UnsavedEdits, AreListedNoMoreOnceTheyArePutBack)
+{
+    EditTwo();
+    StartAgain();
+    ASSERT_TRUE(IsOffered("2 edits to oven.rcp of", "were not saved."));
+    ClickInStrip("Show");
+    ClickInStrip("Put back");
+    EXPECT_EQ(Panel().windowTitle(), "Changes on saving");
+}
