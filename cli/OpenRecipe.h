@@ -17,8 +17,6 @@ bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOp
 /// writes. False after a failure, then reported. A format without words gives no rows.
 bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter);
 
-inline constexpr std::u16string_view kBusyFileError = u"File %s is being written by another program!";
-
 /// Keeps other programs from writing the file at `path` until `document` has written it, or goes; to be called before
 /// what is to be changed is read. False, and then reported, when another program writes it and does not end within some
 /// seconds.

@@ -1,10 +1,10 @@
 #include "cli/VersionsCommand.h"
 
 #include "cli/KeptVersions.h"
-#include "cli/OpenRecipe.h"
 #include "disk/File.h"
 #include "disk/FileLock.h"
 #include "files/FileType.h"
+#include "files/RecipeMessages.h"
 #include "recovery/DataFolder.h"
 #include "recovery/VersionContent.h"
 #include "recovery/VersionRestore.h"
@@ -16,7 +16,6 @@
 #include "text/Utf8Text.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -27,7 +26,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::chrono::seconds kLongestWait{5}; // for another program that writes the file
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 
 std::string NumberOrDash(std::optional<std::uint64_t> number)
@@ -153,7 +151,7 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
     if (!version)
         return false;
     CFileLock lock;
-    if (lock.Take(options.file, kLongestWait) == CFileLock::State::Busy) {
+    if (lock.Take(options.file, kLongestLockWait) == CFileLock::State::Busy) {
         ShowFileError(reporter, kBusyFileError, options.file);
         return false;
     }

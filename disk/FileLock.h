@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <functional>
 
+/// How long another program that writes a file is waited for, before the file is changed all the same or left alone.
+inline constexpr std::chrono::seconds kLongestLockWait{5};
+
 /// The right to change a file, from the look at what it holds until the last byte is written: others who ask for it
 /// wait that long. It ends with the object, or with the program, however that ends; it keeps nobody from reading, nor
 /// those who do not ask.

@@ -205,6 +205,11 @@ public:
     /// From now on the file is known to hold what the look found, and what is shown stays.
     void KeepShown(const ForeignChanges& changes);
 
+    /// The current file was made what it was earlier, and is to be read again: rows that come back from before are
+    /// edited where they differ from what it holds then. `kept` is the version of what it held before; LastSave has it
+    /// from now on, and nothing else of the last save.
+    void NoteRestored(VersionKept kept);
+
     /// The work counts as saved.
     void MarkSaved();
 

@@ -9,8 +9,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::chrono::seconds kLongestWait{5}; // for another program that writes the file
-
 /// What has the name; none where that cannot be told.
 fs::file_type TypeAt(const fs::path& path)
 {
@@ -23,7 +21,7 @@ fs::file_type TypeAt(const fs::path& path)
 CFileLock::State CRecipeDocument::Hold(const fs::path& path)
 {
     m_held = path;
-    return m_lock.Take(path, kLongestWait);
+    return m_lock.Take(path, kLongestLockWait);
 }
 
 /// What another program wrote meanwhile is known once it is written over: the plan, and what can be put back, start
@@ -33,7 +31,7 @@ SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress
     m_notes = {};
     const bool isHeld = std::exchange(m_held, {}) == order.path;
     if (!isHeld)
-        m_lock.Take(order.path, kLongestWait, [&] { return progress.Advance(0, 1); });
+        m_lock.Take(order.path, kLongestLockWait, [&] { return progress.Advance(0, 1); });
     if (m_lock.Now() == CFileLock::State::GivenUp)
         return {.isGivenUp = true};
     m_notes.wasBusy = m_lock.Now() == CFileLock::State::Busy;

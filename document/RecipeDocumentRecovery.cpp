@@ -46,6 +46,15 @@ VersionKept CRecipeDocument::KeepChanges(const WriteOrder& order, std::u16string
     return kept;
 }
 
+/// Counts as a save that the rows shown do not know of.
+void CRecipeDocument::NoteRestored(VersionKept kept)
+{
+    m_notes = {.version = std::move(kept)};
+    m_pStoredAsShown.reset();
+    m_history.ForgetSaved();
+    ++m_saves;
+}
+
 WorkInProgress CRecipeDocument::Work() const
 {
     return {m_strFilePath, m_nFileType, m_shown};

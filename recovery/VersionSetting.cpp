@@ -15,17 +15,17 @@ namespace {
 
 constexpr const char* kSettingFile = "versions.json";
 
-bool IsSwitchedOff()
+} // namespace
+
+bool AreVersionsSwitchedOff()
 {
     const char* const value = std::getenv("VANTOR_VERSIONS");
     return value != nullptr && std::string_view(value) == "off";
 }
 
-} // namespace
-
 bool AreVersionsKept(const fs::path& dataFolder)
 {
-    if (IsSwitchedOff())
+    if (AreVersionsSwitchedOff())
         return false;
     if (dataFolder.empty())
         return true;

@@ -8,5 +8,8 @@
 /// A file that is missing or cannot be understood says nothing against it.
 bool AreVersionsKept(const std::filesystem::path& dataFolder);
 
+/// Whether that variable switches them off, whatever the file says.
+bool AreVersionsSwitchedOff();
+
 /// Writes that file. False when that cannot be done; it is as it was then.
 bool SetVersionsKept(const std::filesystem::path& dataFolder, bool areKept);

@@ -54,6 +54,8 @@ public:
     /// `dataFolder` as OwnDataFolder gives it: where it is empty, keeping fails and there are no versions.
     explicit CVersionStore(std::filesystem::path dataFolder);
 
+    const std::filesystem::path& DataFolder() const { return m_dataFolder; }
+
     /// Copies what `file` holds, because `command` is about to change it, unless the newest version is the same. A file
     /// above kMostCopiedBytes whose type has words needs KeepChanges instead. Then removes what is too old or too much
     /// (VersionRetention.h). After a failure nothing new is there.
