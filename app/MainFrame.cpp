@@ -49,6 +49,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
     const QRect geometry = RestoredFrameGeometry(screen()->size());
     setGeometry(geometry.translated(screen()->geometry().topLeft()));
     CreatePanes();
+    CreateCommands();
     CreateStatusPanes();
     ConnectCommands();
     AddAccelerators();
@@ -58,6 +59,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 CMainFrame::~CMainFrame()
 {
     m_pUnsavedCommands.reset();
+    m_pVersionCommands.reset();
     m_pOtherPrograms.reset();
     m_pSaveCommands.reset();
     m_pEditCommands.reset();
@@ -87,6 +89,10 @@ void CMainFrame::CreatePanes()
     layout->addWidget(m_pStrip);
     layout->addWidget(m_pSplitter, 1);
     setCentralWidget(client);
+}
+
+void CMainFrame::CreateCommands()
+{
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
@@ -96,6 +102,12 @@ void CMainFrame::CreatePanes()
         m_strUnsavedTrouble = trouble;
         ShowMessage();
     });
+    m_pVersionCommands = std::make_unique<CVersionCommands>(
+        CVersionCommands::Parts{*m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pFormatPane, *m_pDataPane, *this},
+        nullptr);
+    connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
+        TellState({.isSaved = isWhole, .mayHoldOldAndNew = !isWhole}, path);
+    });
 }
 
 void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
@@ -103,6 +115,7 @@ void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
     m_isKeeping = true;
     m_versions = CVersionStore(dataFolder);
     m_document.KeepVersionsIn(m_versions);
+    m_pVersionCommands->UseStore(m_versions);
     m_pFormatPane->KeepVersionsIn(m_versions);
     m_pUnsavedCommands->Start(dataFolder);
 }
@@ -245,6 +258,7 @@ void CMainFrame::UpdateCommands()
     m_pSaveCommands->Update();
     m_pOtherPrograms->Follow();
     m_pUnsavedCommands->Follow();
+    m_pVersionCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
 

@@ -6,6 +6,7 @@
 #include "app/OtherPrograms.h"
 #include "app/SaveCommands.h"
 #include "app/UnsavedCommands.h"
+#include "app/VersionCommands.h"
 #include "views/MessageBoxReporter.h"
 #include "views/RecipeFrame.h"
 
@@ -72,6 +73,7 @@ private:
     };
 
     void CreatePanes();
+    void CreateCommands();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
@@ -105,6 +107,7 @@ private:
     std::unique_ptr<CSaveCommands> m_pSaveCommands;
     std::unique_ptr<COtherPrograms> m_pOtherPrograms;
     std::unique_ptr<CUnsavedCommands> m_pUnsavedCommands;
+    std::unique_ptr<CVersionCommands> m_pVersionCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

@@ -67,6 +67,9 @@ public:
     /// the strip, too.
     bool SaveFormats();
 
+    /// Shows what others changed in the library's file, which is not written.
+    void TakeOthers();
+
     /// The pattern of the file type that was opened last, "*.rcp" for example; kept in the library between runs.
     const QString& FilePattern() const { return m_strFilePattern; }
     void SetFilePattern(const QString& pattern) { m_strFilePattern = pattern; }
@@ -92,7 +95,6 @@ private:
     void ShowChangedFormats();
     void ShowSelectedFormat();
     void OnFormatChosen();
-    void TakeOthers();
     void ShowMoved();
     void SelectFormat(std::size_t index);
     void SelectRow(int row);

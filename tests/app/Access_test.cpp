@@ -15,6 +15,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
 
@@ -268,6 +269,24 @@ TEST_F(Access, AnItemOfEachKind)
             ClickOn(dialog, "radioArray");
             ExpectAccess(dialog);
         });
+}
+
+TEST_F(Access, TheEarlierVersions)
+{
+    const CVersionStore store(folder / "data");
+    frame->KeepIn(store.DataFolder());
+    Open();
+    const auto open = [this] { Trigger(*frame, "actionEarlierVersions"); };
+    Look("Earlier versions", open, ExpectAccess);
+    store.Keep(folder / "a.rcp", u"Save");
+    Look("Earlier versions", open, [](QWidget& dialog) {
+        const auto& counting = FindIn<QTimer>(dialog, "timerVersions");
+        ASSERT_TRUE(WaitFor([&] { return !counting.isActive(); }));
+        ExpectAccess(dialog);
+        ClickOn(dialog, "buttonForget");
+        ExpectAccess(dialog);
+    });
+    frame.reset();
 }
 
 TEST_F(Access, TheBitBrowserAndItsSquares)

@@ -38,8 +38,8 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
     const std::pair<QString, QStringList> expected[] = {
         {"File(&F)",
          {"New file", "Open file", "Save file", "Save as...", "-", "Save edited only",
-          QString::fromUtf8("Save a cop&y…"), QString::fromUtf8("Changes on saving…"), "-",
-          QString::fromUtf8("最近文件"), "-", "Exit(&X)"}},
+          QString::fromUtf8("Save a cop&y…"), QString::fromUtf8("Changes on saving…"),
+          QString::fromUtf8("Earlier &versions…"), "-", QString::fromUtf8("最近文件"), "-", "Exit(&X)"}},
         {"Edit(&E)",
          {"&Undo", "&Redo", "-", "Cu&t", "&Copy", "&Paste", "-", "&Next change", "Pre&vious change", "-",
           "Store e&xactly", "&Keep stored"}},
