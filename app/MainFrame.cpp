@@ -97,6 +97,7 @@ void CMainFrame::CreateCommands()
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
     m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *m_pDataPane, *this);
+    connect(m_pOtherPrograms.get(), &COtherPrograms::VersionsAskedFor, m_pUi->actionEarlierVersions, &QAction::trigger);
     m_pUnsavedCommands = std::make_unique<CUnsavedCommands>(*this, *m_pFileCommands, *m_pDataPane, *m_pSaveCommands);
     connect(m_pUnsavedCommands.get(), &CUnsavedCommands::TroubleChanged, this, [this](const QString& trouble) {
         m_strUnsavedTrouble = trouble;

@@ -163,5 +163,7 @@ void COtherPrograms::TellOverwritten()
     StripMessage message{text, {}};
     if (notes.overwritten)
         message.buttons << StripButton{tr("Show"), [this, overwritten = notes.overwritten] { List(*overwritten); }};
+    if (notes.version && notes.version->IsSafe())
+        message.buttons << StripButton{tr("Earlier versions…"), [this] { emit VersionsAskedFor(); }};
     m_frame.ShowStrip(StripSubject::ChangedByOthers, message);
 }

@@ -35,6 +35,10 @@ public:
     /// The file was read: what was told of it holds no more.
     void WithdrawChanges();
 
+signals:
+    /// The user wants to see the earlier versions of the open file.
+    void VersionsAskedFor();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -73,7 +73,7 @@ void CVersionCommands::ShowDifferences(const CVersionsDlg& dialog)
     const ChangeSubject subject{document.Path(), std::u16string(TextOf(document.Format().name))};
     m_parts.saveCommands.Show(
         {std::make_shared<CCellDifferences>(differences.now, differences.then, differences.places, subject),
-         tr("From now to the version of %1").arg(VersionTime(dialog.Chosen().stamp)),
+         tr("Changes back to the version of %1").arg(VersionTime(dialog.Chosen().stamp)),
          count == 1 ? tr("1 value differs") : tr("%1 values differ").arg(count), document.Path(),
          differences.then.Cells()});
 }

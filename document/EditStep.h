@@ -40,6 +40,7 @@ struct ShownRows {
     ReadSettings settings; ///< that were in use when they were read
     FileType readAs = FileType::Rcp;
     CStoredCells stored;     ///< what the document's file holds of their cells
+    CStoredCells known;      ///< the same as far as the user knows: another program may have changed some of it
     bool areOfFile = false;  ///< they hold what the document's file holds, or are a new document's
     bool isModified = false; ///< what the document said of itself when others took their place
     std::uint64_t names = 0; ///< the names that the document took before they were read, or found to fit its file

@@ -116,6 +116,7 @@ CRecipeDocument::Reading CRecipeDocument::FillRows(ShownRows& shown, FileType ty
         shown.stored = ReadStored(shown.rows);
     else if (const auto bytes = LogicalBytes(type, m_strFilePath); bytes && !m_strFilePath.empty())
         shown.stored = CStoredCells(shown.rows, type, *bytes);
+    shown.known = shown.stored;
     return Reading::Done;
 }
 
@@ -284,9 +285,11 @@ bool CRecipeDocument::CompareWithSaved(ShownRows& other) const
     if (m_shown.areOfFile && other.rows.IsLaidOutLike(m_shown.rows)) {
         other.rows.TakeSavedFrom(m_shown.rows);
         other.stored = m_shown.stored;
+        other.known = m_shown.known;
         return true;
     }
     other.stored = ReadStored(other.rows);
+    other.known = other.stored;
     if (!other.stored.IsKnown())
         return false;
     other.rows.TakeSavedFrom(other.stored.Cells());

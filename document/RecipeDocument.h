@@ -323,15 +323,25 @@ private:
         const std::filesystem::path& path;
         Written written = Written::AllCells;
         ForeignRule rule = ForeignRule::Overwrite;
+        std::function<bool(const std::filesystem::path& copy)> rehearse =
+            {}; ///< makes the file as it will be, under another name; none where a plan tells it
     };
 
     SaveResult Guarded(const WriteOrder& order, CProgress& progress, const Writing& write);
     void KeepVersion(const WriteOrder& order, CProgress& progress);
     VersionKept KeepChanges(const WriteOrder& order, std::u16string_view command, CProgress& progress);
+    VersionKept KeepPlanned(const WriteOrder& order, std::u16string_view command, CProgress& progress);
+    VersionKept KeepRehearsed(const WriteOrder& order, std::u16string_view command) const;
+    bool MakeReplaced(FileType type, const std::filesystem::path& old, const std::filesystem::path& copy) const;
     WorkInProgress Work() const;
     void FollowRows(bool areEditsDropped);
+    void ReadStoredAgain();
     std::shared_ptr<const ForeignChanges> Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
                                                       Written written) const;
+    std::vector<CellPlace> LeftAlone(const FileLook& look, Written written) const;
+    void NoteStillUnknown(const ForeignChanges& changes, const std::vector<CellPlace>& places,
+                          const SaveResult& result);
+    void StartFrom(CStoredCells stored);
     FileLook LookAtCells() const;
     void Start();
     bool CanPlan() const;

@@ -24,8 +24,7 @@ CFileLock::State CRecipeDocument::Hold(const fs::path& path)
     return m_lock.Take(path, kLongestLockWait);
 }
 
-/// What another program wrote meanwhile is known once it is written over: the plan, and what can be put back, start
-/// from it.
+/// The plan of a write starts from what another program wrote meanwhile.
 SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress, const Writing& write)
 {
     m_notes = {};
@@ -39,13 +38,36 @@ SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress
     m_notes.overwritten = Overwritten(look.changes, order.written);
     SaveResult result{.isHeldBack = m_notes.overwritten && order.rule == ForeignRule::HoldBack};
     if (!result.isHeldBack) {
-        if (look.changes)
-            KeepShown(*look.changes);
+        const std::vector<CellPlace> left = LeftAlone(look, order.written);
+        if (look.changes && order.written != Written::OwnWords)
+            StartFrom(look.changes->after);
         KeepVersion(order, progress);
         result = write({order.path, m_lock.File()});
+        if (look.changes)
+            NoteStillUnknown(*look.changes, result.isSaved ? left : look.changes->places, result);
     }
     m_lock.Release();
     return result;
+}
+
+/// Of what another program changed, that which is not written.
+std::vector<CellPlace> CRecipeDocument::LeftAlone(const FileLook& look, Written written) const
+{
+    if (!look.changes || written == Written::AllCells)
+        return {};
+    std::vector<CellPlace> places = look.changes->places;
+    if (written == Written::EditedCells)
+        std::erase_if(places, [this](CellPlace place) { return m_shown.rows.IsEdited(place.row, place.column); });
+    return places;
+}
+
+/// What another program changed, and a write left as it is, is as unknown to the user as before.
+void CRecipeDocument::NoteStillUnknown(const ForeignChanges& changes, const std::vector<CellPlace>& places,
+                                       const SaveResult& result)
+{
+    const bool mayHaveWritten = !result.isGivenUp && !result.isLeftOut;
+    if (mayHaveWritten && m_shown.stored.IsKnown())
+        WithMemoryFor([&] { m_shown.known = WithCellsOf(m_shown.stored, changes.before, places); });
 }
 
 /// Of what another program changed, that which is written over by other words; null for nothing.
@@ -92,19 +114,26 @@ FileLook CRecipeDocument::LookAtCells() const
     CStoredCells after = ReadStored(m_shown.rows);
     if (!after.IsKnown())
         return {};
-    auto places = DifferencesOf(m_shown.stored, after);
+    auto places = DifferencesOf(m_shown.known, after);
     if (places.empty())
         return {};
     return {FileLook::State::Changed, std::make_shared<ForeignChanges>(ForeignChanges{
-                                          m_strFilePath, m_shown.stored, std::move(after), std::move(places)})};
+                                          m_strFilePath, m_shown.known, std::move(after), std::move(places)})};
+}
+
+/// The plan, and what can be put back, start from what the file holds.
+void CRecipeDocument::StartFrom(CStoredCells stored)
+{
+    m_shown.stored = std::move(stored);
+    m_pStoredAsShown.reset();
+    ForgetPlan();
+    FollowRows(false);
 }
 
 void CRecipeDocument::KeepShown(const ForeignChanges& changes)
 {
     if (changes.path != m_strFilePath || !changes.after.Cells().IsLaidOutLike(m_shown.rows))
         return;
-    m_shown.stored = changes.after;
-    m_pStoredAsShown.reset();
-    ForgetPlan();
-    FollowRows(false);
+    m_shown.known = changes.after;
+    StartFrom(changes.after);
 }

@@ -1,6 +1,7 @@
 // What can be had back of the open recipe: earlier versions of its file, and edits that were not saved.
 
 #include "changes/SaveRecords.h"
+#include "disk/TemporaryFile.h"
 #include "document/EditMemory.h"
 #include "document/RecipeDocument.h"
 #include "files/RecipeReplacement.h"
@@ -31,19 +32,47 @@ void CRecipeDocument::KeepVersion(const WriteOrder& order, CProgress& progress)
 VersionKept CRecipeDocument::KeepChanges(const WriteOrder& order, std::u16string_view command, CProgress& progress)
 {
     VersionKept kept{.reason = u"There is not enough memory for its changes"};
-    const ChangeSubject subject{order.path, std::u16string(TextOf(Format().name))};
-    WithMemoryFor([&] {
-        if (order.path == m_strFilePath && order.written == Written::EditedCells) {
-            kept = m_pVersions->KeepChanges(order.path, command, CEditedChanges(m_shown.rows, m_shown.stored, subject));
-        } else if (order.path == m_strFilePath && order.type == m_nFileType && order.written == Written::AllCells) {
-            BeginPlan();
-            if (m_plan.IsBegun() && m_plan.Finish(progress) == Outcome::Done)
-                kept = m_pVersions->KeepChanges(order.path, command, CPlannedChanges(m_plan, subject));
-        } else {
-            kept.reason = u"It is too large to be copied";
-        }
-    });
+    WithMemoryFor(
+        [&] { kept = order.rehearse ? KeepRehearsed(order, command) : KeepPlanned(order, command, progress); });
     return kept;
+}
+
+VersionKept CRecipeDocument::KeepPlanned(const WriteOrder& order, std::u16string_view command, CProgress& progress)
+{
+    const ChangeSubject subject{order.path, std::u16string(TextOf(Format().name))};
+    if (order.written == Written::EditedCells)
+        return m_pVersions->KeepChanges(order.path, command, CEditedChanges(m_shown.rows, m_shown.stored, subject));
+    BeginPlan();
+    if (!m_plan.IsBegun() || m_plan.Finish(progress) != Outcome::Done)
+        return {.reason = u"What changes is not known"};
+    return m_pVersions->KeepChanges(order.path, command, CPlannedChanges(m_plan, subject));
+}
+
+/// The write is made to a copy beside the file, which goes again.
+VersionKept CRecipeDocument::KeepRehearsed(const WriteOrder& order, std::u16string_view command) const
+{
+    const fs::path copy = LinkTarget(order.path).parent_path() / TemporaryName();
+    VersionKept kept{.reason = u"There is no room for its changes"};
+    if (order.rehearse(copy)) {
+        CFileWords before(order.type, order.path);
+        CFileWords after(order.type, copy);
+        const CWordDifferences changes(before, after, order.type, order.path);
+        if (before.IsOpen() && after.IsOpen() && changes.IsRead())
+            kept = m_pVersions->KeepChanges(order.path, command, changes);
+    }
+    std::error_code ignored;
+    fs::remove(copy, ignored);
+    return kept;
+}
+
+/// Makes `copy` what the file at `old` will be once the rows have taken its place as a file of `type`.
+bool CRecipeDocument::MakeReplaced(FileType type, const fs::path& old, const fs::path& copy) const
+{
+    CSilentReporter nobody;
+    CNoProgress progress;
+    const bool isMadeAnew = type == FileType::Rcp && m_settings.startAddress != 0;
+    return isMadeAnew ? ReplaceRecipe(type, m_shown.rows, copy, m_settings.startAddress, nobody, progress).isSaved
+                      : SaveRecipeCopy(type, m_shown.rows, old, copy, nobody, progress).isSaved;
 }
 
 /// Counts as a save that the rows shown do not know of.

@@ -1,3 +1,4 @@
+#include "disk/Replacement.h"
 #include "document/EditMemory.h"
 #include "document/RecipeDocument.h"
 #include "files/CsvPutBack.h"
@@ -21,6 +22,22 @@ std::u16string WordsOf(const CStoredCells& stored, const CRecipeRows& rows, Cell
     std::vector<std::byte> bytes(BytesOfCell(rows, place));
     stored.LoadWords(place, bytes);
     return ::WordsOf(bytes);
+}
+
+/// Makes `copy` what the file will be once `saved` is put back.
+bool RehearsePutBack(const SavedChanges& saved, const CRecipeRows& rows, const fs::path& copy)
+{
+    CReplacement file(copy);
+    if (!file.IsOpen() || !file.AppendFile(saved.path) || !file.Finish())
+        return false;
+    SavedChanges ofCopy;
+    ofCopy.path = copy;
+    ofCopy.before = saved.before;
+    ofCopy.after = saved.after;
+    ofCopy.changes = saved.changes;
+    CSilentReporter nobody;
+    CNoProgress progress;
+    return PutBack(ofCopy, rows, nobody, progress).isSaved;
 }
 
 } // namespace
@@ -152,14 +169,15 @@ SaveResult CRecipeDocument::WriteRows(FileType type, const WriteTarget& target, 
 void CRecipeDocument::NoteSaved()
 {
     m_shown.rows.MarkSaved();
+    m_shown.known = m_shown.stored;
     m_shown.saves = ++m_saves;
     m_pStoredAsShown.reset();
     ForgetPlan();
     m_unsaved.End();
 }
 
-/// A failed save may have written all the same: what is planned starts from what the file holds. A torn one holds no
-/// state that can be reached.
+/// A failed save may have written all the same: what is planned starts from what the file holds, if that can be read.
+/// A torn one holds no state that can be reached.
 void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
 {
     const bool mayHaveWritten = !result.isSaved && !result.isGivenUp && !result.isLeftOut;
@@ -169,8 +187,17 @@ void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
         m_history.ForgetSaved();
         m_pStoredAsShown.reset();
     }
+    ReadStoredAgain();
+}
+
+void CRecipeDocument::ReadStoredAgain()
+{
+    CStoredCells now = ReadStored(m_shown.rows);
+    if (!now.IsKnown())
+        return;
     ForgetPlan();
-    m_shown.stored = ReadStored(m_shown.rows);
+    m_shown.stored = std::move(now);
+    m_shown.known = m_shown.stored;
     FollowRows(false);
 }
 
@@ -179,7 +206,7 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
     if (m_shown.rows.ShowsTheSameEverywhere())
         return {.isLeftOut = true};
     if (HasRowsOfFile() && !m_shown.stored.IsKnown()) // the file could not be read after a save
-        m_shown.stored = ReadStored(m_shown.rows);
+        ReadStoredAgain();
     if (!CanPlan()) {
         ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
         return {};
@@ -210,21 +237,27 @@ SaveResult CRecipeDocument::PutBackStored(CReporter& reporter, CProgress& progre
     const auto saved = m_pStoredAsShown;
     const bool isCurrent = saved->path == m_strFilePath && m_shown.areOfFile;
     const CRecipeRows none;
-    const SaveResult result = Guarded(
-        {u"Put back", saved->after.Type(), saved->path, Written::OwnWords}, progress, [&](const WriteTarget& target) {
-            return PutBack(*saved, isCurrent ? m_shown.rows : none, reporter, progress, target.held);
-        });
-    NoteFailed(result, saved->path);
+    const auto rehearse = [&](const fs::path& copy) {
+        return RehearsePutBack(*saved, isCurrent ? m_shown.rows : none, copy);
+    };
+    const WriteOrder order{.command = u"Put back",
+                           .type = saved->after.Type(),
+                           .path = saved->path,
+                           .written = Written::OwnWords,
+                           .rehearse = rehearse};
+    const SaveResult result = Guarded(order, progress, [&](const WriteTarget& target) {
+        const SaveResult putBack = PutBack(*saved, isCurrent ? m_shown.rows : none, reporter, progress, target.held);
+        NoteFailed(putBack, saved->path);
+        if (putBack.isSaved && saved->path == m_strFilePath)
+            ReadStoredAgain();
+        return putBack;
+    });
     if (!result.isSaved)
         return result;
     m_pStoredAsShown.reset();
     count = CountPutBack(*saved);
-    if (saved->path != m_strFilePath)
-        return result;
-    m_shown.saves = ++m_saves;
-    ForgetPlan();
-    m_shown.stored = ReadStored(m_shown.rows);
-    FollowRows(false);
+    if (saved->path == m_strFilePath)
+        m_shown.saves = ++m_saves;
     return result;
 }
 
@@ -292,7 +325,8 @@ SaveResult CRecipeDocument::SaveAs(FileType type, const fs::path& path, CReporte
 {
     if (!MaySaveAs(type, path, reporter))
         return {};
-    return Guarded({u"Save as", type, path}, progress,
+    const auto rehearse = [&](const fs::path& copy) { return MakeReplaced(type, path, copy); };
+    return Guarded({.command = u"Save as", .type = type, .path = path, .rehearse = rehearse}, progress,
                    [&](const WriteTarget& target) { return WriteAs(type, target, reporter, progress); });
 }
 
@@ -310,6 +344,7 @@ SaveResult CRecipeDocument::WriteAs(FileType type, const WriteTarget& target, CR
     }
     if (isNameKept) {
         m_shown.stored = CStoredCells();
+        m_shown.known = CStoredCells();
         ForgetPlan();
         FollowRows(false);
     }
@@ -321,9 +356,11 @@ SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReport
     if (!MaySaveAs(type, path, reporter))
         return {};
     CNoProgress progress;
-    return Guarded({u"Convert", type, path}, progress, [&](const WriteTarget&) {
-        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
-    });
+    const auto rehearse = [&](const fs::path& copy) { return MakeReplaced(type, path, copy); };
+    return Guarded({.command = u"Convert", .type = type, .path = path, .rehearse = rehearse}, progress,
+                   [&](const WriteTarget&) {
+                       return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
+                   });
 }
 
 SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CReporter& reporter, CProgress& progress)
@@ -334,11 +371,18 @@ SaveResult CRecipeDocument::WriteCopy(FileType type, const fs::path& path, CRepo
         ShowFileError(reporter, u"%s is the open file. A copy needs another name!", path);
         return {};
     }
-    return Guarded({u"Save a copy", type, path}, progress, [&](const WriteTarget&) {
-        if (type != m_nFileType || m_strFilePath.empty())
-            return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
-        return SaveRecipeCopy(type, m_shown.rows, m_strFilePath, path, reporter, progress);
-    });
+    const bool isOfRows = type != m_nFileType || m_strFilePath.empty();
+    const auto write = [&](const fs::path& target, CReporter& told, CProgress& shown) {
+        return isOfRows ? ReplaceRecipe(type, m_shown.rows, target, m_settings.startAddress, told, shown)
+                        : SaveRecipeCopy(type, m_shown.rows, m_strFilePath, target, told, shown);
+    };
+    const auto rehearse = [&](const fs::path& copy) {
+        CSilentReporter nobody;
+        CNoProgress unseen;
+        return isOfRows ? MakeReplaced(type, path, copy) : write(copy, nobody, unseen).isSaved;
+    };
+    return Guarded({.command = u"Save a copy", .type = type, .path = path, .rehearse = rehearse}, progress,
+                   [&](const WriteTarget& target) { return write(target.path, reporter, progress); });
 }
 
 bool CRecipeDocument::MaySaveAs(FileType type, const fs::path& path, CReporter& reporter) const

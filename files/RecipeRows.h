@@ -64,6 +64,9 @@ public:
     /// Whether ShowEverywhere was the last to say what the cells are.
     bool ShowsTheSameEverywhere() const { return m_source == Source::SameWords; }
 
+    /// Whether no cell has a state since they were filled.
+    bool IsUntouched() const { return m_touchedCells.empty(); }
+
     /// Whether the cells were read from words, or are new: exact words may be given to them.
     bool IsOfWords() const { return m_source == Source::Words || m_source == Source::NewDocument; }
 

@@ -48,7 +48,8 @@ public:
     /// The words of `count` rows; nothing where the file does not hold all of them, or they do not lie in a row.
     std::optional<std::span<const std::byte>> WordsOfRows(std::int32_t first, std::int32_t count) const;
 
-    /// The cells of `edits` have exact words in the file by now, and it holds `fileBytes`. In ascending order.
+    /// The cells of `edits` have these words, or texts, in the file by now, and it holds `fileBytes`. In ascending
+    /// order.
     void TakeWords(std::vector<CellEdit> edits, std::uint64_t fileBytes);
 
     // Of a table of texts.

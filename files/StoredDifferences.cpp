@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace {
 
@@ -60,13 +61,29 @@ private:
     std::vector<std::byte> m_theirWords;
 };
 
+/// Of rows some of whose cells were given texts.
+std::vector<CellPlace> TextDifferences(const CRecipeRows& ours, const CRecipeRows& theirs)
+{
+    std::vector<CellPlace> places;
+    const auto columns = static_cast<std::uint32_t>(ours.Columns().size());
+    for (std::int32_t row = 0; row < ours.RowCount(); ++row)
+        for (std::uint32_t column = 0; column < columns; ++column)
+            if (ours.Text(row, column) != theirs.Text(row, column))
+                places.push_back({row, column});
+    return places;
+}
+
 /// A field that is missing reads as "0", and is another than one that holds it.
 std::vector<CellPlace> FieldDifferences(const CRecipeRows& ours, const CRecipeRows& theirs)
 {
     std::vector<CellPlace> places;
     const CFieldTable* const our = ours.Fields();
     const CFieldTable* const their = theirs.Fields();
-    if (our == their || our == nullptr || their == nullptr)
+    if (our == nullptr || their == nullptr)
+        return places;
+    if (!ours.IsUntouched() || !theirs.IsUntouched())
+        return TextDifferences(ours, theirs);
+    if (our == their)
         return places;
     const auto columns = static_cast<std::uint32_t>(ours.Columns().size());
     for (std::int32_t row = 0; row < ours.RowCount(); ++row) {
@@ -86,4 +103,19 @@ std::vector<CellPlace> DifferencesOf(const CStoredCells& ours, const CStoredCell
     if (ours.Type() == FileType::Csv)
         return FieldDifferences(ours.Cells(), theirs.Cells());
     return CWordDifferences(ours, theirs).Find();
+}
+
+CStoredCells WithCellsOf(CStoredCells cells, const CStoredCells& other, const std::vector<CellPlace>& places)
+{
+    std::vector<CellEdit> edits;
+    for (const CellPlace place : places) {
+        std::vector<std::byte> words(BytesOfCell(other.Cells(), place));
+        if (cells.Type() == FileType::Csv)
+            edits.push_back({place, CCellState::OfText(other.Cells().Text(place.row, place.column))});
+        else if (other.LoadWords(place, words) == words.size())
+            edits.push_back({place, CCellState::OfWords(WordsOf(words))});
+    }
+    if (!edits.empty())
+        cells.TakeWords(std::move(edits), cells.FileBytes());
+    return cells;
 }

@@ -7,3 +7,7 @@
 /// The cells of which `ours` and `theirs`, of one layout and type, hold other bytes, in ascending order; of a table of
 /// texts, those that show another text. Where one of them ends before a cell and the other does not, it is another.
 std::vector<CellPlace> DifferencesOf(const CStoredCells& ours, const CStoredCells& theirs);
+
+/// `cells` with those at `places` as `other`, of the same layout and type, holds them; one that it does not hold whole
+/// stays. Throws std::bad_alloc.
+CStoredCells WithCellsOf(CStoredCells cells, const CStoredCells& other, const std::vector<CellPlace>& places);

@@ -79,7 +79,7 @@ void AppendState(const CCellState& state, std::string& json)
 /// The beginning of a cell in one piece, for the same reason.
 void AppendPlace(CellPlace place, std::string& json)
 {
-    std::array<char, 2 * kMostDigits + 3> text;
+    std::array<char, 2 * kMostDigits + 4> text;
     char* const last = text.data() + text.size();
     char* end = text.data();
     *end++ = '[';

@@ -301,7 +301,7 @@ def spreadsheet(desk):
         desk.part("csv-reopened.png", table_to(app, 5, "Gas kWh"))
 
 
-@scene("unsaved-found.png", "changed-by-others.png", "save-question.png")
+@scene("unsaved-found.png", "changed-by-others.png", "save-question.png", "earlier-versions.png")
 def getting_back(desk):
     with desk.open("bakery-oven.rcp") as app:
         wait_for_rows(app, 12)
@@ -315,12 +315,17 @@ def getting_back(desk):
         desk.part("unsaved-found.png", (0, 0, desk.screen.width, 260))
         button.click()
         wait_for_rows(app, 12)
-        desk.write("bakery-oven.rcp", 2 * (100 + 4 * 40 + 23), b"\xfc\x08")  # zone 0 of row 5
+        desk.write("bakery-oven.rcp", 2 * (100 + 4 * 40 + 23), b"\x0b\x09")  # zone 0 of row 5: 231.5
         app.find("push button", "Keep mine")
         desk.part("changed-by-others.png", (0, 0, desk.screen.width, cell_of(app, "Zone °C(1)", 6).box[1] + 30))
         desk.screen.key("ctrl+s")
         app.window(2)
         desk.window(app, "save-question.png")
+        app.find("push button", "Save edited only").click()
+        app.window(1)
+        choose_command(app, "File(F)", "Earlier versions…")
+        app.window(2)
+        desk.window(app, "earlier-versions.png")
 
 
 @scene("new-file.png")

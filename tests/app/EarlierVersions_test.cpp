@@ -172,6 +172,7 @@ TEST_F(EarlierVersions, HaveTheirDifferencesListedByEnter)
     ASSERT_TRUE(Panel().isVisible());
     EXPECT_EQ(Listed(), QStringList{"3 Belt 2.10>2.00 "});
     EXPECT_EQ(PanelSummary(), "1 value differs");
+    EXPECT_TRUE(Panel().windowTitle().startsWith("Changes back to the version of "));
     ChooseLine(0);
     QTest::mouseClick(&Find<QPushButton>("buttonTakeOver"), Qt::LeftButton);
     EXPECT_EQ(Grid().GetItemText(3, kBelt), "2.00");
@@ -326,8 +327,7 @@ TEST_F(EarlierVersions, AreRestoredThoughNoneCanBeKept)
     const CFileSizeLimit disk(50000);
     Restore(0);
     EXPECT_EQ(Oven(), oven);
-    EXPECT_TRUE(Told().startsWith("oven.rcp is as it was "));
-    EXPECT_TRUE(Told().contains(" No earlier version of file " + Path("oven.rcp") + " was kept: "))
+    EXPECT_TRUE(Told().startsWith("No earlier version of file " + Path("oven.rcp") + " was kept: "))
         << Told().toStdString();
 }
 

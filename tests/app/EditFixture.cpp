@@ -21,7 +21,8 @@ void EditFixture::SetUp()
     Grid().setFocus();
 }
 
-/// Closes a dialog that has been open for a second or two, and fails the test. What only shows progress may take longer.
+/// Closes a dialog that has been open for a second or two, and fails the test. What only shows progress may take
+/// longer.
 void EditFixture::LookForBoxes()
 {
     QWidget* dialog = QApplication::activeModalWidget();

@@ -126,3 +126,43 @@ TEST_F(LargeFile, IsBroughtBackByTheWordsThatChanged)
     ASSERT_TRUE(RestoreVersion(versions, path, List()[1].stamp, reporter));
     EXPECT_TRUE(ReadAll(path) == old);
 }
+
+TEST_F(LargeFile, IsBroughtBackWhereASaveAsOrACopyTookItsPlace)
+{
+    for (const std::int32_t start : {0, 2}) {
+        const fs::path target = folder / ("target" + std::to_string(start) + ".rcp");
+        fs::copy_file(path, target);
+        const Bytes old = ReadAll(target);
+        Open();
+        document.TakeSettings({TwoColumns(), start, 3});
+        Read();
+        Type({0, 1}, u"5");
+        ASSERT_TRUE(document.WriteCopy(FileType::Rcp, target, reporter, progress));
+        ASSERT_EQ(document.LastSave().version->result, Result::Kept) << start;
+        ASSERT_TRUE(document.SaveAs(FileType::Rcp, target, reporter, progress));
+        ASSERT_NE(ReadAll(target), old);
+        const auto kept = versions.List(target);
+        ASSERT_TRUE(RestoreVersion(versions, target, kept.back().stamp, reporter)) << start;
+        EXPECT_TRUE(ReadAll(target) == old) << start;
+        WriteAll(path, words);
+        fs::resize_file(path, kMostCopiedBytes + 1);
+    }
+    for (const auto& entry : fs::directory_iterator(folder.Path()))
+        EXPECT_TRUE(entry.path().extension() == ".rcp" || entry.is_directory() || entry.path().extension() == ".Dat")
+            << entry.path();
+}
+
+TEST_F(LargeFile, IsBroughtBackFromBeforeASaveThatWasPutBackInPart)
+{
+    const Bytes old = ReadAll(path);
+    Open();
+    document.SetTexts(EditKind::Typing, {{{0, 1}, u"5"}});
+    ASSERT_TRUE(Save()); // rewrites a float, too
+    ASSERT_TRUE(document.StoredAsShown());
+    std::size_t count = 0;
+    ASSERT_TRUE(document.PutBackStored(reporter, progress, count));
+    EXPECT_EQ(document.LastSave().version->result, Result::Kept);
+    const auto kept = List();
+    ASSERT_TRUE(RestoreVersion(versions, path, kept.back().stamp, reporter));
+    EXPECT_TRUE(ReadAll(path) == old);
+}

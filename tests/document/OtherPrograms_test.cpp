@@ -215,3 +215,44 @@ TEST_F(OthersFile, IsNotWaitedForAnyLongerWhenTheUserHasEnough)
     EXPECT_TRUE(document.Write(FileType::Rcp, path, reporter, enough).isGivenUp);
     EXPECT_EQ(ReadAll(path), words);
 }
+
+/// "Save edited only" leaves the other's values, which the table still does not show: a plain save would write over
+/// them.
+TEST_F(OthersFile, IsStillHeldBackAfterASaveOfOtherCellsOnly)
+{
+    Type(kTemp, u"3.5");
+    WriteOther(2, 70);
+    ASSERT_TRUE(Write(ForeignRule::HoldBack).isHeldBack);
+    ASSERT_TRUE(document.WriteEdited(reporter, progress, ForeignRule::Overwrite));
+    EXPECT_TRUE(Write(ForeignRule::HoldBack).isHeldBack) << "nobody was asked about that value";
+    EXPECT_EQ(ReadAll(path)[4], std::byte{70});
+}
+
+/// A save that wrote nothing leaves the other's values as unknown to the user as they were.
+TEST_F(OthersFile, IsStillHeldBackAfterASaveThatWasGivenUp)
+{
+    struct CEnough final : CProgress {
+        bool Advance(std::uint64_t, std::uint64_t) override { return false; }
+    } enough;
+    Type(kTemp, u"3.5");
+    WriteOther(2, 70);
+    ASSERT_FALSE(document.Write(FileType::Rcp, path, reporter, enough, ForeignRule::Overwrite));
+    ASSERT_EQ(ReadAll(path), other);
+    EXPECT_EQ(document.Look().state, State::Changed);
+    EXPECT_TRUE(Write(ForeignRule::HoldBack).isHeldBack);
+}
+
+/// As on a share that goes and comes back: a failed save must not blind the window to what others write.
+TEST_F(OthersFile, IsStillLookedAtAfterASaveThatFailedWhileItCouldNotBeRead)
+{
+    Type(kTemp, u"3.5");
+    fs::remove(path);
+    fs::create_directory(path);
+    ASSERT_FALSE(Write(ForeignRule::HoldBack));
+    fs::remove(path);
+    other[4] = std::byte{70};
+    WriteAll(path, other);
+    EXPECT_EQ(document.Look().state, State::Changed);
+    EXPECT_TRUE(Write(ForeignRule::HoldBack).isHeldBack);
+    EXPECT_EQ(ReadAll(path)[4], std::byte{70});
+}

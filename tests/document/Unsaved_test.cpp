@@ -241,6 +241,23 @@ TEST_F(UnsavedEdits, AreFlushedWhenAskedTo)
     EXPECT_TRUE(document.Unsaved().IsFlushed());
 }
 
+/// As on a share that goes and comes back as it was.
+TEST_F(UnsavedEdits, CanBePutBackAfterASaveThatFailedWhileTheFileCouldNotBeRead)
+{
+    Type(kTemp, u"3.5");
+    fs::remove(path);
+    fs::create_directory(path);
+    ASSERT_FALSE(Save());
+    fs::remove(path);
+    WriteAll(path, words);
+    EXPECT_EQ(Work().cells[0].oldWords, WordBytes({0, 0x3F80})) << "what it was read from";
+    CRecipeDocument other;
+    other.StartOpen(path, FileType::Rcp);
+    other.TakeSettings({TwoColumns(), 0, 3});
+    other.Read(FileType::Rcp, reporter, progress);
+    EXPECT_TRUE(PutBackInto(other).empty());
+}
+
 /// Whatever a user does: what stands in the journal is what is edited, and a document that puts it back saves the same.
 class RandomUnsavedEdits : public testing::TestWithParam<FileType> {};
 
