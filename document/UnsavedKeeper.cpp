@@ -108,10 +108,11 @@ void CUnsavedKeeper::Drop() noexcept
 bool CUnsavedKeeper::Flush() noexcept
 {
     if (!m_journal)
-        return true;
+        return !m_fault;
     const bool isFlushed = m_journal->Flush();
-    m_fault = isFlushed ? std::error_code() : m_journal->LastError();
-    return isFlushed;
+    if (!m_isIncomplete)
+        m_fault = isFlushed ? std::error_code() : m_journal->LastError();
+    return isFlushed && !m_isIncomplete;
 }
 
 /// With all that is edited.

@@ -47,6 +47,8 @@ public:
 
     /// Whether the disk has all that was noted.
     bool IsFlushed() const { return !m_journal || m_journal->IsFlushed(); }
+
+    /// Waits until it has. False when it does not take it, or edits are not even in a journal.
     bool Flush() noexcept;
 
     /// Why edits are not kept; no fault while they are.

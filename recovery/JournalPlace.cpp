@@ -59,12 +59,13 @@ fs::path DroppedFolder(const fs::path& dataFolder)
     return UnsavedFolder(dataFolder) / "dropped";
 }
 
+/// A disk that does not tell has no end of names to offer, and the digits are hardly there twice.
 fs::path NewJournalPath(const fs::path& folder, UtcTime begun)
 {
     for (;;) {
         fs::path path = folder / (UtcStamp(begun) + '-' + IdDigits() + std::string(kExtension));
         std::error_code ignored;
-        if (fs::symlink_status(path, ignored).type() == fs::file_type::not_found)
+        if (!fs::exists(fs::symlink_status(path, ignored)))
             return path;
     }
 }
