@@ -49,24 +49,23 @@ bool FaultRun::HasFailed(const std::string& call) const
 }
 
 FaultRun RunWithFault(const fs::path& program, const std::vector<std::string>& arguments, const fs::path& folder,
-                      const Fault& fault, int at)
+                      const Fault& fault, int at, const std::vector<std::string>& environment)
 {
     const CTempFolder place;
     const char* sanitizer = std::getenv("ASAN_OPTIONS");
     FaultRun run;
-    run.result = RunProcessIn(
-        {
-            std::string("LD_PRELOAD=") + VANTOR_FAULT_SHIM,
-            "VANTOR_FAULT_FOLDER=" + folder.string() + "/",
-            "VANTOR_FAULT_LOG=" + (place / "log").string(),
-            "VANTOR_FAULT_AT=" + std::to_string(at),
-            "VANTOR_FAULT_TIMES=" + std::to_string(fault.times),
-            "VANTOR_FAULT_ERROR=" + std::to_string(fault.error),
-            std::string("VANTOR_FAULT_KIND=") + fault.kind,
-            "VANTOR_VERSIONS=off", // what is kept beside the file has faults of its own
-            std::string("ASAN_OPTIONS=") + (sanitizer ? sanitizer : "") + ":verify_asan_link_order=0",
-        },
-        program, arguments);
+    std::vector<std::string> settings = {
+        std::string("LD_PRELOAD=") + VANTOR_FAULT_SHIM,
+        "VANTOR_FAULT_FOLDER=" + folder.string() + "/",
+        "VANTOR_FAULT_LOG=" + (place / "log").string(),
+        "VANTOR_FAULT_AT=" + std::to_string(at),
+        "VANTOR_FAULT_TIMES=" + std::to_string(fault.times),
+        "VANTOR_FAULT_ERROR=" + std::to_string(fault.error),
+        std::string("VANTOR_FAULT_KIND=") + fault.kind,
+        std::string("ASAN_OPTIONS=") + (sanitizer ? sanitizer : "") + ":verify_asan_link_order=0",
+    };
+    settings.insert(settings.end(), environment.begin(), environment.end());
+    run.result = RunProcessIn(settings, program, arguments);
     std::ifstream log(place / "log");
     for (std::string line; std::getline(log, line);) {
         const bool fails = line.ends_with('!');

@@ -33,6 +33,8 @@ struct FaultRun {
     bool HasFailed(const std::string& call) const;
 };
 
-/// Runs `program`; in `folder` the call number `at`, counted from 1, goes wrong as `fault` says, with 0 none does.
+/// Runs `program`; in `folder` the call number `at`, counted from 1, goes wrong as `fault` says, with 0 none does. What
+/// is kept beside the files has faults of its own: no earlier versions are, unless `environment` says otherwise.
 FaultRun RunWithFault(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                      const std::filesystem::path& folder, const Fault& fault, int at);
+                      const std::filesystem::path& folder, const Fault& fault, int at,
+                      const std::vector<std::string>& environment = {"VANTOR_VERSIONS=off"});

@@ -11,7 +11,7 @@
 //                        before the call; "none": a write takes no byte and says so; "lose": a write takes no
 //                        byte and says that it took all; "read": an error, of the calls that read or ask for a
 //                        file's state, which are then counted instead; "attribute": the same of those that ask for or
-//                        set an extended attribute
+//                        set an extended attribute; "lock": the same of those that lock a file
 
 #include <algorithm>
 #include <array>
@@ -24,6 +24,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -31,7 +32,7 @@
 
 namespace {
 
-enum class Kind { Error, Short, Break, Kill, None, Lose, Read, Attribute };
+enum class Kind { Error, Short, Break, Kill, None, Lose, Read, Attribute, Lock };
 enum class Verdict { Goes, Fails, IsCutShort, TakesNothing, IsLost };
 
 enum Tracked : char { kOther, kReadOnly, kWritten };
@@ -63,6 +64,8 @@ Kind ChosenKind()
         return Kind::Read;
     if (kind == "attribute")
         return Kind::Attribute;
+    if (kind == "lock")
+        return Kind::Lock;
     return kind == "kill" ? Kind::Kill : Kind::Error;
 }
 
@@ -117,6 +120,8 @@ bool IsCounted(std::string_view call, Kind kind)
 {
     if (call.ends_with("xattr"))
         return kind == Kind::Attribute;
+    if (call == "flock" || kind == Kind::Lock)
+        return call == "flock" && kind == Kind::Lock;
     return kind != Kind::Attribute && Reads(call) == (kind == Kind::Read);
 }
 
@@ -135,7 +140,7 @@ Verdict Judge(const char* call, bool writes = false)
     Verdict verdict = Verdict::Goes;
     if (kind == Kind::Error && isHit && (NumberIn("VANTOR_FAULT_ERROR") != EINTR || MayBeInterrupted(call)))
         verdict = Verdict::Fails;
-    if ((kind == Kind::Read || kind == Kind::Attribute) && isHit)
+    if ((kind == Kind::Read || kind == Kind::Attribute || kind == Kind::Lock) && isHit)
         verdict = Verdict::Fails;
     if (kind == Kind::Short && isHit && writes)
         verdict = Verdict::IsCutShort;
@@ -443,6 +448,16 @@ extern "C" int fchown(int file, uid_t owner, gid_t group) noexcept
 {
     return TrackedAs(file) == kWritten && Fails("chown") ? -1
                                                          : Real<int(int, uid_t, gid_t)>("fchown")(file, owner, group);
+}
+
+extern "C" int mkdir(const char* path, mode_t mode) noexcept
+{
+    return IsInFolder(path) && Fails("mkdir") ? -1 : Real<int(const char*, mode_t)>("mkdir")(path, mode);
+}
+
+extern "C" int flock(int file, int operation) noexcept
+{
+    return TrackedAs(file) != kOther && Fails("flock") ? -1 : Real<int(int, int)>("flock")(file, operation);
 }
 
 // Extended attributes, of a file by its name or of an open one.

@@ -11,8 +11,8 @@
 
 #include "disk/File.h"
 #include "document/RecipeDocument.h"
+#include "tests/faults/SoundDisk.h"
 #include "tests/support/Formats.h"
-#include "text/Utf8Text.h"
 
 #include <algorithm>
 #include <chrono>
@@ -27,30 +27,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto kNoEnd = std::chrono::steady_clock::time_point::max();
-
-class CErrorPrinter final : public CReporter {
-public:
-    void ShowError(std::u16string_view text) override { std::fprintf(stderr, "%s\n", ToUtf8(text).c_str()); }
-    bool AskYesNo(std::u16string_view) override { return false; }
-};
-
-/// While it lives, the disk does not break.
-class CSoundDisk {
-public:
-    CSoundDisk()
-    {
-        if (const char* folder = std::getenv(kFolder))
-            m_folder = folder;
-        unsetenv(kFolder);
-    }
-    ~CSoundDisk() { setenv(kFolder, m_folder.c_str(), 1); }
-    CSoundDisk(const CSoundDisk&) = delete;
-    CSoundDisk& operator=(const CSoundDisk&) = delete;
-
-private:
-    static constexpr const char* kFolder = "VANTOR_FAULT_FOLDER";
-    std::string m_folder;
-};
 
 /// The document of one run, and what its user does.
 class CSession {
