@@ -13,17 +13,16 @@ std::u16string NewText(const ColumnCoding& coding)
     return coding.dataType == DataType::String ? u"" : u"0";
 }
 
-CCellState StateOf(const CRecipeRows& rows, CellPlace place)
+/// What a save codes. Each look-up counts where a million cells are pasted.
+CCellState StateOfEdited(const CRecipeRows& rows, CellPlace place)
 {
-    if (!rows.IsEdited(place.row, place.column))
-        return {};
     const CCellState& state = rows.State(place);
-    return state.IsExact() ? state : CCellState::OfText(rows.Text(place.row, place.column)); // what a save codes
+    return state.IsUntouched() ? CCellState::OfText(rows.Text(place.row, place.column)) : state;
 }
 
-UnsavedCell CellOf(const WorkInProgress& work, CellPlace place)
+CCellState StateOf(const CRecipeRows& rows, CellPlace place)
 {
-    return UnsavedCellOf(work, place, StateOf(work.shown.rows, place));
+    return rows.IsEdited(place.row, place.column) ? StateOfEdited(rows, place) : CCellState();
 }
 
 } // namespace
@@ -64,7 +63,7 @@ void CUnsavedKeeper::Note(const WorkInProgress& work, std::span<const CellEdit> 
         std::vector<UnsavedCell> changed;
         changed.reserve(cells.size());
         for (const CellEdit& cell : cells)
-            changed.push_back(CellOf(work, cell.place));
+            changed.push_back(UnsavedCellOf(work, cell.place, StateOf(work.shown.rows, cell.place)));
         Append(changed);
     };
     if (WithMemoryFor(note) == EditOutcome::Made)
@@ -121,7 +120,7 @@ void CUnsavedKeeper::Begin(const WorkInProgress& work)
     std::vector<UnsavedCell> cells;
     cells.reserve(work.shown.rows.EditedCount());
     for (const CellPlace place : work.shown.rows.EditedPlaces())
-        cells.push_back(CellOf(work, place));
+        cells.push_back(UnsavedCellOf(work, place, StateOfEdited(work.shown.rows, place)));
     if (cells.empty())
         return;
     m_journal = CJournal::Begin(m_dataFolder, HeaderOf(work), m_fault);
