@@ -1,4 +1,5 @@
 #include "bench/BenchRows.h"
+#include "disk/File.h"
 #include "document/RecipeDocument.h"
 
 #include <benchmark/benchmark.h>
@@ -58,15 +59,28 @@ std::vector<TextForCell> AMillionTexts()
     return texts;
 }
 
-void SetTexts(benchmark::State& state, bool isPlanned)
+enum class Extra { None, Planned, Kept };
+
+/// The user's data of one benchmark.
+struct BenchData {
+    ~BenchData() { std::filesystem::remove_all(path); }
+
+    CBenchFile name;
+    std::filesystem::path path = std::filesystem::path(name.Path()).replace_extension(".data");
+};
+
+void SetTexts(benchmark::State& state, Extra extra)
 {
     const CBenchFile bench;
+    const BenchData data;
     WriteBenchFile(bench);
     CRecipeDocument document;
+    if (extra == Extra::Kept)
+        document.KeepUnsavedIn(data.path);
     for (auto _ : state) {
         state.PauseTiming();
         Open(document, bench);
-        if (isPlanned)
+        if (extra == Extra::Planned)
             CountPlan(document);
         auto texts = AMillionTexts();
         state.ResumeTiming();
@@ -77,13 +91,19 @@ void SetTexts(benchmark::State& state, bool isPlanned)
 
 void BM_Document_SetTexts(benchmark::State& state)
 {
-    SetTexts(state, false);
+    SetTexts(state, Extra::None);
 }
 
 /// The plan of the save is counted.
 void BM_Document_SetTexts_Planned(benchmark::State& state)
 {
-    SetTexts(state, true);
+    SetTexts(state, Extra::Planned);
+}
+
+/// With a journal of what is not saved.
+void BM_Document_SetTexts_Kept(benchmark::State& state)
+{
+    SetTexts(state, Extra::Kept);
 }
 
 void BM_Document_Undo(benchmark::State& state)
@@ -118,14 +138,17 @@ void BM_Document_Redo(benchmark::State& state)
 }
 
 /// 4,096 cells all over the rows take turns.
-void OneText(benchmark::State& state, bool isPlanned)
+void OneText(benchmark::State& state, Extra extra)
 {
     constexpr std::int32_t kCells = 4096;
     const CBenchFile bench;
+    const BenchData data;
     WriteBenchFile(bench);
     CRecipeDocument document;
     Open(document, bench);
-    if (isPlanned)
+    if (extra == Extra::Kept)
+        document.KeepUnsavedIn(data.path);
+    if (extra == Extra::Planned)
         CountPlan(document);
     std::int32_t cell = 0;
     for (auto _ : state) {
@@ -141,13 +164,83 @@ void OneText(benchmark::State& state, bool isPlanned)
 
 void BM_Document_OneText(benchmark::State& state)
 {
-    OneText(state, false);
+    OneText(state, Extra::None);
 }
 
 /// The plan of the save is counted, and kept true.
 void BM_Document_OneText_Planned(benchmark::State& state)
 {
-    OneText(state, true);
+    OneText(state, Extra::Planned);
+}
+
+void BM_Document_OneText_Kept(benchmark::State& state)
+{
+    OneText(state, Extra::Kept);
+}
+
+// What another program may have written is looked for, against a read of the same stretch.
+
+void BM_Document_Look(benchmark::State& state)
+{
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    CRecipeDocument document;
+    Open(document, bench);
+    for (auto _ : state)
+        if (document.Look().state != FileLook::State::AsKnown)
+            state.SkipWithError("the file changed");
+}
+
+void BM_Document_Look_BareRead(benchmark::State& state)
+{
+    const CBenchFile bench;
+    WriteBenchFile(bench);
+    for (auto _ : state) {
+        const CFile file(bench.Path(), CFile::Mode::Read);
+        CByteBuffer bytes(static_cast<std::size_t>(file.Size().value_or(0)));
+        if (file.ReadAt(0, bytes.Bytes()) != bytes.Bytes().size())
+            state.SkipWithError("cannot read");
+        benchmark::DoNotOptimize(bytes.Bytes().data());
+    }
+}
+
+// A file of so many rows is saved, one cell of which was edited, with its version and without. With the disk's name in
+// TMPDIR the disk is measured.
+
+void SaveRows(benchmark::State& state, bool isKept)
+{
+    const CBenchFile bench;
+    const BenchData data;
+    const CVersionStore versions(data.path);
+    const auto rows = static_cast<std::int32_t>(state.range(0));
+    const CByteBuffer image = BenchImage(rows);
+    CSilentReporter reporter;
+    CNoProgress progress;
+    std::ofstream(bench.Path(), std::ios::binary)
+        .write(reinterpret_cast<const char*>(image.Bytes().data()), static_cast<std::streamsize>(image.Bytes().size()));
+    CRecipeDocument document;
+    document.StartOpen(bench.Path(), FileType::Rcp);
+    document.TakeSettings({BenchFormat(), 0, rows});
+    document.Read(FileType::Rcp, reporter, progress);
+    if (isKept)
+        document.KeepVersionsIn(versions);
+    for (int i = 0; auto _ : state) {
+        document.SetTexts(EditKind::Typing, {{{7, 3}, i++ % 2 == 0 ? u"7" : u"8"}});
+        if (!document.Write(FileType::Rcp, bench.Path(), reporter, progress))
+            state.SkipWithError("cannot save");
+        if (isKept && !document.LastSave().version->IsSafe())
+            state.SkipWithError("cannot keep a version");
+    }
+}
+
+void BM_Document_SaveRows(benchmark::State& state)
+{
+    SaveRows(state, false);
+}
+
+void BM_Document_SaveRows_Kept(benchmark::State& state)
+{
+    SaveRows(state, true);
 }
 
 /// What is allocated: a freed block stays resident now and then.
@@ -189,5 +282,11 @@ BENCHMARK(BM_Document_Redo)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_Write)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Document_OneText);
 BENCHMARK(BM_Document_OneText_Planned);
+BENCHMARK(BM_Document_SetTexts_Kept)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_OneText_Kept);
+BENCHMARK(BM_Document_Look)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_Look_BareRead)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Document_SaveRows)->Arg(32)->Arg(32768)->Arg(1048576)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(BM_Document_SaveRows_Kept)->Arg(32)->Arg(32768)->Arg(1048576)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 } // namespace

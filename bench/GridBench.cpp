@@ -187,10 +187,11 @@ void OpenToPaste(CRecordingFrame& frame, CRecipeDataShowView& view, const CBigRe
 }
 
 /// From the command to the painted window, as are its undo and its redo. The argument is the number of cells.
-void PasteCells(benchmark::State& state)
+void PasteBlock(benchmark::State& state, const std::filesystem::path& dataFolder)
 {
     const CBigRecipe recipe;
     CRecordingFrame frame;
+    frame.document.KeepUnsavedIn(dataFolder);
     CRecipeDataShowView view(frame);
     Expose(view);
     QApplication::clipboard()->setText(BlockOf(state.range(0)));
@@ -201,6 +202,21 @@ void PasteCells(benchmark::State& state)
         PasteInto(view);
     }
 }
+
+void PasteCells(benchmark::State& state)
+{
+    PasteBlock(state, {});
+}
+
+/// With a journal of what is not saved.
+void PasteCellsKept(benchmark::State& state)
+{
+    const auto data = std::filesystem::temp_directory_path() / "vantor-bench.data";
+    PasteBlock(state, data);
+    std::filesystem::remove_all(data);
+}
+
+BENCHMARK(PasteCellsKept)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(PasteCells)->ArgName("cells")->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
 void UndoPaste(benchmark::State& state)
@@ -264,12 +280,13 @@ void PressKey(int key, const QString& text)
 }
 
 /// A value typed into a cell and ended with Enter, with its paints. The cells in sight take turns.
-void TypeIntoCell(benchmark::State& state)
+void TypeInto(benchmark::State& state, const std::filesystem::path& dataFolder)
 {
     constexpr int kRowsInSight = 16;
     const CBigRecipe recipe;
     CRecordingFrame frame;
     SetUpFrame(frame, recipe.Path(), 5);
+    frame.document.KeepUnsavedIn(dataFolder);
     CRecipeDataShowView view(frame);
     Expose(view);
     view.activateWindow();
@@ -288,6 +305,21 @@ void TypeIntoCell(benchmark::State& state)
         ++typed;
     }
 }
+
+void TypeIntoCell(benchmark::State& state)
+{
+    TypeInto(state, {});
+}
+
+/// With a journal of what is not saved.
+void TypeIntoCellKept(benchmark::State& state)
+{
+    const auto data = std::filesystem::temp_directory_path() / "vantor-bench.data";
+    TypeInto(state, data);
+    std::filesystem::remove_all(data);
+}
+
+BENCHMARK(TypeIntoCellKept)->Unit(benchmark::kMicrosecond);
 BENCHMARK(TypeIntoCell)->Unit(benchmark::kMicrosecond);
 
 } // namespace
