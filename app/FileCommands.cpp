@@ -110,8 +110,13 @@ bool CFileCommands::OpenAsLeft(const WorkHeader& work)
         m_frame.Reporter().ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
         return false;
     }
-    if (!LeaveCurrentWork())
+    if (!m_dataPane.EndCellEdit())
         return false;
+    if (m_document.IsUnsaved()) { // Open would save it, but nobody asked to open anything
+        m_frame.TellEdit(
+            QCoreApplication::translate("CFileCommands", "Save what is open first: another file is to be opened."));
+        return false;
+    }
     if (path.isEmpty())
         m_document.StartNew();
     else

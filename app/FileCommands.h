@@ -35,7 +35,7 @@ public:
     void OpenPath(const QString& path);
 
     /// Opens the file that `work` is about, or a new document, in the layout that it had: what the format pane says
-    /// stays. False when its rows cannot be shown (then reported), or the current work must not go.
+    /// stays. False when its rows cannot be shown (then reported), or the current work is not saved (then told).
     bool OpenAsLeft(const WorkHeader& work);
 
     /// Reads the current file again in place of the changes; the work counts as saved then.

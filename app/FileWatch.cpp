@@ -42,6 +42,8 @@ void CFileWatch::Watch(const QString& path)
 /// both are taken up again each time.
 void CFileWatch::TakeUp()
 {
+    if (m_path.isEmpty())
+        return;
     const QStringList watched = m_watcher.files() + m_watcher.directories();
     if (!watched.isEmpty())
         m_watcher.removePaths(watched);

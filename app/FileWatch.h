@@ -16,13 +16,15 @@ public:
     /// Watches the file `path` in the place of another; nothing when it is empty. It need not exist.
     void Watch(const QString& path);
 
+    /// Watches again what is there by now, if it had gone.
+    void TakeUp();
+
 signals:
     /// It may be another one: a moment after it began to be watched, and after things happened. Where many happen, they
     /// come in one, and the less often the longer the answer to this takes.
     void Prompted();
 
 private:
-    void TakeUp();
     void OnEvent();
     void Prompt();
 

@@ -97,6 +97,10 @@ void CMainFrame::CreateCommands()
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
     m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *m_pDataPane, *this);
+    connect(m_pSaveCommands.get(), &CSaveCommands::WasPutBack, this, [this](const QString& path) {
+        TellVersion(NativePath(path));
+        ShowMessage();
+    });
     connect(m_pOtherPrograms.get(), &COtherPrograms::VersionsAskedFor, m_pUi->actionEarlierVersions, &QAction::trigger);
     m_pUnsavedCommands = std::make_unique<CUnsavedCommands>(*this, *m_pFileCommands, *m_pDataPane, *m_pSaveCommands);
     connect(m_pUnsavedCommands.get(), &CUnsavedCommands::TroubleChanged, this, [this](const QString& trouble) {
@@ -302,7 +306,10 @@ SaveResult CMainFrame::SaveEditedRecipeData(ForeignRule rule)
 
 bool CMainFrame::SaveRecipeDataCopy(FileType type, const QString& path)
 {
-    return m_pDataPane->WriteCopy(type, path).isSaved;
+    const bool isSaved = m_pDataPane->WriteCopy(type, path).isSaved;
+    TellVersion(NativePath(path));
+    ShowMessage();
+    return isSaved;
 }
 
 /// What a save that failed part-way left behind in `path` is told until that file is saved or gone; that a save wrote
@@ -318,19 +325,19 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
     else if (result.isLeftOut)
         TellLeftOut(path);
-    TellVersion();
+    TellVersion(NativePath(path));
     m_pSaveCommands->TellStoredAsShown();
     m_pSaveCommands->Update();
     ShowMessage();
 }
 
 /// Until a later save keeps one.
-void CMainFrame::TellVersion()
+void CMainFrame::TellVersion(const std::filesystem::path& path)
 {
     const auto& version = m_document.LastSave().version;
     if (!version)
         return;
-    const QString trouble = ToQString(NotKeptText(*version, m_document.Path()));
+    const QString trouble = ToQString(NotKeptText(*version, path));
     if (trouble != m_strVersionTrouble && !trouble.isEmpty())
         Announce(trouble);
     m_strVersionTrouble = trouble;

@@ -81,7 +81,7 @@ private:
     void ShowLockKeys();
     void TellState(const SaveResult& result, const QString& path);
     static SaveNotice NoticeOf(const QString& text, const QString& path);
-    void TellVersion();
+    void TellVersion(const std::filesystem::path& path);
     void TellLeftOut(const QString& path);
     void ForgetLeftOut();
     void ShowMessage();

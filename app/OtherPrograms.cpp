@@ -67,14 +67,20 @@ void COtherPrograms::Follow()
 
 bool COtherPrograms::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::WindowActivate)
+    if (event->type() == QEvent::WindowActivate) {
+        m_watch.TakeUp();
         Look();
+    }
     return QObject::eventFilter(watched, event);
 }
 
 void COtherPrograms::Look()
 {
-    const FileLook look = m_frame.Document().Look();
+    CRecipeDocument& document = m_frame.Document();
+    document.CheckPlan();
+    if (document.IsPlanOpen())
+        m_saveCommands.Update();
+    const FileLook look = document.Look();
     if (IsSame(look, m_told))
         return; // the user may have dismissed it
     Tell(look);
@@ -164,6 +170,12 @@ void COtherPrograms::TellOverwritten()
     if (notes.overwritten)
         message.buttons << StripButton{tr("Show"), [this, overwritten = notes.overwritten] { List(*overwritten); }};
     if (notes.version && notes.version->IsSafe())
-        message.buttons << StripButton{tr("Earlier versions…"), [this] { emit VersionsAskedFor(); }};
+        message.buttons << StripButton{tr("Earlier versions…"), [this, path = m_frame.Document().Path()] {
+                                           if (path == m_frame.Document().Path())
+                                               emit VersionsAskedFor();
+                                           else
+                                               m_frame.TellEdit(
+                                                   tr("Open %1 to see its earlier versions.").arg(ToQPath(path)));
+                                       }};
     m_frame.ShowStrip(StripSubject::ChangedByOthers, message);
 }

@@ -297,6 +297,8 @@ void CSaveCommands::PutBack()
 {
     const auto saved = m_frame.Document().StoredAsShown();
     const auto count = saved ? m_dataPane.PutBackStored() : std::nullopt;
+    if (saved)
+        emit WasPutBack(ToQPath(saved->path));
     TellStoredAsShown();
     Update();
     if (!count)

@@ -60,6 +60,10 @@ public:
     CChangesPanel& Panel() { return *m_pPanel; }
     QToolButton& Field() { return *m_pField; }
 
+signals:
+    /// Words were put back into the file `path`, or that failed.
+    void WasPutBack(const QString& path);
+
 private:
     enum class Listed { Nothing, Plan, StoredAsShown, Other };
 

@@ -97,6 +97,10 @@ void CUnsavedCommands::OfferNext()
     m_saveCommands.Withdraw(std::exchange(m_pListed, {}));
     m_offered.reset();
     m_offered = m_store.ClaimOldest();
+    if (!m_offered && !m_setAside.empty()) {
+        m_offered = std::move(m_setAside.front());
+        m_setAside.pop_front();
+    }
     if (!m_offered)
         return m_frame.WithdrawStrip(StripSubject::Unsaved);
     m_frame.ShowStrip(StripSubject::Unsaved, {OfferText(),
@@ -127,8 +131,10 @@ bool CUnsavedCommands::OpenItsFile()
 /// The window's own journal has them before the one that was left goes.
 void CUnsavedCommands::PutBack()
 {
-    if (!m_offered || !OpenItsFile())
+    if (!m_offered)
         return;
+    if (!OpenItsFile())
+        return SetAside();
     const UnsavedWork& work = m_offered->Work();
     const std::size_t count = work.cells.size();
     auto others = m_dataPane.PutBackUnsaved(work);
@@ -141,6 +147,13 @@ void CUnsavedCommands::PutBack()
         m_offered->Drop();
     const std::size_t done = count - others->size();
     TellPutBack(done, *std::move(others));
+    OfferNext();
+}
+
+/// Its file is not there, for one: others must not wait for that.
+void CUnsavedCommands::SetAside()
+{
+    m_setAside.push_back(*std::move(m_offered));
     OfferNext();
 }
 

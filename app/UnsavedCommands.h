@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <filesystem>
+#include <list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -42,6 +43,7 @@ private:
     void Flush();
     void TellTrouble();
     void OfferNext();
+    void SetAside();
     QString OfferText() const;
     bool OpenItsFile();
     void PutBack();
@@ -56,6 +58,7 @@ private:
     CSaveCommands& m_saveCommands;
     CUnsavedStore m_store{{}};
     std::optional<CClaimedWork> m_offered;
+    std::list<CClaimedWork> m_setAside;           ///< could not be put back; offered again after all others
     std::shared_ptr<const CChangeList> m_pListed; ///< of the edits that are offered
     QTimer m_flushing;
     QString m_strTrouble;

@@ -1,6 +1,7 @@
 #include "changes/CellDifferences.h"
 
 #include "files/TableTitles.h"
+#include "text/PathText.h"
 
 #include <cstdint>
 #include <utility>
@@ -8,7 +9,7 @@
 ChangeHeader HeaderOf(const ChangeSubject& subject, const CRecipeRows& rows, FileType type)
 {
     ChangeHeader header;
-    header.file = subject.path.filename().u16string();
+    header.file = PathText(subject.path.filename());
     header.type = type;
     header.tables.push_back({subject.format, rows.RowAddress(0), rows.RowCount()});
     return header;

@@ -5,6 +5,7 @@
 #include "disk/FileLock.h"
 #include "files/FileType.h"
 #include "files/RecipeMessages.h"
+#include "library/LibraryLock.h"
 #include "recovery/DataFolder.h"
 #include "recovery/VersionContent.h"
 #include "recovery/VersionRestore.h"
@@ -155,6 +156,9 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
         ShowFileError(reporter, kBusyFileError, options.file);
         return false;
     }
+    std::optional<CLibraryLock> libraryLock; // a format library is written under the lock beside it
+    if (!FileTypeOf(options.file))
+        libraryLock.emplace(options.file);
     const VersionRestored result = RestoreVersion(store, options.file, version->stamp, reporter);
     if (result)
         TellUnlessKept(result.kept, options.file, reporter);

@@ -202,6 +202,10 @@ public:
     /// Looks at what the current file holds of the cells. Reads them all, and never writes.
     FileLook Look() const;
 
+    /// Has the plan begun anew where the file of a table of texts has another size than when it was begun: others may
+    /// have written lines that are not shown.
+    void CheckPlan();
+
     /// From now on the file is known to hold what the look found, and what is shown stays.
     void KeepShown(const ForeignChanges& changes);
 
@@ -391,7 +395,8 @@ private:
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to
     CSavePlan m_plan;
-    bool m_isPlanStale = true; ///< it is to begin anew
+    bool m_isPlanStale = true;         ///< it is to begin anew
+    std::uint64_t m_nPlannedBytes = 0; ///< that the file of a table had when CheckPlan last looked
     std::shared_ptr<const SavedChanges> m_pStoredAsShown;
     CUnsavedKeeper m_unsaved;
     const CVersionStore* m_pVersions = nullptr;

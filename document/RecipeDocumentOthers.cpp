@@ -9,6 +9,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// Ends a hold when it goes.
+class CReleasing {
+public:
+    explicit CReleasing(CFileLock& lock) : m_lock(lock) {}
+    ~CReleasing() { m_lock.Release(); }
+    CReleasing(const CReleasing&) = delete;
+    CReleasing& operator=(const CReleasing&) = delete;
+
+private:
+    CFileLock& m_lock;
+};
+
 /// What has the name; none where that cannot be told.
 fs::file_type TypeAt(const fs::path& path)
 {
@@ -33,6 +45,7 @@ SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress
         m_lock.Take(order.path, kLongestLockWait, [&] { return progress.Advance(0, 1); });
     if (m_lock.Now() == CFileLock::State::GivenUp)
         return {.isGivenUp = true};
+    const CReleasing releasing(m_lock);
     m_notes.wasBusy = m_lock.Now() == CFileLock::State::Busy;
     const FileLook look = order.path == m_strFilePath ? Look() : FileLook();
     m_notes.overwritten = Overwritten(look.changes, order.written);
@@ -46,7 +59,6 @@ SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress
         if (look.changes)
             NoteStillUnknown(*look.changes, result.isSaved ? left : look.changes->places, result);
     }
-    m_lock.Release();
     return result;
 }
 
@@ -111,6 +123,8 @@ FileLook CRecipeDocument::LookAtCells() const
     default:
         return {FileLook::State::NoFile, nullptr};
     }
+    if (StillHolds(m_strFilePath, m_shown.known))
+        return {};
     CStoredCells after = ReadStored(m_shown.rows);
     if (!after.IsKnown())
         return {};
@@ -119,6 +133,17 @@ FileLook CRecipeDocument::LookAtCells() const
         return {};
     return {FileLook::State::Changed, std::make_shared<ForeignChanges>(ForeignChanges{
                                           m_strFilePath, m_shown.known, std::move(after), std::move(places)})};
+}
+
+void CRecipeDocument::CheckPlan()
+{
+    if (m_nFileType != FileType::Csv || !CanPlan())
+        return;
+    const auto bytes = LogicalBytes(m_nFileType, m_strFilePath);
+    if (!bytes || *bytes == m_nPlannedBytes)
+        return;
+    m_nPlannedBytes = *bytes;
+    ForgetPlan();
 }
 
 /// The plan, and what can be put back, start from what the file holds.

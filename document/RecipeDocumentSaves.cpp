@@ -107,6 +107,8 @@ std::optional<CellOutlook> CRecipeDocument::OutlookOf(CellPlace place)
 /// All that a save changes, still without what it leaves; null where nothing is planned, or it is not to be known.
 std::shared_ptr<SavedChanges> CRecipeDocument::ChangesToCome(CProgress& progress, Outcome& outcome)
 {
+    if (m_nFileType == FileType::Csv) // others may have written lines that are not shown
+        ForgetPlan();
     BeginPlan();
     outcome = m_plan.IsBegun() ? m_plan.Finish(progress) : Outcome::Failed;
     if (outcome != Outcome::Done || m_plan.CountOfUneditedValues() == 0)

@@ -13,16 +13,28 @@ std::u16string NewText(const ColumnCoding& coding)
     return coding.dataType == DataType::String ? u"" : u"0";
 }
 
-/// What a save codes. Each look-up counts where a million cells are pasted.
-CCellState StateOfEdited(const CRecipeRows& rows, CellPlace place)
+/// What a save codes of a cell; `state` is that of an edited one, else null.
+CCellState StateToKeep(const CRecipeRows& rows, CellPlace place, const CCellState* state)
 {
-    const CCellState& state = rows.State(place);
-    return state.IsUntouched() ? CCellState::OfText(rows.Text(place.row, place.column)) : state;
+    if (state == nullptr)
+        return {};
+    return state->IsUntouched() ? CCellState::OfText(rows.Text(place.row, place.column)) : *state;
 }
 
-CCellState StateOf(const CRecipeRows& rows, CellPlace place)
+/// Fills `cell` but for its place and state. What it had keeps its memory: there may be a million.
+void FillOld(const WorkInProgress& work, UnsavedCell& cell)
 {
-    return rows.IsEdited(place.row, place.column) ? StateOfEdited(rows, place) : CCellState();
+    const CStoredCells& stored = work.shown.stored;
+    cell.oldWords.clear();
+    cell.oldText.reset();
+    if (work.file.empty()) {
+        cell.oldText = NewText(work.shown.rows.Columns()[cell.place.column]);
+    } else if (stored.IsKnown() && work.type != FileType::Csv) {
+        cell.oldWords.resize(BytesOfCell(work.shown.rows, cell.place));
+        cell.oldWords.resize(stored.LoadWords(cell.place, cell.oldWords));
+    } else if (stored.IsKnown() && stored.HasField(cell.place)) {
+        cell.oldText = stored.Cells().Text(cell.place.row, cell.place.column);
+    }
 }
 
 } // namespace
@@ -41,15 +53,7 @@ WorkHeader HeaderOf(const WorkInProgress& work)
 UnsavedCell UnsavedCellOf(const WorkInProgress& work, CellPlace place, CCellState state)
 {
     UnsavedCell cell{place, std::move(state), {}, {}};
-    const CStoredCells& stored = work.shown.stored;
-    if (work.file.empty()) {
-        cell.oldText = NewText(work.shown.rows.Columns()[place.column]);
-    } else if (stored.IsKnown() && work.type != FileType::Csv) {
-        cell.oldWords.resize(BytesOfCell(work.shown.rows, place));
-        cell.oldWords.resize(stored.LoadWords(place, cell.oldWords));
-    } else if (stored.IsKnown() && stored.HasField(place)) {
-        cell.oldText = stored.Cells().Text(place.row, place.column);
-    }
+    FillOld(work, cell);
     return cell;
 }
 
@@ -60,11 +64,11 @@ void CUnsavedKeeper::Note(const WorkInProgress& work, std::span<const CellEdit> 
     const auto note = [&] {
         if (!m_journal || m_isIncomplete)
             return BeginAnew(work, false);
-        std::vector<UnsavedCell> changed;
-        changed.reserve(cells.size());
-        for (const CellEdit& cell : cells)
-            changed.push_back(UnsavedCellOf(work, cell.place, StateOf(work.shown.rows, cell.place)));
-        Append(changed);
+        m_journal->BeginCommand(cells.size());
+        UnsavedCell kept;
+        work.shown.rows.ForEachOf(cells,
+                                  [&](CellPlace place, const CCellState* state) { Add(work, place, state, kept); });
+        EndCommand();
     };
     if (WithMemoryFor(note) == EditOutcome::Made)
         return;
@@ -117,19 +121,27 @@ bool CUnsavedKeeper::Flush() noexcept
 /// With all that is edited.
 void CUnsavedKeeper::Begin(const WorkInProgress& work)
 {
-    std::vector<UnsavedCell> cells;
-    cells.reserve(work.shown.rows.EditedCount());
-    for (const CellPlace place : work.shown.rows.EditedPlaces())
-        cells.push_back(UnsavedCellOf(work, place, StateOfEdited(work.shown.rows, place)));
-    if (cells.empty())
-        return;
+    const CRecipeRows& rows = work.shown.rows;
     m_journal = CJournal::Begin(m_dataFolder, HeaderOf(work), m_fault);
     m_isIncomplete = false;
-    if (m_journal)
-        Append(cells);
+    if (!m_journal)
+        return;
+    m_journal->BeginCommand(rows.EditedCount());
+    UnsavedCell kept;
+    rows.ForEachEdited([&](CellPlace place, const CCellState& state) { Add(work, place, &state, kept); });
+    EndCommand();
 }
 
-void CUnsavedKeeper::Append(const std::vector<UnsavedCell>& cells)
+/// `kept` is where it is made.
+void CUnsavedKeeper::Add(const WorkInProgress& work, CellPlace place, const CCellState* state, UnsavedCell& kept)
 {
-    m_fault = m_journal->Append(cells) ? std::error_code() : m_journal->LastError();
+    kept.place = place;
+    kept.state = StateToKeep(work.shown.rows, place, state);
+    FillOld(work, kept);
+    m_journal->Add(kept);
+}
+
+void CUnsavedKeeper::EndCommand()
+{
+    m_fault = m_journal->EndCommand() ? std::error_code() : m_journal->LastError();
 }

@@ -28,9 +28,13 @@ UnsavedCell UnsavedCellOf(const WorkInProgress& work, CellPlace place, CCellStat
 /// and the next edit tries again.
 class CUnsavedKeeper {
 public:
-    /// Keeps journals in `dataFolder` from now on; none while it is empty.
-    void KeepIn(std::filesystem::path dataFolder) { m_dataFolder = std::move(dataFolder); }
-    bool IsOn() const { return !m_dataFolder.empty(); }
+    /// Keeps journals in `dataFolder` from now on. Where it is empty, that is a fault (LastFault).
+    void KeepIn(std::filesystem::path dataFolder)
+    {
+        m_isOn = true;
+        m_dataFolder = std::move(dataFolder);
+    }
+    bool IsOn() const { return m_isOn; }
 
     /// These cells of `work` have other states by now.
     void Note(const WorkInProgress& work, std::span<const CellEdit> cells) noexcept;
@@ -56,8 +60,10 @@ public:
 
 private:
     void Begin(const WorkInProgress& work);
-    void Append(const std::vector<UnsavedCell>& cells);
+    void Add(const WorkInProgress& work, CellPlace place, const CCellState* state, UnsavedCell& kept);
+    void EndCommand();
 
+    bool m_isOn = false;
     std::filesystem::path m_dataFolder;
     std::optional<CJournal> m_journal;
     bool m_isIncomplete = false; ///< an edit could not be appended

@@ -101,6 +101,31 @@ public:
     /// All of them, in ascending order.
     std::vector<CellPlace> EditedPlaces() const;
 
+    /// Calls `take` with the place and the state of each of them, in ascending order.
+    template <class Take>
+    void ForEachEdited(Take take) const
+    {
+        for (const auto& [key, cell] : m_touchedCells)
+            if (IsEdited(cell))
+                take(PlaceOf(key), cell.state);
+    }
+
+    /// Calls `take` with the place of each of `cells`, in ascending order, and its state: null unless it is edited.
+    template <class Take>
+    void ForEachOf(std::span<const CellEdit> cells, Take take) const
+    {
+        auto next = m_touchedCells.begin();
+        for (const CellEdit& cell : cells) {
+            const std::uint64_t key = CellKey(cell.place.row, cell.place.column);
+            if (next != m_touchedCells.end() && next->first < key)
+                next = m_touchedCells.lower_bound(key);
+            const bool isTouched = next != m_touchedCells.end() && next->first == key;
+            take(cell.place, isTouched && IsEdited(next->second) ? &next->second.state : nullptr);
+            if (isTouched)
+                ++next; // they mostly follow each other
+        }
+    }
+
     /// The edited cell that comes next after `place`, or before it; nothing when there is none. A `place` above the
     /// rows comes before all of them.
     std::optional<CellPlace> NextEdited(CellPlace place) const;

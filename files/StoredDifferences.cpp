@@ -1,6 +1,9 @@
 #include "files/StoredDifferences.h"
 
 #include "files/CellComparison.h"
+#include "files/PagedReader.h"
+#include "files/PagedRecipeFile.h"
+#include "files/RecipeFile.h"
 #include "files/SameBytes.h"
 #include "files/StretchCoding.h"
 
@@ -8,9 +11,37 @@
 #include <cstddef>
 #include <utility>
 
+namespace fs = std::filesystem;
+
 namespace {
 
+constexpr std::size_t kReadBytes = std::size_t{256} << 10;    // of a file at once
 constexpr std::size_t kComparedBytes = std::size_t{64} << 10; // of words that are compared at once
+
+/// The words of a file, read from where one likes.
+class CWordsOfFile {
+public:
+    CWordsOfFile(const fs::path& path, FileType type) : m_isPaged(IsPaged(type))
+    {
+        if (m_isPaged)
+            m_isOpen = m_pages.Open(path, KindOf(type));
+        else
+            m_isOpen = m_file.Open(path, CFile::Mode::Read);
+    }
+
+    bool Read(WordAddress first, std::span<std::byte> bytes)
+    {
+        if (!m_isOpen)
+            return false;
+        return m_isPaged ? m_pages.Read(first, bytes) : m_file.ReadAt(FirstByteOf(first).number, bytes) == bytes.size();
+    }
+
+private:
+    bool m_isPaged;
+    bool m_isOpen = false;
+    CFile m_file;
+    CPagedReader m_pages;
+};
 
 /// Compares words, block by block, and cell by cell in the blocks that differ.
 class CWordDifferences {
@@ -103,6 +134,27 @@ std::vector<CellPlace> DifferencesOf(const CStoredCells& ours, const CStoredCell
     if (ours.Type() == FileType::Csv)
         return FieldDifferences(ours.Cells(), theirs.Cells());
     return CWordDifferences(ours, theirs).Find();
+}
+
+bool StillHolds(const fs::path& path, const CStoredCells& stored)
+{
+    const auto fileBytes = stored.Type() == FileType::Csv ? std::nullopt : LogicalBytes(stored.Type(), path);
+    const CRecipeRows& rows = stored.Cells();
+    const std::uint64_t within = rows.BytesWithin(stored.FileBytes());
+    if (!fileBytes || within != rows.StretchBytes() || rows.BytesWithin(*fileBytes) != within)
+        return false;
+    CWordsOfFile file(path, stored.Type());
+    const std::int32_t rowsAtOnce = RowsWithin(kReadBytes, rows);
+    std::vector<std::byte> piece;
+    for (std::int32_t first = 0; first < rows.RowCount(); first += rowsAtOnce) {
+        const auto words = stored.WordsOfRows(first, std::min(rowsAtOnce, rows.RowCount() - first));
+        if (!words)
+            return false;
+        piece.resize(words->size());
+        if (!file.Read(rows.RowAddress(first), piece) || !AreEqual(*words, piece))
+            return false;
+    }
+    return true;
 }
 
 CStoredCells WithCellsOf(CStoredCells cells, const CStoredCells& other, const std::vector<CellPlace>& places)

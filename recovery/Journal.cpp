@@ -68,14 +68,33 @@ try {
     return std::nullopt;
 }
 
+void CJournal::BeginCommand(std::size_t cells)
+{
+    BeginLine();
+    m_line.reserve(m_line.size() + kUsualCell * cells);
+    m_isFirstCell = true;
+}
+
+void CJournal::Add(const UnsavedCell& cell)
+{
+    if (!std::exchange(m_isFirstCell, false))
+        m_line += ',';
+    AppendCellJson(cell, m_isOfWords, m_line);
+}
+
+bool CJournal::EndCommand()
+{
+    return WriteCells();
+}
+
 bool CJournal::Append(std::span<const UnsavedCell> command)
 try {
     if (command.empty())
         return true;
-    BeginLine();
-    m_line.reserve(m_line.size() + kUsualCell * command.size());
-    AppendCellsJson(command, m_isOfWords, m_line);
-    return WriteCells();
+    BeginCommand(command.size());
+    for (const UnsavedCell& cell : command)
+        Add(cell);
+    return EndCommand();
 } catch (const std::bad_alloc&) {
     m_lastError = std::make_error_code(std::errc::not_enough_memory);
     return false;

@@ -29,6 +29,12 @@ public:
     /// not written goes with the next call of Append or Flush.
     bool Append(std::span<const UnsavedCell> command);
 
+    /// The same cell by cell: BeginCommand, an Add for each, of which there will be about so many, and EndCommand,
+    /// whose answer is Append's. All but EndCommand throw std::bad_alloc: then nothing was appended.
+    void BeginCommand(std::size_t cells);
+    void Add(const UnsavedCell& cell);
+    bool EndCommand();
+
     /// Waits until the disk has what was appended. False when it refuses it.
     bool Flush();
 
@@ -61,6 +67,7 @@ private:
     std::uint32_t m_checksum = 0; ///< of the last line
     std::string m_line;           ///< the one that is made, or room for it
     std::size_t m_cellsBegin = 0; ///< within it
+    bool m_isFirstCell = true;    ///< the next one of the command
     std::string m_waiting;        ///< cells of commands that could not be written
     bool m_isFlushed = false;
     bool m_hasName = false; ///< the folder knows the file for good

@@ -90,15 +90,6 @@ void AppendPlace(CellPlace place, std::string& json)
     json.append(text.data(), end);
 }
 
-void AppendCell(const UnsavedCell& cell, bool isOfWords, std::string& json)
-{
-    AppendPlace(cell.place, json);
-    AppendOld(cell, isOfWords, json);
-    json += ',';
-    AppendState(cell.state, json);
-    json += ']';
-}
-
 /// A name that is no text stands there as its bytes, too.
 template <class Unit>
 void AppendName(const std::basic_string<Unit>& name, std::string& json)
@@ -163,15 +154,13 @@ void AppendHeaderJson(const WorkHeader& header, std::string& json)
     json += '}';
 }
 
-void AppendCellsJson(std::span<const UnsavedCell> cells, bool isOfWords, std::string& json)
+void AppendCellJson(const UnsavedCell& cell, bool isOfWords, std::string& json)
 {
-    bool isFirst = true;
-    for (const UnsavedCell& cell : cells) {
-        if (!isFirst)
-            json += ',';
-        isFirst = false;
-        AppendCell(cell, isOfWords, json);
-    }
+    AppendPlace(cell.place, json);
+    AppendOld(cell, isOfWords, json);
+    json += ',';
+    AppendState(cell.state, json);
+    json += ']';
 }
 
 std::uint32_t ChecksumOf(std::string_view json, std::uint32_t before)

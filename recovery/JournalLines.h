@@ -27,8 +27,8 @@ std::string_view WordOf(FileType type);
 /// Appends the object of the first line.
 void AppendHeaderJson(const WorkHeader& header, std::string& json);
 
-/// Appends the cells of a command, a comma between; `isOfWords` where the work has a file of words.
-void AppendCellsJson(std::span<const UnsavedCell> cells, bool isOfWords, std::string& json);
+/// Appends a cell of a command; `isOfWords` where the work has a file of words.
+void AppendCellJson(const UnsavedCell& cell, bool isOfWords, std::string& json);
 
 /// The checksum of `json`, the object of a line, which goes on from that of the line before; 0 before the first.
 std::uint32_t ChecksumOf(std::string_view json, std::uint32_t before);

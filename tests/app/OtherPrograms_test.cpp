@@ -304,3 +304,23 @@ TEST_F(OtherPrograms, AreHeardOfBehindALink)
     WriteAll(File(), theirs);
     EXPECT_TRUE(IsTold(kOneDiffers));
 }
+
+/// They are dropped by a save, as stated; the plan says so, and what was dropped can be had back.
+TEST_F(OtherPrograms, HaveTheLinesCountedThatTheyAppendToATable)
+{
+    const CModalAnswer answer({ChoosePath(Path("oven.csv"))});
+    Trigger(*frame, "actionSaveAs");
+    Activate();
+    WaitForPlan();
+    const Bytes table = ReadAll(folder / "oven.csv");
+    Bytes longer = table;
+    const Bytes line = UnitBytes(u"\"9\"\t\"9\"\t\"9\"\r\n");
+    longer.insert(longer.end(), line.begin(), line.end());
+    WriteAll(folder / "oven.csv", longer);
+    EXPECT_TRUE(WaitFor([this] { return Field().contains("1 other change"); })) << Field().toStdString();
+    Grid().setFocus();
+    Save();
+    EXPECT_TRUE(StripButtons().contains("Put back"));
+    ClickInStrip("Put back");
+    EXPECT_EQ(ReadAll(folder / "oven.csv"), longer);
+}

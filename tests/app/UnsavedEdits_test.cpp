@@ -224,6 +224,51 @@ TEST_F(UnsavedEdits, StayWhereTheirFileHasGone)
     ClickInStrip("Put back");
     EXPECT_EQ(answer.texts, Texts{"Open error! " + Path("oven.rcp") + " doesn't exit!"});
     EXPECT_TRUE(IsOffered("2 edits to oven.rcp of", "were not saved."));
+    WriteOven("oven.rcp");
+    ClickInStrip("Put back");
+    EXPECT_EQ(Grid().GetItemText(2, kBelt), "0.80");
+}
+
+TEST_F(UnsavedEdits, AreNotPutBackWhileOthersAreNotSaved)
+{
+    EditTwo();
+    StartAgain();
+    WriteOven("second.rcp");
+    Open("second.rcp");
+    TypeIntoCell(1, kBelt, "1.70");
+    ASSERT_TRUE(IsOffered("2 edits to oven.rcp of", "were not saved."));
+    ClickInStrip("Put back");
+    EXPECT_EQ(Title(), TitleWith("second.rcp"));
+    EXPECT_EQ(ReadAll(folder / "second.rcp"), oven) << "no file is written unasked";
+    EXPECT_EQ(Told(), "Save what is open first: another file is to be opened.");
+    EXPECT_TRUE(IsOffered("2 edits to oven.rcp of", "were not saved."));
+}
+
+TEST_F(UnsavedEdits, ThatHaveNoFolderAreToldOf)
+{
+    Leave();
+    Start();
+    frame->KeepIn({});
+    Open("oven.rcp");
+    TypeIntoCell(2, kBelt, "0.80");
+    EXPECT_TRUE(Told().startsWith("What is not saved would be lost with this window: ")) << Told().toStdString();
+}
+
+TEST_F(UnsavedEdits, AreCopiedOrPutBackWhereNoVersionCanBeKeptWhichIsTold)
+{
+    fs::create_directories(data);
+    WriteAll(data / "versions", {});
+    WriteOven("copy.rcp");
+    {
+        const CModalAnswer answer({ChoosePath(Path("copy.rcp")), CModalAnswer::Press(QMessageBox::Yes)});
+        Trigger(*frame, "actionSaveCopy");
+    }
+    EXPECT_TRUE(Told().startsWith("No earlier version of file " + Path("copy.rcp"))) << Told().toStdString();
+    Activate();
+    Grid().setFocus();
+    Save();
+    ClickInStrip("Put back");
+    EXPECT_TRUE(Told().startsWith("No earlier version of file " + Path("oven.rcp"))) << Told().toStdString();
 }
 
 TEST_F(UnsavedEdits, AreNoneAfterASave)
