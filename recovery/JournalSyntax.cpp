@@ -51,26 +51,31 @@ bool TakeWords(CJsonCursor& cursor, WordRun& words)
     return taken.has_value();
 }
 
+/// The name as the platform writes it; `bytes`, where there are any, are what it is made of.
+template <class Name>
+Name NameOf(const std::u16string& text, const WordRun& bytes)
+{
+    using Unit = typename Name::value_type;
+    if constexpr (sizeof(Unit) != 1) {
+        return Name(text.begin(), text.end());
+    } else {
+        if (bytes.empty())
+            return Name(ToUtf8(text));
+        Name name(bytes.size(), Unit());
+        std::transform(bytes.begin(), bytes.end(), name.begin(), [](std::byte b) { return static_cast<Unit>(b); });
+        return name;
+    }
+}
+
 bool TakeFile(CJsonCursor& cursor, fs::path& file)
 {
-    using Unit = fs::path::value_type;
     std::u16string text;
     if (!cursor.TakeText(text))
         return false;
     WordRun bytes;
-    const bool hasBytes = cursor.Take(R"(,"fileBytes":)");
-    if (hasBytes && !TakeWords(cursor, bytes))
+    if (cursor.Take(R"(,"fileBytes":)") && !TakeWords(cursor, bytes))
         return false;
-    if constexpr (sizeof(Unit) == 1) {
-        fs::path::string_type name = ToUtf8(text);
-        if (hasBytes) {
-            name.resize(bytes.size());
-            std::transform(bytes.begin(), bytes.end(), name.begin(), [](std::byte b) { return static_cast<Unit>(b); });
-        }
-        file = name;
-    } else {
-        file = fs::path::string_type(text.begin(), text.end());
-    }
+    file = NameOf<fs::path::string_type>(text, bytes);
     return true;
 }
 
