@@ -190,10 +190,11 @@ void AddVersions(CLI::App& app, Session& session)
     versions->require_subcommand(1);
 
     CLI::App* list = AddVersionsCommand(*versions, session, "list", "Print a line a version, the newest first");
+    AddTime(*list, options.time, "Beginning of the times to print (default: all)");
     list->callback([&session] { session.done = ListVersions(session.versions, session.output, session.reporter); });
 
     CLI::App* show = AddVersionsCommand(*versions, session, "show", "Write what the file held in a version");
-    AddTime(*show, options.time, "Time of the version as printed by list, or its beginning")->required();
+    AddTime(*show, options.time, "Time of the version as printed by list, or its beginning (default: the newest)");
     AddText(*show, "-o,--output", options.output, "File to write (default: standard output)")->type_name("PATH");
     show->callback([&session] { session.done = ShowVersion(session.versions, session.output, session.reporter); });
 
@@ -201,7 +202,8 @@ void AddVersions(CLI::App& app, Session& session)
     AddTime(*restore, options.time, "Time of the version as printed by list, or its beginning (default: the newest)");
     restore->callback([&session] { session.done = RestoreFile(session.versions, session.reporter); });
 
-    CLI::App* forget = AddVersionsCommand(*versions, session, "forget", "Remove all versions of the file");
+    CLI::App* forget = AddVersionsCommand(*versions, session, "forget", "Remove versions of the file");
+    AddTime(*forget, options.time, "Time of the one to remove, or its beginning (default: all)");
     forget->callback([&session] { session.done = ForgetVersions(session.versions, session.reporter); });
 }
 

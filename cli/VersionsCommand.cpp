@@ -124,7 +124,7 @@ bool ListVersions(const VersionsOptions& options, CStandardOutput& output, CRepo
 {
     const CVersionStore store(OwnDataFolder());
     const fs::path file(options.file);
-    for (const Version& version : store.List(file)) {
+    for (const Version& version : store.Find(file, options.time)) {
         std::string line = version.stamp + '\t';
         AppendPrintable(version.command.empty() ? u"-" : std::u16string_view(version.command), line);
         line += '\t' + NumberOrDash(version.words);
@@ -168,8 +168,17 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
 bool ForgetVersions(const VersionsOptions& options, CReporter& reporter)
 {
     const fs::path file(options.file);
-    if (CVersionStore(OwnDataFolder()).Forget(file))
-        return true;
-    reporter.ShowError(FillMessage(u"Not all versions of file %s could be removed!", {PathText(file)}));
-    return false;
+    const CVersionStore store(OwnDataFolder());
+    bool isForgotten = false;
+    if (options.time.empty()) {
+        isForgotten = store.Forget(file);
+    } else {
+        const auto version = ChosenVersion(store, options, reporter);
+        if (!version)
+            return false;
+        isForgotten = store.Forget(file, *version);
+    }
+    if (!isForgotten)
+        reporter.ShowError(FillMessage(u"Not all versions of file %s could be removed!", {PathText(file)}));
+    return isForgotten;
 }

@@ -202,8 +202,8 @@ public:
     /// Looks at what the current file holds of the cells. Reads them all, and never writes.
     FileLook Look() const;
 
-    /// Has the plan begun anew where the file of a table of texts has another size than when it was begun: others may
-    /// have written lines that are not shown.
+    /// Has the plan begun anew where the file could not be read before, and where that of a table of texts has another
+    /// size than when it was begun: others may have written lines that are not shown.
     void CheckPlan();
 
     /// From now on the file is known to hold what the look found, and what is shown stays.
@@ -340,6 +340,7 @@ private:
     WorkInProgress Work() const;
     void FollowRows(bool areEditsDropped);
     void ReadStoredAgain();
+    void LearnStored();
     std::shared_ptr<const ForeignChanges> Overwritten(const std::shared_ptr<const ForeignChanges>& changes,
                                                       Written written) const;
     std::vector<CellPlace> LeftAlone(const FileLook& look, Written written) const;

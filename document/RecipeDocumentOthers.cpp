@@ -47,6 +47,7 @@ SaveResult CRecipeDocument::Guarded(const WriteOrder& order, CProgress& progress
         return {.isGivenUp = true};
     const CReleasing releasing(m_lock);
     m_notes.wasBusy = m_lock.Now() == CFileLock::State::Busy;
+    LearnStored();
     const FileLook look = order.path == m_strFilePath ? Look() : FileLook();
     m_notes.overwritten = Overwritten(look.changes, order.written);
     SaveResult result{.isHeldBack = m_notes.overwritten && order.rule == ForeignRule::HoldBack};
@@ -105,7 +106,7 @@ std::shared_ptr<const ForeignChanges> CRecipeDocument::Overwritten(const std::sh
 FileLook CRecipeDocument::Look() const
 {
     FileLook look;
-    if (!CanPlan())
+    if (!HasRowsOfFile() || !m_shown.known.IsKnown() || m_shown.known.Type() != m_nFileType)
         return look;
     WithMemoryFor([&] { look = LookAtCells(); });
     return look;
@@ -135,8 +136,20 @@ FileLook CRecipeDocument::LookAtCells() const
                                           m_strFilePath, m_shown.known, std::move(after), std::move(places)})};
 }
 
+/// The file could not be read after a save, and may be by now.
+void CRecipeDocument::LearnStored()
+{
+    if (!HasRowsOfFile() || m_strFilePath.empty() || m_shown.stored.IsKnown())
+        return;
+    m_shown.stored = ReadStored(m_shown.rows);
+    if (!m_shown.known.IsKnown())
+        m_shown.known = m_shown.stored;
+    ForgetPlan();
+}
+
 void CRecipeDocument::CheckPlan()
 {
+    LearnStored();
     if (m_nFileType != FileType::Csv || !CanPlan())
         return;
     const auto bytes = LogicalBytes(m_nFileType, m_strFilePath);

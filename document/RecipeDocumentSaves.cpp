@@ -194,11 +194,10 @@ void CRecipeDocument::NoteFailed(const SaveResult& result, const fs::path& path)
 
 void CRecipeDocument::ReadStoredAgain()
 {
-    CStoredCells now = ReadStored(m_shown.rows);
-    if (!now.IsKnown())
-        return;
     ForgetPlan();
-    m_shown.stored = std::move(now);
+    m_shown.stored = ReadStored(m_shown.rows);
+    if (!m_shown.stored.IsKnown())
+        return; // what the user and the journal know of it stays
     m_shown.known = m_shown.stored;
     FollowRows(false);
 }
@@ -207,8 +206,7 @@ SaveResult CRecipeDocument::WriteEdited(CReporter& reporter, CProgress& progress
 {
     if (m_shown.rows.ShowsTheSameEverywhere())
         return {.isLeftOut = true};
-    if (HasRowsOfFile() && !m_shown.stored.IsKnown()) // the file could not be read after a save
-        ReadStoredAgain();
+    LearnStored();
     if (!CanPlan()) {
         ShowFileError(reporter, SaveErrorOf(m_nFileType), m_strFilePath);
         return {};

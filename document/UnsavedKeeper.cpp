@@ -24,7 +24,7 @@ CCellState StateToKeep(const CRecipeRows& rows, CellPlace place, const CCellStat
 /// Fills `cell` but for its place and state. What it had keeps its memory: there may be a million.
 void FillOld(const WorkInProgress& work, UnsavedCell& cell)
 {
-    const CStoredCells& stored = work.shown.stored;
+    const CStoredCells& stored = work.shown.stored.IsKnown() ? work.shown.stored : work.shown.known;
     cell.oldWords.clear();
     cell.oldText.reset();
     if (work.file.empty()) {

@@ -284,6 +284,17 @@ try {
     return false;
 }
 
+bool CVersionStore::Forget(const fs::path& file, const Version& version) const
+try {
+    const CVersionFolder folder(FolderOf(file));
+    for (const StoredVersion& stored : folder.Versions())
+        if (stored.stamp == version.stamp)
+            return folder.Remove(stored);
+    return true;
+} catch (const std::exception&) {
+    return false;
+}
+
 bool CVersionStore::ForgetAll() const
 try {
     bool isDone = true;

@@ -78,6 +78,7 @@ public:
     /// Removes all versions of `file`, or of all files, and their folders, unless something else is in them. False when
     /// one of them is still there.
     bool Forget(const std::filesystem::path& file) const;
+    bool Forget(const std::filesystem::path& file, const Version& version) const; ///< this one alone
     bool ForgetAll() const;
 
 private:

@@ -62,6 +62,21 @@ TEST_F(VersionsCommand, ListsThemTheNewestFirst)
     ExpectPrinted({"list", file.string()}, newer + "\tset\t4\t3\n" + older + "\tSave\t2\t2\n");
 }
 
+TEST_F(VersionsCommand, ShowsTheNewestWhereNoTimeIsGiven)
+{
+    const ProcessResult newest = Versions({"show", file.string()});
+    EXPECT_EQ(newest.exitCode, 0);
+    EXPECT_EQ(newest.out, Versions({"show", file.string(), newer}).out);
+}
+
+TEST_F(VersionsCommand, ListsAndForgetsTheOneOfATime)
+{
+    ExpectPrinted({"list", file.string(), newer}, newer + "\tset\t4\t3\n");
+    ExpectPrinted({"forget", file.string(), newer}, "");
+    ExpectPrinted({"list", file.string()}, older + "\tSave\t2\t2\n");
+    ExpectFailed({"forget", file.string(), newer}, "File " + file.string() + " has no version " + newer + "!");
+}
+
 TEST_F(VersionsCommand, ListsNothingWhereThereAreNone)
 {
     const CVariable elsewhere("XDG_DATA_HOME", (folder / "empty").c_str());
@@ -141,7 +156,7 @@ TEST_F(VersionsCommand, TellsOfATimeWithoutAVersion)
     for (const char* command : {"show", "restore"})
         ExpectFailed({command, file.string(), "1999"}, "File " + file.string() + " has no version 1999!");
     ExpectFailed({"restore", recipe.string()}, "File " + recipe.string() + " has no earlier version!");
-    EXPECT_EQ(Versions({"show", file.string()}).exitCode, 2);
+    EXPECT_EQ(Versions({"show"}).exitCode, 2);
     EXPECT_EQ(Versions({}).exitCode, 2);
     EXPECT_EQ(Versions({"list"}).exitCode, 2);
 }
