@@ -4,6 +4,7 @@
 // file in a build for Windows. Tests that cannot do without are named in LeftOut.cmake.
 
 #include <cerrno>
+#include <cstdlib>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -37,4 +38,14 @@ int mkfifo(const Character* /*path*/, unsigned /*mode*/)
 {
     errno = ENOSYS;
     return -1;
+}
+
+inline int setenv(const char* name, const char* value, int /*overwrite*/)
+{
+    return _putenv_s(name, value);
+}
+
+inline int unsetenv(const char* name)
+{
+    return _putenv_s(name, "");
 }
