@@ -22,7 +22,7 @@ constexpr int kFlushPause = 1500; // milliseconds after the first edit that the 
 QString MomentText(UtcTime time)
 {
     const QDateTime moment = QDateTime::fromMSecsSinceEpoch(time.time_since_epoch().count());
-    const QString clock = moment.toString(QStringLiteral("HH:mm"));
+    QString clock = moment.toString(QStringLiteral("HH:mm"));
     if (moment.date() == QDate::currentDate())
         return clock;
     return QLocale().toString(moment.date(), QLocale::ShortFormat) + QLatin1Char(' ') + clock;
@@ -194,7 +194,7 @@ std::shared_ptr<const CChangeList> CUnsavedCommands::List(UnsavedWork work, cons
     const CRecipeRows layout = LayOutRows({header.format, header.startAddress, header.rowCount});
     const std::filesystem::path path = header.file;
     const auto listed = std::make_shared<ListedWork>(std::move(work));
-    const std::shared_ptr<const CChangeList> changes(listed, &listed->list);
+    std::shared_ptr<const CChangeList> changes(listed, &listed->list);
     m_saveCommands.Show({changes, title, summary, path, layout});
     return changes;
 }

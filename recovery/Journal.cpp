@@ -177,9 +177,12 @@ bool CJournal::Flush()
 void CJournal::End()
 {
     std::error_code fault;
-    if (m_file.IsAt(m_path) && !fs::remove(m_path, fault))
-        m_file.CutTo(m_headerSize);
     m_waiting.clear();
+    if (m_file.IsAt(m_path) && !fs::remove(m_path, fault)) {
+        m_file.CutTo(m_headerSize);
+        m_file = CFile(); // a system may only remove what is not open
+        fs::remove(m_path, fault);
+    }
     m_file = CFile();
 }
 
@@ -191,7 +194,10 @@ bool CJournal::Drop(UtcTime now)
         End();
         return true;
     }
-    const bool isDropped = m_file.IsAt(m_path) && MoveToDropped(m_path, now, m_lastError);
+    const bool isThere = m_file.IsAt(m_path);
+    bool isDropped = isThere && MoveToDropped(m_path, now, m_lastError);
     m_file = CFile();
+    if (isThere && !isDropped) // a system may only move what is not open
+        isDropped = MoveToDropped(m_path, now, m_lastError);
     return isDropped;
 }

@@ -110,7 +110,7 @@ void TakeCells(std::vector<UnsavedCell>& cells, LastCells& last)
     }
 }
 
-std::vector<UnsavedCell> EditedOf(LastCells cells)
+std::vector<UnsavedCell> EditedOf(LastCells& cells)
 {
     std::vector<UnsavedCell> edited;
     edited.reserve(cells.size());
@@ -135,7 +135,7 @@ void ReadCommands(CLineReader& lines, JournalContent& content)
         TakeCells(cells, last);
     }
     content.isCut = content.isCut || !lines.IsAtEnd();
-    work.cells = EditedOf(std::move(last));
+    work.cells = EditedOf(last);
 }
 
 JournalContent::Kind ReadAll(const CFile& file, JournalContent& content)

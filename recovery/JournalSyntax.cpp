@@ -47,8 +47,10 @@ bool TakeWords(CJsonCursor& cursor, WordRun& words)
 {
     std::u16string text;
     auto taken = cursor.TakeText(text) ? WordsFromText(text) : std::nullopt;
-    words = std::move(taken).value_or(WordRun());
-    return taken.has_value();
+    if (!taken)
+        return false;
+    words = *std::move(taken);
+    return true;
 }
 
 /// The name as the platform writes it; `bytes`, where there are any, are what it is made of.

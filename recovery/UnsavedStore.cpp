@@ -88,17 +88,19 @@ CClaimedWork::CClaimedWork(CFile file, fs::path path, std::string id, UnsavedWor
 
 bool CClaimedWork::Remove()
 {
-    const bool isRemoved = m_file.IsAt(m_path) && RemoveFile(m_path);
+    const bool isThere = m_file.IsAt(m_path);
+    const bool isRemoved = isThere && RemoveFile(m_path);
     m_file = CFile();
-    return isRemoved;
+    return isRemoved || (isThere && RemoveFile(m_path)); // a system may only remove what is not open
 }
 
 bool CClaimedWork::Drop(UtcTime now)
 {
     std::error_code fault;
-    const bool isDropped = m_file.IsAt(m_path) && MoveToDropped(m_path, now, fault);
+    const bool isThere = m_file.IsAt(m_path);
+    const bool isDropped = isThere && MoveToDropped(m_path, now, fault);
     m_file = CFile();
-    return isDropped;
+    return isDropped || (isThere && MoveToDropped(m_path, now, fault)); // likewise for moving
 }
 
 std::vector<UnsavedEntry> CUnsavedStore::List(UtcTime now) const

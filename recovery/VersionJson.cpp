@@ -9,7 +9,7 @@
 nlohmann::json ReadSmallJson(const std::filesystem::path& path)
 {
     constexpr std::size_t kMostBytes = std::size_t{64} << 10;
-    const nlohmann::json none = nlohmann::json::object();
+    nlohmann::json none = nlohmann::json::object();
     const CFile file(path, CFile::Mode::Read);
     const auto size = file.Size();
     if (!size || *size > kMostBytes || !file.IsOwn())

@@ -7,7 +7,7 @@
 
 namespace fs = std::filesystem;
 
-CVersionMaking::CVersionMaking(const CVersionFolder& folder, VersionNote note) : m_folder(folder)
+CVersionMaking::CVersionMaking(const CVersionFolder& folder, const VersionNote& note) : m_folder(folder)
 {
     Begin(note.time);
     if (!IsBegun())

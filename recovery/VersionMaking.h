@@ -14,7 +14,7 @@
 class CVersionMaking {
 public:
     /// Takes a stamp after all that `folder` has, now at the earliest. Check IsBegun.
-    CVersionMaking(const CVersionFolder& folder, VersionNote note);
+    CVersionMaking(const CVersionFolder& folder, const VersionNote& note);
     ~CVersionMaking();
     CVersionMaking(const CVersionMaking&) = delete;
     CVersionMaking& operator=(const CVersionMaking&) = delete;

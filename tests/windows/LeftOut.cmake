@@ -100,6 +100,12 @@ set(vantor_merge_tests_left_out
   MergeFailure.FullDiskIsReportedAndLeavesWhatWasWritten
   Table/MergedPathThatIsASource.*/ByASymbolicLink)
 
+# Rights, links and the look of paths are others there.
+set(vantor_recovery_tests_left_out
+  Journal.LooksAsDocumented Journal.ThatCannotBeMadeSaysWhy VersionRecords.AreLinesOfJsonWithANote
+  VersionRestore.FollowsALink VersionRestore.KeepsRightsAndOtherNames VersionStore.IsForTheUserAlone
+  VersionStore.KeepsFilesOfAnyName VersionStore.KnowsAFileByWhatItsNamesLeadTo)
+
 # A full disk made by a limit on file lengths.
 set(vantor_document_tests_left_out
   RecipeDocument.NothingIsAsSavedAfterASaveThatBrokeOff)
