@@ -100,12 +100,33 @@ set(vantor_merge_tests_left_out
   MergeFailure.FullDiskIsReportedAndLeavesWhatWasWritten
   Table/MergedPathThatIsASource.*/ByASymbolicLink)
 
-# Rights, links and the look of paths are others there.
+# Rights, links and the look of paths are others there. A journal that is open is neither removed nor moved there yet;
+# only the window has one open, and it is not built there.
 set(vantor_recovery_tests_left_out
-  Journal.LooksAsDocumented Journal.ThatCannotBeMadeSaysWhy VersionRecords.AreLinesOfJsonWithANote
-  VersionRestore.FollowsALink VersionRestore.KeepsRightsAndOtherNames VersionStore.IsForTheUserAlone
-  VersionStore.KeepsFilesOfAnyName VersionStore.KnowsAFileByWhatItsNamesLeadTo)
+  Journal.GoesWhenTheWorkIsSaved
+  Journal.KeepsAllOfTheHeader
+  Journal.KeepsAnyText
+  Journal.KeepsTheFieldsOfATableAndOfANewDocument
+  Journal.LooksAsDocumented
+  Journal.OfRandomCommandsIsThatOfAPlainModel
+  Journal.OfWhatWasDroppedIsKept
+  Journal.StaysWhenItsProgramGoes
+  Journal.ThatCannotBeMadeSaysWhy
+  Journal.WithoutAnEditedCellGoesWhenItIsDropped
+  UnsavedStore.KeepsWhatWasDroppedForThirtyDays
+  VersionRecords.AreLinesOfJsonWithANote
+  VersionRestore.FollowsALink
+  VersionRestore.KeepsRightsAndOtherNames
+  VersionStore.IsForTheUserAlone
+  VersionStore.KeepsFilesOfAnyName
+  VersionStore.KnowsAFileByWhatItsNamesLeadTo)
 
 # A full disk made by a limit on file lengths.
 set(vantor_document_tests_left_out
-  RecipeDocument.NothingIsAsSavedAfterASaveThatBrokeOff)
+  RecipeDocument.NothingIsAsSavedAfterASaveThatBrokeOff
+  Types/RandomUnsavedEdits.ComeBackWhole/*
+  UnsavedEdits.AreComparedWithWhatTheFileHoldsOnceTheUserKeepsThemOverIt
+  UnsavedEdits.AreInNoJournalOnceSaved
+  UnsavedEdits.ThatAReadingDropsAreKeptAndComeBack
+  UnsavedEdits.ThatNewOrOpenDropsAreKept
+  UnsavedEdits.ThatWereUndoneLeaveNothingBehind)
