@@ -79,13 +79,12 @@ void AppendState(const CCellState& state, std::string& json)
 /// The beginning of a cell in one piece, for the same reason.
 void AppendPlace(CellPlace place, std::string& json)
 {
-    std::array<char, 2 * kMostDigits + 4> text;
-    char* const last = text.data() + text.size();
+    std::array<char, 2 * kMostDigits + 3> text;
     char* end = text.data();
     *end++ = '[';
-    end = std::to_chars(end, last, std::int64_t{place.row} + kTitleRows).ptr;
+    end = std::to_chars(end, text.data() + 1 + kMostDigits, std::int64_t{place.row} + kTitleRows).ptr;
     *end++ = ',';
-    end = std::to_chars(end, last, std::int64_t{place.column} + kTitleColumns).ptr;
+    end = std::to_chars(end, text.data() + 2 + 2 * kMostDigits, std::int64_t{place.column} + kTitleColumns).ptr;
     *end++ = ',';
     json.append(text.data(), end);
 }
