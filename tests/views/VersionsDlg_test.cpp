@@ -31,7 +31,7 @@ struct LocalTime {
     LocalTime() { tzset(); }
     ~LocalTime() { tzset(); }
 
-    CVariable zone{"TZ", "XXX-1"};
+    CVariable zone{"TZ", "TST-1"};
 };
 
 TEST(VersionTime, IsThatOfThisPlace)
