@@ -23,6 +23,15 @@ QString TitleWith(const QString& path)
     return kBaseTitle + QLatin1Char('[') + path + QLatin1Char(']');
 }
 
+/// Reported when not.
+bool Exists(const QString& path, CReporter& reporter)
+{
+    const bool exists = QFileInfo::exists(path);
+    if (!exists)
+        reporter.ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
+    return exists;
+}
+
 } // namespace
 
 CFileCommands::CFileCommands(CRecipeFrame& frame, CRecipeFormatEditView& formatPane, CRecipeDataShowView& dataPane,
@@ -89,10 +98,8 @@ void CFileCommands::OpenChosen(const QString& path)
         m_frame.SetTitle(TitleWith(path));
         return;
     }
-    if (!QFileInfo::exists(path)) {
-        m_frame.Reporter().ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
+    if (!Exists(path, m_frame.Reporter()))
         return;
-    }
     const auto type = FileTypeOf(NativePath(path));
     m_document.StartOpen(NativePath(path), type);
     if (type)
@@ -106,11 +113,8 @@ void CFileCommands::OpenChosen(const QString& path)
 bool CFileCommands::OpenAsLeft(const WorkHeader& work)
 {
     const QString path = ToQPath(work.file);
-    if (!path.isEmpty() && !QFileInfo::exists(path)) {
-        m_frame.Reporter().ShowError(FillMessage(u"Open error! %s doesn't exit!", {ViewOf(path)}));
-        return false;
-    }
-    if (!m_dataPane.EndCellEdit())
+    const bool mayBeOpened = path.isEmpty() || Exists(path, m_frame.Reporter());
+    if (!mayBeOpened || !m_dataPane.EndCellEdit())
         return false;
     if (m_document.IsUnsaved()) { // Open would save it, but nobody asked to open anything
         m_frame.TellEdit(

@@ -31,11 +31,16 @@ void CFileWatch::Watch(const QString& path)
     m_target.clear();
     m_pause.stop();
     m_pause.setInterval(kShortestPause);
+    Forget();
+    if (!m_path.isEmpty())
+        m_pause.start();
+}
+
+void CFileWatch::Forget()
+{
     const QStringList watched = m_watcher.files() + m_watcher.directories();
     if (!watched.isEmpty())
         m_watcher.removePaths(watched);
-    if (!m_path.isEmpty())
-        m_pause.start();
 }
 
 /// The folder does not tell of writes into the file, and the file is not heard of any more once another has its name:
@@ -44,9 +49,7 @@ void CFileWatch::TakeUp()
 {
     if (m_path.isEmpty())
         return;
-    const QStringList watched = m_watcher.files() + m_watcher.directories();
-    if (!watched.isEmpty())
-        m_watcher.removePaths(watched);
+    Forget();
     const QFileInfo file(m_path);
     if (file.exists())
         m_target = file.canonicalFilePath(); // where a link leads, and led to while it had gone

@@ -25,6 +25,7 @@ signals:
     void Prompted();
 
 private:
+    void Forget();
     void OnEvent();
     void Prompt();
 

@@ -107,9 +107,8 @@ void CMainFrame::CreateCommands()
         m_strUnsavedTrouble = trouble;
         ShowMessage();
     });
-    m_pVersionCommands = std::make_unique<CVersionCommands>(
-        CVersionCommands::Parts{*m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pFormatPane, *m_pDataPane, *this},
-        nullptr);
+    m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
+        *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pFormatPane, *m_pDataPane, *this});
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
         TellState({.isSaved = isWhole, .mayHoldOldAndNew = !isWhole}, path);
     });

@@ -32,7 +32,7 @@ bool Hold(CFileLock& lock, const fs::path& file, QWidget& window, CReporter& rep
 
 } // namespace
 
-CVersionCommands::CVersionCommands(const Parts& parts, const CVersionStore* store) : m_parts(parts), m_pStore(store)
+CVersionCommands::CVersionCommands(const Parts& parts) : m_parts(parts)
 {
     connect(m_parts.ui.actionEarlierVersions, &QAction::triggered, this, &CVersionCommands::Open);
 }

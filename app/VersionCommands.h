@@ -35,9 +35,9 @@ public:
         QWidget& window;
     };
 
-    /// `store`, which may be null, is where the versions lie, and outlives the object. The command is disabled without
-    /// it.
-    CVersionCommands(const Parts& parts, const CVersionStore* store);
+    explicit CVersionCommands(const Parts& parts);
+
+    /// The versions lie in `store`, which outlives the object. The command is disabled before.
     void UseStore(const CVersionStore& store);
 
     /// Brings the command up to date with the document.
@@ -55,5 +55,5 @@ private:
     void Tell(QString text, const VersionKept& kept, const std::filesystem::path& file);
 
     Parts m_parts;
-    const CVersionStore* m_pStore;
+    const CVersionStore* m_pStore = nullptr; ///< null before UseStore
 };

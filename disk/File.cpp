@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <thread>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -193,18 +192,6 @@ bool CFile::TakeAttributesOf(const fs::path& path)
 Holder CFile::Hold()
 {
     return IsOpen() ? platform::TakeHold(m_handle) : Holder::Unknown;
-}
-
-Holder CFile::HoldWithin(std::chrono::milliseconds most)
-{
-    constexpr std::chrono::milliseconds kPause{5}; // no system tells when a hold ends and waits only for so long
-    const auto end = std::chrono::steady_clock::now() + most;
-    Holder holder = Hold();
-    while (holder == Holder::AnotherFile && std::chrono::steady_clock::now() < end) {
-        std::this_thread::sleep_for(kPause);
-        holder = Hold();
-    }
-    return holder;
 }
 
 bool CFile::IsAt(const fs::path& path) const

@@ -2,7 +2,6 @@
 
 #include "disk/Holder.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -63,9 +62,6 @@ public:
     /// Takes the hold of the file until it is closed, however the program ends, unless another open file has it. It
     /// keeps nobody from reading, writing or removing the file: it is a sign for those who ask for it, too.
     Holder Hold();
-
-    /// The same, but waits for another's hold to end, for so long at most.
-    Holder HoldWithin(std::chrono::milliseconds most);
 
     /// Whether `path` names this very file; a link that leads to it does not.
     bool IsAt(const std::filesystem::path& path) const;

@@ -37,8 +37,7 @@ void FillOld(const WorkInProgress& work, UnsavedCell& cell)
     }
 }
 
-} // namespace
-
+/// What a journal says of the work.
 WorkHeader HeaderOf(const WorkInProgress& work)
 {
     return {.file = work.file,
@@ -49,6 +48,8 @@ WorkHeader HeaderOf(const WorkInProgress& work)
             .rowCount = work.shown.settings.rowCount,
             .begun = UtcNow()};
 }
+
+} // namespace
 
 UnsavedCell UnsavedCellOf(const WorkInProgress& work, CellPlace place, CCellState state)
 {

@@ -17,9 +17,6 @@ struct WorkInProgress {
     const ShownRows& shown;
 };
 
-/// What a journal says of the work.
-WorkHeader HeaderOf(const WorkInProgress& work);
-
 /// What the file holds of an edited cell; `state` is the one that the cell has.
 UnsavedCell UnsavedCellOf(const WorkInProgress& work, CellPlace place, CCellState state);
 

@@ -26,9 +26,10 @@ std::array<std::byte, kBlockBytes> TableBytes(std::span<const std::uint32_t> ent
 
 bool CPagedFile::OpenTarget(const WriteTarget& target, PagedKind kind)
 {
-    if (target.held == nullptr || !target.held->IsAt(LinkTarget(target.path)))
+    CFile* const holding = target.Holding();
+    if (holding == nullptr)
         return Open(target.path, kind);
-    Borrow(*target.held, kind);
+    Borrow(*holding, kind);
     return true;
 }
 

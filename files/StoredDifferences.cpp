@@ -1,11 +1,9 @@
 #include "files/StoredDifferences.h"
 
 #include "files/CellComparison.h"
-#include "files/PagedReader.h"
-#include "files/PagedRecipeFile.h"
-#include "files/RecipeFile.h"
 #include "files/SameBytes.h"
 #include "files/StretchCoding.h"
+#include "files/WordsOfFile.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -17,31 +15,6 @@ namespace {
 
 constexpr std::size_t kReadBytes = std::size_t{256} << 10;    // of a file at once
 constexpr std::size_t kComparedBytes = std::size_t{64} << 10; // of words that are compared at once
-
-/// The words of a file, read from where one likes.
-class CWordsOfFile {
-public:
-    CWordsOfFile(const fs::path& path, FileType type) : m_isPaged(IsPaged(type))
-    {
-        if (m_isPaged)
-            m_isOpen = m_pages.Open(path, KindOf(type));
-        else
-            m_isOpen = m_file.Open(path, CFile::Mode::Read);
-    }
-
-    bool Read(WordAddress first, std::span<std::byte> bytes)
-    {
-        if (!m_isOpen)
-            return false;
-        return m_isPaged ? m_pages.Read(first, bytes) : m_file.ReadAt(FirstByteOf(first).number, bytes) == bytes.size();
-    }
-
-private:
-    bool m_isPaged;
-    bool m_isOpen = false;
-    CFile m_file;
-    CPagedReader m_pages;
-};
 
 /// Compares words, block by block, and cell by cell in the blocks that differ.
 class CWordDifferences {
@@ -138,12 +111,13 @@ std::vector<CellPlace> DifferencesOf(const CStoredCells& ours, const CStoredCell
 
 bool StillHolds(const fs::path& path, const CStoredCells& stored)
 {
-    const auto fileBytes = stored.Type() == FileType::Csv ? std::nullopt : LogicalBytes(stored.Type(), path);
-    const CRecipeRows& rows = stored.Cells();
-    const std::uint64_t within = rows.BytesWithin(stored.FileBytes());
-    if (!fileBytes || within != rows.StretchBytes() || rows.BytesWithin(*fileBytes) != within)
+    if (stored.Type() == FileType::Csv)
         return false;
-    CWordsOfFile file(path, stored.Type());
+    CWordsOfFile file(stored.Type(), path);
+    const CRecipeRows& rows = stored.Cells();
+    const auto isWhole = [&rows](std::uint64_t bytes) { return rows.BytesWithin(bytes) == rows.StretchBytes(); };
+    if (!file.Count() || !isWhole(*file.Count()) || !isWhole(stored.FileBytes()))
+        return false;
     const std::int32_t rowsAtOnce = RowsWithin(kReadBytes, rows);
     std::vector<std::byte> piece;
     for (std::int32_t first = 0; first < rows.RowCount(); first += rowsAtOnce) {
@@ -151,7 +125,7 @@ bool StillHolds(const fs::path& path, const CStoredCells& stored)
         if (!words)
             return false;
         piece.resize(words->size());
-        if (!file.Read(rows.RowAddress(first), piece) || !AreEqual(*words, piece))
+        if (!file.Read(FirstByteOf(rows.RowAddress(first)).number, piece) || !AreEqual(*words, piece))
             return false;
     }
     return true;

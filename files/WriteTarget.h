@@ -10,6 +10,9 @@ struct WriteTarget {
     // NOLINTNEXTLINE(google-explicit-constructor): a path alone is a target
     WriteTarget(const std::filesystem::path& name, CFile* holding = nullptr) : path(name), held(holding) {}
 
+    /// The open file to write through; null where none holds the file that has the name now.
+    CFile* Holding() const { return held != nullptr && held->IsAt(LinkTarget(path)) ? held : nullptr; }
+
     const std::filesystem::path& path;
     CFile* held; ///< open for reading and writing; null for none
 };
@@ -17,11 +20,9 @@ struct WriteTarget {
 /// The file of a target, open for writing in place: that which holds it, else one of its own.
 class CFileToWrite {
 public:
-    CFileToWrite(const WriteTarget& target, CFile::Mode mode)
+    CFileToWrite(const WriteTarget& target, CFile::Mode mode) : m_held(target.Holding())
     {
-        if (target.held != nullptr && target.held->IsAt(LinkTarget(target.path)))
-            m_held = target.held;
-        else
+        if (m_held == nullptr)
             m_own.Open(target.path, mode);
     }
 
@@ -40,5 +41,5 @@ public:
 
 private:
     CFile m_own;
-    CFile* m_held = nullptr;
+    CFile* m_held;
 };

@@ -1,6 +1,5 @@
 #include "recovery/VersionWords.h"
 
-#include "files/PagedRecipeFile.h"
 #include "text/PathText.h"
 
 #include <algorithm>
@@ -34,23 +33,6 @@ std::optional<WordRun> ReadWords(CWordBytes& bytes, std::uint64_t word, std::uin
 
 } // namespace
 
-CFileWords::CFileWords(FileType type, const fs::path& path) : m_isPaged(IsPaged(type))
-{
-    const bool isOpen = m_isPaged ? m_pages.Open(path, KindOf(type)) : m_file.Open(path, CFile::Mode::Read);
-    if (isOpen)
-        m_count = m_isPaged ? m_pages.LogicalBytes() : m_file.Size();
-}
-
-bool CFileWords::ReadFile(std::uint64_t offset, std::span<std::byte> bytes)
-{
-    if (m_isPaged)
-        return m_pages.Read(WordAddress(static_cast<std::int64_t>(offset / 2)), bytes);
-    const auto length = m_file.ReadAt(offset, bytes);
-    if (length)
-        std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(*length), bytes.end(), std::byte{0});
-    return length.has_value();
-}
-
 bool CFileWords::Read(std::uint64_t offset, std::span<std::byte> bytes)
 {
     while (!bytes.empty()) {
@@ -62,7 +44,7 @@ bool CFileWords::Read(std::uint64_t offset, std::span<std::byte> bytes)
         if (m_pieceBegin != begin) {
             m_piece.resize(kPieceBytes);
             m_pieceBegin.reset();
-            if (!ReadFile(begin, m_piece))
+            if (!m_file.Read(begin, m_piece))
                 return false;
             m_pieceBegin = begin;
         }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "changes/ChangeList.h"
-#include "disk/File.h"
 #include "files/FileType.h"
-#include "files/PagedReader.h"
 #include "files/WordRuns.h"
+#include "files/WordsOfFile.h"
 
 #include <array>
 #include <cstddef>
@@ -31,19 +30,15 @@ public:
 class CFileWords final : public CWordBytes {
 public:
     /// Of the file at `path`, of a type that has words.
-    CFileWords(FileType type, const std::filesystem::path& path);
+    CFileWords(FileType type, const std::filesystem::path& path) : m_isPaged(IsPaged(type)), m_file(type, path) {}
 
-    bool IsOpen() const { return m_count.has_value(); }
-    std::uint64_t Count() const override { return m_count.value_or(0); }
+    bool IsOpen() const { return m_file.Count().has_value(); }
+    std::uint64_t Count() const override { return m_file.Count().value_or(0); }
     bool Read(std::uint64_t offset, std::span<std::byte> bytes) override;
 
 private:
-    bool ReadFile(std::uint64_t offset, std::span<std::byte> bytes);
-
     bool m_isPaged;
-    CFile m_file;
-    CPagedReader m_pages;
-    std::optional<std::uint64_t> m_count;
+    CWordsOfFile m_file;
     std::vector<std::byte> m_piece;
     std::optional<std::uint64_t> m_pieceBegin; ///< where the piece lies, once there is one
 };

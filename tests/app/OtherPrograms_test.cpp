@@ -324,3 +324,22 @@ TEST_F(OtherPrograms, HaveTheLinesCountedThatTheyAppendToATable)
     ClickInStrip("Put back");
     EXPECT_EQ(ReadAll(folder / "oven.csv"), longer);
 }
+
+/// As a drive that was away.
+TEST_F(OtherPrograms, AreHeardOfInAFolderThatWasAway)
+{
+    fs::create_directory(folder / "drive");
+    WriteOven("drive/oven.rcp");
+    Open("drive/oven.rcp");
+    WaitForPlan();
+    QTest::qWait(300); // until it is watched
+    fs::rename(folder / "drive", folder / "away");
+    BecomeActive();
+    ASSERT_TRUE(Strip().contains("was removed")) << Strip().toStdString();
+    fs::rename(folder / "away", folder / "drive");
+    BecomeActive();
+    ASSERT_EQ(Strip(), "");
+    CFile file(folder / "drive" / "oven.rcp", CFile::Mode::ReadWrite);
+    ASSERT_TRUE(file.WriteAt(0, theirs));
+    EXPECT_TRUE(IsTold(kOneDiffers));
+}

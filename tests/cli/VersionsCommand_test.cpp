@@ -1,3 +1,4 @@
+#include "library/LibraryLock.h"
 #include "recovery/VersionStore.h"
 #include "tests/cli/CliTest.h"
 #include "tests/support/FakeChanges.h"
@@ -67,6 +68,31 @@ TEST_F(VersionsCommand, ShowsTheNewestWhereNoTimeIsGiven)
     const ProcessResult newest = Versions({"show", file.string()});
     EXPECT_EQ(newest.exitCode, 0);
     EXPECT_EQ(newest.out, Versions({"show", file.string(), newer}).out);
+}
+
+TEST_F(VersionsCommand, RestoresALibraryAndLeavesNoLock)
+{
+    const Bytes old = ReadAll(libraryPath);
+    store.Keep(libraryPath, u"formats import");
+    library.rowCount = 7;
+    SaveLibrary();
+    ExpectPrinted({"restore", libraryPath.string()}, "");
+    EXPECT_EQ(ReadAll(libraryPath), old);
+    EXPECT_FALSE(fs::exists(fs::path(libraryPath) += ".lock"));
+}
+
+/// As a window that is just writing the formats: it ends within a moment, or the work goes on without its lock.
+TEST_F(VersionsCommand, RestoresALibraryThatAnotherProgramKeepsLocked)
+{
+    const Bytes old = ReadAll(libraryPath);
+    store.Keep(libraryPath, u"formats import");
+    library.rowCount = 7;
+    SaveLibrary();
+    const CLibraryLock lock(libraryPath);
+    ASSERT_TRUE(lock.IsHeld());
+    ExpectPrinted({"restore", libraryPath.string()}, "");
+    EXPECT_EQ(ReadAll(libraryPath), old);
+    EXPECT_TRUE(fs::exists(fs::path(libraryPath) += ".lock")) << "it is the other's";
 }
 
 TEST_F(VersionsCommand, ListsAndForgetsTheOneOfATime)

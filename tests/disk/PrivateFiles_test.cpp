@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -83,20 +82,6 @@ TEST(PrivateFolder, IsRefusedWhereItIsAnothersOwn)
     const bool isOthers = geteuid() == 0;
     const COrdinaryUser user;
     EXPECT_FALSE(MakePrivateFolder(isOthers ? folder / "a" : fs::path("/")));
-}
-
-TEST(HoldOfAFile, IsWaitedForAsLongAsAsked)
-{
-    const CTempFolder folder;
-    CFile first(folder / "a", Mode::OpenOrCreate);
-    CFile second(folder / "a", Mode::ReadWrite);
-    ASSERT_EQ(first.Hold(), Holder::ThisFile);
-    EXPECT_EQ(second.HoldWithin(std::chrono::milliseconds(20)), Holder::AnotherFile);
-    std::jthread ending([&first] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        first.Close();
-    });
-    EXPECT_EQ(second.HoldWithin(std::chrono::seconds(60)), Holder::ThisFile);
 }
 
 TEST(HoldOfAFile, StaysWhenAnotherHandleOfTheProgramCloses)

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "disk/File.h"
+#include "files/FileType.h"
+#include "files/PagedReader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+
+/// The words of a flat or paged file as bytes, of a paged one by their logical addresses, read from where one likes.
+/// Never writes.
+class CWordsOfFile {
+public:
+    /// Of the file at `path`, of a type that has words.
+    CWordsOfFile(FileType type, const std::filesystem::path& path);
+
+    /// The bytes that the file holds (LogicalBytes in RecipeFile.h); nothing when it cannot be read.
+    std::optional<std::uint64_t> Count() const { return m_count; }
+
+    /// Fills `bytes` from `offset`, which is even; what lies behind the end reads as zeros. False after a failure.
+    bool Read(std::uint64_t offset, std::span<std::byte> bytes);
+
+private:
+    bool m_isPaged;
+    CFile m_file;
+    CPagedReader m_pages;
+    std::optional<std::uint64_t> m_count;
+};
