@@ -127,10 +127,10 @@ VersionKept Kept(const CVersionMaking& made, const CVersionFolder& folder, UtcTi
     return {.result = Result::Kept, .reason = {}, .stamp = made.Stamp()};
 }
 
-VersionKept KeepCopy(const CVersionFolder& folder, const CFile& source, std::uint64_t size, VersionNote note)
+VersionKept KeepCopy(const CVersionFolder& folder, const CFile& source, std::uint64_t size, const VersionNote& note)
 {
     const UtcTime now = note.time;
-    CVersionMaking making(folder, std::move(note));
+    CVersionMaking making(folder, note);
     if (!making.IsBegun())
         return Failed(making.Fault());
     if (const std::error_code fault = Copy(source, size, making.PartPath()))
@@ -140,10 +140,10 @@ VersionKept KeepCopy(const CVersionFolder& folder, const CFile& source, std::uin
     return Kept(making, folder, now);
 }
 
-VersionKept KeepRecords(const CVersionFolder& folder, const CCheckedChanges& changes, VersionNote note)
+VersionKept KeepRecords(const CVersionFolder& folder, const CCheckedChanges& changes, const VersionNote& note)
 {
     const UtcTime now = note.time;
-    CVersionMaking making(folder, std::move(note));
+    CVersionMaking making(folder, note);
     if (!making.IsBegun())
         return Failed(making.Fault());
     CSilentReporter silent;
