@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/ConvertCommand.h"
+#include "cli/ExitCode.h"
 #include "cli/FormatsExportCommand.h"
 #include "cli/FormatsImportCommand.h"
 #include "cli/FormatsListCommand.h"
@@ -17,10 +18,9 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 
 namespace {
-
-enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
 constexpr const char* kRecipeFile = "Recipe file: .rcp, .csv, .erp or .frp";
 
@@ -31,6 +31,7 @@ struct Session {
     CStandardOutput output;
     CStandardError reporter;
     bool done = true;
+    std::optional<ExitCode> status; ///< of a command that tells more by it
 
     ShowOptions show;
     SetOptions set;
@@ -53,6 +54,20 @@ void AddLibrary(CLI::App& command, std::optional<std::string>& library)
 {
     AddText(command, "--library", library, "Format library (default: the RecipeFile.Dat of this program)")
         ->type_name("PATH");
+}
+
+/// Has the command end with the status that `run` gives. What stops it is trouble, for want of memory, too.
+template <class Run>
+void RunForStatus(CLI::App& command, Session& session, Run run)
+{
+    command.callback([&session, run] {
+        session.status = kTrouble;
+        try {
+            session.status = run();
+        } catch (const std::bad_alloc&) {
+            session.reporter.ShowError(u"There is not enough memory!");
+        }
+    });
 }
 
 /// The options of every command that reads rows.
@@ -235,9 +250,9 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
         session.done = Print(std::string(version.what()) + '\n', session);
     } catch (const CLI::ParseError& fault) {
         std::fprintf(error, "%s\n\n%s", fault.what(), app.help().c_str());
-        return kWrongUsage;
+        return kTrouble;
     }
-    return session.done ? kDone : kFailed;
+    return session.status.value_or(session.done ? kDone : kFailed);
 }
 
 } // namespace

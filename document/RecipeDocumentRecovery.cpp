@@ -1,11 +1,11 @@
 // What can be had back of the open recipe: earlier versions of its file, and edits that were not saved.
 
 #include "changes/SaveRecords.h"
+#include "changes/WordDifferences.h"
 #include "disk/TemporaryFile.h"
 #include "document/EditMemory.h"
 #include "document/RecipeDocument.h"
 #include "files/RecipeReplacement.h"
-#include "recovery/VersionWords.h"
 
 #include <algorithm>
 #include <utility>

@@ -18,11 +18,10 @@ namespace {
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 constexpr std::size_t kMostReserved = std::size_t{32} << 20; // units; a longer text grows as it is read
 
-/// Finds lines and fields in a text that arrives in pieces, and hands them to a taker: a CFieldTable or a CFieldTaker.
-template <class Fields>
+/// Finds lines and fields in a text that arrives in pieces, and puts them into a table.
 class CFieldSplitter {
 public:
-    CFieldSplitter(const CsvTextForm& form, std::size_t lines, std::size_t columns, Fields& fields)
+    CFieldSplitter(const CsvTextForm& form, std::size_t lines, std::size_t columns, CFieldTable& fields)
         : m_form(form),
           m_lines(lines),
           m_columns(columns),
@@ -92,7 +91,7 @@ private:
     const CsvTextForm m_form;
     const std::size_t m_lines;
     const std::size_t m_columns;
-    Fields& m_fields;
+    CFieldTable& m_fields;
     std::u16string m_text;
     std::size_t m_searched = 0; ///< so much of the text has no mark
     std::size_t m_column = 0;
@@ -187,8 +186,7 @@ Outcome ReadPieces(const CFile& file, std::uint64_t pos, CProgress& progress, Is
     return Outcome::Done;
 }
 
-template <class Splitter>
-Outcome ReadUtf16(const CFile& file, Splitter& splitter, CProgress& progress)
+Outcome ReadUtf16(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
 {
     return ReadPieces(
         file, kUtf16Csv.begin, progress, [&] { return !splitter.HasAllLines(); },
@@ -198,8 +196,7 @@ Outcome ReadUtf16(const CFile& file, Splitter& splitter, CProgress& progress)
         });
 }
 
-template <class Splitter>
-Outcome ReadAnsi(const CFile& file, Splitter& splitter, CProgress& progress)
+Outcome ReadAnsi(const CFile& file, CFieldSplitter& splitter, CProgress& progress)
 {
     CAnsiLines ansiLines(splitter.Text());
     const Outcome outcome = ReadPieces(
@@ -213,13 +210,12 @@ Outcome ReadAnsi(const CFile& file, Splitter& splitter, CProgress& progress)
     return outcome;
 }
 
-template <class Fields>
-Outcome Split(const CFile& file, std::size_t lines, std::size_t columns, Fields& fields, CProgress& progress)
+Outcome Split(const CFile& file, std::size_t lines, std::size_t columns, CFieldTable& fields, CProgress& progress)
 {
     const CsvTextForm* const form = FormOf(file);
     if (form == nullptr)
         return Outcome::Failed;
-    CFieldSplitter<Fields> splitter(*form, lines, columns, fields);
+    CFieldSplitter splitter(*form, lines, columns, fields);
     const Outcome outcome = form->isUtf16 ? ReadUtf16(file, splitter, progress) : ReadAnsi(file, splitter, progress);
     if (outcome == Outcome::Done)
         splitter.Finish();
@@ -239,13 +235,5 @@ Outcome ReadCsvFields(const fs::path& path, std::size_t lines, std::size_t colum
         const auto characters = static_cast<std::size_t>(std::min<std::uint64_t>(*size, kMostReserved));
         fields.Reserve(characters, std::min(lines * columns, characters / 4));
         return Split(file, lines, columns, fields, progress);
-    });
-}
-
-Outcome WalkCsvFields(const fs::path& path, std::size_t lines, std::size_t columns, CFieldTaker& fields)
-{
-    return WithinMemory([&] {
-        CNoProgress progress;
-        return Split(CFile(path, CFile::Mode::Read), lines, columns, fields, progress);
     });
 }

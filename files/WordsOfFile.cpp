@@ -11,6 +11,11 @@ CWordsOfFile::CWordsOfFile(FileType type, const std::filesystem::path& path) : m
         m_count = m_isPaged ? m_pages.LogicalBytes() : m_file.Size();
 }
 
+bool CWordsOfFile::IsSound(std::uint64_t offset, std::uint64_t byteCount)
+{
+    return !m_isPaged || m_pages.IsSound(WordAddress(static_cast<std::int64_t>(offset / 2)), byteCount);
+}
+
 bool CWordsOfFile::Read(std::uint64_t offset, std::span<std::byte> bytes)
 {
     if (m_isPaged)

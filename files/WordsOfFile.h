@@ -20,6 +20,10 @@ public:
     /// The bytes that the file holds (LogicalBytes in RecipeFile.h); nothing when it cannot be read.
     std::optional<std::uint64_t> Count() const { return m_count; }
 
+    /// Whether so many bytes from `offset` on, which is even, have addresses, and nothing on the way to them is
+    /// damaged.
+    bool IsSound(std::uint64_t offset, std::uint64_t byteCount);
+
     /// Fills `bytes` from `offset`, which is even; what lies behind the end reads as zeros. False after a failure.
     bool Read(std::uint64_t offset, std::span<std::byte> bytes);
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "changes/ChangeRecord.h"
 #include "files/FileType.h"
-#include "recovery/VersionWords.h"
+#include "files/WordBytes.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -2,7 +2,7 @@
 
 #include "changes/ChangeList.h"
 #include "files/FileType.h"
-#include "recovery/VersionWords.h"
+#include "files/WordBytes.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "changes/WordDifferences.h"
 #include "disk/Replacement.h"
 #include "files/FileType.h"
 #include "recovery/VersionChain.h"
 #include "recovery/VersionStore.h"
-#include "recovery/VersionWords.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,7 +1,7 @@
+#include "changes/WordDifferences.h"
 #include "files/RecipeFile.h"
 #include "recovery/VersionCells.h"
 #include "recovery/VersionRestore.h"
-#include "recovery/VersionWords.h"
 #include "tests/recovery/VersionTest.h"
 #include "tests/support/Formats.h"
 #include "tests/support/RecordingReporter.h"
