@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/ConvertCommand.h"
 #include "cli/ExitCode.h"
+#include "cli/FindCommand.h"
 #include "cli/FormatsExportCommand.h"
 #include "cli/FormatsImportCommand.h"
 #include "cli/FormatsListCommand.h"
@@ -11,6 +12,7 @@
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
+#include "cli/TextconvCommand.h"
 #include "cli/UnsavedCommand.h"
 #include "cli/VersionsCommand.h"
 
@@ -34,6 +36,8 @@ struct Session {
     std::optional<ExitCode> status; ///< of a command that tells more by it
 
     ShowOptions show;
+    TextconvOptions textconv;
+    FindOptions find;
     SetOptions set;
     CSetArguments setArguments;
     ConvertOptions convert;
@@ -93,6 +97,32 @@ void AddShow(CLI::App& app, Session& session)
     AddReadOptions(*command, session.show.read);
     command->add_flag("--json", session.show.json, "Print JSON instead of a table");
     command->callback([&session] { session.done = ShowRecipe(session.show, session.output, session.reporter); });
+}
+
+void AddTextconv(CLI::App& app, Session& session)
+{
+    CLI::App* command = app.add_subcommand("textconv", "Print a recipe file as lines for git to compare");
+    AddFile(*command, "FILE", session.textconv.file, kRecipeFile);
+    AddReadOptions(*command, session.textconv.read);
+    RunForStatus(*command, session,
+                 [&session] { return PrintAsText(session.textconv, session.output, session.reporter); });
+}
+
+void AddFind(CLI::App& app, Session& session)
+{
+    FindOptions& options = session.find;
+    CLI::App* command = app.add_subcommand("find", "Find cells that show a text, or places where a number stands");
+    AddFile(*command, "FILE", options.file, kRecipeFile);
+    AddFile(*command, "TEXT", options.text, "What the cells show; with --anywhere a number");
+    AddText(*command, "--item", options.item, "Title of the columns to look in (default: all)")->type_name("ITEM");
+    CLI::Option* part = command->add_flag("--part", options.isPart, "Find cells that contain the text, too");
+    command
+        ->add_flag("--anywhere", options.anywhere,
+                   "Find every place in the file where the number stands, as any type and scaling")
+        ->excludes(part)
+        ->excludes("--item");
+    AddReadOptions(*command, options.read);
+    RunForStatus(*command, session, [&session] { return FindText(session.find, session.output, session.reporter); });
 }
 
 void AddSet(CLI::App& app, Session& session)
@@ -235,6 +265,8 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     app.set_version_flag("--version", "vantor-cli " VANTOR_VERSION);
     app.require_subcommand(1);
     AddShow(app, session);
+    AddFind(app, session);
+    AddTextconv(app, session);
     AddSet(app, session);
     AddConvert(app, session);
     AddMerge(app, session);

@@ -32,6 +32,7 @@ public:
 
     bool IsOpen() const { return m_file.Count().has_value(); }
     bool IsSound(std::uint64_t offset, std::uint64_t byteCount) { return m_file.IsSound(offset, byteCount); }
+    bool IsUndamaged() { return m_file.IsUndamaged(); }
     std::uint64_t Count() const override { return m_file.Count().value_or(0); }
     bool Read(std::uint64_t offset, std::span<std::byte> bytes) override;
 

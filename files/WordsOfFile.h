@@ -24,6 +24,9 @@ public:
     /// damaged.
     bool IsSound(std::uint64_t offset, std::uint64_t byteCount);
 
+    /// Whether that holds for all addresses: else some words of the file cannot be had, nor counted.
+    bool IsUndamaged() { return IsSound(0, std::uint64_t{1} << 32); }
+
     /// Fills `bytes` from `offset`, which is even; what lies behind the end reads as zeros. False after a failure.
     bool Read(std::uint64_t offset, std::span<std::byte> bytes);
 
