@@ -13,6 +13,7 @@
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
 #include "cli/TextconvCommand.h"
+#include "cli/TableOptions.h"
 #include "cli/UnsavedCommand.h"
 #include "cli/VersionsCommand.h"
 
@@ -54,12 +55,6 @@ void AddFile(CLI::App& command, const std::string& name, std::string& file, cons
     command.add_option(name, file, description)->required()->type_name("");
 }
 
-void AddLibrary(CLI::App& command, std::optional<std::string>& library)
-{
-    AddText(command, "--library", library, "Format library (default: the RecipeFile.Dat of this program)")
-        ->type_name("PATH");
-}
-
 /// Has the command end with the status that `run` gives. What stops it is trouble, for want of memory, too.
 template <class Run>
 void RunForStatus(CLI::App& command, Session& session, Run run)
@@ -74,17 +69,6 @@ void RunForStatus(CLI::App& command, Session& session, Run run)
     });
 }
 
-/// The options of every command that reads rows.
-void AddReadOptions(CLI::App& command, ReadOptions& options)
-{
-    AddLibrary(command, options.library);
-    AddText(command, "--format", options.formatName, "Format that lays out the rows (default: the library's first)")
-        ->type_name("NAME");
-    AddNumber(command, "--start", options.startAddress, "Word address of the first row (default: the library's)")
-        ->type_name("S");
-    AddNumber(command, "--rows", options.rowCount, "Number of rows (default: the library's)");
-}
-
 void AddNoVersion(CLI::App& command, bool& noVersion)
 {
     command.add_flag("--no-version", noVersion, "Do not keep what is overwritten as an earlier version");
@@ -94,7 +78,7 @@ void AddShow(CLI::App& app, Session& session)
 {
     CLI::App* command = app.add_subcommand("show", "Print the rows of a recipe file");
     AddFile(*command, "FILE", session.show.file, kRecipeFile);
-    AddReadOptions(*command, session.show.read);
+    AddTableOptions(*command, session.show.read);
     command->add_flag("--json", session.show.json, "Print JSON instead of a table");
     command->callback([&session] { session.done = ShowRecipe(session.show, session.output, session.reporter); });
 }
@@ -129,7 +113,7 @@ void AddSet(CLI::App& app, Session& session)
 {
     CLI::App* command = app.add_subcommand("set", "Put texts into cells of a recipe file and save it");
     AddFile(*command, "FILE", session.set.file, kRecipeFile);
-    AddReadOptions(*command, session.set.read);
+    AddTableOptions(*command, session.set.read);
     session.setArguments.AddTo(*command);
     command->add_flag("--only-edited", session.set.onlyEdited, "Save the cells that were set and change no other byte");
     command->add_flag("--dry-run", session.set.dryRun, "Print what would change as JSON Lines, and write nothing");
@@ -145,7 +129,7 @@ void AddConvert(CLI::App& app, Session& session)
     CLI::App* command = app.add_subcommand("convert", "Save the rows of a recipe file as another, by its type");
     AddFile(*command, "SOURCE", session.convert.source, kRecipeFile);
     AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is replaced");
-    AddReadOptions(*command, session.convert.read);
+    AddTableOptions(*command, session.convert.read);
     AddNoVersion(*command, session.convert.noVersion);
     command->callback([&session] { session.done = ConvertRecipe(session.convert, session.reporter); });
 }

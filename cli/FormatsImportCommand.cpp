@@ -2,6 +2,7 @@
 
 #include "cli/InputFile.h"
 #include "cli/KeptVersions.h"
+#include "disk/Content.h"
 #include "disk/File.h"
 #include "library/LibraryFile.h"
 #include "library/LibraryFromJson.h"
@@ -10,31 +11,18 @@
 #include "text/MessageText.h"
 #include "text/PathText.h"
 
-#include <span>
+#include <cstdint>
+#include <limits>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-std::optional<std::string> ContentOf(const fs::path& path)
-{
-    const CFile file(path, CFile::Mode::Read);
-    const auto size = file.Size();
-    if (!size)
-        return std::nullopt;
-    std::string text(static_cast<std::size_t>(*size), '\0');
-    const auto length = file.ReadAt(0, std::as_writable_bytes(std::span(text)));
-    if (!length)
-        return std::nullopt;
-    text.resize(*length);
-    return text;
-}
-
 std::optional<std::string> ReadJson(const fs::path& path, CReporter& reporter)
 {
     if (!IsThere(path, reporter))
         return std::nullopt;
-    auto json = ContentOf(path);
+    auto json = ReadContent(path, std::numeric_limits<std::uint64_t>::max());
     if (!json)
         ShowFileError(reporter, kOpenFileError, path);
     return json;
@@ -51,6 +39,11 @@ bool Replace(const fs::path& path, const FormatLibrary& library, const BeforeFor
 
 bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
 {
+    if (options.library && (IsJsonLibrary(*options.library) || IsJsonLibrary(LinkTarget(*options.library)))) {
+        ShowFileError(reporter, u"Formats can't be imported into the JSON file %s, only into a library file!",
+                      *options.library);
+        return false;
+    }
     const fs::path path(options.file);
     const auto json = ReadJson(path, reporter);
     if (!json)

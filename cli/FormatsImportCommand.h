@@ -14,5 +14,6 @@ struct FormatsImportOptions {
 
 /// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a
 /// copy beside it (library/LibraryOriginal.h). What is there is kept as an earlier version right before it gets
-/// other formats. False after a failure, then reported; the library file is then as it was.
+/// other formats. A library in JSON is refused. False after a failure, then reported; the library file is then as it
+/// was.
 bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter);

@@ -1,6 +1,7 @@
 #include "cli/OpenRecipe.h"
 
 #include "cli/InputFile.h"
+#include "cli/RecipeTables.h"
 #include "files/RecipeMessages.h"
 #include "text/FileMessages.h"
 
@@ -10,7 +11,7 @@ namespace fs = std::filesystem;
 
 bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter)
 {
-    auto settings = SettleReadSettings(options, reporter);
+    auto settings = SettingsOf(file, options, reporter);
     if (!settings)
         return false;
     const fs::path path(file);

@@ -14,12 +14,7 @@ namespace {
 /// The first format when none is asked for; null when the wanted one is not there.
 const DataFormat* ChooseFormat(const FormatLibrary& library, const std::optional<std::string>& wanted)
 {
-    if (!wanted)
-        return library.formats.front().get();
-    const std::u16string name = FromUtf8(*wanted);
-    const auto found = std::find_if(library.formats.begin(), library.formats.end(),
-                                    [&](const auto& format) { return TextOf(format->name) == name; });
-    return found == library.formats.end() ? nullptr : found->get();
+    return wanted ? FindFormat(library, FromUtf8(*wanted)) : library.formats.front().get();
 }
 
 std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
@@ -30,17 +25,33 @@ std::optional<std::u16string> SettingsFault(const ReadSettings& settings)
 
 } // namespace
 
+void EnsureFormat(FormatLibrary& library)
+{
+    if (library.formats.empty())
+        library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
+}
+
+const DataFormat* FindFormat(const FormatLibrary& library, std::u16string_view name)
+{
+    const auto found = std::find_if(library.formats.begin(), library.formats.end(),
+                                    [&](const auto& format) { return TextOf(format->name) == name; });
+    return found == library.formats.end() ? nullptr : found->get();
+}
+
+std::u16string NoFormatText(std::u16string_view name)
+{
+    return FillMessage(u"The format %s doesn't exist!", {name});
+}
+
 std::optional<ReadSettings> SettleReadSettings(const ReadOptions& options, CReporter& reporter)
 {
     FormatLibrary library;
     if (!LoadLibrary(LibraryToRead(options.library, reporter), library, reporter))
         return std::nullopt;
-    if (library.formats.empty())
-        library.formats.push_back(std::make_unique<DataFormat>(DefaultFormat()));
-
+    EnsureFormat(library);
     const DataFormat* format = ChooseFormat(library, options.formatName);
     if (!format) {
-        reporter.ShowError(FillMessage(u"The format %s doesn't exist!", {FromUtf8(*options.formatName)}));
+        reporter.ShowError(NoFormatText(FromUtf8(*options.formatName)));
         return std::nullopt;
     }
     ReadSettings settings{*format, options.startAddress.value_or(library.startAddress),

@@ -50,3 +50,17 @@ bool HaveSameContent(const fs::path& one, const fs::path& other)
         done += *length;
     }
 }
+
+std::optional<std::string> ReadContent(const fs::path& path, std::uint64_t most)
+{
+    const CFile file(path, CFile::Mode::Read);
+    const auto size = file.Size();
+    if (!size || *size > most)
+        return std::nullopt;
+    std::string text(static_cast<std::size_t>(*size), '\0');
+    const auto length = file.ReadAt(0, std::as_writable_bytes(std::span(text)));
+    if (!length)
+        return std::nullopt;
+    text.resize(*length);
+    return text;
+}

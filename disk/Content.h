@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
+#include <string>
 
 // What files hold, copied and compared.
 
@@ -19,3 +21,6 @@ bool CopyToNewFile(const std::filesystem::path& file, const std::filesystem::pat
 
 /// Whether both files hold the same bytes; false when one of them cannot be read.
 bool HaveSameContent(const std::filesystem::path& one, const std::filesystem::path& other);
+
+/// All that the file at `path` holds; nothing when it cannot be read, or holds more than `most` bytes.
+std::optional<std::string> ReadContent(const std::filesystem::path& path, std::uint64_t most);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -117,6 +118,9 @@ std::filesystem::path LinkTarget(std::filesystem::path path);
 /// From now on a write that fails, because a reader has gone or a file may not grow, says so and does not end the
 /// program.
 void SurviveFailedWrites();
+
+/// Whether what is written to `stream` goes to a terminal, and so to somebody who watches.
+bool IsTerminal(std::FILE* stream);
 
 /// The system's own words for `error` in UTF-8, in the user's language where the system has them in it.
 std::string ReasonUtf8(std::error_code error);

@@ -298,6 +298,12 @@ void SurviveFailedWrites()
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+bool IsTerminal(std::FILE* stream)
+{
+    const int number = fileno(stream); // none of a stream in memory
+    return number >= 0 && isatty(number) == 1;
+}
+
 std::string ReasonUtf8(std::error_code error)
 {
     return error.message();

@@ -8,6 +8,7 @@
 #define NOMINMAX // else std::min is a macro here
 #endif
 #define WIN32_LEAN_AND_MEAN
+#include <io.h>
 #include <windows.h>
 
 namespace fs = std::filesystem;
@@ -200,6 +201,12 @@ bool Release(std::intptr_t file)
 void SurviveFailedWrites()
 {
     // Here a write that fails ends no program.
+}
+
+bool IsTerminal(std::FILE* stream)
+{
+    const int number = _fileno(stream);
+    return number >= 0 && _isatty(number) != 0;
 }
 
 std::string ReasonUtf8(std::error_code error)

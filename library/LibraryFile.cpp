@@ -1,10 +1,40 @@
 #include "library/LibraryFile.h"
 
+#include "disk/Content.h"
 #include "disk/File.h"
+#include "library/LibraryFromJson.h"
 #include "library/LibraryPlace.h"
 #include "text/FileMessages.h"
+#include "text/LowerCase.h"
+#include "text/MessageText.h"
+#include "text/PathText.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint64_t kMostJsonBytes = std::uint64_t{1} << 30;
+
+bool LoadJson(const fs::path& path, FormatLibrary& library, CReporter& reporter)
+{
+    const auto json = ReadContent(path, kMostJsonBytes);
+    if (!json) {
+        ShowFileError(reporter, kOpenFileError, path);
+        return false;
+    }
+    const auto fault = LibraryFromJson(*json, library);
+    if (fault)
+        reporter.ShowError(
+            FillMessage(u"Format library error! File %s, at %s: %s!", {PathText(path), fault->place, fault->text}));
+    return !fault;
+}
+
+} // namespace
+
+bool IsJsonLibrary(const fs::path& path)
+{
+    return LowerCase(PathText(path.extension())) == u".json";
+}
 
 fs::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter)
 {
@@ -18,6 +48,8 @@ fs::path LibraryToWrite(const std::optional<std::string>& given, CReporter& repo
 
 bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)
 {
+    if (IsJsonLibrary(path) && !IsMissing(path))
+        return LoadJson(path, library, reporter);
     if (IsMissing(path) || library.loadReadOnly(path) >= 0)
         return true;
     if (!library.versionsKnown) {

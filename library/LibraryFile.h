@@ -7,6 +7,10 @@
 #include <optional>
 #include <string>
 
+/// Whether `path` names a library in JSON, as "formats export" writes it: by its extension ".json", in any case. Such a
+/// file is read as a library file is, and never written as one.
+bool IsJsonLibrary(const std::filesystem::path& path);
+
 /// The library file to read: the one that the command line names, else the program's own. Nothing is made.
 std::filesystem::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter);
 
@@ -15,6 +19,6 @@ std::filesystem::path LibraryToRead(const std::optional<std::string>& given, CRe
 std::filesystem::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter);
 
 /// Loads the library file at `path`, which is never created or changed; a missing one gives no formats. False, and then
-/// reported, when it cannot be opened. A damaged one gives the formats before the damage, as in the window; that is
-/// reported, too.
+/// reported, when it cannot be opened, and for JSON with a fault in it. A damaged one gives the formats before the
+/// damage, as in the window; that is reported, too.
 bool LoadLibrary(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);

@@ -17,35 +17,6 @@ namespace {
 using Json = nlohmann::json;
 using Int32Limits = std::numeric_limits<std::int32_t>;
 
-/// "line 2, column 7" for the last of the `end` bytes that the parser has taken; the end of the text counts as one.
-std::u16string LineAndColumn(std::string_view json, std::size_t end)
-{
-    const std::string_view before = json.substr(0, end == 0 ? 0 : end - 1);
-    const auto lines = std::count(before.begin(), before.end(), '\n');
-    const std::size_t column = before.size() - (before.rfind('\n') + 1); // npos + 1 is 0
-    return FillMessage(u"line %d, column %d", {std::int64_t{lines} + 1, static_cast<std::int64_t>(column) + 1});
-}
-
-/// `key` as a part of a place, in which "~" and "/" have a meaning of their own.
-std::string EscapedKey(std::string_view key)
-{
-    std::string escaped;
-    for (const char c : key) {
-        if (c == '~')
-            escaped += "~0";
-        else if (c == '/')
-            escaped += "~1";
-        else
-            escaped += c;
-    }
-    return escaped;
-}
-
-bool IsInteger(std::string_view number)
-{
-    return number.find_first_not_of("-0123456789") == std::string_view::npos;
-}
-
 std::u16string TooLong(std::size_t most)
 {
     return FillMessage(u"the text is longer than %d characters", {static_cast<std::int64_t>(most)});
@@ -142,7 +113,7 @@ bool CLibraryReader::number_unsigned(number_unsigned_t value)
 /// An integer of too many digits comes as a real number, too.
 bool CLibraryReader::number_float(number_float_t, const string_t& number)
 {
-    return Refuse(WantsInteger() && IsInteger(number) ? OutOfRange() : WrongKind());
+    return Refuse(WantsInteger() && IsJsonInteger(number) ? OutOfRange() : WrongKind());
 }
 
 bool CLibraryReader::string(string_t& text)

@@ -1,17 +1,10 @@
 #pragma once
 
 #include "library/FormatLibrary.h"
+#include "library/JsonFault.h"
 
 #include <optional>
-#include <string>
 #include <string_view>
-
-/// What is wrong in a JSON text, and where: "/formats/0/items/2/dataType" is that field of the first format's third
-/// item, "/" the whole.
-struct JsonFault {
-    std::u16string place;
-    std::u16string text;
-};
 
 /// Fills a new `library` from JSON text as LibraryToJson makes it. What is left out keeps the value that it has in a
 /// new library, format or default item; an item without `minValue` and `maxValue` gets the bounds of its type and

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "cli/ReadOptions.h"
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+
+// Options that several commands have. What they fill must live until the command line is parsed.
+
+/// --library: for commands that read or write formats.
+void AddLibrary(CLI::App& command, std::optional<std::string>& library);
+
+/// The options of every command that reads rows: --library, --format, --start, --rows and --layout. The last one takes
+/// a path only after "=".
+void AddTableOptions(CLI::App& command, ReadOptions& options);
