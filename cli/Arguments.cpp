@@ -58,3 +58,13 @@ CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSiz
     };
     return command.add_option(name, take, description)->type_name("128K|256K");
 }
+
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, bool& isSecond,
+                       const std::array<std::string, 2>& words, const std::string& description)
+{
+    const auto take = [&isSecond, words](const CLI::results_t& texts) {
+        isSecond = texts.front() == words[1];
+        return isSecond || texts.front() == words[0];
+    };
+    return command.add_option(name, take, description)->type_name(words[0] + '|' + words[1]);
+}

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,3 +24,7 @@ CLI::Option* AddNumber(CLI::App& command, const std::string& name, std::int32_t&
 /// "128K" or "256K".
 CLI::Option* AddMergedSize(CLI::App& command, const std::string& name, MergedSize& size,
                            const std::string& description);
+
+/// One of two words; `isSecond` tells which.
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, bool& isSecond,
+                       const std::array<std::string, 2>& words, const std::string& description);

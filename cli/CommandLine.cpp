@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "cli/Arguments.h"
+#include "cli/CheckCommand.h"
 #include "cli/ConvertCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/FindCommand.h"
@@ -15,6 +16,7 @@
 #include "cli/TextconvCommand.h"
 #include "cli/TableOptions.h"
 #include "cli/UnsavedCommand.h"
+#include "cli/ValuesCommand.h"
 #include "cli/VersionsCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -22,6 +24,8 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -29,8 +33,9 @@ constexpr const char* kRecipeFile = "Recipe file: .rcp, .csv, .erp or .frp";
 
 /// What the commands work with, and how the one that ran went.
 struct Session {
-    Session(std::FILE* out, std::FILE* error) : output(out), reporter(error) {}
+    Session(std::FILE* out, std::FILE* error) : progress(error), output(out, progress), reporter(error, progress) {}
 
+    CTerminalProgress progress;
     CStandardOutput output;
     CStandardError reporter;
     bool done = true;
@@ -46,6 +51,8 @@ struct Session {
     FormatsListOptions list;
     FormatsExportOptions exporting;
     FormatsImportOptions importing;
+    CheckOptions check;
+    ValuesOptions values;
     UnsavedOptions unsaved;
     VersionsOptions versions;
 };
@@ -120,7 +127,7 @@ void AddSet(CLI::App& app, Session& session)
     AddNoVersion(*command, session.set.noVersion);
     command->callback([&session] {
         session.setArguments.MoveTo(session.set);
-        session.done = SetCells(session.set, session.output, session.reporter);
+        session.done = SetCells(session.set, session.output, session.reporter, session.progress);
     });
 }
 
@@ -131,7 +138,8 @@ void AddConvert(CLI::App& app, Session& session)
     AddFile(*command, "TARGET", session.convert.target, "Recipe file to write; an existing one is replaced");
     AddTableOptions(*command, session.convert.read);
     AddNoVersion(*command, session.convert.noVersion);
-    command->callback([&session] { session.done = ConvertRecipe(session.convert, session.reporter); });
+    command->callback(
+        [&session] { session.done = ConvertRecipe(session.convert, session.reporter, session.progress); });
 }
 
 /// The options for one of the files to merge; `which` is "first" or "second".
@@ -180,6 +188,35 @@ void AddFormats(CLI::App& app, Session& session)
     AddLibrary(*importCommand, session.importing.library);
     AddNoVersion(*importCommand, session.importing.noVersion);
     importCommand->callback([&session] { session.done = ImportFormats(session.importing, session.reporter); });
+}
+
+void AddFiles(CLI::App& command, std::vector<std::string>& files)
+{
+    command.add_option("FILE", files, kRecipeFile)->required()->type_name("");
+}
+
+void AddCheck(CLI::App& app, Session& session)
+{
+    CheckOptions& options = session.check;
+    CLI::App* command = app.add_subcommand("check", "Find values outside their limits, and what a save would change");
+    AddFiles(*command, options.files);
+    AddTableOptions(*command, options.read);
+    AddChoice(*command, "--output", options.asLines, {"text", "jsonl"}, "How findings are printed (default: text)");
+    AddChoice(*command, "--fail-on", options.failOnWarning, {"error", "warning"},
+              "What makes the exit status 1 (default: error)");
+    RunForStatus(*command, session, [&session] {
+        return CheckRecipes(session.check, session.output, session.reporter, session.progress);
+    });
+}
+
+void AddValues(CLI::App& app, Session& session)
+{
+    CLI::App* command = app.add_subcommand("values", "Print the values of recipe files, a row a line as JSON");
+    AddFiles(*command, session.values.files);
+    AddTableOptions(*command, session.values.read);
+    RunForStatus(*command, session, [&session] {
+        return PrintValues(session.values, session.output, session.reporter, session.progress);
+    });
 }
 
 void AddUnsaved(CLI::App& app, Session& session)
@@ -255,6 +292,8 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddConvert(app, session);
     AddMerge(app, session);
     AddFormats(app, session);
+    AddCheck(app, session);
+    AddValues(app, session);
     AddUnsaved(app, session);
     AddVersions(app, session);
 

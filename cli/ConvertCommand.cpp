@@ -20,7 +20,7 @@ bool IsAnotherFile(const fs::path& target, const fs::path& source, CReporter& re
 
 } // namespace
 
-bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
+bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter, CProgress& progress)
 {
     const CVersionStore versions = UsersVersions();
     CRecipeDocument document;
@@ -30,7 +30,6 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter)
         return false;
     const fs::path target(options.target);
     const auto type = KnownTypeOf(target, reporter);
-    CNoProgress progress;
     if (!type || !IsAnotherFile(target, document.Path(), reporter) || !HoldForWriting(document, target, reporter) ||
         document.ReadOnly(reporter, progress) == CRecipeDocument::Reading::Failed)
         return false;

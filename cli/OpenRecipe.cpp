@@ -25,11 +25,11 @@ bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOp
     return true;
 }
 
-bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter)
+bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter,
+                 CProgress& progress)
 {
     if (!OpenRecipe(document, file, options, reporter))
         return false;
-    CNoProgress progress;
     return document.ReadOnly(reporter, progress) != CRecipeDocument::Reading::Failed;
 }
 

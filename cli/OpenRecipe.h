@@ -15,7 +15,8 @@ bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOp
 
 /// As OpenRecipe, and fills the rows with all that the file holds of them: nothing of it is needed any more. Never
 /// writes. False after a failure, then reported. A format without words gives no rows.
-bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter);
+bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter,
+                 CProgress& progress);
 
 /// Keeps other programs from writing the file at `path` until `document` has written it, or goes; to be called before
 /// what is to be changed is read. False, and then reported, when another program writes it and does not end within some

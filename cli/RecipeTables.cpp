@@ -260,6 +260,7 @@ std::optional<std::vector<FileTable>> CTableFinder::LayoutTables(const TableRequ
         if (!fault)
             fault = ShowFault(*format, *rows);
         if (fault) {
+            fault->pop_back(); // its "!", which ends the whole message
             ShowLayoutFault(reporter, match.layout->path, {TablePlace(index, u""), *fault});
             return std::nullopt;
         }
@@ -325,7 +326,8 @@ const Layout* CTableFinder::LayoutAt(const fs::path& path, CReporter& reporter)
 {
     auto found = m_layouts.find(path);
     if (found == m_layouts.end()) {
-        auto layout = IsThere(path, reporter) ? ReadLayout(path, reporter) : std::nullopt;
+        const bool isThere = !IsMissing(path) || IsThere(path, reporter); // which tells
+        auto layout = isThere ? ReadLayout(path, reporter) : std::nullopt;
         found = m_layouts.emplace(path, std::move(layout)).first;
     }
     return found->second ? &*found->second : nullptr;

@@ -57,9 +57,12 @@ void Tell(const Unedited& values, Tense tense, const CRecipeDocument& document, 
     reporter.ShowError(text);
 }
 
-void CountToTheEnd(CRecipeDocument& document)
+void CountToTheEnd(CRecipeDocument& document, CProgress& progress)
 {
-    document.ContinuePlan(std::chrono::steady_clock::time_point::max());
+    constexpr std::chrono::milliseconds kSlice{100};
+    const auto rows = static_cast<std::uint64_t>(document.Rows().RowCount());
+    while (!document.ContinuePlan(std::chrono::steady_clock::now() + kSlice))
+        progress.Advance(static_cast<std::uint64_t>(document.Plan().NextRow()), rows);
 }
 
 /// A file that is left out is one that cannot be opened: a script is told of it.
@@ -72,16 +75,14 @@ bool IsSaved(const SaveResult& result, const CRecipeDocument& document, CReporte
     return result.isSaved;
 }
 
-bool SaveEditedCells(CRecipeDocument& document, CReporter& reporter)
+bool SaveEditedCells(CRecipeDocument& document, CReporter& reporter, CProgress& progress)
 {
-    CNoProgress progress;
     return IsSaved(document.WriteEdited(reporter, progress), document, reporter);
 }
 
-bool SaveAllCells(CRecipeDocument& document, CReporter& reporter)
+bool SaveAllCells(CRecipeDocument& document, CReporter& reporter, CProgress& progress)
 {
-    CNoProgress progress;
-    CountToTheEnd(document);
+    CountToTheEnd(document, progress);
     const bool canStay = document.Plan().FormFault().empty();
     if (!IsSaved(document.Write(document.Type(), document.Path(), reporter, progress), document, reporter))
         return false;
@@ -95,18 +96,18 @@ ChangeSubject SubjectOf(const CRecipeDocument& document)
     return {document.Path(), std::u16string(TextOf(document.Format().name))};
 }
 
-bool ForetellEditedCells(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
+bool ForetellEditedCells(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter,
+                         CProgress& progress)
 {
-    CNoProgress progress;
     if (!document.MayWriteEdited(reporter, progress))
         return false;
     PrintChanges(CEditedChanges(document.Rows(), document.Stored(), SubjectOf(document)), output);
     return output.Finish(reporter);
 }
 
-bool ForetellAllCells(CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
+bool ForetellAllCells(CRecipeDocument& document, CStandardOutput& output, CReporter& reporter, CProgress& progress)
 {
-    CountToTheEnd(document);
+    CountToTheEnd(document, progress);
     const CSavePlan& plan = document.Plan();
     if (!plan.IsWhole()) {
         ShowFileError(reporter, SaveErrorOf(document.Type()), document.Path());
@@ -122,18 +123,19 @@ bool ForetellAllCells(CRecipeDocument& document, CStandardOutput& output, CRepor
 
 } // namespace
 
-bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter)
+bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress)
 {
     const CVersionStore versions = UsersVersions();
     CRecipeDocument document;
     if (!options.noVersion)
         document.KeepVersionsIn(versions, u"set");
     const bool isHeld = options.dryRun || HoldForWriting(document, fs::path(options.file), reporter);
-    if (!isHeld || !OpenAndRead(document, options.file, options.read, reporter) ||
+    if (!isHeld || !OpenAndRead(document, options.file, options.read, reporter, progress) ||
         !SetStates(document, options, reporter))
         return false;
     if (options.dryRun)
-        return options.onlyEdited ? ForetellEditedCells(document, output, reporter)
-                                  : ForetellAllCells(document, output, reporter);
-    return options.onlyEdited ? SaveEditedCells(document, reporter) : SaveAllCells(document, reporter);
+        return options.onlyEdited ? ForetellEditedCells(document, output, reporter, progress)
+                                  : ForetellAllCells(document, output, reporter, progress);
+    return options.onlyEdited ? SaveEditedCells(document, reporter, progress)
+                              : SaveAllCells(document, reporter, progress);
 }

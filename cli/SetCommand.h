@@ -23,4 +23,4 @@ struct SetOptions {
 ///
 /// As a dry run it prints the changes that the save would make (ChangeLines.h) instead, and is refused where the save
 /// would be.
-bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter);
+bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress);

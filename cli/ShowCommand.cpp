@@ -71,6 +71,8 @@ public:
         Print(text);
     }
 
+    bool GoesOn() const override { return !m_output.HasFailed(); }
+
 private:
     void Print(std::u16string_view text)
     {
@@ -127,6 +129,8 @@ public:
         m_output.Write(m_json);
     }
 
+    bool GoesOn() const override { return !m_output.HasFailed(); }
+
     void PrintEnd() { m_output.Write(m_layout.RowCount() == 0 ? "]}\n" : "\n]}\n"); }
 
 private:
@@ -164,5 +168,5 @@ bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& 
         return false;
     const bool isPrinted =
         options.json ? PrintJson(document, output, reporter) : PrintTable(document, output, reporter);
-    return isPrinted && output.Finish(reporter);
+    return (isPrinted || output.HasFailed()) && output.Finish(reporter);
 }

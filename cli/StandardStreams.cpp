@@ -2,6 +2,7 @@
 
 #include "text/Utf8Text.h"
 
+#include <cerrno>
 #include <cstddef>
 
 namespace {
@@ -12,6 +13,7 @@ constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
 void CStandardError::ShowError(std::u16string_view text)
 {
+    m_progress.Erase();
     const std::string line = ToUtf8(text) + '\n';
     std::fwrite(line.data(), 1, line.size(), m_stream);
 }
@@ -32,14 +34,28 @@ void CStandardOutput::Write(std::string_view text)
 bool CStandardOutput::Finish(CReporter& reporter)
 {
     WritePiece();
-    if (std::fflush(m_stream) == 0 && !m_failed)
-        return true;
-    reporter.ShowError(u"Can't write the output!");
-    return false;
+    errno = 0;
+    if (std::fflush(m_stream) != 0)
+        NoteFailure(errno);
+    if (m_failed && !m_isReaderGone)
+        reporter.ShowError(u"Can't write the output!");
+    return !m_failed;
 }
 
+/// Once something was lost, the rest is of no use.
 void CStandardOutput::WritePiece()
 {
-    m_failed = m_failed || std::fwrite(m_piece.data(), 1, m_piece.size(), m_stream) != m_piece.size();
+    if (!m_failed) {
+        m_progress.Erase();
+        errno = 0;
+        if (std::fwrite(m_piece.data(), 1, m_piece.size(), m_stream) != m_piece.size())
+            NoteFailure(errno);
+    }
     m_piece.clear();
+}
+
+void CStandardOutput::NoteFailure(int fault)
+{
+    m_isReaderGone = m_isReaderGone || (!m_failed && fault == EPIPE);
+    m_failed = true;
 }

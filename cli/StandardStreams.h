@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/TerminalProgress.h"
 #include "text/Reporter.h"
 
 #include <cstdio>
@@ -7,33 +8,40 @@
 #include <string_view>
 
 /// Says on standard error what people must hear, a line a message. Nobody is there to answer a question: it counts as
-/// answered with No.
+/// answered with No. Takes the progress away first.
 class CStandardError final : public CReporter {
 public:
-    explicit CStandardError(std::FILE* stream) : m_stream(stream) {}
+    CStandardError(std::FILE* stream, CTerminalProgress& progress) : m_stream(stream), m_progress(progress) {}
 
     void ShowError(std::u16string_view text) override;
     bool AskYesNo(std::u16string_view text) override;
 
 private:
     std::FILE* m_stream;
+    CTerminalProgress& m_progress;
 };
 
-/// Standard output in large pieces.
+/// Standard output in large pieces; on a terminal the progress is taken away before one.
 class CStandardOutput {
 public:
-    explicit CStandardOutput(std::FILE* stream) : m_stream(stream) {}
+    CStandardOutput(std::FILE* stream, CTerminalProgress& progress) : m_stream(stream), m_progress(progress) {}
 
     void Write(std::string_view text);
 
-    /// Hands out what is left. False, and then reported, when any of the text could not be written: a full disk, a
-    /// reader that has gone.
+    /// Whether some text could not be written: what comes now is for nobody, and work for it may end.
+    bool HasFailed() const { return m_failed; }
+
+    /// Hands out what is left. False when any of the text could not be written: reported for a full disk, for example,
+    /// and not for a reader that has gone, who has seen enough.
     bool Finish(CReporter& reporter);
 
 private:
     void WritePiece();
+    void NoteFailure(int fault);
 
     std::FILE* m_stream;
+    CTerminalProgress& m_progress;
     std::string m_piece;
     bool m_failed = false;
+    bool m_isReaderGone = false;
 };

@@ -13,6 +13,8 @@ namespace {
 Outcome WalkPieces(CRowPieces& pieces, CCellTaker& taker)
 {
     while (pieces.Next()) {
+        if (!taker.GoesOn())
+            return Outcome::GivenUp;
         const CRecipeRows& rows = pieces.Rows();
         CCellTexts texts(rows);
         for (std::int32_t row = 0; row < rows.RowCount(); ++row)
@@ -43,7 +45,7 @@ Outcome Walk(FileType type, const CRecipeRows& layout, const fs::path& path, CCe
 bool WalkRecipe(FileType type, const CRecipeRows& layout, const fs::path& path, CCellTaker& taker, CReporter& reporter)
 {
     const Outcome outcome = WithinMemory([&] { return Walk(type, layout, path, taker); });
-    if (outcome != Outcome::Done)
+    if (HasFailed(outcome))
         ShowFileError(reporter, OpenErrorOf(type), path);
     return outcome == Outcome::Done;
 }

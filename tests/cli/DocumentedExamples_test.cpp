@@ -51,7 +51,7 @@ std::vector<std::string> ManExamplesOf(const fs::path& page)
 struct DocumentedExamples : testing::Test {
     DocumentedExamples()
     {
-        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat"})
+        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", ".vantor.json"})
             fs::copy_file(source / "examples" / file, folder / file);
         fs::copy_file(VANTOR_CLI_PROGRAM, folder / "vantor-cli");
     }
@@ -105,7 +105,7 @@ TEST_F(DocumentedExamples, OfTheManPagesRun)
         ASSERT_TRUE(command.starts_with("vantor-cli ")) << command << " is not to be run here";
         const ProcessResult result = RunHere(command);
         EXPECT_EQ(result.exitCode, 0) << command << result.out;
-        EXPECT_TRUE(WithoutWarning(result.out).empty() || command.starts_with("vantor-cli show "))
+        EXPECT_TRUE(WithoutWarning(result.out).empty() || !command.starts_with("vantor-cli set "))
             << command << result.out;
     }
 }

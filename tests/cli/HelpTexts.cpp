@@ -13,6 +13,8 @@ std::vector<std::vector<std::string>> AllCommands()
             {"set"},
             {"convert"},
             {"merge"},
+            {"check"},
+            {"values"},
             {"formats"},
             {"formats", "list"},
             {"formats", "export"},

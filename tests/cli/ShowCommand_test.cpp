@@ -330,13 +330,4 @@ TEST_F(ShowCommand, FullOutputIsReported)
     }
 }
 
-TEST_F(ShowCommand, ReaderThatHasGoneIsReported)
-{
-    const ProcessResult result =
-        RunScript("\"$cli\" show \"$1\" --library \"$2\" --rows 100000 | true; exit ${PIPESTATUS[0]}",
-                  {recipe.string(), libraryPath.string()});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.error, "Can't write the output!\n");
-}
-
 } // namespace

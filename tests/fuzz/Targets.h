@@ -36,5 +36,8 @@ void FuzzChanges(FuzzBytes bytes);
 /// The bytes are a journal of unsaved edits, or its lines without their checksums.
 void FuzzJournal(FuzzBytes bytes);
 
+/// The bytes are a layout file.
+void FuzzLayout(FuzzBytes bytes);
+
 /// The bytes are lines, an argument each, up to an empty one, and then the content of the files in reach.
 void FuzzCommandLine(FuzzBytes bytes);
