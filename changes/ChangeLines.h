@@ -37,6 +37,9 @@ public:
 
     std::variant<ChangeRecord, EndOfChanges, ChangeFault> Next();
 
+    /// The number of the line that was read last, counted from 1.
+    std::uint64_t Line() const { return m_number; }
+
 private:
     bool ReadLine();
     bool TakeLine();

@@ -3,12 +3,14 @@
 #include "cli/Arguments.h"
 #include "cli/CheckCommand.h"
 #include "cli/ConvertCommand.h"
+#include "cli/DiffCommand.h"
 #include "cli/ExitCode.h"
 #include "cli/FindCommand.h"
 #include "cli/FormatsExportCommand.h"
 #include "cli/FormatsImportCommand.h"
 #include "cli/FormatsListCommand.h"
 #include "cli/MergeCommand.h"
+#include "cli/PatchCommand.h"
 #include "cli/SetArguments.h"
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
@@ -44,6 +46,8 @@ struct Session {
     ShowOptions show;
     TextconvOptions textconv;
     FindOptions find;
+    DiffOptions diff;
+    PatchOptions patch;
     SetOptions set;
     CSetArguments setArguments;
     ConvertOptions convert;
@@ -94,7 +98,7 @@ void AddTextconv(CLI::App& app, Session& session)
 {
     CLI::App* command = app.add_subcommand("textconv", "Print a recipe file as lines for git to compare");
     AddFile(*command, "FILE", session.textconv.file, kRecipeFile);
-    AddReadOptions(*command, session.textconv.read);
+    AddTableOptions(*command, session.textconv.read);
     RunForStatus(*command, session,
                  [&session] { return PrintAsText(session.textconv, session.output, session.reporter); });
 }
@@ -112,8 +116,37 @@ void AddFind(CLI::App& app, Session& session)
                    "Find every place in the file where the number stands, as any type and scaling")
         ->excludes(part)
         ->excludes("--item");
-    AddReadOptions(*command, options.read);
+    AddTableOptions(*command, options.read);
     RunForStatus(*command, session, [&session] { return FindText(session.find, session.output, session.reporter); });
+}
+
+void AddDiff(CLI::App& app, Session& session)
+{
+    DiffOptions& options = session.diff;
+    CLI::App* command = app.add_subcommand("diff", "Print in what two recipe files differ, a line a change");
+    AddFile(*command, "FILE", options.file, kRecipeFile);
+    AddFile(*command, "OTHER", options.other, "Recipe file that counts as the new one");
+    AddTableOptions(*command, options.read);
+    CLI::Option* json = command->add_flag("--json", options.json, "Print the changes as JSON Lines");
+    command->add_flag("--patch", options.patch, "Print JSON Lines that patch makes the other file of, or refuse to")
+        ->excludes(json);
+    RunForStatus(*command, session, [&session] { return DiffCommand(session.diff, session.output, session.reporter); });
+}
+
+void AddPatch(CLI::App& app, Session& session)
+{
+    PatchOptions& options = session.patch;
+    CLI::App* command = app.add_subcommand("patch", "Make the changes of a patch in a recipe file, all or none");
+    AddFile(*command, "FILE", options.file, kRecipeFile);
+    AddText(*command, "PATCH", options.patch,
+            "Changes as JSON Lines, as diff --patch prints them (default: standard input)")
+        ->type_name("");
+    AddTableOptions(*command, options.read);
+    command->add_flag("--reverse", options.reverse, "Take the changes back: new becomes old");
+    command->add_flag("--dry-run", options.dryRun, "Print the changes that would be made, and write nothing");
+    AddNoVersion(*command, options.noVersion);
+    RunForStatus(*command, session,
+                 [&session] { return PatchCommand(session.patch, session.output, session.reporter); });
 }
 
 void AddSet(CLI::App& app, Session& session)
@@ -288,6 +321,8 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddShow(app, session);
     AddFind(app, session);
     AddTextconv(app, session);
+    AddDiff(app, session);
+    AddPatch(app, session);
     AddSet(app, session);
     AddConvert(app, session);
     AddMerge(app, session);

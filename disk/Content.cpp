@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -38,12 +39,14 @@ bool HaveSameContent(const fs::path& one, const fs::path& other)
 {
     const CFile oneFile(one, CFile::Mode::Read);
     const CFile otherFile(other, CFile::Mode::Read);
-    std::array<std::byte, 4096> onePiece;
-    std::array<std::byte, 4096> otherPiece;
+    if (oneFile.Size() != otherFile.Size())
+        return false;
+    std::array<std::byte, 65536> onePiece;
+    std::array<std::byte, 65536> otherPiece;
     for (std::uint64_t done = 0;;) {
         const auto length = oneFile.ReadAt(done, onePiece);
         if (!length || length != otherFile.ReadAt(done, otherPiece) ||
-            !std::equal(onePiece.begin(), onePiece.begin() + static_cast<std::ptrdiff_t>(*length), otherPiece.begin()))
+            std::memcmp(onePiece.data(), otherPiece.data(), *length) != 0)
             return false;
         if (*length == 0)
             return true;

@@ -7,6 +7,7 @@
 #include "text/PathText.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,21 +19,19 @@ namespace {
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 constexpr std::size_t kWrittenAtOnce = std::size_t{1} << 20;
 
-constexpr std::u16string_view kEditsRefused = u"Can't save only the edited cells of file %s: %s!";
-
 /// Looks at every field of a table and finds what has to change.
 class CEditsTaker final : public CCsvRawTaker {
 public:
-    CEditsTaker(const CsvTextForm& form, std::span<const CsvEdit> edits) : splicer(form, edits) {}
+    explicit CEditsTaker(CCsvEditor& bytesEditor) : editor(bytesEditor) {}
 
     void Take(const CsvRawField& field) override
     {
         formCheck.Take(field);
-        splicer.Take(field);
+        editor.Take(field);
     }
 
     CCsvFormCheck formCheck;
-    CCsvSplicer splicer;
+    CCsvEditor& editor;
 };
 
 /// Collects small runs of bytes for a file.
@@ -79,17 +78,20 @@ public:
     {
     }
 
-    Outcome Save(std::span<const CsvEdit> edits)
+    /// `makeEditor` makes the editor of a table of the form that it is given.
+    template <class MakeEditor>
+    Outcome Save(MakeEditor makeEditor)
     {
         const CFile old(m_path, CFile::Mode::Read);
         if (!old.IsOpen())
             return IsMissing(m_path) ? Refuse(u"it does not exist") : Outcome::Failed;
         CCsvFileCutter cutter(old);
-        CEditsTaker taker(cutter.Form(), edits);
+        const auto editor = makeEditor(cutter.Form());
+        CEditsTaker taker(*editor);
         const Outcome outcome = Look(cutter, taker);
         if (outcome != Outcome::Done)
             return outcome;
-        const auto& splices = taker.splicer.Splices();
+        const auto& splices = taker.editor.Splices();
         newBytes = cutter.Position();
         for (const CsvSplice& splice : splices)
             newBytes += splice.bytes.size() - splice.length;
@@ -118,8 +120,8 @@ private:
         taker.formCheck.Finish(cutter);
         if (!taker.formCheck.Fault().empty())
             return Refuse(taker.formCheck.Fault());
-        taker.splicer.Finish(cutter.Cutter(), cutter.Position());
-        return taker.splicer.Refusal().empty() ? Outcome::Done : Refuse(taker.splicer.Refusal());
+        taker.editor.Finish(cutter.Cutter(), cutter.Position());
+        return taker.editor.Refusal().empty() ? Outcome::Done : Refuse(taker.editor.Refusal());
     }
 
     Outcome Write(const CFile& old, std::uint64_t size, std::span<const CsvSplice> splices)
@@ -158,14 +160,53 @@ private:
     CProgress& m_progress;
 };
 
+/// A patcher that leaves behind what it found.
+class CPatchEditor final : public CCsvEditor {
+public:
+    CPatchEditor(const CsvTextForm& form, std::span<const CsvChange> changes, const CsvExtent& extent, CsvPatchEnd& end)
+        : m_patcher(form, changes, extent),
+          m_end(end)
+    {
+    }
+
+    void Take(const CsvRawField& field) override { m_patcher.Take(field); }
+    void Finish(const CCsvCutter& cutter, std::uint64_t size) override
+    {
+        m_patcher.Finish(cutter, size);
+        m_end.others = m_patcher.Others();
+        m_end.oldBytes = size;
+    }
+    const std::vector<CsvSplice>& Splices() const override { return m_patcher.Splices(); }
+    const std::u16string& Refusal() const override { return m_patcher.Refusal(); }
+
+private:
+    CCsvPatcher m_patcher;
+    CsvPatchEnd& m_end;
+};
+
 Outcome Run(CEditsSave& save, std::span<const CsvEdit> edits, const fs::path& path, CReporter& reporter)
 {
-    const Outcome outcome = WithinMemory([&] { return save.Save(edits); });
+    const auto makeEditor = [edits](const CsvTextForm& form) { return std::make_unique<CCsvSplicer>(form, edits); };
+    const Outcome outcome = WithinMemory([&] { return save.Save(makeEditor); });
     if (!save.refusal.empty())
-        reporter.ShowError(FillMessage(kEditsRefused, {PathText(path), save.refusal}));
+        reporter.ShowError(CsvRefusalText(path, save.refusal));
     else if (HasFailed(outcome))
         ShowFileError(reporter, kSaveTableError, path);
     return outcome;
+}
+
+CsvPatchEnd RunPatch(Purpose purpose, std::span<const CsvChange> changes, const CsvExtent& extent, const fs::path& path,
+                     CProgress& progress)
+{
+    CEditsSave save(path, purpose, progress);
+    CsvPatchEnd end;
+    const auto makeEditor = [&](const CsvTextForm& form) {
+        return std::make_unique<CPatchEditor>(form, changes, extent, end);
+    };
+    end.outcome = WithinMemory([&] { return save.Save(makeEditor); });
+    end.refusal = std::move(save.refusal);
+    end.newBytes = save.newBytes;
+    return end;
 }
 
 } // namespace
@@ -181,4 +222,21 @@ std::optional<std::uint64_t> CsvBytesAfterEdits(std::span<const CsvEdit> edits, 
 {
     CEditsSave save(path, Purpose::Foretell, progress);
     return Run(save, edits, path, reporter) == Outcome::Done ? std::optional(save.newBytes) : std::nullopt;
+}
+
+std::u16string CsvRefusalText(const fs::path& path, std::u16string_view reason)
+{
+    return FillMessage(u"Can't save only the edited cells of file %s: %s!", {PathText(path), reason});
+}
+
+CsvPatchEnd LookAtCsvPatch(std::span<const CsvChange> changes, const CsvExtent& extent, const fs::path& path,
+                           CProgress& progress)
+{
+    return RunPatch(Purpose::Foretell, changes, extent, path, progress);
+}
+
+CsvPatchEnd SaveCsvPatch(std::span<const CsvChange> changes, const CsvExtent& extent, const fs::path& path,
+                         CProgress& progress)
+{
+    return RunPatch(Purpose::Save, changes, extent, path, progress);
 }

@@ -1,8 +1,6 @@
 #include "files/CsvSplices.h"
 
-#include "text/AnsiText.h"
-#include "text/MessageText.h"
-#include "text/Utf16Bytes.h"
+#include "files/CsvFieldForm.h"
 
 #include <algorithm>
 
@@ -31,7 +29,7 @@ void CCsvSplicer::ReplaceField(const CsvRawField& field, std::u16string_view tex
 {
     if (field.Shown(m_form) == text)
         return;
-    const auto written = SeparatedField(text, field.raw.starts_with(u'"'));
+    const auto written = SeparatedCsvField(m_form, text, field.raw.starts_with(u'"'));
     if (!written)
         return Refuse(m_edits.front().place);
     Splice(field.offset, field.length, *written);
@@ -67,7 +65,7 @@ std::u16string CCsvSplicer::Tail(CellPlace place, std::u16string_view shown, Edi
         const bool isEdit = edits.front().place == place;
         const std::u16string_view text = isEdit ? std::u16string_view(edits.front().text) : shown;
         edits = edits.subspan(isEdit ? 1 : 0);
-        const auto field = edits.empty() ? LastField(text) : SeparatedField(text, true);
+        const auto field = edits.empty() ? LastCsvField(m_form, text) : SeparatedCsvField(m_form, text, true);
         if (!field) {
             isEdit ? Refuse(place) : RefuseToLengthen(place.row);
             return {};
@@ -78,37 +76,6 @@ std::u16string CCsvSplicer::Tail(CellPlace place, std::u16string_view shown, Edi
         shown = kMissingField;
     }
     return tail;
-}
-
-/// The text as a field that a separator follows; nothing when no such field shows it.
-std::optional<std::u16string> CCsvSplicer::SeparatedField(std::u16string_view text, bool isInQuotes) const
-{
-    if (!CanHold(text))
-        return std::nullopt;
-    if (!m_form.stripsQuotes)
-        return std::u16string(text);
-    if (WithoutQuotes(text) != text)
-        return std::nullopt;
-    const std::u16string_view quote = isInQuotes ? u"\"" : u"";
-    return std::u16string(quote) + std::u16string(text) + std::u16string(quote);
-}
-
-/// The text as the last field of a line: bare; what would not be read so gets a separator, after which nothing comes.
-std::optional<std::u16string> CCsvSplicer::LastField(std::u16string_view text) const
-{
-    if (!text.empty() && !text.ends_with(u'\r'))
-        return CanHold(text) ? std::optional(std::u16string(text)) : std::nullopt;
-    auto field = SeparatedField(text, true);
-    if (field)
-        *field += m_form.separator;
-    return field;
-}
-
-bool CCsvSplicer::CanHold(std::u16string_view text) const
-{
-    if (text.find(m_form.separator) != std::u16string_view::npos || text.find(u'\n') != std::u16string_view::npos)
-        return false;
-    return m_form.isUtf16 || FromAnsi(ToAnsi(text)) == text;
 }
 
 void CCsvSplicer::Finish(const CCsvCutter& cutter, std::uint64_t size)
@@ -133,28 +100,16 @@ void CCsvSplicer::Finish(const CCsvCutter& cutter, std::uint64_t size)
 
 void CCsvSplicer::Refuse(CellPlace place)
 {
-    // as users see them: row 1 and column 2 are the first with data
-    m_refusal = FillMessage(u"the text of row %d, column %d would not be read again as it is",
-                            {std::int64_t{place.row} + 1, std::int64_t{place.column} + 2});
+    m_refusal = RefusedCsvText(static_cast<std::uint64_t>(place.row), place.column);
 }
 
 void CCsvSplicer::RefuseToLengthen(std::int32_t row)
 {
-    m_refusal = FillMessage(u"line %d is too short, and its last field would lose its quotes in a longer one",
-                            {std::int64_t{row} + 1});
+    m_refusal = RefusedLongerLine(static_cast<std::uint64_t>(row));
 }
 
 void CCsvSplicer::Splice(std::uint64_t offset, std::uint64_t length, std::u16string_view text)
 {
-    if (!m_refusal.empty())
-        return;
-    CsvSplice& splice = m_splices.emplace_back(CsvSplice{offset, length, {}});
-    if (!m_form.isUtf16) {
-        AppendToAnsi(text, splice.bytes);
-        return;
-    }
-    std::u16string units(text);
-    SwapUnlessLowByteFirst(units);
-    const auto bytes = std::as_bytes(std::span(units));
-    splice.bytes.assign(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (m_refusal.empty())
+        m_splices.push_back({offset, length, CsvTextBytes(m_form, text)});
 }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -25,11 +24,24 @@ struct CsvSplice {
     std::string bytes;
 };
 
+/// Finds the bytes of a text table that have to change.
+class CCsvEditor : public CCsvRawTaker {
+public:
+    /// All fields were taken; `cutter` has cut them, of `size` bytes in all.
+    virtual void Finish(const CCsvCutter& cutter, std::uint64_t size) = 0;
+
+    /// In the order of their offsets, none within another.
+    virtual const std::vector<CsvSplice>& Splices() const = 0;
+
+    /// Why it cannot be done: a part of a sentence without a full stop; empty when it can.
+    virtual const std::u16string& Refusal() const = 0;
+};
+
 /// Finds the bytes of a text table that have to change so that reading shows some cells with other texts and all
 /// others as before. A field keeps its kind: with quotes or bare. Lines that are too short and lines that are missing
 /// get fields with "0" in quotes (bare ones in ANSI text) before the cell. A cell that shows its text already changes
 /// nothing.
-class CCsvSplicer final : public CCsvRawTaker {
+class CCsvSplicer final : public CCsvEditor {
 public:
     /// The places of `edits`, which outlive the splicer, are in ascending order, none twice.
     CCsvSplicer(const CsvTextForm& form, std::span<const CsvEdit> edits);
@@ -37,14 +49,9 @@ public:
     /// The next field of the table.
     void Take(const CsvRawField& field) override;
 
-    /// All fields were taken; `cutter` has cut them, of `size` bytes in all.
-    void Finish(const CCsvCutter& cutter, std::uint64_t size);
-
-    /// In the order of their offsets, none within another.
-    const std::vector<CsvSplice>& Splices() const { return m_splices; }
-
-    /// Why it cannot be done: a part of a sentence without a full stop; empty when it can.
-    const std::u16string& Refusal() const { return m_refusal; }
+    void Finish(const CCsvCutter& cutter, std::uint64_t size) override;
+    const std::vector<CsvSplice>& Splices() const override { return m_splices; }
+    const std::u16string& Refusal() const override { return m_refusal; }
 
 private:
     using Edits = std::span<const CsvEdit>;
@@ -53,9 +60,6 @@ private:
     void EndLine(const CsvRawField& field);
     Edits TakeEditsOfRow(std::uint64_t row);
     std::u16string Tail(CellPlace place, std::u16string_view shown, Edits edits);
-    std::optional<std::u16string> SeparatedField(std::u16string_view text, bool isInQuotes) const;
-    std::optional<std::u16string> LastField(std::u16string_view text) const;
-    bool CanHold(std::u16string_view text) const;
     void Refuse(CellPlace place);
     void RefuseToLengthen(std::int32_t row);
     void Splice(std::uint64_t offset, std::uint64_t length, std::u16string_view text);

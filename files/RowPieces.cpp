@@ -4,6 +4,7 @@
 #include "files/ByteBuffer.h"
 #include "files/CsvCutter.h"
 #include "files/FieldTable.h"
+#include "files/RowWindow.h"
 #include "files/StretchCoding.h"
 
 #include <algorithm>
@@ -18,22 +19,11 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10; // unless a row is longer
 
-/// The most bytes that the text of a cell is made of.
-std::size_t ReachOf(const CRecipeRows& layout)
-{
-    std::size_t reach = sizeof(double); // whatever length the item states
-    for (const ColumnCoding& column : layout.Columns())
-        reach = std::max(reach, 2 * static_cast<std::size_t>(std::max(column.dataLength, 0)));
-    return reach;
-}
-
 class CWordPieces final : public CRowPieces {
 public:
     CWordPieces(FileType type, const CRecipeRows& layout, CWordBytes& words)
         : CRowPieces(type, layout),
-          m_words(words),
-          m_isPaged(IsPaged(type)),
-          m_reach(ReachOf(layout)),
+          m_images(type, Layout(), words),
           m_rowsAtOnce(RowsWithin(kPieceBytes, layout))
     {
     }
@@ -43,35 +33,18 @@ public:
         const std::int32_t count = std::min(m_rowsAtOnce, RowsLeft());
         if (count <= 0 || HasFailed())
             return false;
-        const std::uint64_t pieceBytes = Layout().BytesBefore({count, 0});
-        const std::uint64_t begin = m_begin;
-        m_begin += pieceBytes;
-        CRecipeRows& rows = Begin(count, std::min(BytesFrom(begin), pieceBytes));
-
-        // A damaged item may be shorter than its value, which goes on in the next row then.
-        std::uint64_t shown = std::min(pieceBytes + m_reach, Layout().StretchBytes() - begin);
-        if (!m_isPaged)
-            shown = std::min(shown, BytesFrom(begin));
-        CByteBuffer image(static_cast<std::size_t>(shown));
-        if (shown > 0 && !m_words.Read(Layout().FirstByte().number + begin, image.Bytes()))
+        const std::int32_t first = NextRow();
+        CRecipeRows& rows = Begin(count, m_images.HeldBytes(first, count));
+        auto image = m_images.Read(first, count);
+        if (!image)
             return Fail();
-        rows.ShowWords(std::move(image), m_isPaged ? RecipeKind::Paged : RecipeKind::Flat);
+        rows.ShowWords(std::move(*image), m_images.Kind());
         return true;
     }
 
 private:
-    /// How many bytes the file holds from there on in the stretch.
-    std::uint64_t BytesFrom(std::uint64_t begin) const
-    {
-        const std::uint64_t within = Layout().BytesWithin(m_words.Count());
-        return within - std::min(within, begin);
-    }
-
-    CWordBytes& m_words;
-    const bool m_isPaged;
-    const std::size_t m_reach;
+    CRowImages m_images;
     const std::int32_t m_rowsAtOnce;
-    std::uint64_t m_begin = 0; ///< of the next piece, in the stretch
 };
 
 /// Collects the shown fields of lines. The line at hand stands apart until it ends.

@@ -39,6 +39,7 @@ protected:
     CRowPieces(FileType type, const CRecipeRows& layout) : m_type(type), m_layout(layout) {}
 
     const CRecipeRows& Layout() const { return m_layout; }
+    std::int32_t NextRow() const { return m_next; }
     std::int32_t RowsLeft() const { return m_layout.RowCount() - m_next; }
 
     /// The next `count` rows are the piece, of which the file holds `bytes`; they have no cells yet.
