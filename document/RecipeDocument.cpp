@@ -43,6 +43,7 @@ CRecipeDocument::~CRecipeDocument()
 void CRecipeDocument::Start()
 {
     m_unsaved.Drop();
+    EndComparison();
     m_bFileOpen = true;
     m_shown = {};
     ForgetPlan();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "changes/TableComparison.h"
 #include "disk/FileLock.h"
 #include "document/EditHistory.h"
 #include "document/EditOutcome.h"
@@ -28,6 +29,8 @@
 
 inline constexpr std::u16string_view kNoMemoryForEdit =
     u"There is not enough memory for this command. Nothing was changed.";
+
+inline constexpr std::u16string_view kNoMemoryToCompare = u"There is not enough memory to compare the files.";
 
 /// A text for a cell.
 struct TextForCell {
@@ -255,6 +258,29 @@ public:
     /// `count` becomes the number of values that are as they were before that save.
     SaveResult PutBackStored(CReporter& reporter, CProgress& progress, std::size_t& count);
 
+    // Comparing the rows with another file, or with another state of their own. It ends with New and Open, and where
+    // the rows come to be laid out otherwise.
+
+    /// Whether there are rows that can be compared.
+    bool CanCompare() const { return HasRowsOfFile() && m_shown.rows.RowCount() > 0; }
+
+    /// Compares them from now on with what the file at `path`, of any type, holds in their layout. It is read once, and
+    /// never written. After a failure to read it, reported, and when that was given up, all is as it was.
+    Outcome CompareWith(const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+    /// The same with `other`, whose cells are known and laid out as the rows. Nothing is compared when it was given
+    /// up, or memory did not suffice for it, which is reported.
+    Outcome CompareWith(ComparedWith other, CReporter& reporter, CProgress& progress);
+
+    /// The comparison at hand; null for none. It follows edits, saves and readings.
+    const std::shared_ptr<CTableComparison>& Comparison() const { return m_comparison; }
+
+    void EndComparison();
+
+    /// Counts on until `end` what differs; a comparison that memory does not suffice for ends. False when there is more
+    /// to count then.
+    bool ContinueComparison(std::chrono::steady_clock::time_point end);
+
     // Edits. Each can be undone; those of cells make the document modified.
 
     /// Gives cells texts that passed their check. A cell that stands twice gets the last text. Places outside the rows
@@ -355,6 +381,7 @@ private:
     bool MayHaveState(const CellEdit& edit) const;
     void NoteSaved();
     void FollowEdit(const CellsStep& step) noexcept;
+    void CompareAnew() noexcept;
     CStoredCells ReadStored(const CRecipeRows& layout) const
     {
         return ReadStoredCells(layout, m_nFileType, m_strFilePath);
@@ -399,6 +426,7 @@ private:
     bool m_isPlanStale = true;         ///< it is to begin anew
     std::uint64_t m_nPlannedBytes = 0; ///< that the file of a table had when CheckPlan last looked
     std::shared_ptr<const SavedChanges> m_pStoredAsShown;
+    std::shared_ptr<CTableComparison> m_comparison;
     CUnsavedKeeper m_unsaved;
     const CVersionStore* m_pVersions = nullptr;
     std::u16string m_command;     ///< that versions name; empty where each write has its own

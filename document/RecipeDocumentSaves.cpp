@@ -51,6 +51,7 @@ void CRecipeDocument::ForgetPlan()
 {
     m_plan.Stop();
     m_isPlanStale = true;
+    CompareAnew(); // which hangs on the same rows and stored words
 }
 
 void CRecipeDocument::BeginPlan()
@@ -70,13 +71,15 @@ bool CRecipeDocument::ContinuePlan(std::chrono::steady_clock::time_point end)
 /// What it takes to follow a large edit is better spent when nobody waits.
 void CRecipeDocument::FollowEdit(const CellsStep& step) noexcept
 {
-    if (!m_plan.IsBegun())
+    if (!m_plan.IsBegun() && !m_comparison)
         return;
     const auto follow = [&] {
         std::vector<CellPlace> places;
         std::transform(step.edits.begin(), step.edits.end(), std::back_inserter(places),
                        [](const CellEdit& edit) { return edit.place; });
         m_plan.Update(places);
+        if (m_comparison)
+            m_comparison->Update(places);
     };
     if (step.edits.size() > kMostFollowed || WithMemoryFor(follow) != EditOutcome::Made)
         ForgetPlan();
