@@ -25,7 +25,8 @@ QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString
     dialog.setDefaultSuffix(SuffixIn(pattern));
     QObject::connect(&dialog, &CFileDialog::filterSelected, &dialog,
                      [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixIn(filter)); });
-    dialog.selectFile(name);
+    if (!name.isEmpty())
+        dialog.selectFile(name);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
@@ -70,6 +71,23 @@ QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& fold
     CFileDialog dialog(&parent, QObject::tr("Open file"), folder);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     return RunDialog(dialog, OpenFilters(pattern), pattern);
+}
+
+QString AskComparePath(QWidget& parent, const QString& pattern, const QString& folder)
+{
+    CFileDialog dialog(&parent, QObject::tr("Compare with"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    const QString known = OpenFilters(pattern).isEmpty() ? kDefaultPattern : pattern;
+    return RunDialog(dialog, OpenFilters(known), known, {});
+}
+
+QString AskPatchPath(QWidget& parent, const QString& folder)
+{
+    CFileDialog dialog(&parent, QObject::tr("Apply patch"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program
+    dialog.setNameFilters({QObject::tr("Changes (*.jsonl)"), QObject::tr("All files (*)")});
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString AskSavePath(QWidget& parent, const QString& folder)

@@ -20,5 +20,11 @@ QString AskOpenPath(QWidget& parent, const QString& pattern, const QString& fold
 /// user cancelled.
 QString AskSavePath(QWidget& parent, const QString& folder);
 
+/// Asks which recipe file to compare with, as AskOpenPath.
+QString AskComparePath(QWidget& parent, const QString& pattern, const QString& folder);
+
+/// Asks for a file of changes, as AskOpenPath.
+QString AskPatchPath(QWidget& parent, const QString& folder);
+
 /// Asks likewise where to write a copy of the file at `path`, empty for a new document: beside it, of its type.
 QString AskCopyPath(QWidget& parent, const QString& path);

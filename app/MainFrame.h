@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/CompareCommands.h"
 #include "app/EditCommands.h"
 #include "app/FileCommands.h"
 #include "app/LockKeys.h"
@@ -107,6 +108,7 @@ private:
     std::unique_ptr<CSaveCommands> m_pSaveCommands;
     std::unique_ptr<COtherPrograms> m_pOtherPrograms;
     std::unique_ptr<CUnsavedCommands> m_pUnsavedCommands;
+    std::unique_ptr<CCompareCommands> m_pCompareCommands;
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind

@@ -84,6 +84,7 @@ void CSaveCommands::ConnectPanel()
         if (IsListOfTable())
             m_dataPane.TakeOver(cells);
     });
+    connect(m_pPanel, &CChangesPanel::Closed, this, &CSaveCommands::PanelClosed);
     connect(m_pPanel, &CChangesPanel::Left, this, [this] { m_dataPane.setFocus(Qt::OtherFocusReason); });
 }
 
@@ -271,15 +272,37 @@ void CSaveCommands::Show(OtherList list)
     m_listedPath = std::move(list.path);
     m_listedLayout = std::move(list.layout);
     m_pOther = list.changes;
-    m_pPanel->SetList(std::move(list.changes), list.title, ChangeAction::TakeOver);
+    m_pPanel->SetList(std::move(list.changes), list.title, list.actions);
+    m_pPanel->SetEmptyText(list.empty);
     m_pPanel->SetSummary(list.summary);
     m_pPanel->SetFile(m_listedPath);
     OpenPanel();
 }
 
+bool CSaveCommands::Lists(const std::shared_ptr<const CChangeList>& changes) const
+{
+    return m_listed == Listed::Other && changes && m_pOther == changes;
+}
+
+void CSaveCommands::ListChanged(const std::shared_ptr<const CChangeList>& changes, const QString& summary)
+{
+    if (!Lists(changes))
+        return;
+    m_pPanel->SetSummary(summary);
+    m_pPanel->ListChanged();
+}
+
+void CSaveCommands::ListGrew(const std::shared_ptr<const CChangeList>& changes, const QString& summary)
+{
+    if (!Lists(changes))
+        return;
+    m_pPanel->SetSummary(summary);
+    m_pPanel->ListGrew();
+}
+
 void CSaveCommands::Withdraw(const std::shared_ptr<const CChangeList>& changes)
 {
-    if (m_listed != Listed::Other || !changes || m_pOther != changes)
+    if (!Lists(changes))
         return;
     ListPlan();
     ShowCounts();

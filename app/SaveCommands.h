@@ -47,11 +47,22 @@ public:
         QString summary;
         std::filesystem::path path; ///< of the file that it is about
         CRecipeRows layout;         ///< of its cells
+        ChangeActions actions = ChangeAction::TakeOver;
+        QString empty = {}; ///< what the panel says of a list without changes, where that is not its own way
     };
 
     /// Lists it and opens the panel. Its cells are gone to, and taken over, while the table shows that file in that
     /// layout.
     void Show(OtherList list);
+
+    /// Whether it is what the panel lists, open or not.
+    bool Lists(const std::shared_ptr<const CChangeList>& changes) const;
+
+    /// What the panel lists of it became something else.
+    void ListChanged(const std::shared_ptr<const CChangeList>& changes, const QString& summary);
+
+    /// Counting adds to it.
+    void ListGrew(const std::shared_ptr<const CChangeList>& changes, const QString& summary);
 
     /// What `changes` tells holds no more: where the panel lists it, it lists the plan instead.
     void Withdraw(const std::shared_ptr<const CChangeList>& changes);
@@ -63,6 +74,9 @@ public:
 signals:
     /// Words were put back into the file `path`, or that failed.
     void WasPutBack(const QString& path);
+
+    /// The user closed the panel.
+    void PanelClosed();
 
 private:
     enum class Listed { Nothing, Plan, StoredAsShown, Other };

@@ -1,5 +1,6 @@
 #include "app/VersionCommands.h"
 
+#include "app/CompareCommands.h"
 #include "app/FileCommands.h"
 #include "app/SaveCommands.h"
 #include "changes/CellDifferences.h"
@@ -7,6 +8,7 @@
 #include "files/RecipeMessages.h"
 #include "library/LibraryLock.h"
 #include "library/StandingLibrary.h"
+#include "recovery/VersionContent.h"
 #include "ui_MainFrame.h"
 #include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
@@ -59,6 +61,8 @@ void CVersionCommands::Open()
         return;
     if (dialog.Wanted() == CVersionsDlg::Wish::ShowDifferences)
         ShowDifferences(dialog);
+    else if (dialog.Wanted() == CVersionsDlg::Wish::Compare)
+        Compare(dialog);
     else if (dialog.IsOfLibrary())
         RestoreFormats(dialog.Chosen());
     else
@@ -76,6 +80,21 @@ void CVersionCommands::ShowDifferences(const CVersionsDlg& dialog)
          tr("Changes back to the version of %1").arg(VersionTime(dialog.Chosen().stamp)),
          count == 1 ? tr("1 value differs") : tr("%1 values differ").arg(count), document.Path(),
          differences.then.Cells()});
+}
+
+/// The words of a version may have to be found anew after each save: it may be kept as changes back from the file.
+void CVersionCommands::Compare(const CVersionsDlg& dialog)
+{
+    const fs::path file = m_parts.frame.Document().Path();
+    ComparedWith other{.name = std::u16string(ViewOf(tr("the version of %1").arg(VersionTime(dialog.Chosen().stamp)))),
+                       .cells = dialog.Differences().then,
+                       .openWords = {}};
+    if (other.cells.Type() != FileType::Csv)
+        other.openWords = [store = m_pStore, file, stamp = dialog.Chosen().stamp]() -> std::shared_ptr<CWordBytes> {
+            const auto content = std::make_shared<CVersionContent>(*store, file, stamp);
+            return content->Fault().empty() ? std::shared_ptr<CWordBytes>(content, content->Words()) : nullptr;
+        };
+    m_parts.compareCommands.CompareWith(std::move(other));
 }
 
 /// Edits that are not saved are dropped as by reading again, which brings the rows from before back when it is undone.

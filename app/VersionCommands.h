@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+class CCompareCommands;
 class CFileCommands;
 class CRecipeDataShowView;
 class CRecipeFormatEditView;
@@ -30,6 +31,7 @@ public:
         CRecipeFrame& frame;
         CFileCommands& fileCommands;
         CSaveCommands& saveCommands;
+        CCompareCommands& compareCommands;
         CRecipeFormatEditView& formatPane;
         CRecipeDataShowView& dataPane;
         QWidget& window;
@@ -50,6 +52,7 @@ signals:
 private:
     void Open();
     void ShowDifferences(const CVersionsDlg& dialog);
+    void Compare(const CVersionsDlg& dialog);
     void RestoreRecipe(const Version& version);
     void RestoreFormats(const Version& version);
     void Tell(QString text, const VersionKept& kept, const std::filesystem::path& file);

@@ -12,6 +12,8 @@ constexpr int kBarWidth = 3;   // pixels
 constexpr int kOpenSize = 8;   // pixels, each leg of the open corner
 constexpr QColor kWarningOnLight{196, 64, 0};
 constexpr QColor kWarningOnDark{255, 150, 70};
+constexpr QColor kDifferenceOnLight{128, 32, 160};
+constexpr QColor kDifferenceOnDark{205, 150, 255};
 
 /// The corner at the top right.
 void DrawFilledCorner(QPainter& painter, const QRect& inner, const QColor& color)
@@ -28,6 +30,14 @@ void DrawOpenCorner(QPainter& painter, const QRect& inner, const QColor& color)
     painter.fillRect(inner.left(), inner.bottom(), kOpenSize, 1, color);
     for (int line = 1; line < kOpenSize; ++line)
         painter.fillRect(inner.left() + line - 1, top + line - 1, 2, 1, color);
+}
+
+/// `background` with an eighth of `color`.
+QColor Tinted(const QColor& background, const QColor& color)
+{
+    const auto mixed = [](int under, int over) { return (7 * under + over) / 8; };
+    return {mixed(background.red(), color.red()), mixed(background.green(), color.green()),
+            mixed(background.blue(), color.blue())};
 }
 
 } // namespace
@@ -74,22 +84,31 @@ QColor WarningColor(const QColor& background)
 
 QColor WarningTint(const QColor& background)
 {
-    const QColor warning = WarningColor(background);
-    const auto mixed = [](int under, int over) { return (7 * under + over) / 8; };
-    return {mixed(background.red(), warning.red()), mixed(background.green(), warning.green()),
-            mixed(background.blue(), warning.blue())};
+    return Tinted(background, WarningColor(background));
 }
 
-void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& corner,
-               const QColor& outOfRange)
+QColor DifferenceColor(const QColor& background)
+{
+    return background.lightness() < 128 ? kDifferenceOnDark : kDifferenceOnLight;
+}
+
+QColor DifferenceTint(const QColor& background)
+{
+    return Tinted(background, DifferenceColor(background));
+}
+
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const GridMarkColors& colors)
 {
     const QRect inner = rect.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1);
     if (marks.outOfRange)
-        painter.fillRect(inner.left(), inner.top(), kBarWidth, inner.height(), outOfRange);
+        painter.fillRect(inner.left(), inner.top(), kBarWidth, inner.height(), colors.outOfRange);
+    if (marks.differs) // below the place of the corner
+        painter.fillRect(inner.right() + 1 - kBarWidth, inner.top() + kCornerSize + 1, kBarWidth,
+                         inner.height() - kCornerSize - 1, colors.differs);
     if (marks.changed)
-        DrawFilledCorner(painter, inner, corner);
+        DrawFilledCorner(painter, inner, colors.corner);
     if (marks.rewritten) // clear of the focus frame and, where there is one, of the bar
-        DrawOpenCorner(painter, inner.adjusted(marks.outOfRange ? kBarWidth + 1 : 1, 0, 0, -1), corner);
+        DrawOpenCorner(painter, inner.adjusted(marks.outOfRange ? kBarWidth + 1 : 1, 0, 0, -1), colors.corner);
 }
 
 void DrawFrame(QPainter& painter, const QRect& rect, int width, const QColor& color)

@@ -25,11 +25,22 @@ QColor WarningColor(const QColor& background);
 /// `background` with a breath of that colour, on which the same text is just as readable.
 QColor WarningTint(const QColor& background);
 
+/// The colour that says "differs" on `background`, and `background` with a breath of it.
+QColor DifferenceColor(const QColor& background);
+QColor DifferenceTint(const QColor& background);
+
+/// What the marks of a cell are drawn in.
+struct GridMarkColors {
+    QColor corner;
+    QColor outOfRange;
+    QColor differs;
+};
+
 /// Draws the marks of a cell beside its text: a filled corner at the top right for a changed value, an open one at the
-/// bottom left for a value that a save rewrites, both in `corner`, and a bar for one out of range. They differ in shape
-/// and place, not in colour alone, and a cell may have all of them.
-void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const QColor& corner,
-               const QColor& outOfRange);
+/// bottom left for a value that a save rewrites, a bar at the left side for one out of range, and one at the right side
+/// for one that differs from what it is compared with. They differ in shape and place, not in colour alone, and a cell
+/// may have all of them.
+void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const GridMarkColors& colors);
 
 /// Draws a frame of that width in pixels within `rect`.
 void DrawFrame(QPainter& painter, const QRect& rect, int width, const QColor& color);

@@ -9,6 +9,7 @@ struct GridCellMarks {
     bool changed = false;    ///< the user changed it and it has not been saved since
     bool outOfRange = false; ///< its value lies outside what it may hold
     bool rewritten = false;  ///< a save would store another value than was read or typed
+    bool differs = false;    ///< it is compared with another value, which is not the same
 };
 
 /// What a command on cells was.

@@ -303,9 +303,10 @@ public:
     /// Gives those of the cells whose typed numbers would be stored as others the words that store them exactly.
     EditOutcome StoreExactly(std::span<const CellPlace> places);
 
-    /// Gives cells the words or texts that another file, or another state of this one, holds for them. Places outside
-    /// the rows, and words that are not as many as the cell has, or for rows that take none, are left out.
-    EditOutcome TakeOver(std::vector<CellEdit> edits);
+    /// Gives cells the words or texts that another file, or another state of this one, holds for them. Left out are
+    /// places outside the rows, words that are not as many as the cell has, or for rows that take none, and texts that
+    /// may not become the value of a cell in words; `refused`, unless it is null, becomes the number of them.
+    EditOutcome TakeOver(std::vector<CellEdit> edits, std::size_t* refused = nullptr);
 
     /// Whether the rows are those of the file that `work` is about, in its layout.
     bool IsLaidOutFor(const WorkHeader& work) const;
@@ -379,6 +380,7 @@ private:
     void ForgetPlan();
     std::optional<std::u16string> ExactWordsOf(CellPlace place) const;
     bool MayHaveState(const CellEdit& edit) const;
+    bool MayTake(const CellEdit& edit) const;
     void NoteSaved();
     void FollowEdit(const CellsStep& step) noexcept;
     void CompareAnew() noexcept;

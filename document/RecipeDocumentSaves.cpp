@@ -5,6 +5,7 @@
 #include "files/EditedSave.h"
 #include "files/RecipeMessages.h"
 #include "files/RecipeReplacement.h"
+#include "model/CellCheck.h"
 #include "model/StoredNumber.h"
 
 #include <algorithm>
@@ -310,10 +311,21 @@ EditOutcome CRecipeDocument::StoreExactly(std::span<const CellPlace> places)
     return outcome == EditOutcome::Made ? SetStates(EditKind::StoreExactly, std::move(edits)) : outcome;
 }
 
-EditOutcome CRecipeDocument::TakeOver(std::vector<CellEdit> edits)
+EditOutcome CRecipeDocument::TakeOver(std::vector<CellEdit> edits, std::size_t* refused)
 {
-    std::erase_if(edits, [this](const CellEdit& edit) { return !MayHaveState(edit); });
+    const std::size_t count = std::erase_if(edits, [this](const CellEdit& edit) { return !MayTake(edit); });
+    if (refused != nullptr)
+        *refused = count;
     return SetStates(EditKind::TakeOver, std::move(edits));
+}
+
+/// A table of texts takes any.
+bool CRecipeDocument::MayTake(const CellEdit& edit) const
+{
+    if (!MayHaveState(edit))
+        return false;
+    const bool isChecked = edit.other.IsText() && m_nFileType != FileType::Csv;
+    return !isChecked || ValidateCellValue(m_shown.rows.Columns()[edit.place.column], edit.other.Text());
 }
 
 bool CRecipeDocument::MayHaveState(const CellEdit& edit) const

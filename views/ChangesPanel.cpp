@@ -186,6 +186,7 @@ void CChangesPanel::SetList(std::shared_ptr<const CChangeList> list, const QStri
     const bool hasAddresses = !list || list->Header().type != FileType::Csv;
     m_pModel->SetList(std::move(list));
     m_pTable->setColumnHidden(static_cast<int>(ChangeColumn::Address), !hasAddresses);
+    m_strEmpty.clear();
     m_pKeepButton->setVisible(m_actions.testFlag(ChangeAction::KeepStored));
     m_pTakeButton->setVisible(m_actions.testFlag(ChangeAction::TakeOver));
     OnChosen();
@@ -194,6 +195,12 @@ void CChangesPanel::SetList(std::shared_ptr<const CChangeList> list, const QStri
 void CChangesPanel::SetSummary(const QString& summary)
 {
     m_strSummary = summary;
+    ShowCounts();
+}
+
+void CChangesPanel::SetEmptyText(const QString& text)
+{
+    m_strEmpty = text;
     ShowCounts();
 }
 
@@ -227,7 +234,7 @@ void CChangesPanel::ShowCounts()
     if (list != nullptr && !list->IsComplete())
         summary = summary.isEmpty() ? tr("counting…") : tr("%1, counting…").arg(summary);
     else if (list != nullptr && count == 0)
-        summary = tr("No value changes.");
+        summary = m_strEmpty.isEmpty() ? tr("No value changes.") : m_strEmpty;
     m_pSummary->setText(summary);
     m_pTable->setAccessibleDescription(summary);
 
@@ -375,4 +382,5 @@ void CChangesPanel::closeEvent(QCloseEvent* event)
     if (isAncestorOf(window()->focusWidget()))
         emit Left();
     QDockWidget::closeEvent(event);
+    emit Closed();
 }

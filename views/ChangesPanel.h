@@ -46,6 +46,9 @@ public:
     /// on, and has words of its own for an empty list.
     void SetSummary(const QString& summary);
 
+    /// What is said of an empty list, until there is another one; by default that no value changes.
+    void SetEmptyText(const QString& text);
+
     /// Of which file the changes are: a patch is proposed beside it, and never written over it.
     void SetFile(const std::filesystem::path& file);
 
@@ -62,6 +65,7 @@ signals:
     void KeepStored(const std::vector<CellPlace>& cells); ///< in the order of the lines
     void TakeOver(const std::vector<CellEdit>& cells);    ///< likewise: new words, or texts where there are no words
     void Left();                                          ///< the focus is to go back to the table: also at closing
+    void Closed();                                        ///< by the user
 
 protected:
     bool event(QEvent* event) override;
@@ -121,6 +125,7 @@ private:
     QPushButton* m_pTakeButton = nullptr;
     CChosenChanges m_chosen;
     QString m_strSummary;
+    QString m_strEmpty;
     std::filesystem::path m_file;
     ChangeActions m_actions;
     unsigned m_nLists = 0; ///< how often the list became another one or had other changes

@@ -4,6 +4,7 @@
 #include "model/CellCheck.h"
 #include "model/ValueLimits.h"
 #include "views/BitBrowserDlg.h"
+#include "views/ComparedRemark.h"
 #include "views/ProgressDialog.h"
 #include "views/SavingRemark.h"
 #include "views/TextCrossing.h"
@@ -367,8 +368,14 @@ void CRecipeDataShowView::StoreExactly(const std::vector<CellPlace>& places)
 
 void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
 {
-    if (EndCellEdit())
-        ShowStates(m_frame.Document().TakeOver(edits));
+    if (!EndCellEdit())
+        return;
+    std::size_t refused = 0;
+    ShowStates(m_frame.Document().TakeOver(edits, &refused));
+    if (refused > 0)
+        m_frame.TellEdit(refused == 1
+                             ? tr("1 value was not taken over: its cell cannot have it.")
+                             : tr("%1 values were not taken over: their cells cannot have them.").arg(refused));
 }
 
 std::optional<std::vector<UnsavedCell>> CRecipeDataShowView::PutBackUnsaved(const UnsavedWork& work)
@@ -471,7 +478,8 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
         typed ? typed->verdict != TypedVerdict::Fine : !isEdited && document.WhyChanged(place).has_value();
     return {.changed = isEdited,
             .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value(),
-            .rewritten = isRewritten};
+            .rewritten = isRewritten,
+            .differs = document.Comparison() && document.Comparison()->Differs(place)};
 }
 
 QString CRecipeDataShowView::CellRemark(int row, int column) const
@@ -490,6 +498,7 @@ QString CRecipeDataShowView::CellRemark(int row, int column) const
     remarks += TypedRemark(m_frame.Document(), place);
     if (const auto outlook = isEdited ? std::nullopt : m_frame.Document().OutlookOf(place))
         remarks += RewriteRemark(*outlook);
+    remarks += ComparedRemark(m_frame.Document(), place);
     remarks.removeAll(QString());
     return remarks.join(QStringLiteral(", "));
 }

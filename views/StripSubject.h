@@ -2,6 +2,8 @@
 
 /// What the strip above the panes may speak of, the lightest first: of several messages the heaviest is seen.
 enum class StripSubject {
+    Compared,        ///< the table is compared with another file
+    Patch,           ///< a patch can be applied, or was refused
     FormatCount,     ///< a format's count leaves out items that are shown
     StoredOtherwise, ///< typed values would be stored as others
     StoredAsShown,   ///< a save stored values that nobody had edited

@@ -94,7 +94,8 @@ void CVersionsDlg::ConnectControls()
     connect(m_pUi->comboFile, &QComboBox::currentIndexChanged, this, &CVersionsDlg::ListVersions);
     connect(m_pUi->tableVersions, &QTableWidget::itemSelectionChanged, this, &CVersionsDlg::EnableButtons);
     connect(m_pUi->tableVersions, &QTableWidget::cellDoubleClicked, m_pUi->buttonShow, &QPushButton::click);
-    connect(m_pUi->buttonShow, &QPushButton::clicked, this, &CVersionsDlg::OnShow);
+    connect(m_pUi->buttonShow, &QPushButton::clicked, this, [this] { AcceptDifferences(Wish::ShowDifferences); });
+    connect(m_pUi->buttonCompare, &QPushButton::clicked, this, [this] { AcceptDifferences(Wish::Compare); });
     connect(m_pUi->buttonRestore, &QPushButton::clicked, this, &CVersionsDlg::OnRestore);
     connect(m_pUi->buttonForget, &QPushButton::clicked, this, &CVersionsDlg::AskToForget);
     connect(m_pUi->buttonForgetThem, &QPushButton::clicked, this, &CVersionsDlg::OnForget);
@@ -238,11 +239,12 @@ void CVersionsDlg::EnableButtons()
     const auto current = Current();
     const auto mayDiffer = [](const Count& count) { return !count.isCounted || count.values.value_or(0) > 0; };
     m_pUi->buttonShow->setEnabled(current && *current < m_counts.size() && mayDiffer(m_counts[*current]));
+    m_pUi->buttonCompare->setEnabled(m_pUi->buttonShow->isEnabled());
     m_pUi->buttonRestore->setEnabled(current.has_value());
     m_pUi->buttonForget->setEnabled(!m_versions.empty() && m_pUi->labelQuestion->isHidden());
 }
 
-void CVersionsDlg::OnShow()
+void CVersionsDlg::AcceptDifferences(Wish wish)
 {
     const auto current = Current();
     if (!current)
@@ -253,7 +255,7 @@ void CVersionsDlg::OnShow()
         return;
     }
     m_chosen = *current;
-    m_wish = Wish::ShowDifferences;
+    m_wish = wish;
     accept();
 }
 

@@ -27,7 +27,7 @@ class CVersionsDlg final : public QDialog {
     Q_OBJECT
 
 public:
-    enum class Wish { ShowDifferences, Restore };
+    enum class Wish { ShowDifferences, Compare, Restore };
 
     /// The recipe is the file of `document`. It and `store` outlive the dialog.
     CVersionsDlg(const CVersionStore& store, const CRecipeDocument& document, std::filesystem::path library,
@@ -40,7 +40,7 @@ public:
     bool IsOfLibrary() const;
     const Version& Chosen() const { return m_versions[m_chosen]; }
 
-    /// Of the version whose differences were wished for.
+    /// Of the version whose differences were wished for, or that is to be compared.
     const VersionDifferences& Differences() const { return *m_differences; }
 
 protected:
@@ -68,7 +68,7 @@ private:
     std::optional<std::size_t> Current() const;
     void EnableButtons();
 
-    void OnShow();
+    void AcceptDifferences(Wish wish);
     void OnRestore();
     void AskToForget();
     void WithdrawQuestion();

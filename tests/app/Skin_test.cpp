@@ -118,6 +118,12 @@ TEST_P(SkinOn, AMarkedCellIsReadableAndItsMarksAreSeen)
     EXPECT_GE(Contrast(WarningColor(base), WarningTint(base)), 3);
     EXPECT_GE(Contrast(palette.color(QPalette::Highlight), base), 3); // both corners
     EXPECT_GE(Contrast(palette.color(QPalette::Highlight), WarningTint(base)), 3);
+    for (const QColor& ground : {base, WarningTint(base)}) {
+        const QColor tint = DifferenceTint(ground);
+        EXPECT_GE(Contrast(palette.color(QPalette::Text), tint), 4.5);
+        EXPECT_GE(Contrast(DifferenceColor(ground), tint), 3);
+        EXPECT_GE(Contrast(palette.color(QPalette::Highlight), tint), 3);
+    }
 }
 
 /// They have no gap between them.

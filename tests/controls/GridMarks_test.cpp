@@ -51,6 +51,8 @@ struct GridMarks : CGridTestBed {
         source.marks[{5, 3}] = {.rewritten = true};
         source.marks[{6, 3}] = {.changed = true, .rewritten = true};
         source.marks[{7, 3}] = {.changed = true, .outOfRange = true, .rewritten = true};
+        source.marks[{9, 3}] = {.differs = true};
+        source.marks[{10, 3}] = {.changed = true, .outOfRange = true, .rewritten = true, .differs = true};
         grid->SetTextSource(&source);
         grid->SetRowCount(1 + kRows);
         grid->SetColumnCount(2 + kColumns);
@@ -90,6 +92,18 @@ struct GridMarks : CGridTestBed {
     {
         const QPoint at = CellRect(row, column).bottomRight() - QPoint(5, 5);
         return CPictureOf(*grid->viewport(), 1).At(at.x(), at.y());
+    }
+
+    // Right below the place of the corner.
+    QColor RightBar(int row, int column, int scale = 1) const
+    {
+        const QPoint at = CellRect(row, column).bottomRight() - QPoint(4, 8);
+        return CPictureOf(*grid->viewport(), scale).At(at.x(), at.y());
+    }
+    QColor Middle(int row, int column) const
+    {
+        const QRect cell = CellRect(row, column);
+        return CPictureOf(*grid->viewport(), 1).At(cell.right() - 12, cell.center().y());
     }
 
     QColor Color(QPalette::ColorRole role) const { return grid->palette().color(role); }
@@ -176,6 +190,32 @@ TEST_F(GridMarks, TheOpenCornerStaysOnTheFocusCellAndIsInTheColourOfTheTextOnSel
     EXPECT_EQ(OpenSide(6, 3), Color(QPalette::HighlightedText));
     EXPECT_EQ(OpenInside(6, 3), Color(QPalette::Highlight));
     EXPECT_EQ(OpenSide(7, 3), Color(QPalette::HighlightedText));
+}
+
+TEST_F(GridMarks, ACellThatDiffersHasABarAtTheRightAndATintOfItsOwnAtEachResolution)
+{
+    const QColor base = Color(QPalette::Base);
+    for (const int scale : {1, 2, 3}) {
+        EXPECT_EQ(RightBar(9, 3, scale), DifferenceColor(base)) << scale;
+        EXPECT_EQ(RightBar(1, 3, scale), base) << scale;
+        EXPECT_EQ(Corner(9, 3, scale), DifferenceTint(base)) << scale;
+    }
+    EXPECT_EQ(Middle(9, 3), DifferenceTint(base));
+    EXPECT_NE(DifferenceTint(base), WarningTint(base));
+    EXPECT_NE(DifferenceTint(base), base);
+}
+
+TEST_F(GridMarks, ACellThatDiffersMayHaveAllOthers)
+{
+    const QColor warned = WarningTint(Color(QPalette::Base));
+    EXPECT_EQ(Middle(10, 3), DifferenceTint(warned));
+    EXPECT_EQ(RightBar(10, 3), DifferenceColor(warned));
+    EXPECT_EQ(Bar(10, 3), WarningColor(warned));
+    EXPECT_EQ(Corner(10, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenSide(10, 3), Color(QPalette::Highlight));
+    Click(10, 3);
+    Click(9, 3, Qt::ShiftModifier);
+    EXPECT_EQ(RightBar(10, 3), Color(QPalette::HighlightedText));
 }
 
 TEST_F(GridMarks, StayOnTheFocusCell)
