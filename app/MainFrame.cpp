@@ -60,6 +60,7 @@ CMainFrame::~CMainFrame()
 {
     m_pUnsavedCommands.reset();
     m_pVersionCommands.reset();
+    m_pPatchCommands.reset();
     m_pCompareCommands.reset();
     m_pOtherPrograms.reset();
     m_pSaveCommands.reset();
@@ -108,16 +109,26 @@ void CMainFrame::CreateCommands()
         m_strUnsavedTrouble = trouble;
         ShowMessage();
     });
-    m_pCompareCommands = std::make_unique<CCompareCommands>(
-        CCompareCommands::Parts{*m_pUi, *this, *m_pSaveCommands, *m_pDataPane, *this});
-    connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
-        if (weight == static_cast<int>(StripSubject::Compared))
-            m_pCompareCommands->End();
-    });
+    CreateComparing();
     m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
         *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pCompareCommands, *m_pFormatPane, *m_pDataPane, *this});
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
         TellState({.isSaved = isWhole, .mayHoldOldAndNew = !isWhole}, path);
+    });
+}
+
+/// What the strip says of them is over when the user dismisses it.
+void CMainFrame::CreateComparing()
+{
+    m_pCompareCommands = std::make_unique<CCompareCommands>(
+        CCompareCommands::Parts{*m_pUi, *this, *m_pSaveCommands, *m_pDataPane, *this});
+    m_pPatchCommands =
+        std::make_unique<CPatchCommands>(CPatchCommands::Parts{*m_pUi, *this, *m_pSaveCommands, *m_pDataPane, *this});
+    connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
+        if (weight == static_cast<int>(StripSubject::Compared))
+            m_pCompareCommands->End();
+        else if (weight == static_cast<int>(StripSubject::Patch))
+            m_pPatchCommands->Withdraw();
     });
 }
 
@@ -270,6 +281,7 @@ void CMainFrame::UpdateCommands()
     m_pOtherPrograms->Follow();
     m_pUnsavedCommands->Follow();
     m_pCompareCommands->Follow();
+    m_pPatchCommands->Follow();
     m_pVersionCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
 }
@@ -287,6 +299,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pOtherPrograms->WithdrawChanges();
     m_pSaveCommands->Update();
     m_pCompareCommands->Follow();
+    m_pPatchCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
 }

@@ -5,6 +5,7 @@
 #include "app/FileCommands.h"
 #include "app/LockKeys.h"
 #include "app/OtherPrograms.h"
+#include "app/PatchCommands.h"
 #include "app/SaveCommands.h"
 #include "app/UnsavedCommands.h"
 #include "app/VersionCommands.h"
@@ -75,6 +76,7 @@ private:
 
     void CreatePanes();
     void CreateCommands();
+    void CreateComparing();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
@@ -109,6 +111,7 @@ private:
     std::unique_ptr<COtherPrograms> m_pOtherPrograms;
     std::unique_ptr<CUnsavedCommands> m_pUnsavedCommands;
     std::unique_ptr<CCompareCommands> m_pCompareCommands;
+    std::unique_ptr<CPatchCommands> m_pPatchCommands;
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind

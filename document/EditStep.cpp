@@ -60,6 +60,8 @@ std::u16string_view KindName(EditKind kind)
         return u"Store exactly";
     case EditKind::TakeOver:
         return u"Take over";
+    case EditKind::ApplyPatch:
+        return u"Apply patch";
     case EditKind::PutBack:
         return u"Put back";
     case EditKind::Reading:

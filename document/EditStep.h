@@ -23,6 +23,7 @@ enum class EditKind {
     KeepStored,
     StoreExactly,
     TakeOver,
+    ApplyPatch,
     PutBack, ///< of edits that were not saved
     Reading,
     AddItem,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "changes/CellPatch.h"
 #include "changes/TableComparison.h"
 #include "disk/FileLock.h"
 #include "document/EditHistory.h"
@@ -280,6 +281,23 @@ public:
     /// Counts on until `end` what differs; a comparison that memory does not suffice for ends. False when there is more
     /// to count then.
     bool ContinueComparison(std::chrono::steady_clock::time_point end);
+
+    // A patch for the cells of the rows.
+
+    /// Reads the patch at `path` for them; its fault tells where it is none. False when the file cannot be read, which
+    /// is reported, and when memory does not suffice, likewise. Nothing is changed.
+    bool ReadPatch(const std::filesystem::path& path, ReadCellPatch& read, CReporter& reporter,
+                   CProgress& progress) const;
+
+    /// What the patch, which was read for rows laid out like these, will change; null, and `others` are the values that
+    /// it expects with what is there instead, when one of them is another. Nothing of both where memory does not
+    /// suffice.
+    std::shared_ptr<const CChangeList> ChangesBy(const CellPatch& patch,
+                                                 std::shared_ptr<const CChangeList>& others) const;
+
+    /// Makes the changes of a patch that was read for rows laid out like these: all, or none when it does not find
+    /// every old value now. One edit.
+    EditOutcome ApplyPatch(const CellPatch& patch);
 
     // Edits. Each can be undone; those of cells make the document modified.
 

@@ -378,6 +378,21 @@ void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
                              : tr("%1 values were not taken over: their cells cannot have them.").arg(refused));
 }
 
+bool CRecipeDataShowView::ApplyPatch(const CellPatch& patch)
+{
+    if (!EndCellEdit())
+        return false;
+    const EditOutcome outcome = m_frame.Document().ApplyPatch(patch);
+    ShowStates(outcome);
+    if (outcome != EditOutcome::Made)
+        return false;
+    std::vector<CellPlace> places;
+    for (const CellPatch::Entry& entry : patch.entries)
+        places.push_back(entry.place);
+    ShowCells(places);
+    return true;
+}
+
 std::optional<std::vector<UnsavedCell>> CRecipeDataShowView::PutBackUnsaved(const UnsavedWork& work)
 {
     EditOutcome outcome = EditOutcome::Nothing;

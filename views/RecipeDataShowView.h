@@ -81,6 +81,10 @@ public:
     /// Gives cells other states than they have (CRecipeDocument::TakeOver): one edit.
     void TakeOver(const std::vector<CellEdit>& edits);
 
+    /// Has the document apply a patch (CRecipeDocument::ApplyPatch): one edit, whose cells are selected. False when
+    /// nothing was changed.
+    bool ApplyPatch(const CellPatch& patch);
+
     /// Has the document put edits back that were not saved: one edit. Those that could not be; nothing when there was
     /// no memory for it, which was reported then.
     std::optional<std::vector<UnsavedCell>> PutBackUnsaved(const UnsavedWork& work);

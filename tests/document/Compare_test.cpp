@@ -1,6 +1,7 @@
 // That a comparison of the open recipe with another file tells just what differs, whatever is edited, undone, saved and
 // read again: against bytes and texts that are compared one by one.
 
+#include "changes/ChangeLines.h"
 #include "changes/SaveRecords.h"
 #include "tests/document/RandomRecipe.h"
 
@@ -235,6 +236,61 @@ TEST_P(CompareOf, TakingAllOverAndSavingItLeavesNoCellThatCanBeTakenOver)
             EXPECT_TRUE(left.newText == std::nullopt || left.newWords.size() % 2 != 0 || isShown);
         }
     }
+}
+
+/// Of what a comparison found in cells, those that a cell can have.
+std::string PatchLines(const CComparedChanges& changes)
+{
+    std::string lines;
+    AppendLine(changes.Header(), lines);
+    for (std::size_t i = 0; i < changes.Count(); ++i) {
+        const ChangeRecord record = changes.At(i);
+        const bool isWhole = record.newText && record.newWords.size() % 2 == 0;
+        if (changes.PlaceOf(i) && isWhole)
+            AppendLine(record, lines);
+    }
+    return lines;
+}
+
+TEST_P(CompareOf, WhatItFoundIsAPatchForTheCellsThatIsAppliedWholeOrNotAtAll)
+{
+    unsigned applied = 0;
+    for (unsigned seed = 0; seed < Seeds() && !HasFailure(); ++seed) {
+        SCOPED_TRACE(seed);
+        CRandomRecipe recipe(seed, GetParam());
+        CRecipeDocument& document = recipe.document;
+        const fs::path other = MakeOther(recipe, seed);
+        recipe.Edit();
+        ASSERT_EQ(document.CompareWith(other, recipe.reporter, recipe.progress), Outcome::Done);
+        const std::string lines = PatchLines(CComparedChanges(document.Comparison()));
+        WriteAll(other.parent_path() / "p.jsonl",
+                 Bytes(std::as_bytes(std::span(lines)).begin(), std::as_bytes(std::span(lines)).end()));
+        ReadCellPatch read;
+        ASSERT_TRUE(document.ReadPatch(other.parent_path() / "p.jsonl", read, recipe.reporter, recipe.progress));
+        if (!document.HasExactWords() && !IsTable())
+            continue;
+        ASSERT_EQ(read.fault, u"");
+        if (read.patch.entries.empty())
+            continue;
+        ++applied;
+        const auto entries = read.patch.entries;
+        EXPECT_EQ(document.ApplyPatch(read.patch), EditOutcome::Made);
+        for (const CellPatch::Entry& entry : entries)
+            EXPECT_TRUE(!document.Comparison()->Differs(entry.place) || IsTable());
+        EXPECT_EQ(document.ApplyPatch(read.patch), EditOutcome::Nothing); // the old values are gone
+        document.Undo();
+        const CellPlace last = entries.back().place;
+        const bool isText = document.Rows().Columns()[last.column].dataType == DataType::String;
+        document.SetTexts(EditKind::Typing, {{last, isText ? u"~" : u"1"}});
+        std::shared_ptr<const CChangeList> others;
+        if (document.ChangesBy(read.patch, others))
+            continue; // it holds the old value again
+        EXPECT_EQ(others->Count(), 1U);
+        const std::u16string before = *document.UndoName();
+        EXPECT_EQ(document.ApplyPatch(read.patch), EditOutcome::Nothing);
+        EXPECT_EQ(document.UndoName(), before);
+    }
+    EXPECT_GT(applied, Seeds() / 4);
 }
 
 TEST_P(CompareOf, ItsOwnFileTellsWhatIsNotSaved)
