@@ -1,6 +1,5 @@
 #include "cli/OpenRecipe.h"
 
-#include "cli/InputFile.h"
 #include "cli/RecipeTables.h"
 #include "files/RecipeMessages.h"
 #include "text/FileMessages.h"
@@ -39,12 +38,4 @@ bool HoldForWriting(CRecipeDocument& document, const fs::path& path, CReporter& 
         return true;
     ShowFileError(reporter, kBusyFileError, path);
     return false;
-}
-
-std::optional<FileType> KnownTypeOf(const fs::path& path, CReporter& reporter)
-{
-    const auto type = FileTypeOf(path);
-    if (!type)
-        ShowFileError(reporter, kUnknownTypeError, path);
-    return type;
 }

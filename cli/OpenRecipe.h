@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/InputFile.h"
 #include "cli/ReadOptions.h"
 #include "document/RecipeDocument.h"
 #include "text/Reporter.h"
@@ -22,6 +23,3 @@ bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadO
 /// what is to be changed is read. False, and then reported, when another program writes it and does not end within some
 /// seconds.
 bool HoldForWriting(CRecipeDocument& document, const std::filesystem::path& path, CReporter& reporter);
-
-/// The type that goes with the extension of `path`; nothing, and then reported, for an unknown one.
-std::optional<FileType> KnownTypeOf(const std::filesystem::path& path, CReporter& reporter);

@@ -1,7 +1,6 @@
 #include "cli/RecipeTables.h"
 
 #include "cli/InputFile.h"
-#include "cli/OpenRecipe.h"
 #include "disk/File.h"
 #include "files/CsvCutter.h"
 #include "files/RecipeMessages.h"
