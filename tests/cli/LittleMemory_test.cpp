@@ -70,6 +70,20 @@ TEST_F(LittleMemory, IsEnoughToShowAnyNumberOfRows)
     EXPECT_EQ(fs::file_size(name + "frp"), 69632u);
 }
 
+TEST_F(LittleMemory, IsEnoughToCheckAndPrintAnyNumberOfRows)
+{
+    const ProcessResult check = RunSmall({"check", large.string(), "--start", "0", "--rows", "4000000"});
+    EXPECT_EQ(check.exitCode, 0) << check.out.substr(0, 200);
+    library.formats.insert(library.formats.begin(), std::make_unique<DataFormat>(MakeFormat(
+                                                        u"Long", {MakeItem(u"Text", DataType::String, 262144, 0)})));
+    SaveLibrary();
+    const ProcessResult behind = RunSmall({"check", large.string(), "--start", "0", "--rows", "8191"});
+    EXPECT_EQ(behind.out, large.string() + ": RW16777216 row 65: the file ends before this row [past-end]\n");
+    const ProcessResult values = RunSmall({"values", large.string(), "--start", "0", "--rows", "40"});
+    EXPECT_EQ(values.exitCode, 0) << values.out.substr(0, 200);
+    EXPECT_NE(values.out.find("\"row\":40,"), std::string::npos);
+}
+
 TEST_F(LittleMemory, IsReportedWhenRowsAreRead)
 {
     const std::string message = "Open file " + large.string() + " error!";
