@@ -63,7 +63,8 @@ ZoneEnd CRunDifferences::GoOver(std::uint64_t begin, std::uint64_t end)
             return ZoneEnd::NoBefore;
         if (!m_words.after.Read(begin, after))
             return ZoneEnd::NoAfter;
-        for (std::size_t i = 0; MayDiffer(begin, pieceEnd, whole) && i < whole && !m_isEnough; i += 2)
+        const std::size_t compared = MayDiffer(begin, pieceEnd, whole) ? whole : 0;
+        for (std::size_t i = 0; i < compared && !m_isEnough; i += 2)
             CompareWord((begin + i) / 2, before.subspan(i, 2), after.subspan(i, 2));
         begin = pieceEnd;
     }

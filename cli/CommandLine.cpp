@@ -128,7 +128,7 @@ void AddDiff(CLI::App& app, Session& session)
     AddFile(*command, "OTHER", options.other, "Recipe file that counts as the new one");
     AddTableOptions(*command, options.read);
     CLI::Option* json = command->add_flag("--json", options.json, "Print the changes as JSON Lines");
-    command->add_flag("--patch", options.patch, "Print JSON Lines that patch makes the other file of, or refuse to")
+    command->add_flag("--patch", options.patch, "Print JSON Lines that make OTHER of FILE, or refuse to")
         ->excludes(json);
     RunForStatus(*command, session, [&session] { return DiffCommand(session.diff, session.output, session.reporter); });
 }
@@ -139,7 +139,7 @@ void AddPatch(CLI::App& app, Session& session)
     CLI::App* command = app.add_subcommand("patch", "Make the changes of a patch in a recipe file, all or none");
     AddFile(*command, "FILE", options.file, kRecipeFile);
     AddText(*command, "PATCH", options.patch,
-            "Changes as JSON Lines, as diff --patch prints them (default: standard input)")
+            "File of changes as JSON Lines (default: standard input)")
         ->type_name("");
     AddTableOptions(*command, options.read);
     command->add_flag("--reverse", options.reverse, "Take the changes back: new becomes old");

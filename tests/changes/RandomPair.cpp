@@ -150,7 +150,7 @@ Bytes LogicalContent(FileType type, const fs::path& path)
     bytes.resize((bytes.size() + 1) / 2 * 2);
     CPagedReader file;
     EXPECT_TRUE(file.Open(path, KindOf(type)) && file.Read(WordAddress(0), bytes));
-    while (!bytes.empty() && bytes.back() == std::byte{0})
-        bytes.pop_back();
+    const auto isNotZero = [](std::byte b) { return b != std::byte{0}; };
+    bytes.erase(std::find_if(bytes.rbegin(), bytes.rend(), isNotZero).base(), bytes.end());
     return bytes;
 }

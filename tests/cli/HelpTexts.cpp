@@ -10,6 +10,8 @@ std::vector<std::vector<std::string>> AllCommands()
 {
     return {{},
             {"show"},
+            {"diff"},
+            {"patch"},
             {"set"},
             {"convert"},
             {"merge"},

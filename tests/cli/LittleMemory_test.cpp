@@ -84,6 +84,36 @@ TEST_F(LittleMemory, IsEnoughToCheckAndPrintAnyNumberOfRows)
     EXPECT_NE(values.out.find("\"row\":40,"), std::string::npos);
 }
 
+/// A million rows that differ everywhere, and a table of as many lines.
+TEST_F(LittleMemory, IsEnoughToCompareAnyNumberOfRows)
+{
+    const fs::path ones = folder / "ones.rcp";
+    std::ofstream words(ones, std::ios::binary);
+    const std::string piece(std::size_t{1} << 20, '\1');
+    for (int i = 0; i < 6; ++i)
+        words << piece;
+    words.close();
+    const std::vector<std::string> million{"--format=W\u00F6rter", "--start", "0", "--rows", "1000000"};
+    const auto compare = [&](const fs::path& one, const fs::path& other) {
+        std::vector<std::string> arguments{"diff", one.string(), other.string(), "--json"};
+        arguments.insert(arguments.end(), million.begin(), million.end());
+        arguments.insert(arguments.end(), {"--library", libraryPath.string()});
+        const ProcessResult result =
+            RunScript("(ulimit -v 24576; exec \"$cli\" \"$@\") 2>&1 | tail -n 1; exit ${PIPESTATUS[0]}", arguments);
+        EXPECT_EQ(result.exitCode, 1) << result.out;
+        return result.out;
+    };
+    EXPECT_EQ(compare(ones, large), "{\"address\":3145728,\"zeros\":13631488}\n");
+    for (const char* name : {"a.csv", "b.csv"}) {
+        WriteAll(folder / name, BytesOf({0xFF, 0xFE}));
+        std::ofstream table(folder / name, std::ios::binary | std::ios::app);
+        const std::string line{name[0], '\0', '\r', '\0', '\n', '\0'};
+        for (int i = 0; i < 1000001; ++i)
+            table << line;
+    }
+    EXPECT_EQ(compare(folder / "a.csv", folder / "b.csv"), "{\"line\":1000001,\"old\":\"a\",\"new\":\"b\"}\n");
+}
+
 TEST_F(LittleMemory, IsReportedWhenRowsAreRead)
 {
     const std::string message = "Open file " + large.string() + " error!";

@@ -48,7 +48,8 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzReplay,
                                          ReplayedTarget{"paged", FuzzPaged}, ReplayedTarget{"table", FuzzTable},
                                          ReplayedTarget{"cellcheck", FuzzCellCheck}, ReplayedTarget{"codec", FuzzCodec},
                                          ReplayedTarget{"merge", FuzzMerge}, ReplayedTarget{"changes", FuzzChanges},
-                                         ReplayedTarget{"journal", FuzzJournal}, ReplayedTarget{"layout", FuzzLayout},
+                                         ReplayedTarget{"patch", FuzzPatch}, ReplayedTarget{"journal", FuzzJournal},
+                                         ReplayedTarget{"layout", FuzzLayout},
                                          ReplayedTarget{"commandline", FuzzCommandLine}),
                          [](const auto& target) { return std::string(target.param.name); });
 

@@ -33,6 +33,9 @@ void FuzzMerge(FuzzBytes bytes);
 /// The bytes are changes as JSON Lines.
 void FuzzChanges(FuzzBytes bytes);
 
+/// The bytes are one that tells the type of a file, a patch up to an empty line, and the file.
+void FuzzPatch(FuzzBytes bytes);
+
 /// The bytes are a journal of unsaved edits, or its lines without their checksums.
 void FuzzJournal(FuzzBytes bytes);
 
