@@ -51,7 +51,13 @@ TEST_F(BusyFile, IsRefusedAfterAWhile)
     ASSERT_EQ(lock.Take(recipe, std::chrono::seconds(0)), CFileLock::State::Held);
     ExpectRefused({"set", recipe.string(), "--value", "1", "Level", "5"},
                   "File " + recipe.string() + " is being written by another program!");
+    WriteAll(folder / "p.jsonl",
+             TextBytes("{\"vantor\":\"changes\",\"version\":1}\n{\"row\":1,\"item\":\"Level\",\"new\":\"6\"}\n"));
+    const ProcessResult patch = Run({"patch", recipe.string(), (folder / "p.jsonl").string()});
+    EXPECT_EQ(patch.exitCode, 2);
+    EXPECT_EQ(patch.error, "File " + recipe.string() + " is being written by another program!\n");
     EXPECT_EQ(ReadAll(recipe), before);
+    EXPECT_EQ(Run({"patch", recipe.string(), (folder / "p.jsonl").string(), "--dry-run"}).exitCode, 0);
     EXPECT_EQ(Run({"set", recipe.string(), "--value", "1", "Level", "5", "--dry-run"}).exitCode, 0) << "it only reads";
 }
 
