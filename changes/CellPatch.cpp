@@ -207,21 +207,24 @@ std::vector<CellEdit> EditsOf(const CellPatch& patch)
     return edits;
 }
 
-CKnownChanges ChangesOf(const CellPatch& patch, const CRecipeRows& rows, FileType type)
+CKnownChanges ChangesOf(const CellPatch& patch, CCellsNow& now)
 {
     std::vector<CellPatch::Entry> entries = patch.entries;
     for (auto& [record, place] : entries) {
-        ChangeRecord whole = PlaceRecord(rows, type, place);
-        whole.oldText = std::move(record.oldText);
+        ChangeRecord whole = PlaceRecord(now.Rows(), now.Type(), place);
+        whole.oldText = now.Text(place);
         whole.newText = std::move(record.newText);
         whole.reads = std::move(record.reads);
-        whole.oldWords = std::move(record.oldWords);
         whole.newWords = std::move(record.newWords);
         whole.why = record.why;
+        if (!whole.newWords.empty()) {
+            const auto words = now.Words(place);
+            whole.oldWords.assign(words.begin(), words.end());
+        }
         record = std::move(whole);
     }
     ChangeHeader header = patch.header;
-    header.type = type;
+    header.type = now.Type();
     return {std::move(header), std::move(entries)};
 }
 

@@ -63,8 +63,9 @@ private:
     std::vector<CellPatch::Entry> m_entries;
 };
 
-/// What `patch` will make of the cells of `rows`, with all that can be told of it.
-CKnownChanges ChangesOf(const CellPatch& patch, const CRecipeRows& rows, FileType type);
+/// What `patch`, which finds its old values, will make of its cells, with all that can be told of it. Throws
+/// std::bad_alloc.
+CKnownChanges ChangesOf(const CellPatch& patch, CCellsNow& now);
 
 /// What those entries expect, as the old side, and what is there instead, as the new one. Throws std::bad_alloc.
 CKnownChanges ExpectedAndFound(const CellPatch& patch, const std::vector<std::size_t>& others, CCellsNow& now);

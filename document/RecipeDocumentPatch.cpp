@@ -35,7 +35,7 @@ std::shared_ptr<const CChangeList> CRecipeDocument::ChangesBy(const CellPatch& p
         CCellsNow now(m_shown.rows, m_shown.stored, m_nFileType);
         const auto differing = OthersThan(patch, now);
         if (differing.empty())
-            changes = std::make_shared<CKnownChanges>(ChangesOf(patch, m_shown.rows, m_nFileType));
+            changes = std::make_shared<CKnownChanges>(ChangesOf(patch, now));
         else
             others = std::make_shared<CKnownChanges>(ExpectedAndFound(patch, differing, now));
     });

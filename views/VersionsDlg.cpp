@@ -239,7 +239,8 @@ void CVersionsDlg::EnableButtons()
     const auto current = Current();
     const auto mayDiffer = [](const Count& count) { return !count.isCounted || count.values.value_or(0) > 0; };
     m_pUi->buttonShow->setEnabled(current && *current < m_counts.size() && mayDiffer(m_counts[*current]));
-    m_pUi->buttonCompare->setEnabled(m_pUi->buttonShow->isEnabled());
+    const auto isKnown = [](const Count& count) { return !count.isCounted || count.values; };
+    m_pUi->buttonCompare->setEnabled(current && *current < m_counts.size() && isKnown(m_counts[*current]));
     m_pUi->buttonRestore->setEnabled(current.has_value());
     m_pUi->buttonForget->setEnabled(!m_versions.empty() && m_pUi->labelQuestion->isHidden());
 }

@@ -328,6 +328,21 @@ def getting_back(desk):
         desk.window(app, "earlier-versions.png")
 
 
+@scene("compared.png")
+def comparing(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        shutil.copy(DESK / "bakery-oven.rcp", DESK / "oven-old.rcp")
+        for row, zone, value in ((1, 1, 2350), (3, 0, 2550), (4, 2, 2400)):
+            desk.write("oven-old.rcp", 2 * (100 + (row - 1) * 40 + 23 + zone), value.to_bytes(2, "little"))
+        desk.write("oven-old.rcp", 2 * 700, b"\x07\x00")
+        choose_command(app, "File(F)", "Compare with…")
+        choose_file(app, DESK / "oven-old.rcp")
+        app.find("push button", "End comparing")
+        desk.screen.mouse_away()
+        desk.whole("compared.png")
+
+
 @scene("new-file.png")
 def new_file(desk):
     with desk.open() as app:

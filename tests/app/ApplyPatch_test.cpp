@@ -136,6 +136,8 @@ TEST_F(ApplyPatch, IsNotOfferedForAnotherFileOrLayout)
 TEST_F(ApplyPatch, WrittenByHandGoesThroughTheCheckOfItsCell)
 {
     const QString header = R"({"vantor":"changes","version":1})";
+    Read({header, R"({"row":3,"item":"Belt","new":"2.10"})"});
+    EXPECT_EQ(Listed(), QStringList{"3 Belt 2.00>2.10 "});
     Read({header, R"({"row":3,"item":"Belt","old":"2.00","new":"2.10"})"});
     ClickInStrip("Apply");
     EXPECT_EQ(Grid().GetItemText(3, kBelt), "2.10");
