@@ -15,8 +15,8 @@
 #include "cli/SetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
-#include "cli/TextconvCommand.h"
 #include "cli/TableOptions.h"
+#include "cli/TextconvCommand.h"
 #include "cli/UnsavedCommand.h"
 #include "cli/ValuesCommand.h"
 #include "cli/VersionsCommand.h"
@@ -138,9 +138,7 @@ void AddPatch(CLI::App& app, Session& session)
     PatchOptions& options = session.patch;
     CLI::App* command = app.add_subcommand("patch", "Make the changes of a patch in a recipe file, all or none");
     AddFile(*command, "FILE", options.file, kRecipeFile);
-    AddText(*command, "PATCH", options.patch,
-            "File of changes as JSON Lines (default: standard input)")
-        ->type_name("");
+    AddText(*command, "PATCH", options.patch, "File of changes as JSON Lines (default: standard input)")->type_name("");
     AddTableOptions(*command, options.read);
     command->add_flag("--reverse", options.reverse, "Take the changes back: new becomes old");
     command->add_flag("--dry-run", options.dryRun, "Print the changes that would be made, and write nothing");

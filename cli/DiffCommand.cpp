@@ -4,7 +4,6 @@
 #include "changes/FileDifferences.h"
 #include "cli/ChangeText.h"
 #include "cli/InputFile.h"
-#include "cli/OpenRecipe.h"
 #include "cli/RecipeTables.h"
 #include "files/RecipeMessages.h"
 #include "text/FileMessages.h"
@@ -84,7 +83,7 @@ private:
 /// Which files are compared; nothing, and then reported, when one of them is missing or of an unknown type.
 std::optional<CFileDifferences> FilesToCompare(const DiffOptions& options, CReporter& reporter)
 {
-    auto tables = TablesOf(options.file, options.read, reporter);
+    auto tables = TablesOf({.file = options.file, .other = options.other}, options.read, reporter);
     const fs::path other(options.other);
     if (!tables || !IsThere(other, reporter))
         return std::nullopt;

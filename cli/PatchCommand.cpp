@@ -5,13 +5,14 @@
 #include "cli/ChangeText.h"
 #include "cli/InputFile.h"
 #include "cli/KeptVersions.h"
-#include "cli/PatchTables.h"
+#include "cli/RecipeTables.h"
 #include "disk/FileLock.h"
 #include "files/RecipeMessages.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -133,6 +134,17 @@ ExitCode Apply(const PatchOptions& options, const Patch& patch, const PatchedFil
     return filePatch->Write({file.path, held}, reporter) ? kDone : kTrouble;
 }
 
+/// For the tables of the file as it is before and after the patch.
+TableRequest RequestOf(const std::string& file, const ChangeHeader& header)
+{
+    std::int64_t least = std::max(header.bytes.value_or(0), header.newBytes.value_or(0));
+    if (FileTypeOf(fs::path(file)) == FileType::Csv)
+        least = header.tables.empty() ? 0 : header.tables.front().rows;
+    return {.file = file,
+            .leastCount = static_cast<std::uint64_t>(std::max(least, std::int64_t{0})),
+            .named = header.tables};
+}
+
 } // namespace
 
 ExitCode PatchCommand(const PatchOptions& options, CStandardOutput& output, CReporter& reporter)
@@ -142,7 +154,7 @@ ExitCode PatchCommand(const PatchOptions& options, CStandardOutput& output, CRep
         return kTrouble;
     if (options.reverse)
         Reverse(*patch);
-    auto tables = TablesForPatch(options.file, patch->header, options.read, reporter);
+    auto tables = TablesOf(RequestOf(options.file, patch->header), options.read, reporter);
     if (!tables)
         return kTrouble;
     const PatchedFile file{tables->path, tables->type, std::move(tables->tables)};

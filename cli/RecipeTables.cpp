@@ -105,6 +105,15 @@ private:
     std::uint64_t m_otherCount = 0;
 };
 
+/// Without columns where there is no such format, or it cannot be shown so.
+FileTable TableNamed(const ChangedTable& named, const DataFormat* format)
+{
+    const bool isStart = named.start.number >= 0 && named.start.number <= std::numeric_limits<std::int32_t>::max();
+    if (!format || !isStart || ShowFault(*format, named.rows))
+        return {named.format, {}};
+    return MakeTable(*format, static_cast<std::int32_t>(named.start.number), named.rows);
+}
+
 std::u16string TablePlace(std::size_t table, std::u16string_view field)
 {
     return FillMessage(u"/tables/%d%s", {static_cast<std::int64_t>(table), field});
@@ -222,19 +231,7 @@ std::optional<std::vector<FileTable>> CTableFinder::NamedTables(const TableReque
         return std::nullopt;
     std::vector<FileTable> tables;
     for (const ChangedTable& named : request.named) {
-        const DataFormat* const format = FindFormat(*library, named.format);
-        std::optional<std::u16string> fault;
-        if (!format)
-            fault = NoFormatText(named.format);
-        else if (named.start.number > std::numeric_limits<std::int32_t>::max() || named.start.number < 0)
-            fault = ReadSettingsFault(-1, 1);
-        else
-            fault = ShowFault(*format, named.rows);
-        if (fault) {
-            reporter.ShowError(*fault);
-            return std::nullopt;
-        }
-        tables.push_back(MakeTable(*format, static_cast<std::int32_t>(named.start.number), named.rows));
+        tables.push_back(TableNamed(named, FindFormat(*library, named.format)));
         if (type == FileType::Csv)
             break;
     }

@@ -35,7 +35,8 @@ struct TableRequest {
     std::string other = {};               ///< another file with the same tables, or none: where the layout leaves the
                                           ///< rows out, the longer one counts; where it does not know `file`, this name
     std::uint64_t leastCount = 0;         ///< so many bytes of words, or lines, the file counts as holding at least
-    std::vector<ChangedTable> named = {}; ///< the tables where neither options nor layout name any
+    std::vector<ChangedTable> named = {}; ///< the tables where neither options nor layout name any; one whose format
+                                          ///< the library does not have, or cannot be shown, has no columns
 };
 
 std::optional<RecipeTables> TablesOf(const TableRequest& request, const ReadOptions& options, CReporter& reporter);
