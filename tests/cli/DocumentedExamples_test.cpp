@@ -1,4 +1,5 @@
 #include "tests/cli/CliTest.h"
+#include "tests/cli/ConsoleExamples.h"
 
 #include <nlohmann/json.hpp>
 
@@ -8,29 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-/// Commands of a document, and what it says that they print.
-struct Example {
-    std::string command;
-    std::string output;
-};
-
-/// What stands in the document's blocks for the console.
-std::vector<Example> ExamplesOf(const fs::path& document)
-{
-    std::vector<Example> examples;
-    std::ifstream file(document);
-    bool isConsole = false;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("```"))
-            isConsole = line == "```console";
-        else if (isConsole && line.starts_with("$ "))
-            examples.push_back({line.substr(2), ""});
-        else if (isConsole && !examples.empty())
-            examples.back().output += line + "\n";
-    }
-    return examples;
-}
 
 /// The commands in the examples of a man page.
 std::vector<std::string> ManExamplesOf(const fs::path& page)
@@ -77,9 +55,9 @@ struct DocumentedExamples : testing::Test {
 
 TEST_F(DocumentedExamples, PrintWhatTheDocumentSays)
 {
-    const std::vector<Example> examples = ExamplesOf(source / "docs/command-line.md");
+    const std::vector<ConsoleExample> examples = ExamplesOf(source / "docs/command-line.md");
     EXPECT_GE(examples.size(), 10u);
-    for (const Example& example : examples)
+    for (const ConsoleExample& example : examples)
         EXPECT_EQ(RunHere(example.command).out, example.output) << example.command;
 }
 
