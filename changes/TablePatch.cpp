@@ -25,7 +25,7 @@ public:
         if (!reason.empty())
             return PatchRefusal{std::move(reason), {}};
         if (m_changes.empty())
-            return std::nullopt;
+            return IsReadable() ? std::nullopt : std::optional(PatchRefusal());
         CNoProgress progress;
         m_look = LookAtCsvPatch(m_changes, Extent(), m_file.path, progress);
         if (!m_look.others.empty())
@@ -77,6 +77,8 @@ public:
     }
 
 private:
+    bool IsReadable() const { return CFile(m_file.path, CFile::Mode::Read).Size().has_value(); }
+
     const CRecipeRows* Layout() const { return m_file.tables.empty() ? nullptr : &m_file.tables.front().layout; }
 
     CsvExtent Extent() const

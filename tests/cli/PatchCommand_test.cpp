@@ -142,6 +142,18 @@ TEST_F(PatchCommand, AHeaderAloneChangesNothing)
     EXPECT_FALSE(fs::exists(usersData / "vantor"));
 }
 
+TEST_F(PatchCommand, AHeaderAloneIsTroubleForATableThatCannotBeRead)
+{
+    const fs::path table = folder / "folder.csv";
+    fs::create_directory(table);
+    for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--dry-run"}}) {
+        const ProcessResult result = Patch(table, {kHeader}, options);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.error, "Can't open file " + table.string() + "!\n");
+    }
+}
+
 TEST_F(PatchCommand, KeepsAnEarlierVersion)
 {
     const Bytes before = ReadAll(recipe);
