@@ -78,7 +78,7 @@ private:
     {
         const ColumnCoding& coding = m_rows.Columns()[place.column];
         const std::u16string noNumber = NoNumberText(place, coding);
-        if (noNumber.empty() && !CheckLimits(place, coding))
+        if ((noNumber.empty() || IsInfinite(place, coding)) && !CheckLimits(place, coding))
             return false;
         if (why && !Take(FindingKind::Rewritten, place, RewrittenText(place, *why)))
             return false;
@@ -112,6 +112,15 @@ private:
             return true;
         return Take(FindingKind::ControlCharacters, place,
                     FillMessage(u"the text holds a control character: %s", {EscapedText(m_text)}));
+    }
+
+    /// An infinity is no number, but lies on one side of the limits.
+    bool IsInfinite(CellPlace place, const ColumnCoding& coding)
+    {
+        if (m_isTable || !IsReal(coding.dataType))
+            return false;
+        const NumberKind kind = KindOfNumber(coding, m_comparison.OldWords(place));
+        return kind == NumberKind::Infinity || kind == NumberKind::MinusInfinity;
     }
 
     /// What is told of a value that should be a number and is none; empty for any other.

@@ -111,6 +111,8 @@ bool CLayoutReader::string(string_t& text)
         return Refuse(u"the text is empty");
     if (text.find('\0') != std::string::npos)
         return Refuse(u"the text holds a zero character");
+    if (m_level == Level::Table && At().key == "files" && !CanMatch(FromUtf8(text)))
+        return Refuse(u"no file has such a path");
     if (m_level == Level::Layout)
         m_layout.library = fs::path(std::u8string(text.begin(), text.end()));
     else

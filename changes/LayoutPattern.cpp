@@ -58,6 +58,20 @@ bool IsMatch(std::u16string_view pattern, std::u16string_view path)
     return isMatch;
 }
 
+bool CanMatch(std::u16string_view pattern)
+{
+    if (pattern.starts_with(u'/'))
+        pattern.remove_prefix(1);
+    if (pattern.empty() || pattern.ends_with(u'/'))
+        return false;
+    while (!pattern.empty()) {
+        const std::u16string_view part = TakePart(pattern);
+        if (part.empty() || part == u"." || part == u"..")
+            return false;
+    }
+    return true;
+}
+
 bool IsForNames(std::u16string_view pattern)
 {
     return pattern.find(u'/') == std::u16string_view::npos;

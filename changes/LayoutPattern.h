@@ -7,6 +7,9 @@
 /// product of both lengths.
 bool IsMatch(std::u16string_view pattern, std::u16string_view path);
 
+/// Whether any path can go by the pattern: its parts are neither empty nor "." nor "..".
+bool CanMatch(std::u16string_view pattern);
+
 /// Whether the pattern is one for the name of a file, in whatever folder.
 bool IsForNames(std::u16string_view pattern);
 

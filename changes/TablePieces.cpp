@@ -65,7 +65,7 @@ Outcome WalkWords(FileType type, const fs::path& path, std::span<const FileTable
                   CProgress& progress)
 {
     CFileWords words(type, path);
-    if (!words.IsOpen())
+    if (!words.IsOpen() || !words.IsUndamaged())
         return Outcome::Failed;
     return WalkAll(tables, taker, progress, [&](const CRecipeRows& layout) {
         const bool isSound = words.IsSound(layout.FirstByte().number, layout.StretchBytes());

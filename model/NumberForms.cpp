@@ -71,6 +71,18 @@ void AppendForms(const Type& type, std::int32_t decimals, const CDecimal& number
         forms.push_back({name + u", high word first", BytesOf(*words)});
 }
 
+/// A float or double has a second zero, with its sign bit set, which is the same number.
+void AppendNegativeZeros(std::vector<NumberForm>& forms)
+{
+    for (const Type& type : {kNumbers[4], kNumbers[5]}) {
+        std::u16string words(WordsOfType(type.type), u'\0');
+        words.back() = u'\x8000';
+        forms.push_back({std::u16string(type.name), BytesOf(words)});
+        std::reverse(words.begin(), words.end());
+        forms.push_back({NameOf(type, 0) + u", high word first", BytesOf(words)});
+    }
+}
+
 } // namespace
 
 std::vector<NumberForm> FormsOfNumber(std::u16string_view text)
@@ -80,6 +92,8 @@ std::vector<NumberForm> FormsOfNumber(std::u16string_view text)
         for (const Type& type : kNumbers)
             for (std::int32_t decimals = 0; decimals <= (number->IsZero() ? 0 : type.mostDecimals); ++decimals)
                 AppendForms(type, decimals, *number, forms);
+        if (number->IsZero())
+            AppendNegativeZeros(forms);
         return forms;
     }
     for (const Type& type : kHexadecimals)

@@ -38,8 +38,11 @@ TEST(NumberForms, ANumberWithDecimalsIsNoIntegerWithout)
 
 TEST(NumberForms, ZeroIsTheSameWithAnyDecimals)
 {
-    EXPECT_EQ(NamesFor(u"0"), (std::vector<std::u16string>{u"signed 16-bit", u"unsigned 16-bit", u"signed 32-bit",
-                                                           u"unsigned 32-bit", u"float", u"double"}));
+    EXPECT_EQ(NamesFor(u"0"),
+              (std::vector<std::u16string>{u"signed 16-bit", u"unsigned 16-bit", u"signed 32-bit", u"unsigned 32-bit",
+                                           u"float", u"double", u"float", u"float, high word first", u"double",
+                                           u"double, high word first"}))
+        << "the last four are the zeros with a sign";
 }
 
 TEST(NumberForms, ANegativeNumberIsNeverUnsigned)
