@@ -55,6 +55,7 @@ def main():
         show = [[cli, "show", file, *library] for file in (a, other)]
         report("diff of equal files, beside cmp", [cli, "diff", a, same, *library], [["cmp", a, same]], rounds)
         report("diff of files that differ everywhere, beside two shows", [cli, "diff", a, other, *library], show, rounds)
+        report("diff --json of them, beside two shows", [cli, "diff", "--json", a, other, *library], show, rounds)
         report("check, beside one show", [cli, "check", a, *library], show[:1], rounds)
         report("textconv, beside one show", [cli, "textconv", a, *library], show[:1], rounds)
 

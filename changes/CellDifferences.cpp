@@ -18,12 +18,17 @@ ChangeHeader HeaderOf(const ChangeSubject& subject, const CRecipeRows& rows, Fil
 ChangeRecord PlaceRecord(const CRecipeRows& rows, FileType type, CellPlace place)
 {
     ChangeRecord record;
+    SetPlace(rows, type, place, record);
+    return record;
+}
+
+void SetPlace(const CRecipeRows& rows, FileType type, CellPlace place, ChangeRecord& record)
+{
     if (type != FileType::Csv)
         record.address = AddressOfCell(rows, place);
     record.row = place.row + kTitleRows;
     record.column = static_cast<std::int32_t>(place.column) + kTitleColumns;
     record.item = rows.Columns()[place.column].title;
-    return record;
 }
 
 CCellDifferences::CCellDifferences(CStoredCells before, CStoredCells after, std::vector<CellPlace> places,

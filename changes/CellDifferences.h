@@ -21,6 +21,9 @@ ChangeHeader HeaderOf(const ChangeSubject& subject, const CRecipeRows& rows, Fil
 /// A record of where the cell stands.
 ChangeRecord PlaceRecord(const CRecipeRows& rows, FileType type, CellPlace place);
 
+/// Makes `record` say where the cell stands, and leaves the rest of it as it is.
+void SetPlace(const CRecipeRows& rows, FileType type, CellPlace place, ChangeRecord& record);
+
 /// What cells of one layout hold before and after, as a list of those that differ.
 class CCellDifferences final : public CChangeList {
 public:

@@ -2,6 +2,7 @@
 
 #include "changes/WordsText.h"
 #include "library/JsonText.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <string_view>
@@ -18,7 +19,7 @@ public:
     void Number(std::string_view key, std::int64_t value)
     {
         Key(key);
-        m_json += std::to_string(value);
+        AppendDecimal(value, m_json);
     }
 
     void Text(std::string_view key, std::u16string_view value)
@@ -37,9 +38,7 @@ public:
 
     void Key(std::string_view key)
     {
-        if (std::exchange(m_hasFields, true))
-            m_json += ',';
-        m_json.append("\"").append(key).append("\":");
+        m_json.append(std::exchange(m_hasFields, true) ? ",\"" : "\"").append(key).append("\":");
     }
 
 private:

@@ -1,14 +1,16 @@
 #include "changes/WordsText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
-void AppendHex(std::byte byte, std::string& text)
+/// Puts the two digits of `byte` at `digits`.
+void PutHex(std::byte byte, char* digits)
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
-    text += kDigits[std::to_integer<unsigned>(byte >> 4)];
-    text += kDigits[std::to_integer<unsigned>(byte & std::byte{0xF})];
+    digits[0] = kDigits[std::to_integer<unsigned>(byte >> 4)];
+    digits[1] = kDigits[std::to_integer<unsigned>(byte & std::byte{0xF})];
 }
 
 std::optional<unsigned> DigitOf(char16_t c)
@@ -52,12 +54,15 @@ bool TakeWord(std::u16string_view word, std::vector<std::byte>& bytes)
 
 void AppendWordsText(std::span<const std::byte> bytes, std::string& text)
 {
+    std::array<char, kWordDigits + 1> word{' '};
     for (std::size_t i = 0; i < bytes.size(); i += 2) {
-        if (i > 0)
-            text += ' ';
-        if (i + 1 < bytes.size())
-            AppendHex(bytes[i + 1], text);
-        AppendHex(bytes[i], text);
+        char* end = &word[1];
+        if (i + 1 < bytes.size()) {
+            PutHex(bytes[i + 1], end);
+            end += 2;
+        }
+        PutHex(bytes[i], end);
+        text.append(i == 0 ? &word[1] : word.data(), end + 2);
     }
 }
 

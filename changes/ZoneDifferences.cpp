@@ -185,18 +185,23 @@ bool CValueDifferences::CompareRow(std::int32_t first, std::int32_t row)
     return true;
 }
 
-/// Of the value of `length` bytes at `place` in a window that begins with row `first`.
-ChangeRecord CValueDifferences::RecordOf(std::int32_t first, CellPlace place, std::uint64_t begin, std::size_t length)
+/// Of the value of `length` bytes at `place` in a window that begins with row `first`; good until the next one.
+const ChangeRecord& CValueDifferences::RecordOf(std::int32_t first, CellPlace place, std::uint64_t begin,
+                                                std::size_t length)
 {
-    ChangeRecord record = PlaceRecord(m_layout, m_type, {first + place.row, place.column});
-    record.table = m_table;
+    SetPlace(m_layout, m_type, {first + place.row, place.column}, m_record);
+    m_record.table = m_table;
     const auto takeSide = [&](CRowWindow& side, WordRun& words, std::optional<std::u16string>& text) {
         const Bytes held = Part(side.Words(), begin, begin + length);
         words.assign(held.begin(), held.end());
-        if (held.size() == length)
-            text = side.Rows().Text(place.row, place.column);
+        if (held.size() < length)
+            return text.reset();
+        if (!text)
+            text.emplace();
+        text->clear();
+        side.Rows().AppendText(place.row, place.column, *text);
     };
-    takeSide(m_before, record.oldWords, record.oldText);
-    takeSide(m_after, record.newWords, record.newText);
-    return record;
+    takeSide(m_before, m_record.oldWords, m_record.oldText);
+    takeSide(m_after, m_record.newWords, m_record.newText);
+    return m_record;
 }

@@ -65,7 +65,7 @@ private:
     bool ComparePiece(std::int32_t first, std::int32_t count);
     bool CompareRow(std::int32_t first, std::int32_t row);
     bool AreEqual(std::uint64_t begin, std::uint64_t end);
-    ChangeRecord RecordOf(std::int32_t first, CellPlace place, std::uint64_t begin, std::size_t length);
+    const ChangeRecord& RecordOf(std::int32_t first, CellPlace place, std::uint64_t begin, std::size_t length);
 
     FileType m_type;
     const CRecipeRows& m_layout;
@@ -74,4 +74,5 @@ private:
     CChangeTaker& m_taker;
     CRowWindow m_before;
     CRowWindow m_after;
+    ChangeRecord m_record; ///< its texts and words keep their memory from one value to the next
 };

@@ -3,6 +3,7 @@
 #include "files/CellComparison.h"
 #include "files/TableTitles.h"
 #include "text/EscapedText.h"
+#include "text/NumberText.h"
 #include "text/Utf8Text.h"
 
 CCellLines::CCellLines(const CRecipeRows& layout, Addresses addresses) : m_layout(layout), m_addresses(addresses)
@@ -14,10 +15,11 @@ CCellLines::CCellLines(const CRecipeRows& layout, Addresses addresses) : m_layou
 void CCellLines::AppendPlace(CellPlace place, std::string_view beforeRow, std::string& line) const
 {
     if (m_addresses == Addresses::OfWords) {
-        line += "RW" + std::to_string(AddressOfCell(m_layout, place).number);
+        AppendDecimal(AddressOfCell(m_layout, place).number, line += "RW");
         line += beforeRow;
     } else if (beforeRow.starts_with(' ')) {
         line += beforeRow.substr(1);
     }
-    line += std::to_string(std::int64_t{place.row} + kTitleRows) + ' ' + m_titles[place.column] + " = ";
+    AppendDecimal(std::int64_t{place.row} + kTitleRows, line);
+    line.append(" ").append(m_titles[place.column]).append(" = ");
 }

@@ -5,90 +5,123 @@
 #include "text/NumberText.h"
 #include "text/Utf8Text.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace {
 
-constexpr std::u16string_view kNone = u"(none)";
-constexpr std::u16string_view kGap = u"  ";
-constexpr std::u16string_view kArrow = u" -> ";
+constexpr std::string_view kNone = "(none)";
+constexpr std::string_view kArrow = " -> ";
 
-void AppendPart(std::u16string_view part, std::u16string& text)
-{
-    if (!text.empty())
-        text += kGap;
-    text += part;
-}
+/// What is appended to a line part by part, with a gap between.
+class CParts {
+public:
+    explicit CParts(std::string& line) : m_line(line), m_begin(line.size()) {}
 
-std::u16string WordsText(const WordRun& words)
-{
-    std::string text;
-    AppendWordsText(words, text);
-    return FromUtf8(text);
-}
+    /// The line, to which the next part is to be appended.
+    std::string& Next()
+    {
+        if (m_line.size() > m_begin)
+            m_line += "  ";
+        return m_line;
+    }
+
+private:
+    std::string& m_line;
+    const std::size_t m_begin;
+};
 
 bool IsValue(const ChangeRecord& record)
 {
     return record.row || record.line || record.oldText || record.newText;
 }
 
-std::u16string RunText(const WordRun& words)
+void AppendPlace(const ChangeRecord& record, CParts& parts)
 {
-    return words.empty() ? std::u16string(kNone) : WordsText(words);
+    if (record.address)
+        AppendDecimal(record.address->number, parts.Next() += "RW");
+    if (record.row)
+        AppendDecimal(*record.row, parts.Next() += "row ");
+    if (record.item)
+        AppendEscaped(*record.item, parts.Next());
+    else if (record.column)
+        AppendDecimal(*record.column, parts.Next() += "column ");
+    if (record.line)
+        AppendDecimal(*record.line, parts.Next() += "line ");
 }
 
-std::u16string ValueText(const ChangeRecord& record)
+void AppendSide(const std::optional<std::u16string>& text, const WordRun& words, bool withWords, std::string& line)
+{
+    if (text)
+        AppendEscaped(*text, line);
+    else if (words.empty())
+        line += kNone;
+    if (words.empty() || (text && !withWords))
+        return;
+    line += text ? " [" : "[";
+    AppendWordsText(words, line);
+    line += ']';
+}
+
+void AppendValues(const ChangeRecord& record, std::string& line)
 {
     const bool withWords = record.oldText == record.newText;
-    return SideText(record.oldText, record.oldWords, withWords) + std::u16string(kArrow) +
-           SideText(record.newText, record.newWords, withWords);
+    AppendSide(record.oldText, record.oldWords, withWords, line);
+    line += kArrow;
+    AppendSide(record.newText, record.newWords, withWords, line);
 }
 
-std::u16string TextOf(const ChangeRecord& record)
+void AppendRun(const WordRun& words, std::string& line)
 {
-    std::u16string text = PlaceText(record);
-    if (record.zeros != 0) {
-        AppendPart(u"zeros", text);
-        AppendPart((record.zeros > 0 ? u"+" : u"") + DecimalText(record.zeros), text);
-    } else if (IsValue(record)) {
-        AppendPart(ValueText(record), text);
-    } else if (record.address) {
-        AppendPart(u"words", text);
-        AppendPart(RunText(record.oldWords) + std::u16string(kArrow) + RunText(record.newWords), text);
-    } else if (record.why) {
-        AppendPart(WordOf(*record.why), text);
-    }
-    return text;
+    if (words.empty())
+        line += kNone;
+    else
+        AppendWordsText(words, line);
+}
+
+void AppendWords(const ChangeRecord& record, CParts& parts)
+{
+    parts.Next() += "words";
+    std::string& line = parts.Next();
+    AppendRun(record.oldWords, line);
+    line += kArrow;
+    AppendRun(record.newWords, line);
+}
+
+void AppendZeros(const ChangeRecord& record, CParts& parts)
+{
+    parts.Next() += "zeros";
+    AppendDecimal(record.zeros, parts.Next() += record.zeros > 0 ? "+" : "");
 }
 
 } // namespace
 
 std::u16string PlaceText(const ChangeRecord& record)
 {
-    std::u16string text;
-    if (record.address)
-        AppendPart(u"RW" + DecimalText(record.address->number), text);
-    if (record.row)
-        AppendPart(u"row " + DecimalText(*record.row), text);
-    if (record.item)
-        AppendPart(EscapedText(*record.item), text);
-    else if (record.column)
-        AppendPart(u"column " + DecimalText(*record.column), text);
-    if (record.line)
-        AppendPart(u"line " + DecimalText(*record.line), text);
-    return text;
+    std::string text;
+    CParts parts(text);
+    AppendPlace(record, parts);
+    return FromUtf8(text);
 }
 
 std::u16string SideText(const std::optional<std::u16string>& text, const WordRun& words, bool withWords)
 {
-    std::u16string side = text ? EscapedText(*text) : std::u16string();
-    if (!words.empty() && (withWords || !text))
-        side += (text ? u" [" : u"[") + WordsText(words) + u"]";
-    return text || !words.empty() ? side : std::u16string(kNone);
+    std::string side;
+    AppendSide(text, words, withWords, side);
+    return FromUtf8(side);
 }
 
 void AppendChangeText(const ChangeRecord& record, std::string& line)
 {
-    line += ToUtf8(TextOf(record));
+    CParts parts(line);
+    AppendPlace(record, parts);
+    if (record.zeros != 0)
+        AppendZeros(record, parts);
+    else if (IsValue(record))
+        AppendValues(record, parts.Next());
+    else if (record.address)
+        AppendWords(record, parts);
+    else if (record.why)
+        parts.Next() += ToUtf8(WordOf(*record.why));
     line += '\n';
 }

@@ -52,7 +52,8 @@ public:
         m_hasFound = true;
         m_line.clear();
         m_cells.AppendPlace({row, static_cast<std::uint32_t>(column)}, " row ", m_line);
-        m_line += ToUtf8(EscapedText(text)) + '\n';
+        AppendEscaped(text, m_line);
+        m_line += '\n';
         m_output.Write(m_line);
     }
 

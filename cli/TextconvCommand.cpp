@@ -172,7 +172,7 @@ private:
     {
         m_line.clear();
         m_cells.AppendPlace(place, " ", m_line);
-        m_line += ToUtf8(EscapedText(text));
+        AppendEscaped(text, m_line);
         m_line += " [";
         AppendWordsText(words, m_line);
         m_line += "]\n";
@@ -231,7 +231,7 @@ public:
         else
             m_line += std::to_string(field.line + kTitleRows) + " column " +
                       std::to_string(field.column + kTitleColumns) + " = ";
-        m_line += ToUtf8(EscapedText(field.Shown(m_form)));
+        AppendEscaped(field.Shown(m_form), m_line);
         m_line += '\n';
         m_output.Write(m_line);
     }

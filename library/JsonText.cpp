@@ -35,6 +35,12 @@ void AppendControl(char16_t character, std::string& json)
     }
 }
 
+/// Whether `unit` is an ASCII character that stands for itself.
+bool IsPlain(char16_t unit)
+{
+    return unit >= 0x20 && unit < 0x80 && unit != u'"' && unit != u'\\';
+}
+
 void AppendCharacter(char32_t character, std::string& json)
 {
     if (character < 0x20) {
@@ -57,7 +63,7 @@ bool IsHalfOfPair(char32_t character, char16_t unit)
 void AppendJsonText(std::u16string_view text, std::string& json)
 {
     json += '"';
-    while (!text.empty())
+    for (TakePlain(text, json, IsPlain); !text.empty(); TakePlain(text, json, IsPlain))
         AppendCharacter(TakeCharacter(text), json);
     json += '"';
 }
@@ -65,7 +71,7 @@ void AppendJsonText(std::u16string_view text, std::string& json)
 void AppendWholeJsonText(std::u16string_view text, std::string& json)
 {
     json += '"';
-    while (!text.empty()) {
+    for (TakePlain(text, json, IsPlain); !text.empty(); TakePlain(text, json, IsPlain)) {
         const char16_t unit = text.front();
         const char32_t character = TakeCharacter(text);
         if (IsHalfOfPair(character, unit))

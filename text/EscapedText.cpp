@@ -1,38 +1,42 @@
 #include "text/EscapedText.h"
 
 #include "text/Surrogates.h"
-
-#include <cstddef>
+#include "text/Utf8Text.h"
 
 namespace {
+
+bool IsPlainAscii(char16_t unit)
+{
+    return unit >= 0x20 && unit < 0x7F;
+}
 
 bool IsUnseen(char16_t unit)
 {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || (unit >= 0x2028 && unit <= 0x202E) ||
-           (unit >= 0x2066 && unit <= 0x2069) || unit == 0xFEFF;
+           (unit >= 0x2066 && unit <= 0x2069) || unit == 0xFEFF || IsHighSurrogate(unit) || IsLowSurrogate(unit);
 }
 
-bool IsPairAt(std::u16string_view text, std::size_t i)
+bool BeginsWithPair(std::u16string_view text)
 {
-    return IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1]);
+    return text.size() > 1 && IsHighSurrogate(text[0]) && IsLowSurrogate(text[1]);
 }
 
-void AppendEscape(char16_t unit, std::u16string& line)
+void AppendEscape(char16_t unit, std::string& line)
 {
-    constexpr char16_t kDigits[] = u"0123456789abcdef";
-    line += u'\\';
+    constexpr char kDigits[] = "0123456789abcdef";
+    line += '\\';
     switch (unit) {
     case u'\n':
-        line += u'n';
+        line += 'n';
         return;
     case u'\r':
-        line += u'r';
+        line += 'r';
         return;
     case u'\t':
-        line += u't';
+        line += 't';
         return;
     default:
-        line += u'u';
+        line += 'u';
         for (int shift = 12; shift >= 0; shift -= 4)
             line += kDigits[(unit >> shift) & 0xF];
     }
@@ -42,16 +46,20 @@ void AppendEscape(char16_t unit, std::u16string& line)
 
 std::u16string EscapedText(std::u16string_view text)
 {
-    std::u16string line;
+    std::string line;
     line.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (IsPairAt(text, i))
-            line += text[i++];
-        else if (IsUnseen(text[i]) || IsHighSurrogate(text[i]) || IsLowSurrogate(text[i])) {
-            AppendEscape(text[i], line);
-            continue;
+    AppendEscaped(text, line);
+    return FromUtf8(line);
+}
+
+void AppendEscaped(std::u16string_view text, std::string& line)
+{
+    for (TakePlain(text, line, IsPlainAscii); !text.empty(); TakePlain(text, line, IsPlainAscii)) {
+        if (BeginsWithPair(text) || !IsUnseen(text.front())) {
+            AppendUtf8(TakeCharacter(text), line);
+        } else {
+            AppendEscape(text.front(), line);
+            text.remove_prefix(1);
         }
-        line += text[i];
     }
-    return line;
 }

@@ -227,6 +227,13 @@ std::u16string DecimalText(std::int64_t value)
     return {digits.begin(), digits.end()};
 }
 
+void AppendDecimal(std::int64_t value, std::string& text)
+{
+    std::array<char, 20> buffer;
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    text.append(buffer.data(), written.ptr);
+}
+
 std::u16string HexadecimalText(std::int64_t value)
 {
     std::array<char, 20> buffer;

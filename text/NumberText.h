@@ -33,6 +33,9 @@ std::int32_t ReadScaledInteger(std::u16string_view text, std::int32_t decimals);
 /// `value` in decimal digits ("%d").
 std::u16string DecimalText(std::int64_t value);
 
+/// Appends the same to `text`.
+void AppendDecimal(std::int64_t value, std::string& text);
+
 /// `value` in hexadecimal digits, capitals, after a "-" where it is negative.
 std::u16string HexadecimalText(std::int64_t value);
 

@@ -1,4 +1,5 @@
 #include "text/EscapedText.h"
+#include "text/Utf8Text.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,9 @@ struct EscapedTextOf : testing::TestWithParam<EscapedCase> {};
 TEST_P(EscapedTextOf, IsOneLineThatCanBeSeen)
 {
     EXPECT_EQ(EscapedText(GetParam().text), GetParam().line);
+    std::string line = "°";
+    AppendEscaped(GetParam().text, line);
+    EXPECT_EQ(line, "°" + ToUtf8(GetParam().line));
 }
 
 constexpr char16_t kNull[] = u"a\0b";
