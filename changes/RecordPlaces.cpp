@@ -79,11 +79,12 @@ public:
         const WordAddress address = AddressOfCell(layout, cell.place);
         if (m_record.address && *m_record.address != address)
             return Fault(u"address", FillMessage(u"the value stands at RW%d", {address.number}));
+        const std::size_t whole = BytesOfCell(layout, cell.place);
         const std::size_t length = std::max(m_record.oldWords.size(), m_record.newWords.size());
-        if (HasWords(m_record) && !CanBe(length, address, BytesOfCell(layout, cell.place)))
+        if (HasWords(m_record) && !CanBe(length, address, whole))
             return Fault(!m_record.newWords.empty() ? u"newWords" : u"oldWords",
-                         FillMessage(u"the value has %d words",
-                                     {static_cast<std::int64_t>(BytesOfCell(layout, cell.place) / 2)}));
+                         FillMessage(whole == 2 ? u"the value has %d word" : u"the value has %d words",
+                                     {static_cast<std::int64_t>(whole / 2)}));
         return cell;
     }
 

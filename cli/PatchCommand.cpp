@@ -131,7 +131,10 @@ ExitCode Apply(const PatchOptions& options, const Patch& patch, const PatchedFil
         return kDone;
     if (!options.noVersion)
         KeepVersion(*filePatch, file, reporter);
-    return filePatch->Write({file.path, held}, reporter) ? kDone : kTrouble;
+    const SaveResult saved = filePatch->Write({file.path, held}, reporter);
+    if (saved.mayHoldOldAndNew)
+        reporter.ShowError(FillMessage(u"File %s may hold old and new words now!", {PathText(file.path)}));
+    return saved ? kDone : kTrouble;
 }
 
 /// For the tables of the file as it is before and after the patch.

@@ -97,7 +97,7 @@ TEST_F(RecordPlaces, RefusesWhatTheLayoutSaysOtherwise)
     ExpectFault(R"_({"address":103,"row":1,"column":5,"oldWords":"0001","newWords":"0002"})_", u"newWords",
                 u"the value has 2 words");
     ExpectFault(R"_({"address":102,"row":1,"column":4,"oldWords":"0001 0001","newWords":"0002 0001"})_", u"newWords",
-                u"the value has 1 words");
+                u"the value has 1 word");
     ExpectFault(R"_({"row":5,"column":2,"new":"5"})_", u"row", u"the table has 4 rows");
     ExpectFault(R"_({"row":1,"column":7,"new":"5"})_", u"column", u"the last column of the table is 6");
     ExpectFault(R"_({"row":1,"column":2147483647,"new":"5"})_", u"column", u"the last column of the table is 6");

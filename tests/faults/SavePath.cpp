@@ -185,6 +185,29 @@ std::function<Words(const SavePlace&)> Converting(const char* name, const char* 
     };
 }
 
+/// A patch of these records for a file that `holding` makes.
+SavePath Patching(const char* name, Leaves leaves, const char* file, std::function<void(const SavePlace&)> holding,
+                  const std::string& records)
+{
+    const std::string patch = "{\"vantor\":\"changes\",\"version\":1}\n" + records;
+    return {.name = name,
+            .leaves = leaves,
+            .target = file,
+            .message = file,
+            .prepare =
+                [holding = std::move(holding), patch](const SavePlace& place) {
+                    holding(place);
+                    WriteAll(place.Aside("p.jsonl"), std::as_bytes(std::span(patch)));
+                },
+            .arguments =
+                [file](const SavePlace& place) {
+                    return Reading(place, {"patch", place.Disk(file), place.Aside("p.jsonl")});
+                },
+            .lines = leaves == Leaves::OldOrNew ? 1 : 2,
+            .failure = 2,
+            .tellsTears = leaves != Leaves::OldOrNew};
+}
+
 Words Merging(const SavePlace& place)
 {
     return {"merge",
@@ -286,6 +309,18 @@ const std::vector<SavePath>& CommandLineSavePaths()
         {"NewPaged",           Leaves::OldOrNew, "n.frp", "file",         Nothing, Converting("n.frp", "32764")},
         {"PagedReplaced",      Leaves::OldOrNew, "a.frp", kRecipeMessage, HoldingPages, Converting("a.frp", "32764")},
         {"PagedWithHardLink",  Leaves::Copied,   "a.frp", kRecipeMessage, HoldingLinked("a.frp"), Converting("a.frp", "32764")},
+        Patching("PatchInside", Leaves::InRuns, "a.rcp", Holding("a.rcp", 48),
+                 R"({"address":1,"oldWords":"564F","newWords":"0001"})" "\n"
+                 R"({"address":20,"oldWords":"665F","newWords":"0002"})" "\n"),
+        Patching("PatchGrows", Leaves::InRuns, "a.rcp", Holding("a.rcp", 14),
+                 R"({"address":1,"oldWords":"564F","newWords":"0001"})" "\n"
+                 R"({"address":7,"newWords":"0002 0003"})" "\n"),
+        Patching("PatchTable", Leaves::OldOrNew, "a.csv", HoldingSavedTable,
+                 R"({"row":1,"column":2,"old":"5","new":"7"})" "\n"),
+        Patching("PatchPages", Leaves::Paged, "a.frp", HoldingPages,
+                 R"({"address":2,"oldWords":"645D","newWords":"0001"})" "\n"
+                 R"({"address":32770,"oldWords":"6962","newWords":"0002"})" "\n"
+                 R"({"address":100000,"newWords":"0003"})" "\n"),
         {"NewMerge",           Leaves::Emptied,  "m.rcp", "Merge file",   Nothing, Merging, 2},
         {"MergeOverAFile",     Leaves::Emptied,  "m.rcp", "Merge file",   Holding("m.rcp", 300), Merging, 2},
         {"NewLibrary",         Leaves::OldOrNew, "RecipeFile.Dat", kRecipeMessage, Nothing, Importing},

@@ -40,7 +40,8 @@ struct SavePath {
     int lines = 1;                 ///< as many may the text that tells of the failure have
     bool makesCopy = false;        ///< of the old file, beside it
     const char* program = nullptr; ///< null for vantor-cli
-    bool tellsTears = false;       ///< by the line "torn", when the file may hold old and new words
+    int failure = 1;               ///< the status that tells of it
+    bool tellsTears = false;       ///< when the file may hold old and new words
 
     /// What has these arguments; where that is vantor-cli, another one if VANTOR_CLI in the environment names it.
     const char* Program() const;

@@ -45,7 +45,7 @@ std::optional<Bytes> PagedWords(const SavePlace& place, PagedKind kind, const By
 
 bool TellsTear(const FaultRun& run)
 {
-    return run.result.out == "torn\n";
+    return run.result.out == "torn\n" || run.result.error.find("may hold old and new words") != std::string::npos;
 }
 
 CSaveVerdict::CSaveVerdict(const SavePath& path, std::optional<Bytes> old, Bytes fresh)
@@ -59,12 +59,13 @@ std::string CSaveVerdict::ComplaintOf(const SavePlace& place, const Fault& fault
 {
     const int exitCode = run.result.exitCode;
     const bool isKilled = exitCode == -1 && fault.Kills() && !run.failed.empty();
-    if (exitCode != 0 && exitCode != 1 && !isKilled)
+    if (exitCode != 0 && exitCode != m_path.failure && !isKilled)
         return "ended with " + std::to_string(exitCode) + ": " + run.result.error;
     std::string complaint = exitCode == 0 ? ComplaintOfSuccess(place) : ComplaintOfTarget(place, fault, run);
-    if (complaint.empty() && exitCode == 1 && *m_path.message != '\0')
+    if (complaint.empty() && exitCode == m_path.failure && *m_path.message != '\0')
         complaint = ComplaintOfMessage(run);
-    if (complaint.empty() && exitCode == 1 && m_path.tellsTears && !TellsTear(run) && HoldsOldAndNew(place))
+    if (complaint.empty() && exitCode == m_path.failure && m_path.tellsTears && !TellsTear(run) &&
+        HoldsOldAndNew(place))
         complaint = "holds old and new words, and nobody is told";
     return complaint.empty() ? ComplaintOfRest(place, fault, run) : complaint;
 }
