@@ -442,6 +442,13 @@ void CMainFrame::ShowStrip(StripSubject subject, const StripMessage& message)
     m_pStrip->ShowMessage(static_cast<int>(subject), message);
 }
 
+void CMainFrame::AnswerInStrip(StripSubject subject, const StripMessage& message)
+{
+    ShowStrip(subject, message);
+    if (!m_pStrip->IsSeen(static_cast<int>(subject)))
+        TellEdit(message.text);
+}
+
 void CMainFrame::WithdrawStrip(StripSubject subject)
 {
     m_pStrip->Withdraw(static_cast<int>(subject));

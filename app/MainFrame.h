@@ -51,6 +51,7 @@ public:
     void TellEdit(const QString& text) override;
     void WithdrawEdit() override;
     void ShowStrip(StripSubject subject, const StripMessage& message) override;
+    void AnswerInStrip(StripSubject subject, const StripMessage& message) override;
     void WithdrawStrip(StripSubject subject) override;
     void TellLibraryTrouble(const QString& trouble) override;
     CReporter& Reporter() override { return m_reporter; }

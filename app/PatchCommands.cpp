@@ -77,12 +77,12 @@ void CPatchCommands::Look()
     }
     if (count == 0) {
         m_offer.reset();
-        return m_parts.frame.ShowStrip(StripSubject::Patch, {tr("Patch %1 changes nothing.").arg(m_strName), {}});
+        return m_parts.frame.AnswerInStrip(StripSubject::Patch, {tr("Patch %1 changes nothing.").arg(m_strName), {}});
     }
     const QString values = count == 1 ? tr("1 value") : tr("%1 values").arg(count);
-    m_parts.frame.ShowStrip(StripSubject::Patch,
-                            {QStringLiteral("%1.").arg(tr("Patch %1: %2").arg(m_strName, values)),
-                             {{tr("Apply"), [this] { Apply(); }}, {tr("Cancel"), [this] { WithdrawByButton(); }}}});
+    m_parts.frame.AnswerInStrip(StripSubject::Patch,
+                                {QStringLiteral("%1.").arg(tr("Patch %1: %2").arg(m_strName, values)),
+                                 {{tr("Apply"), [this] { Apply(); }}, {tr("Cancel"), [this] { WithdrawByButton(); }}}});
     List(std::move(changes), tr("Patch %1").arg(m_strName), tr("%1, not applied yet").arg(values));
 }
 
@@ -113,7 +113,7 @@ void CPatchCommands::Refuse(const QString& reason, std::shared_ptr<const CChange
         message.buttons << StripButton{tr("Show"), show};
         show();
     }
-    m_parts.frame.ShowStrip(StripSubject::Patch, message);
+    m_parts.frame.AnswerInStrip(StripSubject::Patch, message);
 }
 
 void CPatchCommands::List(std::shared_ptr<const CChangeList> changes, const QString& title, const QString& summary)

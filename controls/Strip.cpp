@@ -48,7 +48,7 @@ CStrip::CStrip(QWidget* parent)
 void CStrip::ShowMessage(int weight, const StripMessage& message)
 {
     m_messages.insert_or_assign(weight, message);
-    if (m_messages.rbegin()->first == weight)
+    if (IsSeen(weight))
         ShowHeaviest();
 }
 
@@ -57,7 +57,7 @@ void CStrip::Withdraw(int weight)
     const auto found = m_messages.find(weight);
     if (found == m_messages.end())
         return;
-    const bool isSeen = m_messages.rbegin()->first == weight;
+    const bool isSeen = IsSeen(weight);
     m_messages.erase(found);
     if (isSeen)
         ShowHeaviest();

@@ -45,6 +45,9 @@ public:
 
     bool HasMessage(int weight) const { return m_messages.contains(weight); }
 
+    /// Whether the message of this weight is the one that is seen.
+    bool IsSeen(int weight) const { return !m_messages.empty() && m_messages.rbegin()->first == weight; }
+
 signals:
     /// The user dismissed the message of this weight.
     void Dismissed(int weight);

@@ -15,7 +15,7 @@ bool CRecipeDocument::ReadPatch(const fs::path& path, ReadCellPatch& read, CRepo
 {
     std::error_code ignored;
     std::ifstream input;
-    if (!fs::is_directory(path, ignored))
+    if (fs::is_regular_file(path, ignored)) // a pipe would wait for its other end
         input.open(path, std::ios::binary);
     const auto take = [&] {
         const FileTable table{std::u16string(TextOf(Format().name)), m_shown.rows};

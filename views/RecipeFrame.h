@@ -56,6 +56,10 @@ public:
     /// it is withdrawn or the user dismisses it.
     virtual void ShowStrip(StripSubject subject, const StripMessage& message) = 0;
 
+    /// As ShowStrip, for what the user has just asked for: while the strip speaks of something weightier, the status
+    /// bar says it, too.
+    virtual void AnswerInStrip(StripSubject subject, const StripMessage& message) = 0;
+
     /// Takes back what the strip says on `subject`, if it says anything.
     virtual void WithdrawStrip(StripSubject subject) = 0;
 

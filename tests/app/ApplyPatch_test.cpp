@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <fstream>
+#include <sys/stat.h>
 
 namespace {
 
@@ -185,6 +186,41 @@ TEST_F(ApplyPatch, OfAFileThatIsNotThereIsReported)
     Trigger(*frame, "actionApplyPatch");
     ASSERT_EQ(answer.texts.size(), 2U);
     EXPECT_TRUE(answer.texts.back().contains("gone.jsonl"));
+    EXPECT_EQ(Strip(), "");
+}
+
+TEST_F(ApplyPatch, IsSeenWhileTheStripSaysWhatWasStoredAsShown)
+{
+    TypeIntoCell(2, kName, "ZZ");
+    Save();
+    ASSERT_EQ(Strip(), "3 values that you did not edit were stored as shown.");
+    const QString belt3 = R"({"row":3,"column":2,"oldWords":"00C8","newWords":"00D2"})";
+    Read({kHeader, belt3});
+    EXPECT_EQ(Strip(), "Patch p.jsonl: 1 value.");
+    PressInStripByKeys("Apply");
+    EXPECT_EQ(Grid().GetItemText(3, kBelt), "2.10");
+    EXPECT_EQ(Strip(), "3 values that you did not edit were stored as shown.");
+    Read({kHeader, "{"});
+    EXPECT_TRUE(Strip().startsWith("Patch p.jsonl was not applied: line 2")) << Strip().toStdString();
+}
+
+TEST_F(ApplyPatch, IsToldInTheStatusBarWhileTheStripHasSomethingWeightier)
+{
+    WriteAll(folder / "oven.rcp", OvenWith({{1, 7}}));
+    Activate();
+    ASSERT_TRUE(WaitFor([this] { return StripButtons().contains("Read again"); }));
+    Read({kHeader, "{"});
+    EXPECT_TRUE(StripButtons().contains("Read again"));
+    EXPECT_TRUE(Told().startsWith("Patch p.jsonl was not applied: line 2")) << Told().toStdString();
+}
+
+TEST_F(ApplyPatch, OfAPipeIsReportedAndNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe.jsonl").c_str(), 0600), 0);
+    const CModalAnswer answer({ChoosePath(Path("pipe.jsonl")), CModalAnswer::Press(QMessageBox::Ok)});
+    Trigger(*frame, "actionApplyPatch");
+    ASSERT_EQ(answer.texts.size(), 2U);
+    EXPECT_TRUE(answer.texts.back().contains("pipe.jsonl"));
     EXPECT_EQ(Strip(), "");
 }
 

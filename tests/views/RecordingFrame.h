@@ -44,6 +44,7 @@ public:
     void TellEdit(const QString& text) override { editsTold.push_back(text); }
     void WithdrawEdit() override { editsTold.clear(); }
     void ShowStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
+    void AnswerInStrip(StripSubject subject, const StripMessage& message) override { strip[subject] = message; }
     void WithdrawStrip(StripSubject subject) override { strip.erase(subject); }
     void TellLibraryTrouble(const QString& trouble) override { libraryTroubles.push_back(trouble); }
     CReporter& Reporter() override { return reporter; }
