@@ -66,7 +66,8 @@ void CCompareCommands::Begun()
     m_edition = m_comparison->Edition();
     m_list = std::make_shared<CComparedChanges>(m_comparison);
     m_parts.dataPane.StoredChanged();
-    Tell();
+    m_strTold = Text();
+    m_parts.frame.AnswerInStrip(StripSubject::Compared, Message());
     if (m_list->Count() > 0)
         List();
 }
@@ -122,21 +123,30 @@ QString CCompareCommands::Counts() const
 }
 
 /// "Compared with oven-old.rcp: 12 values differ, 3 words outside the table."
-void CCompareCommands::Tell()
+QString CCompareCommands::Text() const
 {
     const QString counts = m_comparison->IsFinished() ? Counts() : tr("%1, counting…").arg(Counts());
-    const QString text = QStringLiteral("%1: %2.").arg(Title(), counts);
-    if (text == m_strTold)
+    return QStringLiteral("%1: %2.").arg(Title(), counts);
+}
+
+void CCompareCommands::Tell()
+{
+    if (Text() == m_strTold)
         return;
-    m_strTold = text;
-    StripMessage message{text, {}};
+    m_strTold = Text();
+    m_parts.frame.ShowStrip(StripSubject::Compared, Message());
+}
+
+StripMessage CCompareCommands::Message()
+{
+    StripMessage message{m_strTold, {}};
     if (m_list->Count() > 0)
         message.buttons << StripButton{tr("Show"), [this] { List(); }};
     message.buttons << StripButton{tr("End comparing"), [this] {
                                        End();
                                        m_parts.dataPane.setFocus(Qt::OtherFocusReason); // the button goes
                                    }};
-    m_parts.frame.ShowStrip(StripSubject::Compared, message);
+    return message;
 }
 
 void CCompareCommands::List()
@@ -148,7 +158,7 @@ void CCompareCommands::List()
                                .summary = Counts(),
                                .path = m_parts.frame.Document().Path(),
                                .layout = m_comparison->Layout(),
-                               .empty = tr("No difference.")});
+                               .summarySaysAll = true});
 }
 
 void CCompareCommands::End()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/ChangeList.h"
+#include "controls/Strip.h"
 
 #include <QObject>
 #include <QString>
@@ -51,8 +52,10 @@ private:
     void Begun();
     void CountOn();
     void Tell();
+    StripMessage Message();
     void List();
     void Withdraw();
+    QString Text() const;
     QString Title() const;
     QString Counts() const;
 

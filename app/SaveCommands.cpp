@@ -273,7 +273,8 @@ void CSaveCommands::Show(OtherList list)
     m_listedLayout = std::move(list.layout);
     m_pOther = list.changes;
     m_pPanel->SetList(std::move(list.changes), list.title, list.actions);
-    m_pPanel->SetEmptyText(list.empty);
+    if (list.summarySaysAll)
+        m_pPanel->SummarySaysAll();
     m_pPanel->SetSummary(list.summary);
     m_pPanel->SetFile(m_listedPath);
     OpenPanel();

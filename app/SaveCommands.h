@@ -48,7 +48,7 @@ public:
         std::filesystem::path path; ///< of the file that it is about
         CRecipeRows layout;         ///< of its cells
         ChangeActions actions = ChangeAction::TakeOver;
-        QString empty = {}; ///< what the panel says of a list without changes, where that is not its own way
+        bool summarySaysAll = false; ///< also that there are no changes
     };
 
     /// Lists it and opens the panel. Its cells are gone to, and taken over, while the table shows that file in that

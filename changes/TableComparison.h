@@ -21,7 +21,7 @@ struct ComparedWith {
     std::u16string name; ///< what the user calls it
     CStoredCells cells;  ///< what it holds of the cells of the table, in the table's layout
     bool isSelf = false; ///< it is the file whose table is compared: its cells follow each save
-    /// All of its words, read anew at each call; null where they cannot be read. Empty for a table of texts.
+    /// All of its words; null where they cannot be read. Empty for a table of texts.
     std::function<std::shared_ptr<CWordBytes>()> openWords;
 };
 

@@ -10,6 +10,17 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// The file stays open: it may be removed, or another one take its place, while it is compared with.
+std::function<std::shared_ptr<CWordBytes>()> WordsOf(FileType type, const fs::path& path)
+{
+    const auto words = std::make_shared<CFileWords>(type, path);
+    return [words] { return words->IsOpen() ? words : nullptr; };
+}
+
+} // namespace
+
 Outcome CRecipeDocument::CompareWith(const fs::path& path, CReporter& reporter, CProgress& progress)
 {
     const auto type = FileTypeOf(path);
@@ -34,10 +45,7 @@ Outcome CRecipeDocument::CompareWith(const fs::path& path, CReporter& reporter, 
         other.cells = CStoredCells(rows, *type, *bytes);
         other.isSelf = *type == m_nFileType && IsSameFile(path, m_strFilePath);
         if (*type != FileType::Csv)
-            other.openWords = [type = *type, path]() -> std::shared_ptr<CWordBytes> {
-                auto words = std::make_shared<CFileWords>(type, path);
-                return words->IsOpen() ? words : nullptr;
-            };
+            other.openWords = WordsOf(*type, path);
     };
     if (WithMemoryFor(read) != EditOutcome::Made) {
         ShowFileError(reporter, OpenErrorOf(*type), path);

@@ -186,7 +186,7 @@ void CChangesPanel::SetList(std::shared_ptr<const CChangeList> list, const QStri
     const bool hasAddresses = !list || list->Header().type != FileType::Csv;
     m_pModel->SetList(std::move(list));
     m_pTable->setColumnHidden(static_cast<int>(ChangeColumn::Address), !hasAddresses);
-    m_strEmpty.clear();
+    m_saysAll = false;
     m_pKeepButton->setVisible(m_actions.testFlag(ChangeAction::KeepStored));
     m_pTakeButton->setVisible(m_actions.testFlag(ChangeAction::TakeOver));
     OnChosen();
@@ -198,9 +198,9 @@ void CChangesPanel::SetSummary(const QString& summary)
     ShowCounts();
 }
 
-void CChangesPanel::SetEmptyText(const QString& text)
+void CChangesPanel::SummarySaysAll()
 {
-    m_strEmpty = text;
+    m_saysAll = true;
     ShowCounts();
 }
 
@@ -233,8 +233,8 @@ void CChangesPanel::ShowCounts()
     QString summary = m_strSummary;
     if (list != nullptr && !list->IsComplete())
         summary = summary.isEmpty() ? tr("counting…") : tr("%1, counting…").arg(summary);
-    else if (list != nullptr && count == 0)
-        summary = m_strEmpty.isEmpty() ? tr("No value changes.") : m_strEmpty;
+    else if (list != nullptr && count == 0 && !m_saysAll)
+        summary = tr("No value changes.");
     m_pSummary->setText(summary);
     m_pTable->setAccessibleDescription(summary);
 

@@ -46,8 +46,8 @@ public:
     /// on, and has words of its own for an empty list.
     void SetSummary(const QString& summary);
 
-    /// What is said of an empty list, until there is another one; by default that no value changes.
-    void SetEmptyText(const QString& text);
+    /// The summary says of an empty list, too, what there is to say, until there is another list.
+    void SummarySaysAll();
 
     /// Of which file the changes are: a patch is proposed beside it, and never written over it.
     void SetFile(const std::filesystem::path& file);
@@ -125,7 +125,7 @@ private:
     QPushButton* m_pTakeButton = nullptr;
     CChosenChanges m_chosen;
     QString m_strSummary;
-    QString m_strEmpty;
+    bool m_saysAll = false; ///< the summary
     std::filesystem::path m_file;
     ChangeActions m_actions;
     unsigned m_nLists = 0; ///< how often the list became another one or had other changes

@@ -180,6 +180,19 @@ TEST_F(Compare, SaysThatThereIsNoDifference)
     EXPECT_EQ(Differing(), "1,2");
 }
 
+TEST_F(Compare, SaysSoInTheStatusBarWhileTheStripHasSomethingWeightier)
+{
+    Save();
+    WriteAll(folder / "same.rcp", Oven());
+    ASSERT_EQ(StripButtons(), (QStringList{"Show", "Put back"}));
+    CompareWith("same.rcp");
+    EXPECT_EQ(StripButtons(), (QStringList{"Show", "Put back"}));
+    EXPECT_EQ(Told(), "Compared with same.rcp: no difference.");
+    Find<CStrip>("strip").setFocus();
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(Strip(), "Compared with same.rcp: no difference.");
+}
+
 TEST_F(Compare, ItsOwnFileTellsWhatIsNotSaved)
 {
     TypeIntoCell(1, kBelt, "1.70");
@@ -268,6 +281,30 @@ TEST_F(Compare, OfAFileThatCannotBeReadChangesNothing)
     const CModalAnswer answer({CancelDialog()});
     Trigger(*frame, "actionCompareWith");
     EXPECT_EQ(Differing(), "1,2 3,2");
+}
+
+TEST_F(Compare, GoesOnWhenTheOtherFileIsGone)
+{
+    CompareWith("old.rcp");
+    fs::remove(folder / "old.rcp");
+    ChooseLine(0);
+    Key(Qt::Key_T, Qt::ControlModifier);
+    SaveEditedOnly();
+    EXPECT_EQ(Oven(), OvenWith({{0, 170}}));
+    EXPECT_EQ(Strip(), "Compared with old.rcp: 1 value differs, 1 word outside the table.");
+    EXPECT_EQ(Listed(), (QStringList{three[1], three[2]}));
+}
+
+TEST_F(Compare, SaysOfAnEmptyListThatWordsOutsideAreNotKnown)
+{
+    WriteOven("same.rcp");
+    fs::remove(folder / "oven.rcp");
+    TypeIntoCell(1, kBelt, "1.70");
+    CompareWith("same.rcp");
+    EXPECT_EQ(PanelSummary(), "1 value differs, the words outside the table cannot be read");
+    Undo();
+    EXPECT_EQ(Listed(), QStringList{});
+    EXPECT_EQ(PanelSummary(), "no value differs, the words outside the table cannot be read");
 }
 
 TEST_F(Compare, IsOffWhileNoRowsAreShown)
