@@ -58,7 +58,7 @@ public:
         const std::int32_t row = *m_record.row - kTitleRows;
         if (row >= Layout().RowCount())
             return Fault(u"row",
-                         FillMessage(u"the table has %d rows", {static_cast<std::int64_t>(Layout().RowCount())}));
+                         FillMessage(u"the last row of the table is %d", {static_cast<std::int64_t>(Layout().RowCount())}));
         if (IsFurtherField())
             return NoCell();
         const auto column = Column();
@@ -183,7 +183,7 @@ std::optional<ChangeFault> FaultOfLine(const ChangeRecord& record, std::span<con
     const std::int64_t rows = tables.empty() ? 0 : tables.front().layout.RowCount();
     if (*record.line > rows)
         return std::nullopt;
-    return Fault(u"line", FillMessage(u"the table has %d rows, and that line is one of them", {rows}));
+    return Fault(u"line", FillMessage(u"the last row of the table is %d, and that line is one of its rows", {rows}));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "changes/PatchPieces.h"
 #include "files/RowWindow.h"
 #include "files/SameBytes.h"
+#include "files/SavePlan.h"
 #include "files/StretchCoding.h"
 #include "files/WordBytes.h"
 #include "files/WordRuns.h"
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr std::uint64_t kPagedEnd = std::uint64_t{1} << 32; // of logical addresses
+constexpr std::uint64_t kMostUntoldBytes = std::uint64_t{128} << 20; // a slip of the hand is not to fill a disk
 constexpr std::uint64_t kFlatEnd = std::uint64_t{1} << 40;  // more than any file of words has
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 
@@ -250,7 +252,7 @@ private:
         if (IsPaged(m_file.type)) {
             for (const PatchPiece& piece : m_pieces)
                 if (piece.zeros == 0)
-                    m_next = std::max(m_next, piece.ToEnd());
+                    m_next = std::max(m_next, FileBytesAfter(m_file.type, m_words.Count(), piece.ToEnd()));
             return {};
         }
         PatchSizes sizes{m_words.Count(), std::nullopt};
@@ -265,6 +267,8 @@ private:
         }
         if (const auto fault = SettleSize(m_pieces, sizes))
             return Reason(*fault);
+        if (!(bytes && newBytes) && *sizes.next > sizes.now + kMostUntoldBytes)
+            return u"the file would become much longer, and the header does not say both sizes";
         m_next = *sizes.next;
         return {};
     }

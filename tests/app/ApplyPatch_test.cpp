@@ -170,7 +170,7 @@ TEST_F(ApplyPatch, ThatDoesNotFitIsRefusedWithTheReason)
     EXPECT_EQ(RefusalOf({kHeader, R"({"row":1,"column":2,"item":"Speed","oldWords":"0069","newWords":"00AA"})"}),
               "line 2, \"item\": the title of that column is Belt.");
     EXPECT_EQ(RefusalOf({kHeader, R"({"row":9,"column":2,"oldWords":"0069","newWords":"00AA"})"}),
-              "line 2, \"row\": the table has 4 rows.");
+              "line 2, \"row\": the last row of the table is 4.");
     EXPECT_EQ(RefusalOf({kHeader, R"({"row":1,"column":2,"oldWords":"0069 0000","newWords":"00AA 0000"})"}),
               "line 2, \"newWords\": the value has 1 words.");
     EXPECT_EQ(RefusalOf({kHeader, kBelt1, R"({"address":0,"row":1,"column":2,"oldWords":"0069","newWords":"00AB"})"}),

@@ -98,7 +98,7 @@ TEST_F(RecordPlaces, RefusesWhatTheLayoutSaysOtherwise)
                 u"the value has 2 words");
     ExpectFault(R"_({"address":102,"row":1,"column":4,"oldWords":"0001 0001","newWords":"0002 0001"})_", u"newWords",
                 u"the value has 1 word");
-    ExpectFault(R"_({"row":5,"column":2,"new":"5"})_", u"row", u"the table has 4 rows");
+    ExpectFault(R"_({"row":5,"column":2,"new":"5"})_", u"row", u"the last row of the table is 4");
     ExpectFault(R"_({"row":1,"column":7,"new":"5"})_", u"column", u"the last column of the table is 6");
     ExpectFault(R"_({"row":1,"column":2147483647,"new":"5"})_", u"column", u"the last column of the table is 6");
     ExpectFault(R"_({"table":2,"row":1,"column":2,"new":"5"})_", u"table", u"the file has no table 2");
@@ -133,7 +133,7 @@ TEST_F(RecordPlaces, KnowsTheFieldsAndLinesOfATable)
     })_",
                 u"column", u"the last column of the table is 6");
     ExpectNoCell(R"_({"line":5,"old":"1"})_");
-    ExpectFault(R"_({"line":4,"old":"1"})_", u"line", u"the table has 4 rows, and that line is one of them");
+    ExpectFault(R"_({"line":4,"old":"1"})_", u"line", u"the last row of the table is 4, and that line is one of its rows");
     ExpectFault(R"_({"address":4,"new":"1"})_", u"address", u"a .csv file has no words");
     ExpectFault(R"_({"row":2,"column":3,"oldWords":"0001"})_", u"oldWords", u"a .csv file has no words");
 }

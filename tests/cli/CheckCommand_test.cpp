@@ -130,6 +130,17 @@ TEST_F(CheckCommand, FindsValuesThatASaveRewritesAColumnAtATime)
         << lines;
 }
 
+TEST_F(CheckCommand, DamagedPagesAreUnreadableWhereverTheRowsLie)
+{
+    Bytes bytes(65536 + 4096);
+    bytes[65536] = std::byte{7}; // the directory leads into itself
+    const fs::path file = folder / "dam.frp";
+    WriteAll(file, bytes);
+    const ProcessResult result = Check({file.string()});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, file.string() + ": Open file " + file.string() + " error! [unreadable]\n");
+}
+
 TEST_F(CheckCommand, FindsControlCharacters)
 {
     Put({0, 0, 100, 25, 0, 0, u'\n', u'"', 0x9F});

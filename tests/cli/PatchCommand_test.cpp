@@ -262,6 +262,8 @@ TEST_F(PatchCommand, RefusesRecordsThatContradictEachOther)
 
 TEST_F(PatchCommand, RefusesWhatNoFileHas)
 {
+    ExpectRefused({kHeader, R"({"address":12,"zeros":500000000000})"},
+                  "the file would become much longer, and the header does not say both sizes");
     ExpectRefused({kHeader, R"({"address":12,"zeros":1000000000000000})"},
                   R"(line 2, "zeros": no file of that type has so many words)");
     ExpectRefused({kHeader, R"({"address":12,"zeros":-4611686018427387903})"},
@@ -322,6 +324,8 @@ TEST_F(PatchCommand, WritesPagesAndGoesBackInThem)
     const std::vector<std::string> lines{R"({"vantor":"changes","version":1,"type":"frp"})",
                                          R"({"address":40000,"newWords":"1234"})",
                                          R"({"address":10,"oldWords":"0000","newWords":"0001"})"};
+    const std::string foretold = Patch(paged, lines, {"--dry-run"}).out;
+    EXPECT_NE(foretold.find(R"("bytes":65536,"newBytes":81920)"), std::string::npos) << foretold;
     EXPECT_EQ(Patch(paged, lines, {"--no-version"}).exitCode, 0);
     Bytes word(2);
     ASSERT_TRUE(PagedRead(paged, WordAddress(40000), 1, word, KindOf(FileType::Frp)));
@@ -360,7 +364,7 @@ TEST_F(PatchCommand, RefusesChangesOfATableThatCannotBe)
     ExpectRefused(table, {kHeader, R"({"line":3,"new":"x\ty"})"},
                   "line 3 would not be in the form in which a save leaves one");
     ExpectRefused(table, {kHeader, R"({"line":2,"new":"x"})"},
-                  R"(line 2, "line": the table has 2 rows, and that line is one of them)");
+                  R"(line 2, "line": the last row of the table is 2, and that line is one of its rows)");
     ExpectRefused(table, {kHeader, R"({"address":1,"new":"x"})"}, R"(line 2, "address": a .csv file has no words)");
     const ProcessResult other =
         Patch(table, {kHeader, R"({"row":1,"column":2,"old":"6","new":"7"})", R"({"line":3,"old":"lost"})"});
