@@ -44,7 +44,7 @@ CFieldDifferences::CFieldDifferences(const fs::path& before, const fs::path& aft
 {
 }
 
-ZoneEnd CFieldDifferences::HandTo(CChangeTaker& taker)
+ZoneEnd CFieldDifferences::HandTo(CChangeTaker& taker, CProgress& progress)
 {
     if (!m_beforeFile.IsOpen())
         return ZoneEnd::NoBefore;
@@ -58,7 +58,7 @@ ZoneEnd CFieldDifferences::HandTo(CChangeTaker& taker)
     m_after->ShowFieldsTo(formAfter);
     m_line = 0;
     for (; Next(); ++m_line)
-        if (!CompareLines(taker))
+        if (!CompareLines(taker) || !GoesOn(progress))
             return ZoneEnd::Enough;
     if (m_before->HasFailed())
         return ZoneEnd::NoBefore;
@@ -80,6 +80,15 @@ bool CFieldDifferences::Next()
     m_hasBefore = m_before->Next();
     m_hasAfter = m_after->Next();
     return (m_hasBefore || m_hasAfter) && !m_before->HasFailed() && !m_after->HasFailed();
+}
+
+bool CFieldDifferences::GoesOn(CProgress& progress) const
+{
+    constexpr std::uint64_t kLinesAtOnce = 256;
+    const CCsvFileCutter& before = m_before->Cutter();
+    const CCsvFileCutter& after = m_after->Cutter();
+    return m_line % kLinesAtOnce != 0 ||
+           progress.Advance(before.Position() + after.Position(), before.Size() + after.Size());
 }
 
 bool CFieldDifferences::CompareLines(CChangeTaker& taker)

@@ -20,7 +20,7 @@ public:
                       const CRecipeRows& layout);
 
     /// Hands all records to `taker`. No record says that the tables differ in their form alone.
-    ZoneEnd HandTo(CChangeTaker& taker);
+    ZoneEnd HandTo(CChangeTaker& taker, CProgress& progress);
 
     /// After HandTo gave all: why the first table does not become the second by these records, byte for byte; empty
     /// when it does.
@@ -28,6 +28,7 @@ public:
 
 private:
     bool Next();
+    bool GoesOn(CProgress& progress) const;
     bool CompareLines(CChangeTaker& taker);
     bool CompareFields(CChangeTaker& taker);
     bool CompareWhole(CChangeTaker& taker);

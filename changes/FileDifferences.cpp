@@ -97,19 +97,20 @@ bool CFileDifferences::Fail(bool isFirst)
     return false;
 }
 
-bool CFileDifferences::HandTo(CChangeTaker& taker)
+bool CFileDifferences::HandTo(CChangeTaker& taker, CProgress& progress)
 {
     m_unreadable = nullptr;
+    m_hasEnough = false;
     for (const ComparedFile* file : {&m_before, &m_after})
         if (!IsSound(*file))
             return Fail(file == &m_before);
     if (!AreOfOneType())
-        return HandTexts(taker);
+        return HandTexts(taker, progress);
     if (HaveSameContent(m_before.path, m_after.path))
         return true;
     CCountingTaker counting(taker);
-    const bool isRead = m_before.type == FileType::Csv ? HandFields(counting) : HandWords(counting);
-    if (!isRead || counting.HasAny())
+    const bool isRead = m_before.type == FileType::Csv ? HandFields(counting, progress) : HandWords(counting, progress);
+    if (!isRead || counting.HasAny() || m_hasEnough)
         return isRead;
     ChangeRecord form;
     form.why = ChangeReason::Form;
@@ -117,45 +118,49 @@ bool CFileDifferences::HandTo(CChangeTaker& taker)
     return true;
 }
 
-bool CFileDifferences::HandFields(CChangeTaker& taker)
+bool CFileDifferences::HandFields(CChangeTaker& taker, CProgress& progress)
 {
     const CRecipeRows none;
     const CRecipeRows& layout = m_tables.empty() ? none : m_tables.front().layout;
-    const ZoneEnd end = CFieldDifferences(m_before.path, m_after.path, layout).HandTo(taker);
+    const ZoneEnd end = CFieldDifferences(m_before.path, m_after.path, layout).HandTo(taker, progress);
+    m_hasEnough = end == ZoneEnd::Enough;
     return end == ZoneEnd::NoBefore || end == ZoneEnd::NoAfter ? Fail(end == ZoneEnd::NoBefore) : true;
 }
 
-std::u16string CFileDifferences::WhyNoPatch()
+std::u16string CFileDifferences::WhyNoPatch(CProgress& progress)
 {
     m_unreadable = nullptr;
     const CRecipeRows none;
     CFieldDifferences differences(m_before.path, m_after.path, m_tables.empty() ? none : m_tables.front().layout);
     CNobody nobody;
-    const ZoneEnd end = differences.HandTo(nobody);
+    const ZoneEnd end = differences.HandTo(nobody, progress);
     if (end == ZoneEnd::NoBefore || end == ZoneEnd::NoAfter)
         Fail(end == ZoneEnd::NoBefore);
     return m_unreadable == nullptr && !HaveSameContent(m_before.path, m_after.path) ? differences.WhyNoPatch()
                                                                                     : std::u16string();
 }
 
-bool CFileDifferences::HandWords(CChangeTaker& taker)
+bool CFileDifferences::HandWords(CChangeTaker& taker, CProgress& progress)
 {
     CFileWords before(m_before.type, m_before.path);
     CFileWords after(m_after.type, m_after.path);
     const WordPair words{before, after, IsPaged(m_before.type)};
     for (const FileZone& zone : ZonesOf(m_tables, words.LongerCount())) {
-        const ZoneEnd end = zone.table ? CValueDifferences(m_before.type, m_tables, *zone.table, words, taker).GoOver()
-                                       : CRunDifferences(words, taker).GoOver(zone.begin, zone.end);
+        const ZoneEnd end = zone.table
+                                ? CValueDifferences(m_before.type, m_tables, *zone.table, words, taker).GoOver(progress)
+                                : CRunDifferences(words, taker).GoOver(zone.begin, zone.end, progress);
         if (end == ZoneEnd::NoBefore || end == ZoneEnd::NoAfter)
             return Fail(end == ZoneEnd::NoBefore);
-        if (end == ZoneEnd::Enough)
+        if (end == ZoneEnd::Enough) {
+            m_hasEnough = true;
             return true;
+        }
     }
     return true;
 }
 
 /// Of two types: what their cells show, and the words outside where both have such.
-bool CFileDifferences::HandTexts(CChangeTaker& taker)
+bool CFileDifferences::HandTexts(CChangeTaker& taker, CProgress& progress)
 {
     const auto before = WordsOf(m_before);
     const auto after = WordsOf(m_after);
@@ -168,12 +173,12 @@ bool CFileDifferences::HandTexts(CChangeTaker& taker)
     for (const FileZone& zone : zones) {
         ZoneEnd end = ZoneEnd::Done;
         if (!zone.table) {
-            end = CRunDifferences({*before, *after, true}, taker).GoOver(zone.begin, zone.end);
+            end = CRunDifferences({*before, *after, true}, taker).GoOver(zone.begin, zone.end, progress);
         } else {
             const CRecipeRows& layout = m_tables[*zone.table].layout;
             const TableSide old = SideOf(m_before, layout, before.get());
             const TableSide fresh = SideOf(m_after, layout, after.get());
-            end = CompareTexts(m_tables, *zone.table, old, fresh, taker);
+            end = CompareTexts(m_tables, *zone.table, old, fresh, taker, progress);
         }
         if (end == ZoneEnd::NoBefore || end == ZoneEnd::NoAfter)
             return Fail(end == ZoneEnd::NoBefore);

@@ -4,6 +4,7 @@
 #include "changes/ChangeTaker.h"
 #include "changes/FileTables.h"
 #include "files/FileType.h"
+#include "files/Progress.h"
 
 #include <filesystem>
 #include <span>
@@ -33,24 +34,26 @@ public:
     /// The header of the changes; sizes that cannot be read are left out.
     ChangeHeader Header() const;
 
-    /// Hands all changes to `taker` until it wants no more. False, when a file cannot be read or is damaged.
-    bool HandTo(CChangeTaker& taker);
+    /// Hands all changes to `taker` until it wants no more, or `progress`. False, when a file cannot be read or is
+    /// damaged.
+    bool HandTo(CChangeTaker& taker, CProgress& progress);
 
     /// Which file could not be read; null when both could.
     const ComparedFile* Unreadable() const { return m_unreadable; }
 
     /// For two tables of texts: why the first does not become the second, byte for byte, by the changes (CsvPatch.h),
     /// as a part of a sentence; empty when it does. Empty, too, after a failure, as Unreadable tells.
-    std::u16string WhyNoPatch();
+    std::u16string WhyNoPatch(CProgress& progress);
 
 private:
-    bool HandWords(CChangeTaker& taker);
-    bool HandFields(CChangeTaker& taker);
-    bool HandTexts(CChangeTaker& taker);
+    bool HandWords(CChangeTaker& taker, CProgress& progress);
+    bool HandFields(CChangeTaker& taker, CProgress& progress);
+    bool HandTexts(CChangeTaker& taker, CProgress& progress);
     bool Fail(bool isFirst);
 
     ComparedFile m_before;
     ComparedFile m_after;
     std::vector<FileTable> m_tables;
     const ComparedFile* m_unreadable = nullptr;
+    bool m_hasEnough = false; ///< the taker or the progress ended it
 };

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::int32_t kRowsAtOnce = 256; // until the progress is told
+
 /// The rows of a side, one of which is at hand.
 class CRowCursor {
 public:
@@ -64,9 +66,12 @@ public:
     {
     }
 
-    ZoneEnd GoOver(CChangeTaker& taker)
+    ZoneEnd GoOver(CChangeTaker& taker, CProgress& progress)
     {
+        const auto rowCount = static_cast<std::uint64_t>(m_layout.RowCount());
         for (std::int32_t row = 0; row < m_layout.RowCount(); ++row) {
+            if (row % kRowsAtOnce == 0 && !progress.Advance(static_cast<std::uint64_t>(row), rowCount))
+                return ZoneEnd::Enough;
             if (!m_before.GoTo(row))
                 return ZoneEnd::NoBefore;
             if (!m_after.GoTo(row))
@@ -109,7 +114,7 @@ private:
 } // namespace
 
 ZoneEnd CompareTexts(std::span<const FileTable> tables, std::size_t table, const TableSide& before,
-                     const TableSide& after, CChangeTaker& taker)
+                     const TableSide& after, CChangeTaker& taker, CProgress& progress)
 {
-    return CTextComparison(tables[table].layout, table, before, after).GoOver(taker);
+    return CTextComparison(tables[table].layout, table, before, after).GoOver(taker, progress);
 }

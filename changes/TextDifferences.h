@@ -18,4 +18,4 @@ struct TableSide {
 /// Hands over the cells of a table that show other texts in one file than in another; `table` counts `tables`. Where
 /// both files are paged, and so code alike, a cell counts whose words alone differ, too.
 ZoneEnd CompareTexts(std::span<const FileTable> tables, std::size_t table, const TableSide& before,
-                     const TableSide& after, CChangeTaker& taker);
+                     const TableSide& after, CChangeTaker& taker, CProgress& progress);

@@ -51,7 +51,7 @@ CRunDifferences::CRunDifferences(WordPair words, CChangeTaker& taker)
 {
 }
 
-ZoneEnd CRunDifferences::GoOver(std::uint64_t begin, std::uint64_t end)
+ZoneEnd CRunDifferences::GoOver(std::uint64_t begin, std::uint64_t end, CProgress& progress)
 {
     while (begin < end && !m_isEnough) {
         const std::uint64_t pieceEnd = std::min(end, begin - begin % kPieceBytes + kPieceBytes);
@@ -67,6 +67,7 @@ ZoneEnd CRunDifferences::GoOver(std::uint64_t begin, std::uint64_t end)
         for (std::size_t i = 0; i < compared && !m_isEnough; i += 2)
             CompareWord((begin + i) / 2, before.subspan(i, 2), after.subspan(i, 2));
         begin = pieceEnd;
+        m_isEnough = m_isEnough || !progress.Advance(begin, m_words.LongerCount());
     }
     HandOver();
     return m_isEnough ? ZoneEnd::Enough : ZoneEnd::Done;
@@ -136,7 +137,7 @@ CValueDifferences::CValueDifferences(FileType type, std::span<const FileTable> t
 {
 }
 
-ZoneEnd CValueDifferences::GoOver()
+ZoneEnd CValueDifferences::GoOver(CProgress& progress)
 {
     const std::int32_t atOnce = RowsWithin(kPieceBytes, m_layout);
     const std::uint64_t held = m_layout.BytesWithin(m_words.LongerCount());
@@ -148,7 +149,8 @@ ZoneEnd CValueDifferences::GoOver()
             return ZoneEnd::NoBefore;
         if (!m_after.Show(first, count))
             return ZoneEnd::NoAfter;
-        if (!ComparePiece(first, count))
+        const std::uint64_t done = m_layout.FirstByte().number + m_layout.BytesBefore({first + count, 0});
+        if (!ComparePiece(first, count) || !progress.Advance(done, m_words.LongerCount()))
             return ZoneEnd::Enough;
     }
     return ZoneEnd::Done;

@@ -2,6 +2,7 @@
 
 #include "changes/ChangeTaker.h"
 #include "changes/FileTables.h"
+#include "files/Progress.h"
 #include "files/RowWindow.h"
 #include "files/WordBytes.h"
 
@@ -15,7 +16,7 @@ enum class ZoneEnd {
     Done,
     NoBefore,
     NoAfter,
-    Enough, ///< the taker wants no more
+    Enough, ///< the taker wants no more, or the work was given up
 };
 
 /// The words of two files in which differences are looked for.
@@ -33,7 +34,7 @@ public:
     CRunDifferences(WordPair words, CChangeTaker& taker);
 
     /// Goes over the words from byte `begin` to `end`, the first of which is even.
-    ZoneEnd GoOver(std::uint64_t begin, std::uint64_t end);
+    ZoneEnd GoOver(std::uint64_t begin, std::uint64_t end, CProgress& progress);
 
 private:
     bool MayDiffer(std::uint64_t begin, std::uint64_t end, std::size_t length) const;
@@ -59,7 +60,7 @@ public:
     CValueDifferences(FileType type, std::span<const FileTable> tables, std::size_t table, WordPair words,
                       CChangeTaker& taker);
 
-    ZoneEnd GoOver();
+    ZoneEnd GoOver(CProgress& progress);
 
 private:
     bool ComparePiece(std::int32_t first, std::int32_t count);

@@ -99,8 +99,9 @@ void AddTextconv(CLI::App& app, Session& session)
     CLI::App* command = app.add_subcommand("textconv", "Print a recipe file as lines for git to compare");
     AddFile(*command, "FILE", session.textconv.file, kRecipeFile);
     AddTableOptions(*command, session.textconv.read);
-    RunForStatus(*command, session,
-                 [&session] { return PrintAsText(session.textconv, session.output, session.reporter); });
+    RunForStatus(*command, session, [&session] {
+        return PrintAsText(session.textconv, session.output, session.reporter, session.progress);
+    });
 }
 
 void AddFind(CLI::App& app, Session& session)
@@ -117,7 +118,8 @@ void AddFind(CLI::App& app, Session& session)
         ->excludes(part)
         ->excludes("--item");
     AddTableOptions(*command, options.read);
-    RunForStatus(*command, session, [&session] { return FindText(session.find, session.output, session.reporter); });
+    RunForStatus(*command, session,
+                 [&session] { return FindText(session.find, session.output, session.reporter, session.progress); });
 }
 
 void AddDiff(CLI::App& app, Session& session)
@@ -130,7 +132,8 @@ void AddDiff(CLI::App& app, Session& session)
     CLI::Option* json = command->add_flag("--json", options.json, "Print the changes as JSON Lines");
     command->add_flag("--patch", options.patch, "Print JSON Lines that make OTHER of FILE, or refuse to")
         ->excludes(json);
-    RunForStatus(*command, session, [&session] { return DiffCommand(session.diff, session.output, session.reporter); });
+    RunForStatus(*command, session,
+                 [&session] { return DiffCommand(session.diff, session.output, session.reporter, session.progress); });
 }
 
 void AddPatch(CLI::App& app, Session& session)

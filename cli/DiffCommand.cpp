@@ -52,7 +52,7 @@ public:
         else
             AppendChangeText(record, m_line);
         m_output.Write(m_line);
-        return true;
+        return !m_output.HasFailed();
     }
 
     /// Once, before anything else.
@@ -100,30 +100,30 @@ void TellUnreadable(const CFileDifferences& differences, CReporter& reporter)
 }
 
 /// Why the second file cannot be made of the first, as far as that is known beforehand; empty when it can.
-std::u16string WhyNoPatch(const DiffOptions& options, CFileDifferences& differences)
+std::u16string WhyNoPatch(const DiffOptions& options, CFileDifferences& differences, CProgress& progress)
 {
     if (!differences.AreOfOneType())
         return std::u16string(kTwoTypes);
     const bool areTables = FileTypeOf(fs::path(options.file)) == FileType::Csv;
-    return areTables ? differences.WhyNoPatch() : std::u16string();
+    return areTables ? differences.WhyNoPatch(progress) : std::u16string();
 }
 
 } // namespace
 
-ExitCode DiffCommand(const DiffOptions& options, CStandardOutput& output, CReporter& reporter)
+ExitCode DiffCommand(const DiffOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress)
 {
     auto differences = FilesToCompare(options, reporter);
     if (!differences)
         return kTrouble;
     if (options.patch) {
-        const std::u16string reason = WhyNoPatch(options, *differences);
+        const std::u16string reason = WhyNoPatch(options, *differences, progress);
         if (differences->Unreadable() == nullptr && !reason.empty()) {
             RefusePatch(options, reason, reporter);
             return kTrouble;
         }
     }
     CPrinter printer(options, *differences, output);
-    if (!differences->HandTo(printer)) {
+    if (!differences->HandTo(printer, progress)) {
         TellUnreadable(*differences, reporter);
         return kTrouble;
     }

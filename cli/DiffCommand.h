@@ -3,6 +3,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
+#include "files/Progress.h"
 #include "text/Reporter.h"
 
 #include <string>
@@ -17,4 +18,4 @@ struct DiffOptions {
 };
 
 /// Prints in what the files differ, the second as the new one. Never writes. Throws std::bad_alloc.
-ExitCode DiffCommand(const DiffOptions& options, CStandardOutput& output, CReporter& reporter);
+ExitCode DiffCommand(const DiffOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress);

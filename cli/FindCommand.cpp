@@ -1,11 +1,12 @@
 #include "cli/FindCommand.h"
 
+#include "changes/TablePieces.h"
 #include "cli/CellLines.h"
 #include "cli/RecipeTables.h"
 #include "disk/File.h"
+#include "files/CellTexts.h"
 #include "files/CsvCutter.h"
 #include "files/RecipeMessages.h"
-#include "files/RecipeWalk.h"
 #include "files/WordBytes.h"
 #include "model/NumberForms.h"
 #include "model/StoredNumber.h"
@@ -28,59 +29,84 @@ namespace {
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 constexpr std::size_t kLongestForm = 8; // bytes
 
-/// Prints the cells of one table that show a text.
-class CTextFinder final : public CCellTaker {
+/// Prints the cells that show a text.
+class CTextFinder final : public CPieceTaker {
 public:
-    CTextFinder(const FindOptions& options, const RecipeTables& recipe, const CRecipeRows& layout,
-                CStandardOutput& output)
+    CTextFinder(const FindOptions& options, const RecipeTables& recipe, CStandardOutput& output)
         : m_wanted(FromUtf8(options.text)),
           m_isPart(options.isPart),
-          m_cells(layout, recipe.type == FileType::Csv ? CCellLines::Addresses::None : CCellLines::Addresses::OfWords),
           m_output(output)
     {
-        for (const ColumnCoding& column : layout.Columns())
-            m_isLookedAt.push_back(!options.item || ToUtf8(column.title) == *options.item);
+        const auto addresses =
+            recipe.type == FileType::Csv ? CCellLines::Addresses::None : CCellLines::Addresses::OfWords;
+        for (const FileTable& table : recipe.tables)
+            m_tables.push_back({CCellLines(table.layout, addresses), ColumnsToLookIn(options, table.layout)});
     }
 
-    bool HasColumns() const { return std::find(m_isLookedAt.begin(), m_isLookedAt.end(), true) != m_isLookedAt.end(); }
+    bool HasColumns() const
+    {
+        return std::any_of(m_tables.begin(), m_tables.end(), [](const Table& table) { return !table.columns.empty(); });
+    }
     bool HasFound() const { return m_hasFound; }
 
-    void TakeCell(std::int32_t row, std::size_t column, std::u16string_view text) override
+    Answer Take(std::size_t table, const FileTable&, const CRowPieces& rows) override
     {
-        if (!m_isLookedAt[column] || (m_isPart ? text.find(m_wanted) == text.npos : text != m_wanted))
+        if (m_tables[table].columns.empty())
+            return Answer::NextTable;
+        CCellTexts texts(rows.Rows());
+        for (std::int32_t row = 0; row < rows.Rows().RowCount(); ++row)
+            for (const std::uint32_t column : m_tables[table].columns) {
+                texts.MoveTo(row, column);
+                LookAt(m_tables[table].cells, {rows.First() + row, column}, texts.Text());
+            }
+        return m_output.HasFailed() ? Answer::End : Answer::GoOn;
+    }
+
+private:
+    struct Table {
+        CCellLines cells;
+        std::vector<std::uint32_t> columns; ///< to look in
+    };
+
+    static std::vector<std::uint32_t> ColumnsToLookIn(const FindOptions& options, const CRecipeRows& layout)
+    {
+        std::vector<std::uint32_t> columns;
+        for (std::uint32_t column = 0; column < layout.Columns().size(); ++column)
+            if (!options.item || ToUtf8(layout.Columns()[column].title) == *options.item)
+                columns.push_back(column);
+        return columns;
+    }
+
+    void LookAt(const CCellLines& cells, CellPlace place, std::u16string_view text)
+    {
+        if (m_isPart ? text.find(m_wanted) == text.npos : text != m_wanted)
             return;
         m_hasFound = true;
         m_line.clear();
-        m_cells.AppendPlace({row, static_cast<std::uint32_t>(column)}, " row ", m_line);
+        cells.AppendPlace(place, " row ", m_line);
         AppendEscaped(text, m_line);
         m_line += '\n';
         m_output.Write(m_line);
     }
 
-private:
     const std::u16string m_wanted;
     const bool m_isPart;
-    const CCellLines m_cells;
-    std::vector<bool> m_isLookedAt; ///< by column
+    std::vector<Table> m_tables;
     CStandardOutput& m_output;
     std::string m_line;
     bool m_hasFound = false;
 };
 
 ExitCode FindInCells(const FindOptions& options, const RecipeTables& recipe, CStandardOutput& output,
-                     CReporter& reporter)
+                     CReporter& reporter, CProgress& progress)
 {
-    bool hasColumns = !options.item;
-    bool hasFound = false;
-    for (const FileTable& table : recipe.tables) {
-        CTextFinder finder(options, recipe, table.layout, output);
-        hasColumns = hasColumns || finder.HasColumns();
-        if (!WalkRecipe(recipe.type, table.layout, recipe.path, finder, reporter))
-            return kTrouble;
-        hasFound = hasFound || finder.HasFound();
+    CTextFinder finder(options, recipe, output);
+    if (HasFailed(WalkTables(recipe.type, recipe.path, recipe.tables, finder, progress))) {
+        ShowFileError(reporter, OpenErrorOf(recipe.type), recipe.path);
+        return kTrouble;
     }
-    if (hasColumns)
-        return hasFound ? kDone : kNothingFound;
+    if (!options.item || finder.HasColumns())
+        return finder.HasFound() ? kDone : kNothingFound;
     reporter.ShowError(FillMessage(u"The item %s doesn't exist!", {FromUtf8(*options.item)}));
     return kTrouble;
 }
@@ -127,7 +153,8 @@ private:
 };
 
 /// Nothing after a failure.
-std::optional<bool> FindInWords(const RecipeTables& recipe, std::vector<NumberForm> forms, CStandardOutput& output)
+std::optional<bool> FindInWords(const RecipeTables& recipe, std::vector<NumberForm> forms, CStandardOutput& output,
+                                CProgress& progress)
 {
     CFileWords words(recipe.type, recipe.path);
     if (!words.IsOpen() || !words.IsUndamaged())
@@ -140,6 +167,8 @@ std::optional<bool> FindInWords(const RecipeTables& recipe, std::vector<NumberFo
         if (!words.Read(at, bytes))
             return std::nullopt;
         finder.Look(at, bytes, kPieceBytes);
+        if (output.HasFailed() || !progress.Advance(at, words.Count()))
+            break;
     }
     return finder.HasFound();
 }
@@ -176,18 +205,20 @@ private:
 };
 
 /// Nothing after a failure.
-std::optional<bool> FindInFields(const RecipeTables& recipe, const CDecimal& number, CStandardOutput& output)
+std::optional<bool> FindInFields(const RecipeTables& recipe, const CDecimal& number, CStandardOutput& output,
+                                 CProgress& progress)
 {
     const CFile file(recipe.path, CFile::Mode::Read);
     CCsvFileCutter cutter(file);
     CNumberFields fields(number, cutter.Form(), output);
     while (cutter.Continue(fields))
-        ;
+        if (output.HasFailed() || !progress.Advance(cutter.Position(), cutter.Size()))
+            return fields.HasFound();
     return cutter.IsDone() ? std::optional(fields.HasFound()) : std::nullopt;
 }
 
 ExitCode FindAnywhere(const FindOptions& options, const RecipeTables& recipe, CStandardOutput& output,
-                      CReporter& reporter)
+                      CReporter& reporter, CProgress& progress)
 {
     const std::u16string text = FromUtf8(options.text);
     const auto number = CDecimal::Parse(text);
@@ -197,7 +228,8 @@ ExitCode FindAnywhere(const FindOptions& options, const RecipeTables& recipe, CS
         reporter.ShowError(FillMessage(u"%s is no number!", {text}));
         return kTrouble;
     }
-    const auto found = isTable ? FindInFields(recipe, *number, output) : FindInWords(recipe, std::move(forms), output);
+    const auto found = isTable ? FindInFields(recipe, *number, output, progress)
+                               : FindInWords(recipe, std::move(forms), output, progress);
     if (!found) {
         ShowFileError(reporter, OpenErrorOf(recipe.type), recipe.path);
         return kTrouble;
@@ -207,12 +239,12 @@ ExitCode FindAnywhere(const FindOptions& options, const RecipeTables& recipe, CS
 
 } // namespace
 
-ExitCode FindText(const FindOptions& options, CStandardOutput& output, CReporter& reporter)
+ExitCode FindText(const FindOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress)
 {
     const auto recipe = TablesOf(options.file, options.read, reporter);
     if (!recipe)
         return kTrouble;
-    const ExitCode code = options.anywhere ? FindAnywhere(options, *recipe, output, reporter)
-                                           : FindInCells(options, *recipe, output, reporter);
+    const ExitCode code = options.anywhere ? FindAnywhere(options, *recipe, output, reporter, progress)
+                                           : FindInCells(options, *recipe, output, reporter, progress);
     return output.Finish(reporter) ? code : kTrouble;
 }

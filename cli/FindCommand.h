@@ -3,6 +3,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
+#include "files/Progress.h"
 
 #include <optional>
 #include <string>
@@ -19,4 +20,4 @@ struct FindOptions {
 /// Prints a line for each cell that shows the text or, anywhere, for each place where the number stands as a value of
 /// some type, scaling and order of its words. Keeps no more of the file than a piece, and never writes. kNothingFound
 /// when there is none; what fails was reported.
-ExitCode FindText(const FindOptions& options, CStandardOutput& output, CReporter& reporter);
+ExitCode FindText(const FindOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress);

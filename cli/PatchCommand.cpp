@@ -85,7 +85,7 @@ public:
         m_line.clear();
         AppendLine(record, m_line);
         m_output.Write(m_line);
-        return true;
+        return !m_output.HasFailed();
     }
 
 private:

@@ -131,7 +131,10 @@ private:
     CStandardOutput& m_output;
 };
 
-bool PrintOutside(const FileZone& zone, CWordBytes& words, CStandardOutput& output)
+/// How a part of the work ended.
+enum class Part { Done, Failed, GivenUp };
+
+Part PrintOutside(const FileZone& zone, CWordBytes& words, CStandardOutput& output, CProgress& progress)
 {
     CWordLines lines(zone.begin, output);
     std::vector<std::byte> piece(kPieceBytes);
@@ -139,11 +142,13 @@ bool PrintOutside(const FileZone& zone, CWordBytes& words, CStandardOutput& outp
         const auto bytes =
             std::span(piece).first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), zone.end - at)));
         if (!words.Read(at, bytes))
-            return false;
+            return Part::Failed;
         lines.Append(bytes);
+        if (output.HasFailed() || !progress.Advance(at, words.Count()))
+            return Part::GivenUp;
     }
     lines.Finish();
-    return true;
+    return Part::Done;
 }
 
 /// Prints the values of a table that the file holds, or begins.
@@ -185,25 +190,32 @@ private:
     std::string m_line;
 };
 
-bool PrintTable(FileType type, const CRecipeRows& layout, CWordBytes& words, CStandardOutput& output)
+Part PrintTable(FileType type, const CRecipeRows& layout, CWordBytes& words, CStandardOutput& output,
+                CProgress& progress)
 {
     const auto pieces = PiecesOfWords(type, layout, words);
     CTablePrinter printer(layout, output);
-    while (pieces->Next())
+    while (pieces->Next()) {
         printer.Print(*pieces);
-    return !pieces->HasFailed();
+        const std::uint64_t done = layout.FirstByte().number + layout.BytesBefore({pieces->First(), 0});
+        if (output.HasFailed() || !progress.Advance(done, words.Count()))
+            return Part::GivenUp;
+    }
+    return pieces->HasFailed() ? Part::Failed : Part::Done;
 }
 
-bool PrintWords(const RecipeTables& recipe, CStandardOutput& output)
+/// False when the file cannot be read.
+bool PrintWords(const RecipeTables& recipe, CStandardOutput& output, CProgress& progress)
 {
     CFileWords words(recipe.type, recipe.path);
     if (!words.IsOpen() || !words.IsUndamaged())
         return false;
     for (const FileZone& zone : ZonesOf(recipe.tables, words.Count())) {
-        const bool isPrinted = zone.table ? PrintTable(recipe.type, recipe.tables[*zone.table].layout, words, output)
-                                          : PrintOutside(zone, words, output);
-        if (!isPrinted)
-            return false;
+        const Part part = zone.table
+                              ? PrintTable(recipe.type, recipe.tables[*zone.table].layout, words, output, progress)
+                              : PrintOutside(zone, words, output, progress);
+        if (part != Part::Done)
+            return part == Part::GivenUp;
     }
     return true;
 }
@@ -244,24 +256,26 @@ private:
     std::string m_line;
 };
 
-bool PrintFields(const RecipeTables& recipe, CStandardOutput& output)
+bool PrintFields(const RecipeTables& recipe, CStandardOutput& output, CProgress& progress)
 {
     const CRecipeRows none;
     const CFile file(recipe.path, CFile::Mode::Read);
     CCsvFileCutter cutter(file);
     CFieldPrinter printer(recipe.tables.empty() ? none : recipe.tables.front().layout, cutter.Form(), output);
     while (cutter.Continue(printer))
-        ;
+        if (output.HasFailed() || !progress.Advance(cutter.Position(), cutter.Size()))
+            return true;
     return cutter.IsDone();
 }
 
-bool PrintRecipe(const RecipeTables& recipe, const std::optional<std::uint32_t>& checksum, CStandardOutput& output)
+bool PrintRecipe(const RecipeTables& recipe, const std::optional<std::uint32_t>& checksum, CStandardOutput& output,
+                 CProgress& progress)
 {
     const bool isTable = recipe.type == FileType::Csv;
     const bool hasForm = isTable || IsPaged(recipe.type);
     if (hasForm && !checksum)
         return false;
-    if (!(isTable ? PrintFields(recipe, output) : PrintWords(recipe, output)))
+    if (!(isTable ? PrintFields(recipe, output, progress) : PrintWords(recipe, output, progress)))
         return false;
     if (hasForm)
         output.Write(FormLine(*checksum));
@@ -276,7 +290,8 @@ void PrintFailure(std::u16string_view told, const std::optional<std::uint32_t>& 
 }
 
 /// The recipe printed; else what failed is told.
-void PrintOrTell(const TextconvOptions& options, CToldLine& failure, CStandardOutput& output, CReporter& reporter)
+void PrintOrTell(const TextconvOptions& options, CToldLine& failure, CStandardOutput& output, CReporter& reporter,
+                 CProgress& progress)
 try {
     const auto recipe = TablesOf(options.file, options.read, failure);
     if (!recipe)
@@ -284,7 +299,7 @@ try {
     if (!failure.Text().empty()) // of a library that is damaged, and can be used all the same
         reporter.ShowError(failure.TakeText());
     const auto checksum = recipe->type == FileType::Rcp ? std::nullopt : ChecksumOf(recipe->path);
-    if (!PrintRecipe(*recipe, checksum, output)) // its folder may be there for a moment only
+    if (!PrintRecipe(*recipe, checksum, output, progress)) // its folder may be there for a moment only
         ShowFileError(failure, OpenErrorOf(recipe->type), recipe->path.filename());
 } catch (const std::bad_alloc&) {
     failure.ShowError(u"There is not enough memory!");
@@ -292,10 +307,10 @@ try {
 
 } // namespace
 
-ExitCode PrintAsText(const TextconvOptions& options, CStandardOutput& output, CReporter& reporter)
+ExitCode PrintAsText(const TextconvOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress)
 {
     CToldLine failure;
-    PrintOrTell(options, failure, output, reporter);
+    PrintOrTell(options, failure, output, reporter, progress);
     if (!failure.Text().empty())
         PrintFailure(failure.Text(), ChecksumOf(fs::path(options.file)), output);
     return output.Finish(reporter) ? kDone : kTrouble;

@@ -3,6 +3,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
+#include "files/Progress.h"
 
 #include <string>
 
@@ -17,4 +18,4 @@ struct TextconvOptions {
 ///
 /// What fails is the only line printed, since a failure would stop the tool that asked for the text. So this is kDone,
 /// but where the output itself cannot be written.
-ExitCode PrintAsText(const TextconvOptions& options, CStandardOutput& output, CReporter& reporter);
+ExitCode PrintAsText(const TextconvOptions& options, CStandardOutput& output, CReporter& reporter, CProgress& progress);

@@ -54,9 +54,10 @@ struct RandomPatch : testing::TestWithParam<FileType> {
         CFileDifferences differences({pair.Before(), pair.Type()}, {pair.After(), pair.Type()}, pair.Tables());
         CLines lines;
         AppendLine(differences.Header(), lines.text);
-        EXPECT_TRUE(differences.HandTo(lines));
+        CNoProgress progress;
+        EXPECT_TRUE(differences.HandTo(lines, progress));
         if (pair.Type() == FileType::Csv) {
-            EXPECT_EQ(differences.WhyNoPatch(), u"");
+            EXPECT_EQ(differences.WhyNoPatch(progress), u"");
         }
         return lines;
     }

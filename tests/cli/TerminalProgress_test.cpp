@@ -129,17 +129,39 @@ except OSError:
     pass # the program has ended
 )";
 
-TEST_F(CliTest, LongWorkIsToldOnATerminal)
+/// A command, and for how many rows of one word it works long enough.
+struct LongCommand {
+    std::string name;
+    std::size_t rows;
+    std::vector<std::string> further; ///< what comes after the file
+    friend void PrintTo(const LongCommand& command, std::ostream* out) { *out << command.name; }
+};
+struct LongWork : CliTest, testing::WithParamInterface<LongCommand> {};
+
+TEST_P(LongWork, IsToldOnATerminal)
 {
     const fs::path large = folder / "large.rcp";
-    WriteAll(large, {});
-    fs::resize_file(large, std::uintmax_t{32} << 20);
-    const std::string told = RunProcess("/usr/bin/env", {"python3", "-c", kOnATerminal, VANTOR_CLI_PROGRAM, "check",
-                                                         large.string(), "--format", "W\xC3\xB6rter", "--start", "0",
-                                                         "--rows", "16777216", "--library", libraryPath.string()})
-                                 .out;
+    WriteAll(large, Bytes(2 * GetParam().rows));
+    WriteAll(folder / "other.rcp", Bytes(2 * GetParam().rows, std::byte{1}));
+    std::vector<std::string> arguments{"python3",       "-c",          kOnATerminal, VANTOR_CLI_PROGRAM,
+                                       GetParam().name, large.string()};
+    for (const std::string& argument : GetParam().further)
+        arguments.push_back(argument.ends_with(".rcp") ? (folder / argument).string() : argument);
+    for (const char* option : {"--format", "W\xC3\xB6rter", "--start", "0", "--rows"})
+        arguments.push_back(option);
+    arguments.insert(arguments.end(), {std::to_string(GetParam().rows), "--library", libraryPath.string()});
+    const std::string told = RunProcess("/usr/bin/env", arguments).out;
     EXPECT_NE(told.find(" %"), std::string::npos) << told;
     EXPECT_TRUE(told.ends_with("\r     \r")) << told;
 }
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Commands, LongWork, testing::Values(
+    LongCommand{"check",    std::size_t{1} << 24, {}},
+    LongCommand{"find",     std::size_t{1} << 24, {"7"}},
+    LongCommand{"diff",     std::size_t{1} << 21, {"other.rcp"}},
+    LongCommand{"textconv", std::size_t{1} << 21, {}}),
+    [](const auto& command) { return command.param.name; });
+// clang-format on
 
 } // namespace
