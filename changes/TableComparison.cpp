@@ -28,6 +28,7 @@ void CTableComparison::Begin(ChangeSubject subject, FileType type)
 {
     m_subject = std::move(subject);
     m_type = type;
+    m_takesStored = m_isBegun && m_other.isSelf; // at first it is as it was read: another program may have changed it
     m_isBegun = true;
     m_ours.reset();
     m_theirs.reset();
@@ -65,7 +66,7 @@ CCellsNow& CTableComparison::Ours()
 CCellsNow& CTableComparison::Theirs()
 {
     if (!m_theirs) {
-        if (m_other.isSelf && m_stored.IsKnown() && m_stored.Type() == m_other.cells.Type())
+        if (m_takesStored && m_stored.IsKnown() && m_stored.Type() == m_other.cells.Type())
             m_other.cells = m_stored;
         m_theirs.emplace(m_other.cells);
     }

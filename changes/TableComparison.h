@@ -20,7 +20,7 @@
 struct ComparedWith {
     std::u16string name; ///< what the user calls it
     CStoredCells cells;  ///< what it holds of the cells of the table, in the table's layout
-    bool isSelf = false; ///< it is the file whose table is compared: its cells follow each save
+    bool isSelf = false; ///< it is the file whose table is compared: its cells follow each save and reading
     /// All of its words; null where they cannot be read. Empty for a table of texts.
     std::function<std::shared_ptr<CWordBytes>()> openWords;
 };
@@ -96,6 +96,7 @@ private:
     ChangeSubject m_subject;
     FileType m_type = FileType::Rcp;
     bool m_isBegun = false;
+    bool m_takesStored = false; ///< the other side is what the table's file holds by now
     bool m_hasEnded = false;
     std::optional<CCellsNow> m_ours;   ///< made when it is asked for
     std::optional<CCellsNow> m_theirs; ///< likewise

@@ -204,6 +204,17 @@ TEST_F(Compare, ItsOwnFileTellsWhatIsNotSaved)
     EXPECT_EQ(Differing(), "");
 }
 
+TEST_F(Compare, ItsOwnFileIsReadAsAnotherProgramLeftIt)
+{
+    WriteAll(folder / "oven.rcp", OvenWith({{0, 170}}));
+    CompareWith("oven.rcp");
+    EXPECT_EQ(Listed(), QStringList{"1 Belt 1.50>1.70 "});
+    ASSERT_TRUE(WaitFor([this] { return StripButtons().contains("Read again"); }));
+    ClickInStrip("Read again");
+    EXPECT_EQ(Differing(), "");
+    EXPECT_EQ(Strip(), "Compared with oven.rcp: no difference.");
+}
+
 TEST_F(Compare, EndsWithItsListItsStripAndItsButton)
 {
     CompareWith("old.rcp");
