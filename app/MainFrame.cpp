@@ -127,7 +127,8 @@ void CMainFrame::CreateComparing()
     connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
         if (weight == static_cast<int>(StripSubject::Compared))
             m_pCompareCommands->End();
-        else if (weight == static_cast<int>(StripSubject::Patch))
+        else if (weight == static_cast<int>(StripSubject::PatchOffered) ||
+                 weight == static_cast<int>(StripSubject::PatchRefused))
             m_pPatchCommands->Withdraw();
     });
 }

@@ -77,10 +77,11 @@ void CPatchCommands::Look()
     }
     if (count == 0) {
         m_offer.reset();
-        return m_parts.frame.AnswerInStrip(StripSubject::Patch, {tr("Patch %1 changes nothing.").arg(m_strName), {}});
+        return m_parts.frame.AnswerInStrip(StripSubject::PatchRefused,
+                                           {tr("Patch %1 changes nothing.").arg(m_strName), {}});
     }
     const QString values = count == 1 ? tr("1 value") : tr("%1 values").arg(count);
-    m_parts.frame.AnswerInStrip(StripSubject::Patch,
+    m_parts.frame.AnswerInStrip(StripSubject::PatchOffered,
                                 {QStringLiteral("%1.").arg(tr("Patch %1: %2").arg(m_strName, values)),
                                  {{tr("Apply"), [this] { Apply(); }}, {tr("Cancel"), [this] { WithdrawByButton(); }}}});
     List(std::move(changes), tr("Patch %1").arg(m_strName), tr("%1, not applied yet").arg(values));
@@ -106,6 +107,7 @@ void CPatchCommands::Apply()
 void CPatchCommands::Refuse(const QString& reason, std::shared_ptr<const CChangeList> others)
 {
     m_offer.reset();
+    m_parts.frame.WithdrawStrip(StripSubject::PatchOffered);
     StripMessage message{QStringLiteral("%1.").arg(tr("Patch %1 was not applied: %2").arg(m_strName, reason)), {}};
     if (others) {
         const QString title = tr("Expected by %1, and found").arg(m_strName);
@@ -113,7 +115,7 @@ void CPatchCommands::Refuse(const QString& reason, std::shared_ptr<const CChange
         message.buttons << StripButton{tr("Show"), show};
         show();
     }
-    m_parts.frame.AnswerInStrip(StripSubject::Patch, message);
+    m_parts.frame.AnswerInStrip(StripSubject::PatchRefused, message);
 }
 
 void CPatchCommands::List(std::shared_ptr<const CChangeList> changes, const QString& title, const QString& summary)
@@ -139,5 +141,6 @@ void CPatchCommands::Withdraw()
     m_offer.reset();
     m_strName.clear();
     m_parts.saveCommands.Withdraw(std::exchange(m_list, {}));
-    m_parts.frame.WithdrawStrip(StripSubject::Patch);
+    m_parts.frame.WithdrawStrip(StripSubject::PatchOffered);
+    m_parts.frame.WithdrawStrip(StripSubject::PatchRefused);
 }

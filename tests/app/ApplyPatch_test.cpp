@@ -200,8 +200,13 @@ TEST_F(ApplyPatch, IsSeenWhileTheStripSaysWhatWasStoredAsShown)
     PressInStripByKeys("Apply");
     EXPECT_EQ(Grid().GetItemText(3, kBelt), "2.10");
     EXPECT_EQ(Strip(), "3 values that you did not edit were stored as shown.");
+}
+
+TEST_F(ApplyPatch, ThatWasRefusedLeavesTheStripToWhatASaveStored)
+{
     Read({kHeader, "{"});
-    EXPECT_TRUE(Strip().startsWith("Patch p.jsonl was not applied: line 2")) << Strip().toStdString();
+    Save();
+    EXPECT_EQ(Strip(), "3 values that you did not edit were stored as shown.");
 }
 
 TEST_F(ApplyPatch, IsToldInTheStatusBarWhileTheStripHasSomethingWeightier)
@@ -211,6 +216,7 @@ TEST_F(ApplyPatch, IsToldInTheStatusBarWhileTheStripHasSomethingWeightier)
     ASSERT_TRUE(WaitFor([this] { return StripButtons().contains("Read again"); }));
     Read({kHeader, "{"});
     EXPECT_TRUE(StripButtons().contains("Read again"));
+    EXPECT_FALSE(Strip().startsWith("Patch"));
     EXPECT_TRUE(Told().startsWith("Patch p.jsonl was not applied: line 2")) << Told().toStdString();
 }
 
