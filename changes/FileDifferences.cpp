@@ -130,14 +130,24 @@ bool CFileDifferences::HandFields(CChangeTaker& taker, CProgress& progress)
 std::u16string CFileDifferences::WhyNoPatch(CProgress& progress)
 {
     m_unreadable = nullptr;
+    std::u16string reason = WhyNoPatch(m_before, m_after, progress);
+    if (!reason.empty() || m_unreadable != nullptr || HaveSameContent(m_before.path, m_after.path))
+        return reason;
+    reason = WhyNoPatch(m_after, m_before, progress);
+    return reason.empty() ? reason : u"it could not be taken back: " + reason;
+}
+
+/// In one direction.
+std::u16string CFileDifferences::WhyNoPatch(const ComparedFile& from, const ComparedFile& to, CProgress& progress)
+{
     const CRecipeRows none;
-    CFieldDifferences differences(m_before.path, m_after.path, m_tables.empty() ? none : m_tables.front().layout);
+    CFieldDifferences differences(from.path, to.path, m_tables.empty() ? none : m_tables.front().layout);
     CNobody nobody;
     const ZoneEnd end = differences.HandTo(nobody, progress);
     if (end == ZoneEnd::NoBefore || end == ZoneEnd::NoAfter)
-        Fail(end == ZoneEnd::NoBefore);
-    return m_unreadable == nullptr && !HaveSameContent(m_before.path, m_after.path) ? differences.WhyNoPatch()
-                                                                                    : std::u16string();
+        m_unreadable = end == ZoneEnd::NoBefore ? &from : &to;
+    return m_unreadable == nullptr && !HaveSameContent(from.path, to.path) ? differences.WhyNoPatch()
+                                                                           : std::u16string();
 }
 
 bool CFileDifferences::HandWords(CChangeTaker& taker, CProgress& progress)

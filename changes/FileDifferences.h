@@ -42,10 +42,12 @@ public:
     const ComparedFile* Unreadable() const { return m_unreadable; }
 
     /// For two tables of texts: why the first does not become the second, byte for byte, by the changes (CsvPatch.h),
-    /// as a part of a sentence; empty when it does. Empty, too, after a failure, as Unreadable tells.
+    /// or the second the first by going back, as a part of a sentence; empty when both do. Empty, too, after a failure,
+    /// as Unreadable tells.
     std::u16string WhyNoPatch(CProgress& progress);
 
 private:
+    std::u16string WhyNoPatch(const ComparedFile& from, const ComparedFile& to, CProgress& progress);
     bool HandWords(CChangeTaker& taker, CProgress& progress);
     bool HandFields(CChangeTaker& taker, CProgress& progress);
     bool HandTexts(CChangeTaker& taker, CProgress& progress);

@@ -18,9 +18,9 @@
 
 namespace {
 
-constexpr std::uint64_t kPagedEnd = std::uint64_t{1} << 32; // of logical addresses
+constexpr std::uint64_t kPagedEnd = std::uint64_t{1} << 32;          // of logical addresses
 constexpr std::uint64_t kMostUntoldBytes = std::uint64_t{128} << 20; // a slip of the hand is not to fill a disk
-constexpr std::uint64_t kFlatEnd = std::uint64_t{1} << 40;  // more than any file of words has
+constexpr std::uint64_t kFlatEnd = std::uint64_t{1} << 40;           // more than any file of words has
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 
 std::u16string TextOf(ChangeFault fault, std::uint64_t line)

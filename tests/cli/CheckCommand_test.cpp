@@ -156,7 +156,8 @@ TEST_F(CheckCommand, FindsNumbersThatAreNone)
     const std::string rewritten = Name() + ": Real: a save would change 1 value, RW4 row 1 [rewritten]\n";
     ExpectText(0, Name() + ": RW4 row 1 Real: nan is no number [not-a-number]\n" + rewritten);
     Put({0, 0, 100, 25, 0, kInfinityHigh | 0x8000, 0, 0, 0});
-    ExpectText(0, Name() + ": RW4 row 1 Real: -inf is no number [not-a-number]\n" + rewritten);
+    ExpectText(1, Name() + ": RW4 row 1 Real: -inf lies outside -99 to 999 [outside-limits]\n" + Name() +
+                      ": RW4 row 1 Real: -inf is no number [not-a-number]\n" + rewritten);
 }
 
 TEST_F(CheckCommand, LooksAtEveryTable)

@@ -186,6 +186,16 @@ TEST_F(DiffCommand, RefusesAPatchThatWouldChangeTheForm)
                                 ": line 2 would not have the same bytes!\n");
 }
 
+TEST_F(DiffCommand, RefusesAPatchThatCouldNotBeTakenBack)
+{
+    const auto files = Tables(u"\"5\"\t\"1\"\t\"2\"\t\r\n", u"\"5\"\t\"1\"\r\n");
+    const ProcessResult result = Run({"diff", files[0], files[1], "--patch"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.error, "Can't make a patch from file " + files[0] + " to file " + files[1] +
+                                ": it could not be taken back: line 1 would not have the same bytes!\n");
+}
+
 TEST_F(DiffCommand, ComparesPagedFilesByTheirWords)
 {
     const Bytes word = WordBytes({0x1234});
