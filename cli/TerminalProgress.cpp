@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kInterval{100};
-
 std::string PercentText(std::uint64_t done, std::uint64_t total)
 {
     const double part = static_cast<double>(done) / static_cast<double>(std::max<std::uint64_t>(total, 1));
@@ -18,9 +16,11 @@ std::string PercentText(std::uint64_t done, std::uint64_t total)
 
 } // namespace
 
-CTerminalProgress::CTerminalProgress(std::FILE* stream, std::chrono::milliseconds delay)
+CTerminalProgress::CTerminalProgress(std::FILE* stream, std::chrono::milliseconds delay,
+                                     std::chrono::milliseconds interval)
     : m_stream(IsTerminal(stream) ? stream : nullptr),
-      m_next(Clock::now() + delay)
+      m_next(Clock::now() + delay),
+      m_interval(interval)
 {
 }
 
@@ -28,7 +28,7 @@ bool CTerminalProgress::Advance(std::uint64_t done, std::uint64_t total)
 {
     if (!m_stream || Clock::now() < m_next)
         return true;
-    m_next = Clock::now() + kInterval;
+    m_next = Clock::now() + m_interval;
     m_isShown = true;
     std::fprintf(m_stream, "\r%s", PercentText(done, total).c_str());
     std::fflush(m_stream);

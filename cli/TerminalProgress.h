@@ -9,8 +9,9 @@
 /// Tells on a terminal how far long work has come, in one line of its own. Where the stream is none it writes nothing.
 class CTerminalProgress final : public CProgress {
 public:
-    /// Begins to tell when work has gone on for `delay`.
-    explicit CTerminalProgress(std::FILE* stream, std::chrono::milliseconds delay = std::chrono::seconds(1));
+    /// Begins to tell when work has gone on for `delay`, and tells no more often than each `interval`.
+    explicit CTerminalProgress(std::FILE* stream, std::chrono::milliseconds delay = std::chrono::seconds(1),
+                               std::chrono::milliseconds interval = std::chrono::milliseconds(100));
     ~CTerminalProgress() override { Erase(); }
     CTerminalProgress(const CTerminalProgress&) = delete;
     CTerminalProgress& operator=(const CTerminalProgress&) = delete;
@@ -25,5 +26,6 @@ private:
 
     std::FILE* m_stream; ///< null where nobody watches
     Clock::time_point m_next;
+    std::chrono::milliseconds m_interval;
     bool m_isShown = false;
 };
