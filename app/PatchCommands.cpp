@@ -104,7 +104,7 @@ void CPatchCommands::Apply()
                                       : tr("The patch changed %1 values.").arg(count));
 }
 
-void CPatchCommands::Refuse(const QString& reason, std::shared_ptr<const CChangeList> others)
+void CPatchCommands::Refuse(const QString& reason, const std::shared_ptr<const CChangeList>& others)
 {
     m_offer.reset();
     m_parts.frame.WithdrawStrip(StripSubject::PatchOffered);

@@ -52,7 +52,7 @@ private:
     void AskAndRead();
     void Look();
     void Apply();
-    void Refuse(const QString& reason, std::shared_ptr<const CChangeList> others);
+    void Refuse(const QString& reason, const std::shared_ptr<const CChangeList>& others);
     void List(std::shared_ptr<const CChangeList> changes, const QString& title, const QString& summary);
     void WithdrawByButton();
     bool IsForTable() const;

@@ -57,8 +57,8 @@ public:
             return FindInUnknown();
         const std::int32_t row = *m_record.row - kTitleRows;
         if (row >= Layout().RowCount())
-            return Fault(u"row",
-                         FillMessage(u"the last row of the table is %d", {static_cast<std::int64_t>(Layout().RowCount())}));
+            return Fault(u"row", FillMessage(u"the last row of the table is %d",
+                                             {static_cast<std::int64_t>(Layout().RowCount())}));
         if (IsFurtherField())
             return NoCell();
         const auto column = Column();

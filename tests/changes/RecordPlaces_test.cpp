@@ -133,7 +133,8 @@ TEST_F(RecordPlaces, KnowsTheFieldsAndLinesOfATable)
     })_",
                 u"column", u"the last column of the table is 6");
     ExpectNoCell(R"_({"line":5,"old":"1"})_");
-    ExpectFault(R"_({"line":4,"old":"1"})_", u"line", u"the last row of the table is 4, and that line is one of its rows");
+    ExpectFault(R"_({"line":4,"old":"1"})_", u"line",
+                u"the last row of the table is 4, and that line is one of its rows");
     ExpectFault(R"_({"address":4,"new":"1"})_", u"address", u"a .csv file has no words");
     ExpectFault(R"_({"row":2,"column":3,"oldWords":"0001"})_", u"oldWords", u"a .csv file has no words");
 }
