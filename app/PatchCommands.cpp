@@ -73,7 +73,7 @@ void CPatchCommands::Look()
         const std::size_t differing = others->Count();
         return Refuse(differing == 1 ? tr("1 value is not what it expects")
                                      : tr("%1 values are not what it expects").arg(differing),
-                      std::move(others));
+                      others);
     }
     if (count == 0) {
         m_offer.reset();

@@ -120,9 +120,7 @@ void CTableComparison::Step()
 {
     if (!m_isOutsideBegun)
         BeginOutside();
-    else if (m_outside && m_outside->IsBeforeStretch())
-        m_outside->CompareNext();
-    else if (m_nextRow < RowCount())
+    else if (m_nextRow < RowCount() && !(m_outside && m_outside->IsBeforeStretch()))
         CompareNextRows();
     else
         m_outside->CompareNext();
@@ -227,8 +225,10 @@ ChangeRecord CComparedChanges::At(std::size_t index) const
 {
     if (const auto place = PlaceOf(index))
         return m_comparison->RecordOf(*place);
-    const std::size_t cells = m_comparison->Places().size();
-    return m_comparison->Outside()->At(index < CountBefore() ? index : index - cells);
+    const COutsideWords* const outside = m_comparison->Outside();
+    if (outside == nullptr)
+        return {};
+    return outside->At(index < CountBefore() ? index : index - m_comparison->Places().size());
 }
 
 std::optional<CellPlace> CComparedChanges::PlaceOf(std::size_t index) const

@@ -27,7 +27,7 @@ Outcome WalkTable(std::size_t index, const FileTable& table, CRowPieces& pieces,
         const Answer answer = taker.Take(index, table, pieces);
         if (answer == Answer::NextTable)
             return Outcome::Done;
-        const auto rows = static_cast<std::uint64_t>(pieces.First() + pieces.Rows().RowCount());
+        const auto rows = static_cast<std::uint64_t>(std::int64_t{pieces.First()} + pieces.Rows().RowCount());
         if (answer == Answer::End || !progress.Advance(done.before + rows, done.total))
             return Outcome::GivenUp;
     }

@@ -172,7 +172,7 @@ TEST_F(ApplyPatch, ThatDoesNotFitIsRefusedWithTheReason)
     EXPECT_EQ(RefusalOf({kHeader, R"({"row":9,"column":2,"oldWords":"0069","newWords":"00AA"})"}),
               "line 2, \"row\": the last row of the table is 4.");
     EXPECT_EQ(RefusalOf({kHeader, R"({"row":1,"column":2,"oldWords":"0069 0000","newWords":"00AA 0000"})"}),
-              "line 2, \"newWords\": the value has 1 words.");
+              "line 2, \"newWords\": the value has 1 word.");
     EXPECT_EQ(RefusalOf({kHeader, kBelt1, R"({"address":0,"row":1,"column":2,"oldWords":"0069","newWords":"00AB"})"}),
               "line 3, \"row\": another record says something else of the same place.");
     EXPECT_TRUE(RefusalOf({kHeader, "{\"row\":"}).startsWith("line 2")) << Strip().toStdString();

@@ -15,7 +15,7 @@ endif()
 function(vantor_add_suite target)
   list(JOIN ${target}_left_out ":" left_out)
   add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 --gtest_filter=-${left_out})
-  set_tests_properties(${target} PROPERTIES FIXTURES_REQUIRED wine TIMEOUT 300 ENVIRONMENT "${wine_environment}" ${ARGN})
+  set_tests_properties(${target} PROPERTIES FIXTURES_REQUIRED wine TIMEOUT 600 ENVIRONMENT "${wine_environment}" ${ARGN})
 endfunction()
 
 # What users run, on the sample files.
