@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace {
@@ -58,28 +59,31 @@ std::u16string NameOf(const Type& type, std::int32_t decimals)
     return FillMessage(decimals == 1 ? u"%s, %d decimal" : u"%s, %d decimals", {type.name, std::int64_t{decimals}});
 }
 
+/// With the low word first, and with the high one where that is another form.
+void AppendOrders(const std::u16string& name, std::u16string words, std::vector<NumberForm>& forms)
+{
+    forms.push_back({name, BytesOf(words)});
+    const std::u16string lowFirst = words;
+    std::reverse(words.begin(), words.end());
+    if (words != lowFirst)
+        forms.push_back({name + u", high word first", BytesOf(words)});
+}
+
 void AppendForms(const Type& type, std::int32_t decimals, const CDecimal& number, std::vector<NumberForm>& forms)
 {
-    auto words = WordsOfNumber(CodingOf(type, decimals), number);
-    if (!words)
-        return;
-    const std::u16string name = NameOf(type, decimals);
-    forms.push_back({name, BytesOf(*words)});
-    const std::u16string lowFirst = *words;
-    std::reverse(words->begin(), words->end());
-    if (*words != lowFirst)
-        forms.push_back({name + u", high word first", BytesOf(*words)});
+    if (auto words = WordsOfNumber(CodingOf(type, decimals), number))
+        AppendOrders(NameOf(type, decimals), std::move(*words), forms);
 }
 
 /// A float or double has a second zero, with its sign bit set, which is the same number.
 void AppendNegativeZeros(std::vector<NumberForm>& forms)
 {
-    for (const Type& type : {kNumbers[4], kNumbers[5]}) {
+    for (const Type& type : kNumbers) {
+        if (!IsReal(type.type))
+            continue;
         std::u16string words(WordsOfType(type.type), u'\0');
         words.back() = u'\x8000';
-        forms.push_back({std::u16string(type.name), BytesOf(words)});
-        std::reverse(words.begin(), words.end());
-        forms.push_back({NameOf(type, 0) + u", high word first", BytesOf(words)});
+        AppendOrders(std::u16string(type.name), std::move(words), forms);
     }
 }
 
