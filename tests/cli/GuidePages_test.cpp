@@ -11,6 +11,7 @@ struct GuidePages : testing::TestWithParam<const char*> {
     {
         for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", ".vantor.json"})
             fs::copy_file(source / "examples" / file, folder / file);
+        MakeOld(folder.Path());
     }
 
     ProcessResult RunHere(const std::string& command) const
@@ -31,8 +32,10 @@ TEST_P(GuidePages, PrintWhatTheySay)
 {
     const auto examples = ExamplesOf(source / "docs/guide" / GetParam());
     EXPECT_GE(examples.size(), 8u);
-    for (const ConsoleExample& example : examples)
-        EXPECT_EQ(RunHere(example.command).out, example.output) << example.command;
+    for (const ConsoleExample& example : examples) {
+        const ProcessResult result = RunHere(example.command);
+        ASSERT_EQ(result.out, example.output) << "$ " << example.command << "\nended with " << result.exitCode;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, GuidePages, testing::Values("git.md", "many-files.md"));

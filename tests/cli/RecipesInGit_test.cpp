@@ -12,6 +12,7 @@ struct RecipesInGit : CliTest {
     {
         for (const char* name : {"a.erp", "a.frp", "a.csv"})
             EXPECT_EQ(Run({"convert", recipe.string(), (folder / name).string()}).exitCode, 0);
+        MakeOld(folder.Path());
         EXPECT_EQ(Git("git init -q . && printf '*.%s -text diff=vantor\\n' rcp csv erp frp > .gitattributes &&"
                       "git config diff.vantor.textconv \"$cli textconv --library Any.Dat\" &&"
                       "git add . && git commit -qm First"),

@@ -1,6 +1,7 @@
 #include "tests/support/TestFiles.h"
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -48,6 +49,12 @@ void MakeReadOnly(const fs::path& path)
                     fs::perm_options::remove);
     fs::permissions(path, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read,
                     fs::perm_options::add);
+}
+
+void MakeOld(const fs::path& folder)
+{
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        fs::last_write_time(entry, entry.last_write_time() - std::chrono::hours(1));
 }
 
 Bytes BytesOf(std::initializer_list<int> values)

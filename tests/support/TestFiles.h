@@ -31,6 +31,9 @@ void WriteAll(const std::filesystem::path& path, std::span<const std::byte> byte
 /// Makes a file or folder one that everybody may read and nobody may write.
 void MakeReadOnly(const std::filesystem::path& path);
 
+/// Makes the files of a folder an hour old, so that each later write shows by its time, whatever the clock does.
+void MakeOld(const std::filesystem::path& folder);
+
 Bytes BytesOf(std::initializer_list<int> values);            ///< each value one byte
 Bytes WordBytes(std::initializer_list<std::uint16_t> words); ///< each word two bytes, low byte first
 Bytes UnitBytes(std::u16string_view text);                   ///< each unit two bytes, low byte first
