@@ -62,6 +62,7 @@ struct ChangeRecord {
     WordRun newWords;
     std::int64_t zeros = 0; ///< so many zero words only the new side has, or, below 0, only the old one
     std::optional<ChangeReason> why;
+    std::u16string note = {}; ///< for who looks at it, in the place of `why`; no record in a file has it
 
     friend bool operator==(const ChangeRecord&, const ChangeRecord&) = default;
 };

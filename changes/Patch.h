@@ -76,8 +76,8 @@ public:
     /// The words that change, all of them; null for a table of texts, and when they cannot be read.
     virtual const CWordDifferences* Words() = 0;
 
-    /// Makes the changes: all, or none where the system lets that be (WriteWordRuns, SaveCsvPatch). Not saved after a
-    /// failure, reported once.
+    /// Makes the changes, of which there is one at least: all, or none where the system lets that be (WriteWordRuns,
+    /// SaveCsvPatch). Not saved after a failure, reported once.
     virtual SaveResult Write(const WriteTarget& target, CReporter& reporter) = 0;
 };
 

@@ -13,7 +13,7 @@ struct GridCellMarks {
 };
 
 /// What a command on cells was.
-enum class GridChange { Typing, Paste, Cut, Clear };
+enum class GridChange { Typing, Paste, Cut, Clear, Fill };
 
 /// A text for a cell; row and column of the grid.
 struct GridCellText {

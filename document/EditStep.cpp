@@ -54,6 +54,14 @@ std::u16string_view KindName(EditKind kind)
         return u"Clear";
     case EditKind::BitBrowser:
         return u"BitBrowse";
+    case EditKind::Fill:
+        return u"Fill";
+    case EditKind::Calculate:
+        return u"Calculate";
+    case EditKind::Replace:
+        return u"Replace";
+    case EditKind::ImportTable:
+        return u"Import table";
     case EditKind::KeepStored:
         return u"Keep stored";
     case EditKind::StoreExactly:
@@ -76,10 +84,18 @@ std::u16string_view KindName(EditKind kind)
         return u"Del All DataItem";
     case EditKind::KeepAllItems:
         return u"Keep all";
+    case EditKind::MoveItem:
+        return u"Move DataItem";
+    case EditKind::DuplicateItem:
+        return u"Duplicate DataItem";
     case EditKind::AddFormat:
         return u"Add Dataformat";
     case EditKind::DeleteFormat:
         return u"Delete cur Dataformat";
+    case EditKind::DuplicateFormat:
+        return u"Duplicate Dataformat";
+    case EditKind::RenameFormat:
+        return u"Rename Dataformat";
     }
     return {};
 }

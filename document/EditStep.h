@@ -20,6 +20,10 @@ enum class EditKind {
     Cut,
     Clear,
     BitBrowser,
+    Fill,
+    Calculate,
+    Replace,
+    ImportTable,
     KeepStored,
     StoreExactly,
     TakeOver,
@@ -31,8 +35,12 @@ enum class EditKind {
     DeleteItem,
     DeleteAllItems,
     KeepAllItems,
+    MoveItem,
+    DuplicateItem,
     AddFormat,
     DeleteFormat,
+    DuplicateFormat,
+    RenameFormat,
 };
 
 /// Rows, and what goes with them.

@@ -63,6 +63,13 @@ QString RowOf(const ChangeRecord& change)
     return change.line ? Tr("line %1").arg(*change.line) : QString();
 }
 
+QString WhyOf(const ChangeRecord& change, std::size_t most)
+{
+    if (!change.note.empty())
+        return InOneLine(change.note, most);
+    return change.why ? ToQString(WordOf(*change.why)) : QString();
+}
+
 QString ItemOf(const ChangeRecord& change, std::size_t most)
 {
     if (change.item)
@@ -80,7 +87,7 @@ ChangeTexts TextsOf(const ChangeRecord& change, std::size_t most)
             ItemOf(change, most),
             change.zeros < 0 ? ZerosOf(-change.zeros) : SideOf(change.oldText, change.oldWords, looksAlike, most),
             NewSideOf(change, looksAlike, most),
-            change.why ? ToQString(WordOf(*change.why)) : QString()};
+            WhyOf(change, most)};
 }
 
 QString ReasonSentence(ChangeReason reason)

@@ -36,32 +36,6 @@ std::u16string_view NameOf(DataType type)
     return name.empty() ? TypeName(type) : name;
 }
 
-EditKind KindOf(GridChange change)
-{
-    switch (change) {
-    case GridChange::Paste:
-        return EditKind::Paste;
-    case GridChange::Cut:
-        return EditKind::Cut;
-    case GridChange::Clear:
-        return EditKind::Clear;
-    case GridChange::Typing:
-        break;
-    }
-    return EditKind::Typing;
-}
-
-/// Of a data cell of the grid.
-CellPlace PlaceOf(int row, int column)
-{
-    return {row - kTitleRows, static_cast<std::uint32_t>(column - kTitleColumns)};
-}
-
-TextForCell TextFor(int row, int column, const QString& text)
-{
-    return {PlaceOf(row, column), std::u16string(ViewOf(text))};
-}
-
 } // namespace
 
 CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
@@ -180,60 +154,6 @@ void CRecipeDataShowView::WriteTitles()
         write(column++, ToQString(coding.title));
 }
 
-SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path, ForeignRule rule)
-{
-    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.Write(type, NativePath(path), m_frame.Reporter(), progress, rule);
-    });
-}
-
-SaveResult CRecipeDataShowView::WriteDataAs(FileType type, const QString& path)
-{
-    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.SaveAs(type, NativePath(path), m_frame.Reporter(), progress);
-    });
-}
-
-SaveResult CRecipeDataShowView::WriteEdited(ForeignRule rule)
-{
-    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.WriteEdited(m_frame.Reporter(), progress, rule);
-    });
-}
-
-SaveResult CRecipeDataShowView::WriteCopy(FileType type, const QString& path)
-{
-    return WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.WriteCopy(type, NativePath(path), m_frame.Reporter(), progress);
-    });
-}
-
-std::optional<std::size_t> CRecipeDataShowView::PutBackStored()
-{
-    std::size_t count = 0;
-    const SaveResult result = WriteBy([&](CRecipeDocument& document, CProgress& progress) {
-        return document.PutBackStored(m_frame.Reporter(), progress, count);
-    });
-    return result ? std::optional(count) : std::nullopt;
-}
-
-/// The marks of the cells may be others then.
-SaveResult CRecipeDataShowView::WriteBy(const std::function<SaveResult(CRecipeDocument&, CProgress&)>& write)
-{
-    CProgressDialog progress(*this, tr("Saving the recipe file"));
-    const SaveResult result = write(m_frame.Document(), progress);
-    if (result.isSaved)
-        StoredChanged();
-    return result;
-}
-
-void CRecipeDataShowView::StoredChanged()
-{
-    m_pGrid->viewport()->update();
-    m_typedValues.LookAgain();
-    emit ChosenCellChanged();
-}
-
 bool CRecipeDataShowView::EndCellEdit()
 {
     return m_pGrid->EndEdit();
@@ -270,7 +190,7 @@ QString CRecipeDataShowView::ChosenCellInfo() const
     if (coding == nullptr)
         return {};
     const auto column = static_cast<std::size_t>(m_nCurrentColumn - kTitleColumns);
-    const auto address = Rows().RowAddress(m_nCurrentRow - kTitleRows).number + Rows().WordOffset(column);
+    const auto address = Rows().RowAddress(DataRowOf(m_nCurrentRow)).number + Rows().WordOffset(column);
     QStringList parts{QStringLiteral("RW%1").arg(address), ToQString(NameOf(coding->dataType)),
                       ToQString(LimitsText(*coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
     parts.removeAll(QString());
@@ -289,15 +209,9 @@ void CRecipeDataShowView::OnBitBrowse()
     dialog.exec();
 }
 
-void CRecipeDataShowView::SetCellValue(int column, int row, const QString& text)
-{
-    Take(EditKind::BitBrowser, row, column, text);
-    m_pGrid->RedrawCell(row, column);
-}
-
 QString CRecipeDataShowView::CellText(int row, int column) const
 {
-    const int dataRow = row - kTitleRows;
+    const int dataRow = DataRowOf(row);
     switch (column) {
     case 0:
         return ToQString(IdText(dataRow));
@@ -306,178 +220,6 @@ QString CRecipeDataShowView::CellText(int row, int column) const
     default:
         return ToQString(Rows().Text(dataRow, static_cast<std::size_t>(column - kTitleColumns)));
     }
-}
-
-bool CRecipeDataShowView::SetCellText(int row, int column, const QString& text)
-{
-    return Take(EditKind::Typing, row, column, text);
-}
-
-bool CRecipeDataShowView::SetCellTexts(GridChange change, std::vector<GridCellText> texts)
-{
-    std::vector<TextForCell> ofRows;
-    ofRows.reserve(texts.size());
-    for (const GridCellText& cell : texts)
-        if (cell.column >= kTitleColumns)
-            ofRows.push_back(TextFor(cell.row, cell.column, cell.text));
-    return Take(KindOf(change), std::move(ofRows));
-}
-
-bool CRecipeDataShowView::Take(EditKind kind, int row, int column, const QString& text)
-{
-    std::vector<TextForCell> texts;
-    if (column >= kTitleColumns)
-        texts.push_back(TextFor(row, column, text));
-    return Take(kind, std::move(texts));
-}
-
-/// One edit of the document. False when nothing was changed.
-bool CRecipeDataShowView::Take(EditKind kind, std::vector<TextForCell> texts)
-{
-    std::vector<CellPlace> places;
-    places.reserve(texts.size());
-    for (const TextForCell& text : texts)
-        places.push_back(text.place);
-    if (!Report(m_frame.Document().SetTexts(kind, std::move(texts))))
-        return false;
-    m_typedValues.Look(std::move(places));
-    return true;
-}
-
-/// Whether an edit was made; those who show it, or must hear of it, have then heard.
-bool CRecipeDataShowView::Report(EditOutcome outcome)
-{
-    if (outcome == EditOutcome::OutOfMemory)
-        m_frame.Reporter().ShowError(kNoMemoryForEdit);
-    if (outcome == EditOutcome::Made)
-        emit Edited();
-    return outcome == EditOutcome::Made;
-}
-
-void CRecipeDataShowView::KeepStored(const std::vector<CellPlace>& places)
-{
-    if (EndCellEdit())
-        ShowStates(m_frame.Document().KeepStored(places));
-}
-
-void CRecipeDataShowView::StoreExactly(const std::vector<CellPlace>& places)
-{
-    if (EndCellEdit())
-        ShowStates(m_frame.Document().StoreExactly(places));
-}
-
-void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
-{
-    if (!EndCellEdit())
-        return;
-    std::size_t refused = 0;
-    ShowStates(m_frame.Document().TakeOver(edits, &refused));
-    if (refused > 0)
-        m_frame.TellEdit(refused == 1
-                             ? tr("1 value was not taken over: its cell cannot have it.")
-                             : tr("%1 values were not taken over: their cells cannot have them.").arg(refused));
-}
-
-bool CRecipeDataShowView::ApplyPatch(const CellPatch& patch)
-{
-    if (!EndCellEdit())
-        return false;
-    const EditOutcome outcome = m_frame.Document().ApplyPatch(patch);
-    ShowStates(outcome);
-    if (outcome != EditOutcome::Made)
-        return false;
-    std::vector<CellPlace> places;
-    for (const CellPatch::Entry& entry : patch.entries)
-        places.push_back(entry.place);
-    ShowCells(places);
-    return true;
-}
-
-std::optional<std::vector<UnsavedCell>> CRecipeDataShowView::PutBackUnsaved(const UnsavedWork& work)
-{
-    EditOutcome outcome = EditOutcome::Nothing;
-    auto others = m_frame.Document().PutBackUnsaved(work, outcome);
-    ShowStates(outcome);
-    if (outcome == EditOutcome::OutOfMemory)
-        return std::nullopt;
-    return others;
-}
-
-void CRecipeDataShowView::ShowStates(EditOutcome outcome)
-{
-    if (!Report(outcome))
-        return;
-    m_pGrid->TextsChanged();
-    m_typedValues.LookAgain();
-    emit ChosenCellChanged();
-}
-
-void CRecipeDataShowView::ShowCells(const std::vector<CellPlace>& places)
-{
-    std::vector<std::pair<int, int>> cells;
-    cells.reserve(places.size());
-    for (const CellPlace place : places)
-        cells.emplace_back(place.row + kTitleRows, static_cast<int>(place.column) + kTitleColumns);
-    m_pGrid->ShowCells(cells);
-}
-
-std::vector<CellPlace> CRecipeDataShowView::ChosenPlaces(std::size_t most) const
-{
-    std::vector<CellPlace> places;
-    for (const QItemSelectionRange& range : m_pGrid->ChosenCells())
-        for (int row = range.top(); row <= range.bottom() && places.size() < most; ++row)
-            for (int column = range.left(); column <= range.right() && places.size() < most; ++column)
-                places.push_back({row, static_cast<std::uint32_t>(column)}); // the grid's body has the data cells
-    std::sort(places.begin(), places.end());
-    return places;
-}
-
-void CRecipeDataShowView::ShowEdited(const EditReport& report)
-{
-    if (report.hasOtherRows)
-        ShowOtherRows();
-    else
-        m_pGrid->TextsChanged();
-    ShowCells(report.cells);
-    m_typedValues.LookAgain();
-}
-
-/// The user stays where they were, if there is such a cell.
-void CRecipeDataShowView::ShowOtherRows()
-{
-    int row = 0;
-    int column = 0;
-    const bool hadFocusCell = m_pGrid->FocusCell(row, column);
-    ShowRows();
-    if (hadFocusCell)
-        m_pGrid->SetFocusCell(row, column);
-}
-
-bool CRecipeDataShowView::GoToNextEdited()
-{
-    return !EndCellEdit() || GoTo(Rows().NextEdited(FocusPlace()));
-}
-
-bool CRecipeDataShowView::GoToPreviousEdited()
-{
-    return !EndCellEdit() || GoTo(Rows().PreviousEdited(FocusPlace()));
-}
-
-/// Above the rows while no cell has the focus.
-CellPlace CRecipeDataShowView::FocusPlace() const
-{
-    int row = 0;
-    int column = 0;
-    return m_pGrid->FocusCell(row, column) ? PlaceOf(row, column) : CellPlace{-1, 0};
-}
-
-bool CRecipeDataShowView::GoTo(std::optional<CellPlace> place)
-{
-    if (!place)
-        return false;
-    m_pGrid->setFocus(); // to go on there
-    m_pGrid->ShowCells({{place->row + kTitleRows, static_cast<int>(place->column) + kTitleColumns}});
-    return true;
 }
 
 GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
@@ -492,7 +234,7 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     const bool isRewritten =
         typed ? typed->verdict != TypedVerdict::Fine : !isEdited && document.WhyChanged(place).has_value();
     return {.changed = isEdited,
-            .outOfRange = Rows().OutsideLimits(row - kTitleRows, dataColumn).has_value(),
+            .outOfRange = Rows().OutsideLimits(DataRowOf(row), dataColumn).has_value(),
             .rewritten = isRewritten,
             .differs = document.Comparison() && document.Comparison()->Differs(place)};
 }
@@ -503,7 +245,7 @@ QString CRecipeDataShowView::CellRemark(int row, int column) const
         return {};
     const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
     QStringList remarks;
-    if (const auto value = Rows().OutsideLimits(row - kTitleRows, dataColumn))
+    if (const auto value = Rows().OutsideLimits(DataRowOf(row), dataColumn))
         remarks += tr("the value %1 lies outside the limits %2")
                        .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(Rows().Columns()[dataColumn])));
     const CellPlace place = PlaceOf(row, column);

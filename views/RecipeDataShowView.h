@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/GridCtrl.h"
+#include "files/CellRange.h"
 #include "files/TableTitles.h"
 #include "views/RecipeFrame.h"
 #include "views/TypedValues.h"
@@ -67,10 +68,16 @@ public:
     /// Selects data cells, in ascending order, and brings them into sight; the focus stays where it is.
     void ShowCells(const std::vector<CellPlace>& places);
 
+    /// The data cells that are chosen, in blocks in no order; no cell stands in two.
+    std::vector<CellRange> ChosenRanges() const;
+
     /// The data cells that are chosen, in ascending order, at most so many.
     std::vector<CellPlace> ChosenPlaces(std::size_t most) const;
 
     // These end an edit that is open first; a refused text, which was reported then, stops the command.
+
+    /// Gives cells texts that passed their columns' checks: one edit. False when nothing was changed.
+    bool SetTexts(EditKind kind, std::vector<TextForCell> texts);
 
     /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
     void KeepStored(const std::vector<CellPlace>& places);
@@ -136,6 +143,9 @@ private:
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
+    CellPlace PlaceOf(int gridRow, int gridColumn) const; ///< of a data cell
+    int DataRowOf(int gridRow) const;
+    std::optional<int> GridRowOf(int dataRow) const; ///< nothing for a row that is not shown
     bool Take(EditKind kind, int row, int column, const QString& text);
     bool Take(EditKind kind, std::vector<TextForCell> texts);
     bool Report(EditOutcome outcome);

@@ -29,6 +29,8 @@ std::string NameOf(GridChange change)
         return "Cut";
     case GridChange::Clear:
         return "Clear";
+    case GridChange::Fill:
+        return "Fill";
     }
     return "?";
 }

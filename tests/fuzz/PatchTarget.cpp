@@ -42,13 +42,14 @@ void Apply(const Patch& patch, const PatchedFile& file)
     CNobody nobody;
     filePatch->HandTo(nobody);
     const ChangeHeader header = filePatch->Header();
-    if (header.newBytes.value_or(0) > static_cast<std::int64_t>(before.size() + kMostGrowth))
+    if (filePatch->ChangesNothing() ||
+        header.newBytes.value_or(0) > static_cast<std::int64_t>(before.size() + kMostGrowth))
         return;
     CRecordingReporter reporter;
     Require(static_cast<bool>(filePatch->Write(file.path, reporter)), "what fits is written");
     if (file.type != FileType::Frp) {
         const auto size = static_cast<std::int64_t>(FileContent(file.path).size());
-        Require(filePatch->ChangesNothing() || header.newBytes == size, "the size is the one that was told");
+        Require(header.newBytes == size, "the size is the one that was told");
     }
 }
 
