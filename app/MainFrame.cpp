@@ -5,6 +5,7 @@
 #include "app/MySplitter.h"
 #include "controls/ElidedLabel.h"
 #include "ui_MainFrame.h"
+#include "views/InspectorDock.h"
 #include "views/MergeParamDlg.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFormatEditView.h"
@@ -50,6 +51,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
     setGeometry(geometry.translated(screen()->geometry().topLeft()));
     CreatePanes();
     CreateCommands();
+    CreateInspector();
     CreateStatusPanes();
     ConnectCommands();
     AddAccelerators();
@@ -65,7 +67,8 @@ CMainFrame::~CMainFrame()
     m_pOtherPrograms.reset();
     m_pSaveCommands.reset();
     m_pEditCommands.reset();
-    delete m_pSplitter; // the panes speak to this frame while they go
+    delete m_pInspector; // it follows the data pane
+    delete m_pSplitter;  // the panes speak to this frame while they go
 }
 
 void CMainFrame::CreatePanes()
@@ -131,6 +134,22 @@ void CMainFrame::CreateComparing()
                  weight == static_cast<int>(StripSubject::PatchRefused))
             m_pPatchCommands->Withdraw();
     });
+}
+
+/// The menu's entry shows and hides it; shown so, it gets the focus.
+void CMainFrame::CreateInspector()
+{
+    m_pInspector = new CInspectorDock(*this, *m_pDataPane, this);
+    addDockWidget(Qt::RightDockWidgetArea, m_pInspector);
+    connect(m_pUi->actionInspector, &QAction::triggered, m_pInspector, [this](bool on) {
+        m_pInspector->setVisible(on);
+        if (on)
+            m_pInspector->setFocus();
+        else
+            m_pDataPane->setFocus();
+    });
+    connect(m_pInspector, &QDockWidget::visibilityChanged, this,
+            [this] { m_pUi->actionInspector->setChecked(!m_pInspector->isHidden()); });
 }
 
 void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)

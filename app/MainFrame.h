@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <memory>
 
+class CInspectorDock;
 class CMySplitter;
 class CRecipeDataShowView;
 class CRecipeFormatEditView;
@@ -78,6 +79,7 @@ private:
     void CreatePanes();
     void CreateCommands();
     void CreateComparing();
+    void CreateInspector();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
@@ -114,6 +116,7 @@ private:
     std::unique_ptr<CCompareCommands> m_pCompareCommands;
     std::unique_ptr<CPatchCommands> m_pPatchCommands;
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
+    CInspectorDock* m_pInspector = nullptr;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

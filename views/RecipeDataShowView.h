@@ -68,6 +68,9 @@ public:
     /// Selects data cells, in ascending order, and brings them into sight; the focus stays where it is.
     void ShowCells(const std::vector<CellPlace>& places);
 
+    /// The cell that cell commands work on; nothing while none is chosen.
+    std::optional<CellPlace> ChosenPlace() const;
+
     /// The data cells that are chosen, in blocks in no order; no cell stands in two.
     std::vector<CellRange> ChosenRanges() const;
 
@@ -78,6 +81,9 @@ public:
 
     /// Gives cells texts that passed their columns' checks: one edit. False when nothing was changed.
     bool SetTexts(EditKind kind, std::vector<TextForCell> texts);
+
+    /// Gives cells states that they may have, in ascending order of their places, none twice: one edit.
+    void SetStates(EditKind kind, std::vector<CellEdit> edits);
 
     /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
     void KeepStored(const std::vector<CellPlace>& places);

@@ -4,6 +4,8 @@
 #include "views/RecipeDataShowView.h"
 #include "views/TextCrossing.h"
 
+#include <utility>
+
 namespace {
 
 EditKind KindOf(GridChange change)
@@ -138,6 +140,12 @@ bool CRecipeDataShowView::SetTexts(EditKind kind, std::vector<TextForCell> texts
     m_pGrid->TextsChanged();
     emit ChosenCellChanged();
     return true;
+}
+
+void CRecipeDataShowView::SetStates(EditKind kind, std::vector<CellEdit> edits)
+{
+    if (EndCellEdit())
+        ShowStates(m_frame.Document().SetStates(kind, std::move(edits)));
 }
 
 void CRecipeDataShowView::KeepStored(const std::vector<CellPlace>& places)

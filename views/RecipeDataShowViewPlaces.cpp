@@ -31,6 +31,11 @@ void CRecipeDataShowView::ShowCells(const std::vector<CellPlace>& places)
     m_pGrid->ShowCells(cells);
 }
 
+std::optional<CellPlace> CRecipeDataShowView::ChosenPlace() const
+{
+    return ChosenColumn() == nullptr ? std::nullopt : std::optional(PlaceOf(m_nCurrentRow, m_nCurrentColumn));
+}
+
 /// The grid's body has the data cells.
 std::vector<CellRange> CRecipeDataShowView::ChosenRanges() const
 {

@@ -1,7 +1,8 @@
 """The pictures of the guide: what is done with the program before each of them, and which part of the screen they show.
 
-    pictures.py PROGRAM    makes all pictures anew, from that program, and removes those that no scene makes
-    pictures.py --list     prints their names
+    pictures.py PROGRAM             makes all pictures anew, from that program, and removes those that no scene makes
+    pictures.py PROGRAM PICTURE...  makes these anew
+    pictures.py --list              prints their names
 
 docs/guide/make-pictures calls this with the program and with the interpreter that has the accessibility library. A new
 picture is a new scene, or a few lines more in one: a scene starts from a desk with the sample as it was delivered.
@@ -276,6 +277,16 @@ def bits_of_a_word(desk):
         desk.window(app, "bit-browser-16-bit.png")
 
 
+@scene("inspector.png")
+def words_of_a_cell(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        desk.screen.key("ctrl+i")
+        scroll_to_the_right(app)
+        cell_of(app, "Steam %", 4).click()
+        desk.whole("inspector.png")
+
+
 @scene("bit-browser-32-bit.png")
 def bits_of_two_words(desk):
     with desk.open("bakery-oven.rcp") as app:
@@ -410,9 +421,11 @@ def take_desk():
     return True
 
 
-def play_scenes(program):
+def play_scenes(program, wanted):
     with Screen(1280, 800) as screen:
         for made, play in SCENES:
+            if wanted and not wanted & set(made):
+                continue
             try:
                 play(Desk(screen, program))
             except NotShown as fault:  # a busy machine can lose a key
@@ -422,26 +435,30 @@ def play_scenes(program):
 
 
 def main():
-    if len(sys.argv) != 2:
-        print("Usage: pictures.py PROGRAM | --list", file=sys.stderr)
+    if len(sys.argv) < 2:
+        print("Usage: pictures.py PROGRAM [PICTURE...] | --list", file=sys.stderr)
         return 2
     if sys.argv[1] == "--list":
         print("\n".join(sorted(name for made, _ in SCENES for name in made)))
         return 0
     program = Path(sys.argv[1]).resolve()
+    wanted = set(sys.argv[2:])
+    if wanted - set(names()):
+        print("There is no", *sorted(wanted - set(names())), file=sys.stderr)
+        return 2
     begun = time.time() - 1
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that the screen is ended and the desk cleared
     if not take_desk():
         print(f"{DESK} is there already. The pictures are made in that folder: remove it first.", file=sys.stderr)
         return 1
     try:
-        play_scenes(program)
+        play_scenes(program, wanted)
     finally:
         shutil.rmtree(DESK)
     for picture in IMAGES.iterdir():
         if picture.name not in names():
             picture.unlink()
-    left = [name for name in names() if (IMAGES / name).stat().st_mtime < begun]
+    left = [name for name in wanted or names() if (IMAGES / name).stat().st_mtime < begun]
     if left:
         print("Not made:", *left, file=sys.stderr)
         return 1
