@@ -16,11 +16,11 @@ struct GuidePages : testing::TestWithParam<const char*> {
 
     ProcessResult RunHere(const std::string& command) const
     {
-        return RunScript(
-            "cd \"$1\"; PATH=${cli%/*}:$PATH; export LC_ALL=C HOME=$2 XDG_DATA_HOME=$2 GIT_CONFIG_NOSYSTEM=1 "
-            "GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@b GIT_COMMITTER_NAME=A GIT_COMMITTER_EMAIL=a@b; "
-            "eval \"$3\" 2>&1",
-            {folder.Path().string(), home.Path().string(), command});
+        return RunScript("cd \"$1\"; unset $(git rev-parse --local-env-vars); PATH=${cli%/*}:$PATH; export LC_ALL=C "
+                         "HOME=$2 XDG_DATA_HOME=$2 GIT_CONFIG_NOSYSTEM=1 "
+                         "GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@b GIT_COMMITTER_NAME=A GIT_COMMITTER_EMAIL=a@b; "
+                         "eval \"$3\" 2>&1",
+                         {folder.Path().string(), home.Path().string(), command});
     }
 
     const fs::path source = VANTOR_SOURCE_DIR;

@@ -22,11 +22,11 @@ struct RecipesInGit : CliTest {
     /// What `script` prints in the repository; it must not fail, or complain.
     std::string Git(const std::string& script) const
     {
-        const ProcessResult result =
-            RunScript("cd \"$1\"; export HOME=$1 GIT_CONFIG_NOSYSTEM=1 GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@b "
-                      "GIT_COMMITTER_NAME=A GIT_COMMITTER_EMAIL=a@b; " +
-                          script,
-                      {folder.Path().string()});
+        const ProcessResult result = RunScript("cd \"$1\"; unset $(git rev-parse --local-env-vars); export HOME=$1 "
+                                               "GIT_CONFIG_NOSYSTEM=1 GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@b "
+                                               "GIT_COMMITTER_NAME=A GIT_COMMITTER_EMAIL=a@b; " +
+                                                   script,
+                                               {folder.Path().string()});
         EXPECT_EQ(result.exitCode, 0) << script << '\n' << result.error;
         EXPECT_EQ(result.error, "") << script;
         return result.out;
