@@ -3,28 +3,20 @@
 #include "library/LibraryPlace.h"
 #include "text/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
-#include "views/DataItemRow.h"
-#include "views/DataTypeEditDlg.h"
 #include "views/IntegerEdit.h"
-#include "views/NewFormatNameDlg.h"
 #include "views/TextCrossing.h"
 
-#include <QContextMenuEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QHeaderView>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QSignalBlocker>
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <utility>
 
 namespace {
 
-constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110}; // pixels
 const QString kDefaultPattern = QStringLiteral("*.rcp");
 
 std::int32_t IntegerIn(const QLineEdit& edit)
@@ -56,17 +48,6 @@ QString StateText(const LibraryState& state)
     else if (!sentences.isEmpty())
         sentences << Pane::tr("The file is copied before it is saved.");
     return sentences.join(u' ');
-}
-
-/// What a new format begins with.
-DataFormat NewFormat(const QString& name)
-{
-    DataItem item = DefaultItem();
-    SetText(item.description, u"Desc0");
-    DataFormat format(ViewOf(name));
-    format.insertItem(0, std::make_unique<DataItem>(item));
-    format.itemCount = 1;
-    return format;
 }
 
 } // namespace
@@ -103,24 +84,6 @@ CRecipeFormatEditView::~CRecipeFormatEditView()
 {
     if (m_store.IsChanged())
         m_store.Save(); // too late to tell of a failure
-}
-
-void CRecipeFormatEditView::SetUpList()
-{
-    QHeaderView* header = m_pUi->listItems->header();
-    header->setMinimumSectionSize(kItemColumnWidths[CDataItemRow::IdColumn]);
-    for (int column = 0; column < static_cast<int>(kItemColumnWidths.size()); ++column)
-        header->resizeSection(column, kItemColumnWidths[static_cast<std::size_t>(column)]);
-    m_pUi->listItems->installEventFilter(this);
-}
-
-void CRecipeFormatEditView::CreateItemMenu()
-{
-    m_pItemMenu = new QMenu(QStringLiteral("DoFormatDataItem"), this);
-    m_pItemMenu->setObjectName(QStringLiteral("menuItems"));
-    m_pItemMenu->addActions({m_pUi->actionAddItem, m_pUi->actionModifyItem, m_pUi->actionDeleteItem});
-    m_pItemMenu->addSeparator();
-    m_pItemMenu->addAction(m_pUi->actionDeleteAllItems);
 }
 
 void CRecipeFormatEditView::ConnectControls()
@@ -277,20 +240,6 @@ void CRecipeFormatEditView::KeepAllItems()
     TellCount();
 }
 
-void CRecipeFormatEditView::FillList()
-{
-    QTreeWidget& list = *m_pUi->listItems;
-    list.setUpdatesEnabled(false);
-    list.clear();
-    if (const DataFormat* format = SelectedFormat()) {
-        QList<QTreeWidgetItem*> rows;
-        for (const auto& item : format->items)
-            rows.append(new CDataItemRow(static_cast<int>(rows.size()), *item));
-        list.addTopLevelItems(rows);
-    }
-    list.setUpdatesEnabled(true);
-}
-
 void CRecipeFormatEditView::ShowFormatLength()
 {
     const DataFormat* format = SelectedFormat();
@@ -300,16 +249,6 @@ void CRecipeFormatEditView::ShowFormatLength()
 bool CRecipeFormatEditView::HasSelectedFormat() const
 {
     return SelectedFormat() != nullptr;
-}
-
-void CRecipeFormatEditView::SelectRow(int row)
-{
-    m_pUi->listItems->setCurrentItem(m_pUi->listItems->topLevelItem(row));
-}
-
-int CRecipeFormatEditView::CurrentRow() const
-{
-    return m_pUi->listItems->currentIndex().row();
 }
 
 /// Only while there is a format.
@@ -400,190 +339,4 @@ FileType CRecipeFormatEditView::TypeByEnding(const QString& path)
         if (path.endsWith(ending, Qt::CaseSensitive))
             return type;
     return FileType::Rcp; // kept: ".CSV" in capitals is shown again as a flat file
-}
-
-void CRecipeFormatEditView::contextMenuEvent(QContextMenuEvent* event)
-{
-    const QTreeWidget& list = *m_pUi->listItems;
-    const QPoint position = list.viewport()->mapFromGlobal(event->globalPos());
-    if (event->reason() == QContextMenuEvent::Keyboard && list.hasFocus())
-        OpenItemMenuAtCurrentRow();
-    else if (event->reason() == QContextMenuEvent::Mouse && list.viewport()->rect().contains(position))
-        OpenItemMenu(list.indexAt(position).row(), event->globalPos());
-    else
-        QScrollArea::contextMenuEvent(event);
-}
-
-bool CRecipeFormatEditView::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_pUi->listItems) {
-        if (event->type() == QEvent::FocusIn)
-            SelectRowForKeys(static_cast<QFocusEvent*>(event)->reason());
-        else if (event->type() == QEvent::KeyPress && HandleListKey(*static_cast<QKeyEvent*>(event)))
-            return true;
-    }
-    return QScrollArea::eventFilter(watched, event);
-}
-
-/// Where no row was current the toolkit makes the first one current, but does not show it as selected: one would not
-/// see which row Delete takes.
-void CRecipeFormatEditView::SelectRowForKeys(Qt::FocusReason reason)
-{
-    if (reason != Qt::MouseFocusReason && CurrentRow() < 0)
-        SelectRow(0);
-}
-
-/// The commands of the mouse, for the current row. The menu key needs nothing here: it is a context menu event.
-bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
-{
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (event.key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier) {
-        OpenItemMenuAtCurrentRow();
-        return true;
-    }
-    if (modifiers != Qt::NoModifier || event.isAutoRepeat())
-        return false; // a key held down must not empty the list
-    if (event.key() == Qt::Key_Insert && HasSelectedFormat()) {
-        m_nContextItem = CurrentRow();
-        OnAddItem();
-        return true;
-    }
-    if (CurrentRow() < 0)
-        return false;
-    if (event.key() == Qt::Key_Delete)
-        DeleteItem(CurrentRow());
-    else if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
-        EditItem(CurrentRow());
-    else
-        return false;
-    return true;
-}
-
-void CRecipeFormatEditView::OpenItemMenuAtCurrentRow()
-{
-    QTreeWidget& list = *m_pUi->listItems;
-    list.scrollTo(list.currentIndex());
-    const QRect row = list.visualRect(list.currentIndex()); // empty without one: the menu opens in the list's corner
-    OpenItemMenu(CurrentRow(), list.viewport()->mapToGlobal(row.bottomLeft()));
-}
-
-void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
-{
-    m_nContextItem = row;
-    if (m_pUi->comboFormats->count() == 0)
-        return;
-    m_pUi->actionModifyItem->setEnabled(row >= 0);
-    m_pUi->actionDeleteItem->setEnabled(row >= 0);
-    m_pItemMenu->popup(globalPosition);
-}
-
-/// After the row that the menu was opened on, else at the end.
-void CRecipeFormatEditView::OnAddItem()
-{
-    m_store.SetChanged(); // kept: even when the dialog is cancelled
-    const int rows = m_pUi->listItems->topLevelItemCount();
-    const int position = m_nContextItem >= 0 ? std::min(m_nContextItem + 1, rows) : rows;
-    m_nContextItem = -1;
-    CDataTypeEditDlg dialog(position, *CreateItem(FormatLibrary::ProgramVersion()), CDataTypeEditDlg::Mode::Add,
-                            m_frame.Reporter(), this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const FormatChange change = m_store.InsertItem(SelectedIndex(), static_cast<std::size_t>(position), dialog.Item());
-    ShowSelectedFormat();
-    SelectRow(position);
-    Made(EditKind::AddItem, change);
-}
-
-/// The row that the menu was opened on, -1 for none. It no longer is one when rows have gone since.
-int CRecipeFormatEditView::TakeContextItem()
-{
-    const int row = std::exchange(m_nContextItem, -1);
-    return row < m_pUi->listItems->topLevelItemCount() ? row : -1;
-}
-
-void CRecipeFormatEditView::OnModifyItem()
-{
-    EditItem(TakeContextItem());
-}
-
-void CRecipeFormatEditView::EditItem(int row)
-{
-    if (row < 0)
-        return;
-    const std::size_t format = SelectedIndex();
-    const auto position = static_cast<std::size_t>(row);
-    const DataItem item = *SelectedFormat()->items[position];
-    CDataTypeEditDlg dialog(row, item, CDataTypeEditDlg::Mode::Modify, m_frame.Reporter(), this);
-    connect(&dialog, &CDataTypeEditDlg::UnicodeTaken, this,
-            [&](std::int32_t unicode) { m_store.SetUnicode(format, position, unicode); });
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    m_store.SetUnicode(format, position, item.unicode); // all that was done is one change
-    const FormatChange change = m_store.ReplaceItem(format, position, dialog.Item());
-    ShowSelectedFormat();
-    SelectRow(row);
-    Made(EditKind::ModifyItem, change);
-}
-
-void CRecipeFormatEditView::OnDeleteItem()
-{
-    if (const int row = TakeContextItem(); row >= 0)
-        DeleteItem(row);
-}
-
-/// kept: the numbers of the rows after it stay as they are, until the list is filled again
-void CRecipeFormatEditView::DeleteItem(int row)
-{
-    const FormatChange change = m_store.RemoveItem(SelectedIndex(), static_cast<std::size_t>(row));
-    delete m_pUi->listItems->takeTopLevelItem(row);
-    ShowFormatSize();
-    Made(EditKind::DeleteItem, change);
-}
-
-void CRecipeFormatEditView::OnDeleteAllItems()
-{
-    const FormatChange change = m_store.RemoveAllItems(SelectedIndex());
-    m_pUi->listItems->clear();
-    ShowFormatSize();
-    Made(EditKind::DeleteAllItems, change);
-}
-
-void CRecipeFormatEditView::OnAddFormat()
-{
-    m_store.SetChanged(); // kept: even when the dialog is cancelled
-    CNewFormatNameDlg dialog(m_frame.Reporter(), this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    Made(EditKind::AddFormat, m_store.AppendFormat(NewFormat(dialog.Name())));
-}
-
-/// The format after the deleted one is selected, or, when that was the last, the one before it.
-void CRecipeFormatEditView::OnDeleteFormat()
-{
-    Made(EditKind::DeleteFormat, m_store.RemoveFormat(SelectedIndex()));
-}
-
-/// Every command on formats and items ends here. What became of a format is shown by now, but not that it came or went.
-/// With the reading that it brings about it is one edit.
-void CRecipeFormatEditView::Made(EditKind kind, const FormatChange& change, AfterChange next)
-{
-    {
-        const CRecipeDocument::CGroup group(m_frame.Document(), kind);
-        m_frame.Document().NoteFormatChange(kind, change);
-        TakeIntoUse(change, next);
-    }
-    m_frame.WithdrawEdit();
-    m_frame.UpdateCommands();
-}
-
-void CRecipeFormatEditView::TakeIntoUse(const FormatChange& change, AfterChange next)
-{
-    if (!change.before || !change.after)
-        FormatChanged(change.index);
-    if (next == AfterChange::Save)
-        SaveFormats();
-    else if (m_bAutoUse)
-        UseFormat();
-    else
-        TakeOthers();
 }
