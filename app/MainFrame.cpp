@@ -304,6 +304,7 @@ void CMainFrame::UpdateCommands()
     m_pPatchCommands->Follow();
     m_pVersionCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
+    m_pFormatPane->ShowFirstRow();
 }
 
 CMainFrame::SaveNotice CMainFrame::NoticeOf(const QString& text, const QString& path)
@@ -322,6 +323,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pPatchCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
+    m_pFormatPane->ShowFirstRow();
 }
 
 SaveResult CMainFrame::RefreshRecipeData(FileType type, const QString& path, ForeignRule rule)
@@ -415,6 +417,7 @@ void CMainFrame::ClearRecipeData()
 {
     ForgetLeftOut();
     m_pDataPane->ClearGrid();
+    m_pFormatPane->ShowFirstRow();
 }
 
 bool CMainFrame::ValidateCellValue(int gridColumn, const QString& text) const

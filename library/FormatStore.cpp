@@ -3,6 +3,7 @@
 #include "disk/File.h"
 #include "library/LibraryLock.h"
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -108,6 +109,18 @@ FormatChange CFormatStore::RemoveFormat(std::size_t format)
     return change;
 }
 
+FormatChange CFormatStore::DuplicateFormat(std::size_t format)
+{
+    DataFormat copy = *m_library.formats[format];
+    SetText(copy.name, FreeName(m_library.formats, TextOf(copy.name)));
+    return AppendFormat(std::move(copy));
+}
+
+FormatChange CFormatStore::RenameFormat(std::size_t format, std::u16string_view name)
+{
+    return ChangeFormat(format, [name](DataFormat& changed) { SetText(changed.name, name); });
+}
+
 FormatChange CFormatStore::InsertItem(std::size_t format, std::size_t position, const DataItem& item)
 {
     return ChangeFormat(format, [&](DataFormat& changed) {
@@ -125,6 +138,19 @@ FormatChange CFormatStore::ReplaceItem(std::size_t format, std::size_t position,
 FormatChange CFormatStore::RemoveItem(std::size_t format, std::size_t position)
 {
     return ChangeFormat(format, [&](DataFormat& changed) { changed.removeItem(position); });
+}
+
+FormatChange CFormatStore::MoveItem(std::size_t format, std::size_t from, std::size_t to)
+{
+    return ChangeFormat(format, [from, to](DataFormat& changed) {
+        const auto place = [&changed](std::size_t index) {
+            return changed.items.begin() + static_cast<std::ptrdiff_t>(index);
+        };
+        if (from < to)
+            std::rotate(place(from), place(from + 1), place(to + 1));
+        else
+            std::rotate(place(to), place(from), place(from + 1));
+    });
 }
 
 FormatChange CFormatStore::RemoveAllItems(std::size_t format)

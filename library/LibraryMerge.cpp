@@ -17,6 +17,13 @@ std::u16string_view NameOf(const DataFormat& format)
     return CutText(TextOf(format.name), kReadNameLength);
 }
 
+/// Cut so that all of it is read again.
+std::u16string NumberedName(std::u16string_view name, std::int64_t number)
+{
+    const std::u16string ending = u" (" + DecimalText(number) + u")";
+    return std::u16string(CutText(name, kReadNameLength - ending.size())) + ending;
+}
+
 bool HaveSameItems(const DataFormat& a, const DataFormat& b)
 {
     const auto count = static_cast<std::ptrdiff_t>(a.savedItemCount());
@@ -145,12 +152,6 @@ private:
         }
     }
 
-    static std::u16string NumberedName(std::u16string_view name, std::int64_t number)
-    {
-        const std::u16string ending = u" (" + DecimalText(number) + u")";
-        return std::u16string(CutText(name, kReadNameLength - ending.size())) + ending;
-    }
-
     /// The place of one that has that name and the items of `format`; it counts as taken then.
     std::optional<std::size_t> TakeAlikeOfTheirs(std::u16string_view name, const DataFormat& format)
     {
@@ -200,6 +201,18 @@ Formats CopyOf(const Formats& formats)
     for (const auto& format : formats)
         copy.push_back(std::make_unique<DataFormat>(*format));
     return copy;
+}
+
+std::u16string FreeName(const Formats& formats, std::u16string_view name)
+{
+    std::int64_t number = 2;
+    const auto isTaken = [&](const std::u16string& numbered) {
+        return std::any_of(formats.begin(), formats.end(),
+                           [&](const auto& format) { return NameOf(*format) == numbered; });
+    };
+    while (isTaken(NumberedName(name, number)))
+        ++number;
+    return NumberedName(name, number);
 }
 
 bool AreSavedAlike(const Formats& a, const Formats& b)

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 // Formats that two programs changed, put together again. Formats are known by their names, as far as these are read
@@ -17,6 +19,10 @@ Formats CopyOf(const Formats& formats);
 
 /// Whether both would be saved as the same formats in the same order.
 bool AreSavedAlike(const Formats& a, const Formats& b);
+
+/// "NAME (2)", or NAME with the next number that no format of `formats` has; NAME is cut so that all of it is read
+/// again.
+std::u16string FreeName(const Formats& formats, std::u16string_view name);
 
 /// What became of one of our formats.
 struct FormatMove {

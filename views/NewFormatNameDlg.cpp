@@ -26,6 +26,14 @@ CNewFormatNameDlg::CNewFormatNameDlg(CReporter& reporter, QWidget* parent)
 
 CNewFormatNameDlg::~CNewFormatNameDlg() = default;
 
+void CNewFormatNameDlg::AskToRename(const QString& name)
+{
+    setWindowTitle(tr("Rename Dataformat"));
+    m_pUi->editName->setToolTip(tr("The other name of the data format"));
+    m_pUi->editName->setText(name);
+    m_pUi->editName->selectAll();
+}
+
 QString CNewFormatNameDlg::TypedName() const
 {
     return m_pUi->editName->text().trimmed();

@@ -57,7 +57,8 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
     : QScrollArea(parent),
       m_frame(frame),
       m_pUi(std::make_unique<Ui::CRecipeFormatEditView>()),
-      m_store(ProgramLibraryPath(executable, frame.Reporter()))
+      m_store(ProgramLibraryPath(executable, frame.Reporter())),
+      m_firstRow(frame.Document())
 {
     setObjectName(QStringLiteral("formatPane"));
     setAccessibleName(tr("Data format"));
@@ -74,6 +75,7 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
 
     SetUpList();
     CreateItemMenu();
+    CreateFormatMenu();
     TellLibraryState();
     FillControls();
     ConnectControls();
@@ -95,6 +97,11 @@ void CRecipeFormatEditView::ConnectControls()
     connect(m_pUi->actionModifyItem, &QAction::triggered, this, &CRecipeFormatEditView::OnModifyItem);
     connect(m_pUi->actionDeleteItem, &QAction::triggered, this, &CRecipeFormatEditView::OnDeleteItem);
     connect(m_pUi->actionDeleteAllItems, &QAction::triggered, this, &CRecipeFormatEditView::OnDeleteAllItems);
+    connect(m_pUi->actionMoveItemUp, &QAction::triggered, this, [this] { OnMoveItem(-1); });
+    connect(m_pUi->actionMoveItemDown, &QAction::triggered, this, [this] { OnMoveItem(+1); });
+    connect(m_pUi->actionDuplicateItem, &QAction::triggered, this, &CRecipeFormatEditView::OnDuplicateItem);
+    connect(m_pUi->actionRenameFormat, &QAction::triggered, this, &CRecipeFormatEditView::OnRenameFormat);
+    connect(m_pUi->actionDuplicateFormat, &QAction::triggered, this, &CRecipeFormatEditView::OnDuplicateFormat);
     connect(m_pUi->listItems, &QTreeWidget::doubleClicked, this,
             [this](const QModelIndex& index) { EditItem(index.row()); });
     connect(m_pUi->checkAutoUse, &QCheckBox::toggled, this, [this](bool checked) { m_bAutoUse = checked; });

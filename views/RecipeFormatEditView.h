@@ -2,6 +2,7 @@
 
 #include "library/FormatStore.h"
 #include "recovery/VersionStore.h"
+#include "views/FirstRow.h"
 #include "views/RecipeFrame.h"
 
 #include <QScrollArea>
@@ -70,6 +71,9 @@ public:
     /// Shows what others changed in the library's file, which is not written.
     void TakeOthers();
 
+    /// Shows what the table's first row holds of the items. To be called when cells or rows may be others.
+    void ShowFirstRow();
+
     /// The pattern of the file type that was opened last, "*.rcp" for example; kept in the library between runs.
     const QString& FilePattern() const { return m_strFilePattern; }
     void SetFilePattern(const QString& pattern) { m_strFilePattern = pattern; }
@@ -82,7 +86,9 @@ private:
     enum class AfterChange { UseFormat, Save };
 
     void SetUpList();
+    void FitColumns();
     void CreateItemMenu();
+    void CreateFormatMenu();
     void ConnectControls();
     void FillControls();
     void ShowNames();
@@ -102,6 +108,7 @@ private:
 
     void SelectRowForKeys(Qt::FocusReason reason);
     bool HandleListKey(const QKeyEvent& event);
+    bool HandleMoveKey(const QKeyEvent& event);
     void OpenItemMenu(int row, const QPoint& globalPosition);
     void OpenItemMenuAtCurrentRow();
     void OnAddItem();
@@ -109,10 +116,15 @@ private:
     void OnModifyItem();
     void OnDeleteItem();
     void OnDeleteAllItems();
+    void OnMoveItem(int rows);
+    void OnDuplicateItem();
     void OnAddFormat();
     void OnDeleteFormat();
+    void OnRenameFormat();
+    void OnDuplicateFormat();
     void EditItem(int row);
     void DeleteItem(int row);
+    void MoveItem(int row, int rows);
     void Made(EditKind kind, const FormatChange& change, AfterChange next = AfterChange::UseFormat);
     void TakeIntoUse(const FormatChange& change, AfterChange next);
 
@@ -126,10 +138,13 @@ private:
     CRecipeFrame& m_frame;
     std::unique_ptr<Ui::CRecipeFormatEditView> m_pUi;
     CFormatStore m_store;
+    CFirstRow m_firstRow;
     QMenu* m_pItemMenu = nullptr;
-    bool m_bAutoUse = true;  ///< a changed format is used at once
-    int m_nContextItem = -1; ///< row that the item menu was opened on, -1 for none
-    QString m_strCountTold;  ///< what the strip was asked to say of the selected format's count
+    bool m_isFitting = false;       ///< the columns' widths are being set
+    bool m_areFittedByHand = false; ///< the user has set one
+    bool m_bAutoUse = true;         ///< a changed format is used at once
+    int m_nContextItem = -1;        ///< row that the item menu was opened on, -1 for none
+    QString m_strCountTold;         ///< what the strip was asked to say of the selected format's count
     QString m_strFilePattern;
     QString m_strVersionTrouble; ///< why the library was not kept when its formats became others; empty when it was
 };

@@ -12,11 +12,12 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 namespace {
 
-constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110}; // pixels
+constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110, 90}; // pixels
 
 /// What a new format begins with.
 DataFormat NewFormat(const QString& name)
@@ -35,9 +36,31 @@ void CRecipeFormatEditView::SetUpList()
 {
     QHeaderView* header = m_pUi->listItems->header();
     header->setMinimumSectionSize(kItemColumnWidths[CDataItemRow::IdColumn]);
-    for (int column = 0; column < static_cast<int>(kItemColumnWidths.size()); ++column)
-        header->resizeSection(column, kItemColumnWidths[static_cast<std::size_t>(column)]);
+    header->setStretchLastSection(false);
+    FitColumns();
+    connect(header, &QHeaderView::sectionResized, this, [this] { m_areFittedByHand |= !m_isFitting; });
     m_pUi->listItems->installEventFilter(this);
+    m_pUi->listItems->viewport()->installEventFilter(this);
+}
+
+/// Room that is left goes to the types as far as they need it, then to the descriptions. A width that the user has set
+/// ends that.
+void CRecipeFormatEditView::FitColumns()
+{
+    if (m_areFittedByHand)
+        return;
+    QTreeWidget& list = *m_pUi->listItems;
+    auto widths = kItemColumnWidths;
+    const int room = std::max(0, list.viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0));
+    int& typeWidth = widths[CDataItemRow::TypeColumn];
+    const QAbstractItemView& view = list; // whose hint can be asked for
+    const int forTypes = std::clamp(view.sizeHintForColumn(CDataItemRow::TypeColumn) - typeWidth, 0, room);
+    typeWidth += forTypes;
+    widths[CDataItemRow::DescriptionColumn] += room - forTypes;
+    m_isFitting = true;
+    for (int column = 0; column < CDataItemRow::ColumnCount; ++column)
+        list.header()->resizeSection(column, widths[static_cast<std::size_t>(column)]);
+    m_isFitting = false;
 }
 
 void CRecipeFormatEditView::CreateItemMenu()
@@ -47,6 +70,17 @@ void CRecipeFormatEditView::CreateItemMenu()
     m_pItemMenu->addActions({m_pUi->actionAddItem, m_pUi->actionModifyItem, m_pUi->actionDeleteItem});
     m_pItemMenu->addSeparator();
     m_pItemMenu->addAction(m_pUi->actionDeleteAllItems);
+    m_pItemMenu->addSeparator();
+    m_pItemMenu->addActions({m_pUi->actionMoveItemUp, m_pUi->actionMoveItemDown, m_pUi->actionDuplicateItem});
+    m_pItemMenu->addSeparator();
+    m_pItemMenu->addActions({m_pUi->actionRenameFormat, m_pUi->actionDuplicateFormat});
+}
+
+/// That of the box with the formats' names; the menu of the items has its commands, too.
+void CRecipeFormatEditView::CreateFormatMenu()
+{
+    m_pUi->comboFormats->addActions({m_pUi->actionRenameFormat, m_pUi->actionDuplicateFormat});
+    m_pUi->comboFormats->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void CRecipeFormatEditView::FillList()
@@ -57,10 +91,18 @@ void CRecipeFormatEditView::FillList()
     if (const DataFormat* format = SelectedFormat()) {
         QList<QTreeWidgetItem*> rows;
         for (const auto& item : format->items)
-            rows.append(new CDataItemRow(static_cast<int>(rows.size()), *item));
+            rows.append(new CDataItemRow(static_cast<int>(rows.size()), *item, m_firstRow));
         list.addTopLevelItems(rows);
     }
     list.setUpdatesEnabled(true);
+    FitColumns();
+    ShowFirstRow();
+}
+
+void CRecipeFormatEditView::ShowFirstRow()
+{
+    m_firstRow.Follow(SelectedFormat());
+    m_pUi->listItems->viewport()->update();
 }
 
 void CRecipeFormatEditView::SelectRow(int row)
@@ -92,7 +134,8 @@ bool CRecipeFormatEditView::eventFilter(QObject* watched, QEvent* event)
             SelectRowForKeys(static_cast<QFocusEvent*>(event)->reason());
         else if (event->type() == QEvent::KeyPress && HandleListKey(*static_cast<QKeyEvent*>(event)))
             return true;
-    }
+    } else if (watched == m_pUi->listItems->viewport() && event->type() == QEvent::Resize)
+        FitColumns();
     return QScrollArea::eventFilter(watched, event);
 }
 
@@ -112,6 +155,8 @@ bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
         OpenItemMenuAtCurrentRow();
         return true;
     }
+    if (modifiers == Qt::AltModifier)
+        return HandleMoveKey(event);
     if (modifiers != Qt::NoModifier || event.isAutoRepeat())
         return false; // a key held down must not empty the list
     if (event.key() == Qt::Key_Insert && HasSelectedFormat()) {
@@ -130,6 +175,14 @@ bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
     return true;
 }
 
+bool CRecipeFormatEditView::HandleMoveKey(const QKeyEvent& event)
+{
+    if (event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
+        return false;
+    MoveItem(CurrentRow(), event.key() == Qt::Key_Up ? -1 : +1);
+    return true;
+}
+
 void CRecipeFormatEditView::OpenItemMenuAtCurrentRow()
 {
     QTreeWidget& list = *m_pUi->listItems;
@@ -145,6 +198,9 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
         return;
     m_pUi->actionModifyItem->setEnabled(row >= 0);
     m_pUi->actionDeleteItem->setEnabled(row >= 0);
+    m_pUi->actionMoveItemUp->setEnabled(row > 0);
+    m_pUi->actionMoveItemDown->setEnabled(row >= 0 && row + 1 < m_pUi->listItems->topLevelItemCount());
+    m_pUi->actionDuplicateItem->setEnabled(row >= 0);
     m_pItemMenu->popup(globalPosition);
 }
 
@@ -219,6 +275,38 @@ void CRecipeFormatEditView::OnDeleteAllItems()
     Made(EditKind::DeleteAllItems, change);
 }
 
+void CRecipeFormatEditView::OnMoveItem(int rows)
+{
+    MoveItem(TakeContextItem(), rows);
+}
+
+/// The first one cannot go up, nor the last one down.
+void CRecipeFormatEditView::MoveItem(int row, int rows)
+{
+    const int to = row + rows;
+    if (row < 0 || to < 0 || to >= m_pUi->listItems->topLevelItemCount())
+        return;
+    const FormatChange change =
+        m_store.MoveItem(SelectedIndex(), static_cast<std::size_t>(row), static_cast<std::size_t>(to));
+    ShowSelectedFormat();
+    SelectRow(to);
+    Made(EditKind::MoveItem, change);
+}
+
+/// The copy comes after the item.
+void CRecipeFormatEditView::OnDuplicateItem()
+{
+    const int row = TakeContextItem();
+    if (row < 0)
+        return;
+    const auto position = static_cast<std::size_t>(row);
+    const DataItem copy = *SelectedFormat()->items[position];
+    const FormatChange change = m_store.InsertItem(SelectedIndex(), position + 1, copy);
+    ShowSelectedFormat();
+    SelectRow(row + 1);
+    Made(EditKind::DuplicateItem, change);
+}
+
 void CRecipeFormatEditView::OnAddFormat()
 {
     m_store.SetChanged(); // kept: even when the dialog is cancelled
@@ -232,6 +320,29 @@ void CRecipeFormatEditView::OnAddFormat()
 void CRecipeFormatEditView::OnDeleteFormat()
 {
     Made(EditKind::DeleteFormat, m_store.RemoveFormat(SelectedIndex()));
+}
+
+/// A name that stays the same is no command.
+void CRecipeFormatEditView::OnRenameFormat()
+{
+    const DataFormat* format = SelectedFormat();
+    if (!format)
+        return;
+    const QString name = ToQString(TextOf(format->name));
+    CNewFormatNameDlg dialog(m_frame.Reporter(), this);
+    dialog.AskToRename(name);
+    if (dialog.exec() != QDialog::Accepted || dialog.Name() == name)
+        return;
+    const std::size_t index = SelectedIndex();
+    const FormatChange change = m_store.RenameFormat(index, ViewOf(dialog.Name()));
+    FormatChanged(index);
+    Made(EditKind::RenameFormat, change);
+}
+
+void CRecipeFormatEditView::OnDuplicateFormat()
+{
+    if (HasSelectedFormat())
+        Made(EditKind::DuplicateFormat, m_store.DuplicateFormat(SelectedIndex()));
 }
 
 /// Every command on formats and items ends here. What became of a format is shown by now, but not that it came or went.

@@ -166,6 +166,14 @@ INSTANTIATE_TEST_SUITE_P(Commands, UndoOfItems, testing::Values(
              {"Other", "Name"}, "Modify DataItem"},
     ItemCase{"DeleteByKey", [](Window& w) { w.GoToItem(0); w.Key(Qt::Key_Delete); }, {"Name"}, "Del DataItem"},
     ItemCase{"DeleteByMenu", [](Window& w) { w.GoToItem(0); w.ChooseInItemMenu(2); }, {"Name"}, "Del DataItem"},
+    ItemCase{"MoveUpByKey", [](Window& w) { w.GoToItem(1); w.Key(Qt::Key_Up, Qt::AltModifier); },
+             {"Name", "Word"}, "Move DataItem"},
+    ItemCase{"MoveDownByKey", [](Window& w) { w.GoToItem(0); w.Key(Qt::Key_Down, Qt::AltModifier); },
+             {"Name", "Word"}, "Move DataItem"},
+    ItemCase{"MoveUpByMenu", [](Window& w) { w.GoToItem(1); w.ChooseInItemMenu(4); },
+             {"Name", "Word"}, "Move DataItem"},
+    ItemCase{"Duplicate", [](Window& w) { w.GoToItem(0); w.ChooseInItemMenu(5); },
+             {"Word", "Word", "Name"}, "Duplicate DataItem"},
     ItemCase{"DeleteAll", [](Window& w) { w.GoToItem(0); w.ChooseInItemMenu(3); }, {}, "Del All DataItem"}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
@@ -371,4 +379,45 @@ TEST_F(UndoOfFormats, ReadingsOfAFileThatAnotherProgramChangedBringBackWhatWasSh
     EXPECT_EQ(Shown(), kShown);
     Redo();
     EXPECT_EQ(Grid().GetItemText(1, 2), "0");
+}
+
+TEST_F(UndoOfFormats, ARenamedFormatGetsItsNameBack)
+{
+    const QStringList before = FormatsInFile();
+    {
+        const CModalAnswer answer({TypeAndAccept("editName", "Other")});
+        Find<QComboBox>("comboFormats").setFocus();
+        Key(Qt::Key_F2);
+        EXPECT_EQ(answer.texts.size(), 1u);
+        Activate();
+    }
+    const QStringList renamed{"Other Word Name"};
+    EXPECT_EQ(FormatNames(), QStringList{"Other"});
+    EXPECT_EQ(FormatsInFile(), renamed);
+    EXPECT_EQ(Shown(), kShown);
+    Grid().setFocus();
+    EXPECT_EQ(NextUndo(), "Rename Dataformat");
+    Undo();
+    EXPECT_EQ(FormatsInFile(), before);
+    EXPECT_NE(FormatNames(), QStringList{"Other"});
+    Redo();
+    EXPECT_EQ(FormatNames(), QStringList{"Other"});
+    EXPECT_EQ(FormatsInFile(), renamed);
+}
+
+TEST_F(UndoOfFormats, ADuplicateFormatGoesAndComesBack)
+{
+    const QStringList before = FormatNames();
+    GoToItem(0);
+    ChooseInItemMenu(7);
+    EXPECT_EQ(FormatNames(), before + QStringList{before[0] + " (2)"});
+    EXPECT_EQ(Shown(), kShown);
+    Grid().setFocus();
+    EXPECT_EQ(NextUndo(), "Duplicate Dataformat");
+    Undo();
+    EXPECT_EQ(FormatNames(), before);
+    EXPECT_EQ(FormatsInFile().size(), 1);
+    Redo();
+    EXPECT_EQ(FormatNames().size(), 2);
+    EXPECT_EQ(FormatsInFile().size(), 2);
 }

@@ -73,7 +73,7 @@ public:
             return store.AppendFormat(kLine);
         const std::size_t format = Below(formats.size());
         const std::size_t items = formats[format]->items.size();
-        switch (items == 0 ? Below(4) : Below(8)) {
+        switch (items == 0 ? Below(6) : Below(12)) {
         case 0:
             return store.RemoveFormat(format);
         case 1:
@@ -82,9 +82,16 @@ public:
         case 3:
             return store.InsertItem(format, Below(items + 1), kSpeed);
         case 4:
-            return store.RemoveAllItems(format);
+            return store.DuplicateFormat(format);
         case 5:
+            return store.RenameFormat(format, Below(2) == 0 ? u"Line" : u"Other");
+        case 6:
+            return store.RemoveAllItems(format);
+        case 7:
             return store.RemoveItem(format, Below(items));
+        case 8:
+        case 9:
+            return store.MoveItem(format, Below(items), Below(items));
         default:
             return store.ReplaceItem(format, Below(items), kSpeed);
         }
@@ -208,10 +215,46 @@ INSTANTIATE_TEST_SUITE_P(Table, StoreOperation, testing::Values(
                   {Changed(kLine, [](DataFormat& format) { *format.items[1] = kSpeed; }), kMixer}},
     OperationCase{"RemoveItem", [](CFormatStore& store) { return store.RemoveItem(0, 0); },
                   {Changed(kLine, [](DataFormat& format) { format.removeItem(0); }), kMixer}},
+    OperationCase{"MoveItemDown", [](CFormatStore& store) { return store.MoveItem(0, 0, 1); },
+                  {Changed(kLine, [](DataFormat& format) { std::swap(format.items[0], format.items[1]); }), kMixer}},
+    OperationCase{"MoveItemToTheTop", [](CFormatStore& store) { return store.MoveItem(0, 2, 0); },
+                  {MakeFormat(u"Line", {kSpeed, DefaultItem(), MakeItem(u"B", DataType::Unsigned16, 1, 3)}), kMixer}},
+    OperationCase{"MoveItemNowhere", [](CFormatStore& store) { return store.MoveItem(0, 1, 1); }, {kLine, kMixer}},
+    OperationCase{"DuplicateFormat", [](CFormatStore& store) { return store.DuplicateFormat(0); },
+                  {kLine, kMixer, Changed(kLine, [](DataFormat& format) { SetText(format.name, u"Line (2)"); })}},
+    OperationCase{"RenameFormat", [](CFormatStore& store) { return store.RenameFormat(0, u"Row"); },
+                  {Changed(kLine, [](DataFormat& format) { SetText(format.name, u"Row"); }), kMixer}},
+    OperationCase{"RenameToANameThatIsThere", [](CFormatStore& store) { return store.RenameFormat(0, u"Mixer"); },
+                  {Changed(kLine, [](DataFormat& format) { SetText(format.name, u"Mixer"); }), kMixer}},
     OperationCase{"RemoveAllItems", [](CFormatStore& store) { return store.RemoveAllItems(1); },
                   {kLine, MakeFormat(u"Mixer", {})}}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
+
+TEST_F(FormatStore, EachDuplicateHasANameOfItsOwnThatIsReadAgain)
+{
+    const std::u16string longest(64, u'x');
+    ASSERT_EQ(Stored({MakeFormat(longest, {kSpeed})}).save(Path()), 0);
+    CFormatStore store(Path());
+    store.DuplicateFormat(0);
+    store.DuplicateFormat(0);
+    ASSERT_TRUE(store.Save());
+    const std::u16string cut(60, u'x');
+    ExpectFormats(CFormatStore(Path()), {MakeFormat(longest, {kSpeed}), MakeFormat(cut + u" (2)", {kSpeed}),
+                                         MakeFormat(cut + u" (3)", {kSpeed})});
+}
+
+TEST_F(FormatStore, ADuplicateAndAMovedItemKeepACountThatLeavesItemsOut)
+{
+    DataFormat fewer = kLine;
+    fewer.itemCount = 2;
+    CFormatStore store(Path());
+    store.AppendFormat(fewer);
+    store.DuplicateFormat(2);
+    store.MoveItem(3, 2, 0);
+    EXPECT_EQ(store.Library().formats[3]->itemCount, 2);
+    EXPECT_EQ(store.Library().formats[3]->items.size(), 3U);
+}
 
 TEST_F(FormatStore, CountsAllItemsOfAFormatThatCountsFewer)
 {

@@ -1,5 +1,7 @@
 #include "tests/views/FormatPaneFixture.h"
 
+#include "views/DataItemRow.h"
+
 #include <QWindow>
 
 void FormatPane::Store(const std::vector<DataFormat>& formats, std::int32_t startAddress, std::int32_t rows)
@@ -46,7 +48,7 @@ bool FormatPane::SavesAtTheEnd()
 QStringList FormatPane::Row(int row) const
 {
     QStringList texts;
-    for (int column = 0; column < List().columnCount(); ++column)
+    for (int column = 0; column <= CDataItemRow::DescriptionColumn; ++column)
         texts << List().topLevelItem(row)->text(column);
     return texts;
 }

@@ -48,7 +48,7 @@ struct FormatPane : testing::Test {
     QMenu& ItemMenu() const { return Find<QMenu>("menuItems"); }
     std::string FormatLength() const { return TextIn(*view, "editFormatLength"); }
 
-    QStringList Row(int row) const;       ///< texts of a row of the list, column by column
+    QStringList Row(int row) const;       ///< texts of a row of the list, up to the description
     QStringList Column(int column) const; ///< texts of a column of the list, row by row
 
     void Type(const char* edit, const QString& text) { TypeInto(*view, edit, text); }

@@ -1,6 +1,7 @@
 #include "tests/views/FormatPaneFixture.h"
 
 #include <QAccessible>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
 
@@ -34,7 +35,7 @@ TEST_F(FormatPane, ListsTheItemsOfTheSelectedFormat)
     Start();
     auto& list = Find<QTreeWidget>("listItems");
     ASSERT_EQ(list.topLevelItemCount(), 2);
-    EXPECT_EQ(Row(0), (QStringList{"0", "1", "16 bit signed number", "Temp"}));
+    EXPECT_EQ(Row(0), (QStringList{"0", "1", "16 bit signed number x 3", "Temp"}));
     EXPECT_EQ(Row(1), (QStringList{"1", "4", "String Data", "Name"}));
     Find<QComboBox>("comboFormats").setFocus();
     QTest::keyClick(&Find<QComboBox>("comboFormats"), Qt::Key_Down);
@@ -50,13 +51,56 @@ TEST_F(FormatPane, TheListsColumnsHaveTheirTitlesAndWidths)
     auto& list = Find<QTreeWidget>("listItems");
     const QStringList titles{"ID", "Len(word)", "Datatype", "Desci"};
     const int widths[] = {28, 66, 108, 110};
-    ASSERT_EQ(list.columnCount(), 4);
-    for (int column = 0; column < 3; ++column) {
+    ASSERT_EQ(list.columnCount(), 5); // and what the first row holds
+    for (int column = 0; column < 4; ++column) {
         EXPECT_EQ(list.headerItem()->text(column), titles[column]);
         EXPECT_EQ(list.columnWidth(column), widths[column]);
     }
-    EXPECT_EQ(list.headerItem()->text(3), titles[3]);
-    EXPECT_GE(list.columnWidth(3), widths[3]); // the last one takes what is left
+    EXPECT_EQ(list.headerItem()->text(4), "First row");
+}
+
+TEST_F(FormatPane, AWiderPaneShowsWholeTypesThenMoreOfTheDescriptions)
+{
+    Store({kOven});
+    Start();
+    auto& list = Find<QTreeWidget>("listItems");
+    const int needed = static_cast<QAbstractItemView&>(list).sizeHintForColumn(2);
+    ASSERT_GT(needed, 128);
+    const auto widen = [&](int room) {
+        view->resize(view->width() + 402 + room - list.viewport()->width(), 852);
+        return WaitFor([&] { return list.viewport()->width() == 402 + room; });
+    };
+    ASSERT_TRUE(widen(20));
+    EXPECT_EQ(list.columnWidth(2), 128);
+    EXPECT_EQ(list.columnWidth(3), 110);
+    ASSERT_TRUE(widen(300));
+    EXPECT_EQ(list.columnWidth(2), needed);
+    EXPECT_EQ(list.columnWidth(3), 110 + 300 - (needed - 108));
+    EXPECT_EQ(list.columnWidth(4), 90);
+    EXPECT_FALSE(list.horizontalScrollBar()->isVisible());
+    ASSERT_TRUE(widen(-47));
+    EXPECT_EQ(list.columnWidth(2), 108);
+    EXPECT_EQ(list.columnWidth(3), 110);
+}
+
+TEST_F(FormatPane, AWidthThatTheUserSetsStays)
+{
+    Store({kOven});
+    Start();
+    view->resize(900, 852);
+    auto& list = Find<QTreeWidget>("listItems");
+    QHeaderView& header = *list.header();
+    ASSERT_TRUE(WaitFor([&] { return list.columnWidth(3) > 110; }));
+    const QPoint edge(header.sectionViewportPosition(3) - 1, header.height() / 2);
+    const int before = list.columnWidth(2);
+    QTest::mouseMove(header.viewport(), edge);
+    QTest::mousePress(header.viewport(), Qt::LeftButton, {}, edge);
+    QTest::mouseMove(header.viewport(), edge + QPoint(25, 0));
+    QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, edge + QPoint(25, 0));
+    ASSERT_EQ(list.columnWidth(2), before + 25);
+    view->resize(700, 852);
+    ASSERT_TRUE(WaitFor([&] { return list.viewport()->width() < 700; }));
+    EXPECT_EQ(list.columnWidth(2), before + 25);
 }
 
 TEST_F(FormatPane, TheWheelChoosesAFormatOnlyWithTheFocus)
