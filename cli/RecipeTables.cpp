@@ -1,11 +1,10 @@
 #include "cli/RecipeTables.h"
 
+#include "changes/RowCount.h"
 #include "cli/InputFile.h"
 #include "disk/File.h"
-#include "files/CsvCutter.h"
 #include "files/RecipeMessages.h"
 #include "files/ShowLimits.h"
-#include "files/WordsOfFile.h"
 #include "library/LibraryFile.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
@@ -17,40 +16,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-class CNoFields final : public CCsvRawTaker {
-public:
-    void Take(const CsvRawField&) override {}
-};
-
-std::optional<std::uint64_t> LinesOf(const fs::path& path)
-{
-    const CFile file(path, CFile::Mode::Read);
-    CCsvFileCutter cutter(file);
-    CNoFields none;
-    while (cutter.Continue(none))
-        ;
-    if (!file.IsOpen() || cutter.HasFailed())
-        return std::nullopt;
-    return cutter.Cutter().Lines();
-}
-
-/// How many bytes of words, or lines, a file holds.
-std::optional<std::uint64_t> CountOf(const fs::path& path, FileType type)
-{
-    return type == FileType::Csv ? LinesOf(path) : CWordsOfFile(type, path).Count();
-}
-
-std::uint64_t RowsWithin(const DataFormat& format, std::int32_t start, FileType type, std::uint64_t count)
-{
-    return type == FileType::Csv ? count : static_cast<std::uint64_t>(WholeRows(format, start, count));
-}
-
-std::int32_t AsRowCount(std::uint64_t rows)
-{
-    constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
-    return static_cast<std::int32_t>(std::min(rows, kMost));
-}
 
 /// How many rows of a format there are: in the longer one of the files of a request. Measures each once.
 class CRowCounter {
@@ -67,10 +32,10 @@ public:
     {
         if (!m_isMeasured && !Measure())
             return std::nullopt;
-        std::uint64_t rows = RowsWithin(format, start, m_type, m_count);
+        std::int32_t rows = RowsIn(format, start, m_type, m_count);
         if (m_otherType)
-            rows = std::max(rows, RowsWithin(format, start, *m_otherType, m_otherCount));
-        return AsRowCount(rows);
+            rows = std::max(rows, RowsIn(format, start, *m_otherType, m_otherCount));
+        return rows;
     }
 
 private:
@@ -88,7 +53,7 @@ private:
 
     bool Measure(const fs::path& path, FileType type, std::uint64_t& result)
     {
-        const auto count = CountOf(path, type);
+        const auto count = ContentCount(path, type);
         if (count)
             result = *count;
         else
