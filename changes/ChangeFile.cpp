@@ -12,6 +12,12 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 
+/// What is listed without a new side, with a remark of why, is refused: a patch has no place for it.
+bool IsRefused(const ChangeRecord& record)
+{
+    return !record.note.empty() && !record.newText && record.newWords.empty() && record.zeros == 0;
+}
+
 /// Appends `lines` and empties them. False after an error.
 bool Hand(std::string& lines, CReplacement& file)
 {
@@ -28,7 +34,8 @@ Outcome WriteLines(const CChangeList& changes, CReplacement& file, CProgress& pr
     for (std::size_t i = 0; i < count; ++i) {
         if (i >= changes.Count())
             return Outcome::Failed;
-        AppendLine(changes.At(i), lines);
+        if (const ChangeRecord record = changes.At(i); !IsRefused(record))
+            AppendLine(record, lines);
         if (lines.size() < kPieceBytes)
             continue;
         if (!Hand(lines, file))

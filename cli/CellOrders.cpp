@@ -1,10 +1,8 @@
 #include "cli/CellOrders.h"
 
-#include "files/CellTexts.h"
+#include "document/CellJudge.h"
 #include "files/TableTitles.h"
 #include "model/CellCheck.h"
-#include "model/StoredNumber.h"
-#include "model/ValueLimits.h"
 #include "text/MessageText.h"
 #include "text/Utf8Text.h"
 
@@ -26,18 +24,12 @@ bool HoldsCell(const CRecipeRows& rows, const TypedCell& cell)
            cell.column < kTitleColumns + static_cast<std::int64_t>(rows.Columns().size());
 }
 
-/// The text of `number` in a table: with the item's decimals, never with an exponent.
-std::u16string CellText(const ColumnCoding& coding, const CDecimal& number)
-{
-    return IsReal(coding.dataType) ? number.Text(DecimalsOf(coding)) : NumberText(coding, number);
-}
-
 /// Turns orders into edits, in the order in which they were given.
 class COrderedEdits {
 public:
     COrderedEdits(const CRecipeRows& rows, FileType type, const CNarrowedRows& narrowed, CReporter& reporter)
         : m_rows(rows),
-          m_type(type),
+          m_judge(rows, type),
           m_narrowed(narrowed),
           m_reporter(reporter)
     {
@@ -62,15 +54,13 @@ private:
     bool IsAccepted(CellPlace place, std::u16string_view text) const;
     bool Refuse(std::int64_t row, std::int64_t column) const;
     bool Refuse(CellPlace place) const { return Refuse(place.row + kTitleRows, place.column + kTitleColumns); }
-    bool RefuseChange(CellPlace place, const ChangedNumber& changed) const;
     bool Tell(CellPlace place, std::u16string_view fault) const;
-    bool Change(CCellTexts& cell, CellPlace place, const NumberChange& change);
-    std::optional<CDecimal> NumberIn(CCellTexts& cell, CellPlace place) const;
+    bool Change(CellPlace place, const NumberChange& change);
     const ColumnCoding& CodingOf(CellPlace place) const { return m_rows.Columns()[place.column]; }
     void Add(CellPlace place, CCellState state) { m_edits.push_back({place, std::move(state)}); }
 
     const CRecipeRows& m_rows;
-    FileType m_type;
+    CCellJudge m_judge;
     const CNarrowedRows& m_narrowed;
     CReporter& m_reporter;
     std::vector<CellEdit> m_edits;
@@ -109,9 +99,8 @@ bool COrderedEdits::operator()(const ItemChange& order)
     const auto cells = Choose(order.rows, order.item);
     if (!cells)
         return false;
-    CCellTexts cell(m_rows);
     return std::all_of(cells->rows.begin(), cells->rows.end(), [&](std::int32_t row) {
-        return Change(cell, {row, cells->column}, order.change);
+        return Change({row, cells->column}, order.change); //
     });
 }
 
@@ -159,49 +148,15 @@ bool COrderedEdits::Tell(CellPlace place, std::u16string_view fault) const
     return false;
 }
 
-bool COrderedEdits::RefuseChange(CellPlace place, const ChangedNumber& changed) const
+/// kept: what a table's cell does not take is told as a typed text is.
+bool COrderedEdits::Change(CellPlace place, const NumberChange& change)
 {
-    const ColumnCoding& coding = CodingOf(place);
-    const std::u16string number = NumberText(coding, changed.number);
-    switch (changed.fault) {
-    case ChangeFault::DividesByZero:
-        return Tell(place, u"nothing can be divided by 0");
-    case ChangeFault::OutsideLimits:
-        return Tell(place, FillMessage(u"%s lies outside %s", {number, LimitsText(coding)}));
-    case ChangeFault::DoesNotFit:
-    case ChangeFault::None:
-        break;
-    }
-    return Tell(place, FillMessage(u"%s does not fit into its words", {number}));
-}
-
-/// The number that a table shows, or the one that the words of any other file store.
-std::optional<CDecimal> COrderedEdits::NumberIn(CCellTexts& cell, CellPlace place) const
-{
-    if (m_type == FileType::Csv)
-        return NumberOfText(CodingOf(place), cell.Text());
-    return StoredNumber(CodingOf(place), cell.UntouchedWords());
-}
-
-bool COrderedEdits::Change(CCellTexts& cell, CellPlace place, const NumberChange& change)
-{
-    const ColumnCoding& coding = CodingOf(place);
-    cell.MoveTo(place.row, place.column);
-    const auto number = NumberIn(cell, place);
-    if (!number)
-        return Tell(place, u"there is no number to change");
-    const ChangedNumber changed = Changed(coding, *number, change);
-    if (changed.fault != ChangeFault::None)
-        return RefuseChange(place, changed);
-    if (m_type != FileType::Csv) {
-        Add(place, CCellState::OfWords(changed.words));
+    CellVerdict verdict = m_judge.Changed(place, change);
+    if (verdict.kind != CellVerdict::Kind::Refused) {
+        Add(place, std::move(verdict.state));
         return true;
     }
-    const std::u16string text = CellText(coding, changed.number);
-    if (!IsAccepted(place, text))
-        return Refuse(place);
-    Add(place, CCellState::OfText(text));
-    return true;
+    return verdict.isTextRefused ? Refuse(place) : Tell(place, verdict.reason);
 }
 
 } // namespace

@@ -46,6 +46,7 @@ void CRecipeDocument::Start()
     EndComparison();
     m_bFileOpen = true;
     m_shown = {};
+    ++m_cellsEdition;
     ForgetPlan();
     m_bFirstReading = true;
     m_history.Clear(!m_bModified);
@@ -134,6 +135,7 @@ void CRecipeDocument::ShowOther(ShownRows rows)
     }
     m_bFirstReading = false;
     m_shown = std::move(rows);
+    ++m_cellsEdition;
     ForgetPlan();
 }
 
@@ -142,6 +144,7 @@ void CRecipeDocument::ClearRows()
     if (WithMemoryFor([this] { ShowOther({}); }) == EditOutcome::Made)
         return;
     m_shown = {};
+    ++m_cellsEdition;
     ForgetPlan();
     m_unsaved.Drop();
     m_history.Clear(false);
@@ -241,6 +244,7 @@ void CRecipeDocument::Exchange(EditStep& step, Way way)
 {
     if (auto* cells = std::get_if<CellsStep>(&step)) {
         m_shown.rows.Exchange(cells->edits);
+        ++m_cellsEdition;
         FollowEdit(*cells);
         if (m_shown.areOfFile)
             m_unsaved.Note(Work(), cells->edits);
@@ -259,6 +263,7 @@ void CRecipeDocument::ExchangeRows(ShownRows& other)
     m_settings = other.settings;
     m_shown.isModified = m_bModified;
     std::swap(m_shown, other);
+    ++m_cellsEdition;
     ForgetPlan();
     FollowRows(true);
     m_bModified = m_shown.isModified;

@@ -132,6 +132,9 @@ public:
     const CRecipeRows& Rows() const { return m_shown.rows; }
     const DataFormat& Format() const { return m_shown.settings.format; } ///< that laid out the rows
 
+    /// Another number whenever cells became others: by an edit, an undo, or rows that took the place of those shown.
+    std::uint64_t CellsEdition() const { return m_cellsEdition; }
+
     /// Whether there are rows that may be saved: those of the current file, or of a new document. Others would put
     /// zeros over words that nobody has seen. A paged file that could not be opened has none.
     bool HasRowsOfFile() const { return m_shown.areOfFile && !m_shown.rows.ShowsTheSameEverywhere(); }
@@ -439,6 +442,7 @@ private:
     FileType m_nFileType = FileType::Rcp;
     ReadSettings m_settings;
     ShownRows m_shown;
+    std::uint64_t m_cellsEdition = 0;
     std::uint64_t m_names = 0;   ///< taken by SaveAs so far
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "files/CellState.h"
+#include "files/FileType.h"
+#include "files/RecipeRows.h"
+#include "model/NumberChange.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+/// What a command would make of a cell.
+struct CellVerdict {
+    enum class Kind {
+        LeftAlone, ///< it has that value already, or the command has none for it
+        Changes,
+        Refused, ///< it cannot have that value
+    };
+
+    Kind kind = Kind::LeftAlone;
+    CCellState state;           ///< that it is to have, or has already; of a refused one untouched
+    std::u16string text;        ///< the same for the user: the text, or the number that the words are
+    std::u16string reason;      ///< of a refused one: a part of a sentence
+    bool isTextRefused = false; ///< by the check of texts
+
+    static CellVerdict Refused(std::u16string reason) { return {Kind::Refused, {}, {}, std::move(reason)}; }
+};
+
+/// Judges what cells would become, and changes nothing: the one place that says which value a command may give a cell,
+/// in which state, and why not.
+class CCellJudge {
+public:
+    /// The rows are to be saved as `type`. They outlive the judge; a judge that is asked again sees the cells as they
+    /// are then.
+    CCellJudge(const CRecipeRows& rows, FileType type) : m_rows(rows), m_type(type) {}
+
+    /// `text` as a user types it: the cell's check decides, and the text stays as it is.
+    CellVerdict Typed(CellPlace place, std::u16string_view text) const;
+
+    /// `text` as Typed, but a text that is no number in full is refused in a column of numbers, and a number of which a
+    /// save would store another one is stored exactly.
+    CellVerdict Entered(CellPlace place, std::u16string_view text) const;
+
+    /// `number`, rounded to the item's decimals, half away from zero, and stored exactly.
+    CellVerdict Number(CellPlace place, const CDecimal& number) const { return Changed(place, number, {}); }
+
+    /// The cell's number, changed: that of the text or words that it was given, else the one that its words store. The
+    /// result is stored exactly; in a table of texts it is one with the item's decimals.
+    CellVerdict Changed(CellPlace place, const NumberChange& change) const;
+
+    /// What one cell has, for others of its column: its text where it was given one or words are not its to have, else
+    /// the very words.
+    CCellState ContentOf(CellPlace place) const;
+    CellVerdict Copied(CellPlace place, const CCellState& content) const;
+
+    /// Whether cells may be given the very words.
+    bool TakesWords() const { return m_type != FileType::Csv && m_rows.IsOfWords(); }
+
+private:
+    CellVerdict Changed(CellPlace place, const CDecimal& number, const NumberChange& change) const;
+    CellVerdict OfText(CellPlace place, std::u16string_view text) const;
+    CellVerdict OfWords(CellPlace place, std::u16string words, std::u16string text) const;
+    std::optional<CDecimal> NumberIn(CellPlace place) const;
+    std::u16string WordsIn(CellPlace place) const;
+    const ColumnCoding& CodingOf(CellPlace place) const { return m_rows.Columns()[place.column]; }
+
+    const CRecipeRows& m_rows;
+    FileType m_type;
+};
