@@ -150,6 +150,8 @@ public slots:
     void SelectAll();
 
 signals:
+    /// Ctrl+Enter ended the edit of a cell: `text`, which is not checked, is for all chosen cells. Nothing was changed.
+    void TextForChosen(const QString& text);
     /// Right click, selection changing, end of an edit: in the order in which they happen. At the end of an edit the
     /// cell shows the text already.
     void Notify(const GridNotification& notification);
@@ -181,6 +183,7 @@ private:
     bool AcceptsText(int column, const QString& text) override;
     void MarkEdited(int row, int column) override;
     void TakeEdit(const EditEnd& end) override;
+    void TakeForChosen(const EditEnd& end) override;
 
     void MakeParts();
     void ConnectParts();

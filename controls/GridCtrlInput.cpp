@@ -108,6 +108,13 @@ void CGridCtrl::TakeEdit(const EditEnd& end)
         StartEdit();
 }
 
+void CGridCtrl::TakeForChosen(const EditEnd& end)
+{
+    CloseEditor();
+    emit Notify({CInPlaceEdit::kControlId, GridNotification::EndInPlaceEdit, end.row, end.column});
+    emit TextForChosen(end.text);
+}
+
 /// The toolkit would give the focus to the first cell, which nobody chose.
 void CGridCtrl::focusInEvent(QFocusEvent* event)
 {

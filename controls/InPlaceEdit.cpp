@@ -35,6 +35,13 @@ bool IsEndingKey(const QKeyEvent& event)
     }
 }
 
+/// Whether `event` ends the edit with a text for all chosen cells.
+bool IsKeyForChosen(const QKeyEvent& event)
+{
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+           (event.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+}
+
 /// The keys for Undo and Redo of every desktop: a line edit takes only those of the desktop that it runs on.
 bool IsUndoKey(const QKeyEvent& event)
 {
@@ -52,7 +59,7 @@ bool IsRedoKey(const QKeyEvent& event)
 /// Whether the editor has `event` before the window's accelerators. Others with Ctrl or Alt still work while editing.
 bool GoesBeforeAccelerators(const QKeyEvent& event)
 {
-    return IsEndingKey(event) || IsUndoKey(event) || IsRedoKey(event);
+    return IsEndingKey(event) || IsKeyForChosen(event) || IsUndoKey(event) || IsRedoKey(event);
 }
 
 /// Swallows the one mouse press that is about to be delivered.
@@ -124,6 +131,14 @@ bool CInPlaceEdit::End(int key)
     return accepted;
 }
 
+void CInPlaceEdit::EndForChosen()
+{
+    if (m_bEnding)
+        return;
+    m_bEnding = true;
+    m_owner.TakeForChosen({m_nRow, m_nColumn, text(), Qt::Key_Return});
+}
+
 void CInPlaceEdit::Close(QWidget* heir)
 {
     m_bEnding = true;
@@ -156,6 +171,8 @@ void CInPlaceEdit::keyPressEvent(QKeyEvent* event)
 {
     if (IsEndingKey(*event))
         End(event->key());
+    else if (IsKeyForChosen(*event))
+        EndForChosen();
     else if (IsUndoKey(*event))
         undo();
     else if (IsRedoKey(*event))

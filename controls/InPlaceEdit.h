@@ -17,13 +17,14 @@ public:
     virtual void ReportRefusal(int row, int column) = 0; ///< returns when the user has answered
     virtual void MarkEdited(int row, int column) = 0;    ///< an accepted text differs from the one before
     virtual void TakeEdit(const EditEnd& end) = 0;       ///< takes the text into the cell and closes the editor
+    virtual void TakeForChosen(const EditEnd& end) = 0;  ///< closes the editor; the text is for all chosen cells
 
 protected:
     ~CInPlaceEditOwner() = default;
 };
 
 /// The editor over a cell of the grid. It ends once, by whatever comes first: an ending key, the loss of the focus or
-/// End.
+/// End. Ctrl+Enter ends it with a text for all chosen cells, which nobody has checked then.
 class CInPlaceEdit final : public QLineEdit {
     Q_OBJECT
 
@@ -47,6 +48,7 @@ protected:
 
 private:
     void FocusMoved(const QWidget* from, const QWidget* to);
+    void EndForChosen();
     void Leave(bool isByMouse);
 
     CInPlaceEditOwner& m_owner;

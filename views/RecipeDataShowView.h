@@ -74,6 +74,14 @@ public:
     /// The data cells that are chosen, in blocks in no order; no cell stands in two.
     std::vector<CellRange> ChosenRanges() const;
 
+    /// A block of the grid that is chosen: its data cells, and the data row that is shown just above it, where there is
+    /// one.
+    struct ChosenBlock {
+        std::vector<CellRange> ranges; ///< from top to bottom; one unless rows between are not shown
+        std::optional<std::int32_t> rowAbove;
+    };
+    std::vector<ChosenBlock> ChosenBlocks() const;
+
     /// The data cells that are chosen, in ascending order, at most so many.
     std::vector<CellPlace> ChosenPlaces(std::size_t most) const;
 
@@ -82,8 +90,9 @@ public:
     /// Gives cells texts that passed their columns' checks: one edit. False when nothing was changed.
     bool SetTexts(EditKind kind, std::vector<TextForCell> texts);
 
-    /// Gives cells states that they may have, in ascending order of their places, none twice: one edit.
-    void SetStates(EditKind kind, std::vector<CellEdit> edits);
+    /// Gives data cells, in ascending order, states that were judged (CCellJudge): one edit. False when nothing was
+    /// changed.
+    bool SetStates(EditKind kind, std::vector<CellEdit> edits);
 
     /// Has saves leave the words that the file holds in those cells which they would store otherwise: one edit.
     void KeepStored(const std::vector<CellPlace>& places);

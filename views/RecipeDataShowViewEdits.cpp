@@ -142,10 +142,21 @@ bool CRecipeDataShowView::SetTexts(EditKind kind, std::vector<TextForCell> texts
     return true;
 }
 
-void CRecipeDataShowView::SetStates(EditKind kind, std::vector<CellEdit> edits)
+/// Of texts it is told how they are stored, as of typed ones.
+bool CRecipeDataShowView::SetStates(EditKind kind, std::vector<CellEdit> edits)
 {
-    if (EndCellEdit())
-        ShowStates(m_frame.Document().SetStates(kind, std::move(edits)));
+    if (!EndCellEdit())
+        return false;
+    std::vector<CellPlace> texts;
+    for (const CellEdit& edit : edits)
+        if (edit.other.IsText())
+            texts.push_back(edit.place);
+    if (!Report(m_frame.Document().SetStates(kind, std::move(edits))))
+        return false;
+    m_pGrid->TextsChanged();
+    m_typedValues.Look(std::move(texts));
+    emit ChosenCellChanged();
+    return true;
 }
 
 void CRecipeDataShowView::KeepStored(const std::vector<CellPlace>& places)

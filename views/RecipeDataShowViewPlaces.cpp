@@ -46,6 +46,27 @@ std::vector<CellRange> CRecipeDataShowView::ChosenRanges() const
     return ranges;
 }
 
+std::vector<CRecipeDataShowView::ChosenBlock> CRecipeDataShowView::ChosenBlocks() const
+{
+    std::vector<ChosenBlock> blocks;
+    for (const QItemSelectionRange& range : m_pGrid->ChosenCells()) {
+        ChosenBlock block;
+        const int top = range.top() + kTitleRows;
+        if (top > kTitleRows)
+            block.rowAbove = DataRowOf(top - 1);
+        for (int row = top; row <= range.bottom() + kTitleRows; ++row) {
+            const int dataRow = DataRowOf(row);
+            if (!block.ranges.empty() && block.ranges.back().lastRow == dataRow - 1)
+                block.ranges.back().lastRow = dataRow;
+            else
+                block.ranges.push_back({dataRow, dataRow, static_cast<std::uint32_t>(range.left()),
+                                        static_cast<std::uint32_t>(range.right())});
+        }
+        blocks.push_back(std::move(block));
+    }
+    return blocks;
+}
+
 std::vector<CellPlace> CRecipeDataShowView::ChosenPlaces(std::size_t most) const
 {
     std::vector<CellPlace> places;
