@@ -143,6 +143,19 @@ bool CGridCtrl::SetRowCount(int count)
     return true;
 }
 
+bool CGridCtrl::ResetRows(int count)
+{
+    CloseEditor();
+    m_pTitleTip->Hide();
+    const std::vector<int> widths = BodyColumnWidths();
+    if (!m_pModel->ResetRows(count))
+        return false;
+    for (std::size_t column = 0; column < widths.size(); ++column)
+        horizontalHeader()->resizeSection(static_cast<int>(column), widths[column]);
+    FixedCountsChanged();
+    return true;
+}
+
 bool CGridCtrl::SetColumnCount(int count)
 {
     if (count < 0)

@@ -70,6 +70,9 @@ public:
     void DeleteAllItems(); ///< removes every row, column and cell; ends virtual mode; an open edit is dropped
     bool SetRowCount(int count);
     bool SetColumnCount(int count);
+    /// Sets the number of rows where every data row is another one then: no cell is chosen afterwards. The widths of
+    /// columns stay. False for too few rows, and outside virtual mode.
+    bool ResetRows(int count);
     bool SetFixedRowCount(int count);    ///< false for more than there are rows
     bool SetFixedColumnCount(int count); ///< false for more than there are columns
     int RowCount() const;

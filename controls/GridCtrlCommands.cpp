@@ -80,7 +80,7 @@ CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text
 void CGridCtrl::ReportRefusal(int row, int column)
 {
     // kept: the first number is the row, though the text says Col
-    Report(QString::asprintf("Col %d,Row %d data error !", row, column));
+    Report(QString::asprintf("Col %d,Row %d data error !", m_pModel->RowInMessages(row), column));
 }
 
 void CGridCtrl::Report(const QString& text)

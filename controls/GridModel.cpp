@@ -69,6 +69,16 @@ bool CGridModel::SetRowCount(int count)
     return true;
 }
 
+bool CGridModel::ResetRows(int count)
+{
+    if (m_source == nullptr || count < m_nFixedRows)
+        return false;
+    beginResetModel();
+    m_nRows = count;
+    endResetModel();
+    return true;
+}
+
 bool CGridModel::SetColumnCount(int count)
 {
     if (count < 0)

@@ -23,6 +23,7 @@ public:
 
     void Clear();                ///< no rows, no columns, no cells, not virtual; the default cells stay
     bool SetRowCount(int count); ///< a model without body rows resets, so views forget their section sizes
+    bool ResetRows(int count);   ///< as SetRowCount, but every body row is another one; only for virtual models
     bool SetColumnCount(int count);
     bool SetFixedRowCount(int count);
     bool SetFixedColumnCount(int count);
@@ -45,6 +46,7 @@ public:
     /// What one command of the user gives cells of the body, all or nothing, even where std::bad_alloc is thrown for
     /// kept cells. Texts for other cells are left out. False when nothing was changed.
     bool SetTexts(GridChange change, std::vector<GridCellText> texts);
+    int RowInMessages(int row) const { return m_source != nullptr ? m_source->RowInMessages(row) : row; }
     GridCellMarks Marks(int row, int column) const;           ///< none for a kept cell
     QString Remark(int row, int column) const;                ///< likewise
     const CGridCellBase* FindCell(int row, int column) const; ///< null for a cell that is not kept or not made yet

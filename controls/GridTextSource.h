@@ -46,4 +46,6 @@ public:
     virtual GridCellMarks CellMarks(int /*row*/, int /*column*/) const { return {}; }
     /// The marks in words, for the cell's tip and for screen readers; empty without a mark.
     virtual QString CellRemark(int /*row*/, int /*column*/) const { return {}; }
+    /// The number that messages give a row.
+    virtual int RowInMessages(int row) const { return row; }
 };

@@ -103,8 +103,10 @@ void CRecipeDataShowView::ShowRows()
     m_pGrid->DeleteAllItems();
     m_pGrid->setMinimumWidth(0);
     ForgetChosenCell();
+    m_shownRows.ShowAll(Rows().RowCount());
     if (!Rows().Columns().empty())
         LayOutGrid();
+    emit ShownRowsChanged(0);
     m_typedValues.LookAgain();
 }
 
@@ -113,7 +115,7 @@ void CRecipeDataShowView::LayOutGrid()
     m_pGrid->SetEditable(true);
     m_pGrid->SetTextSource(this);
     m_pGrid->SetDefaultRowHeight(kDataRowHeight);
-    m_pGrid->SetRowCount(kTitleRows + Rows().RowCount());
+    m_pGrid->SetRowCount(kTitleRows + m_shownRows.Count());
     m_pGrid->SetColumnCount(kTitleColumns + static_cast<int>(Rows().Columns().size()));
     m_pGrid->SetFixedRowCount(kTitleRows);
     m_pGrid->SetFixedColumnCount(kTitleColumns);

@@ -4,6 +4,7 @@
 #include "files/CellRange.h"
 #include "files/TableTitles.h"
 #include "views/RecipeFrame.h"
+#include "views/ShownRows.h"
 #include "views/TypedValues.h"
 
 #include <QWidget>
@@ -17,6 +18,9 @@ class QMenu;
 /// Row 0 of the grid holds the titles, columns 0 and 1 the row number and the word address of each row; the data cells
 /// follow them. What the cells show are the rows of the document, and each command of the grid that changes texts is
 /// one edit of it.
+///
+/// The grid shows all rows of the document, or some of them. That hides rows from the user and from the commands on
+/// chosen cells, and changes nothing else: a save saves all rows. Whoever goes to a hidden cell has its row shown.
 class CRecipeDataShowView final : public QWidget, private CGridTextSource {
     Q_OBJECT
 
@@ -62,16 +66,34 @@ public:
     bool GoToNextEdited();
     bool GoToPreviousEdited();
 
-    /// Goes to a data cell and gives the keyboard focus to the grid.
+    /// Goes to a data cell and gives the keyboard focus to the grid. A row that is hidden is shown from then on.
     void GoToCell(CellPlace place) { GoTo(place); }
 
-    /// Selects data cells, in ascending order, and brings them into sight; the focus stays where it is.
+    /// Selects data cells, in ascending order, and brings them into sight; the focus stays where it is. Rows of them
+    /// that are hidden are shown from then on.
     void ShowCells(const std::vector<CellPlace>& places);
+
+    /// Shows these data rows alone, ascending, none twice, until other rows are read or laid out; an edit of theirs
+    /// does not hide them. The focus cell stays, or goes to the next row that is shown. An edit that is open is ended
+    /// first; false when its text was refused, which was reported then.
+    bool ShowOnlyRows(std::vector<std::int32_t> rows);
+    bool ShowAllRows();
+
+    const CShownRows& ShownRows() const { return m_shownRows; }
+
+    // Where data cells stand in the grid.
+
+    CellPlace PlaceOf(int gridRow, int gridColumn) const; ///< of a data cell
+    int DataRowOf(int gridRow) const;                     ///< -1 for the titles and outside the grid
+    std::optional<int> GridRowOf(int dataRow) const;      ///< nothing for a row that is hidden
+
+    /// The data cell that has the focus; nothing while none has.
+    std::optional<CellPlace> FocusCell() const;
 
     /// The cell that cell commands work on; nothing while none is chosen.
     std::optional<CellPlace> ChosenPlace() const;
 
-    /// The data cells that are chosen, in blocks in no order; no cell stands in two.
+    /// The data cells that are chosen, in blocks in no order; no cell stands in two, and no hidden one in any.
     std::vector<CellRange> ChosenRanges() const;
 
     /// A block of the grid that is chosen: its data cells, and the data row that is shown just above it, where there is
@@ -140,6 +162,8 @@ signals:
     void ChosenCellChanged();
     /// An edit was made.
     void Edited();
+    /// Other rows are hidden now, or none are. `added` of those shown were hidden until one went to them.
+    void ShownRowsChanged(std::size_t added);
 
 private:
     QString CellText(int row, int column) const override;
@@ -147,10 +171,14 @@ private:
     bool SetCellTexts(GridChange change, std::vector<GridCellText> texts) override;
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
+    int RowInMessages(int row) const override { return DataRowOf(row) + kTitleRows; }
 
     void ShowRows();
     SaveResult WriteBy(const std::function<SaveResult(CRecipeDocument&, CProgress&)>& write);
     void ShowOtherRows();
+    void FollowShownRows(std::optional<CellPlace> focus);
+    int LastInARow(int first, int last) const;
+    void ShowHidden(const std::vector<CellPlace>& places);
     void LayOutGrid();
     int LeastGridWidth() const;
     void WriteTitles();
@@ -158,9 +186,6 @@ private:
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void ChooseCell(int row, int column);
     void ForgetChosenCell();
-    CellPlace PlaceOf(int gridRow, int gridColumn) const; ///< of a data cell
-    int DataRowOf(int gridRow) const;
-    std::optional<int> GridRowOf(int dataRow) const; ///< nothing for a row that is not shown
     bool Take(EditKind kind, int row, int column, const QString& text);
     bool Take(EditKind kind, std::vector<TextForCell> texts);
     bool Report(EditOutcome outcome);
@@ -175,6 +200,7 @@ private:
     CRecipeFrame& m_frame;
     CGridCtrl* m_pGrid;
     CTypedValues m_typedValues;
+    CShownRows m_shownRows;
     QMenu* m_pPopupMenu = nullptr;
     QAction* m_pActionBitBrowse = nullptr; ///< the popup menu's
     int m_nCurrentColumn = -1;             ///< grid column of the chosen cell, -1 for none
