@@ -3,31 +3,23 @@
 #include "changes/TablePieces.h"
 #include "cli/CellLines.h"
 #include "cli/RecipeTables.h"
-#include "disk/File.h"
 #include "files/CellTexts.h"
-#include "files/CsvCutter.h"
+#include "files/NumberPlaces.h"
 #include "files/RecipeMessages.h"
-#include "files/WordBytes.h"
 #include "model/NumberForms.h"
-#include "model/StoredNumber.h"
 #include "text/EscapedText.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/Utf8Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 namespace {
-
-constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
-constexpr std::size_t kLongestForm = 8; // bytes
 
 /// Prints the cells that show a text.
 class CTextFinder final : public CPieceTaker {
@@ -111,110 +103,42 @@ ExitCode FindInCells(const FindOptions& options, const RecipeTables& recipe, CSt
     return kTrouble;
 }
 
-/// Prints the places in the words of a file where a number stands in one of its forms.
-class CNumberFinder {
-public:
-    CNumberFinder(std::vector<NumberForm> forms, CStandardOutput& output) : m_forms(std::move(forms)), m_output(output)
-    {
-        for (const NumberForm& form : m_forms)
-            m_begins[FirstWord(form.bytes)] = true;
-    }
+/// Looks on until the search has ended, or nobody reads what is found. Nothing after a failure.
+template <class Search>
+std::optional<bool> RunSearch(Search& search, const typename Search::Taker& print, const bool& hasFound,
+                              const CStandardOutput& output, CProgress& progress)
+{
+    while (search.Continue(print))
+        if (output.HasFailed() || !progress.Advance(search.Position(), search.Size()))
+            return hasFound;
+    return search.HasFailed() ? std::nullopt : std::optional(hasFound);
+}
 
-    bool HasFound() const { return m_hasFound; }
-
-    /// Looks at the words of the first `count` of `bytes`, those at `offset` of the file; the others only follow them.
-    void Look(std::uint64_t offset, std::span<const std::byte> bytes, std::size_t count)
-    {
-        for (std::size_t at = 0; at < count && at + 1 < bytes.size(); at += 2)
-            if (m_begins[FirstWord(bytes.subspan(at))])
-                LookAt((offset + at) / 2, bytes.subspan(at));
-    }
-
-private:
-    static std::size_t FirstWord(std::span<const std::byte> bytes)
-    {
-        return std::to_integer<std::size_t>(bytes[0]) | std::to_integer<std::size_t>(bytes[1]) << 8;
-    }
-
-    void LookAt(std::uint64_t word, std::span<const std::byte> bytes)
-    {
-        for (const NumberForm& form : m_forms) {
-            if (form.bytes.size() > bytes.size() || !std::equal(form.bytes.begin(), form.bytes.end(), bytes.begin()))
-                continue;
-            m_hasFound = true;
-            m_output.Write("RW" + std::to_string(word) + ' ' + ToUtf8(form.name) + '\n');
-        }
-    }
-
-    const std::vector<NumberForm> m_forms;
-    std::vector<bool> m_begins = std::vector<bool>(0x10000); ///< by the first word of a form
-    CStandardOutput& m_output;
-    bool m_hasFound = false;
-};
-
-/// Nothing after a failure.
+/// Prints the places in the words of a file where a number stands in one of its forms. Nothing after a failure.
 std::optional<bool> FindInWords(const RecipeTables& recipe, std::vector<NumberForm> forms, CStandardOutput& output,
                                 CProgress& progress)
 {
-    CFileWords words(recipe.type, recipe.path);
-    if (!words.IsOpen() || !words.IsUndamaged())
-        return std::nullopt;
-    CNumberFinder finder(std::move(forms), output);
-    std::vector<std::byte> piece(kPieceBytes + kLongestForm);
-    for (std::uint64_t at = 0; at < words.Count(); at += kPieceBytes) {
-        const auto bytes =
-            std::span(piece).first(static_cast<std::size_t>(std::min<std::uint64_t>(piece.size(), words.Count() - at)));
-        if (!words.Read(at, bytes))
-            return std::nullopt;
-        finder.Look(at, bytes, kPieceBytes);
-        if (output.HasFailed() || !progress.Advance(at, words.Count()))
-            break;
-    }
-    return finder.HasFound();
+    CNumberPlaces places(recipe.type, recipe.path, std::move(forms));
+    bool hasFound = false;
+    const auto print = [&](std::uint64_t word, const NumberForm& form) {
+        hasFound = true;
+        output.Write("RW" + std::to_string(word) + ' ' + ToUtf8(form.name) + '\n');
+    };
+    return RunSearch(places, print, hasFound, output, progress);
 }
 
-/// Prints the fields of a table of texts that are a number.
-class CNumberFields final : public CCsvRawTaker {
-public:
-    CNumberFields(const CDecimal& number, const CsvTextForm& form, CStandardOutput& output)
-        : m_number(number),
-          m_form(form),
-          m_output(output)
-    {
-    }
-
-    bool HasFound() const { return m_hasFound; }
-
-    void Take(const CsvRawField& field) override
-    {
-        if (!field.IsField())
-            return;
-        const std::u16string_view text = field.Shown(m_form);
-        if (CDecimal::Parse(text) != m_number)
-            return;
-        m_hasFound = true;
-        m_output.Write("line " + std::to_string(field.line + 1) + " field " + std::to_string(field.column + 1) + " = " +
-                       ToUtf8(EscapedText(text)) + '\n');
-    }
-
-private:
-    const CDecimal m_number;
-    const CsvTextForm& m_form;
-    CStandardOutput& m_output;
-    bool m_hasFound = false;
-};
-
-/// Nothing after a failure.
+/// Prints the fields of a table of texts that are a number. Nothing after a failure.
 std::optional<bool> FindInFields(const RecipeTables& recipe, const CDecimal& number, CStandardOutput& output,
                                  CProgress& progress)
 {
-    const CFile file(recipe.path, CFile::Mode::Read);
-    CCsvFileCutter cutter(file);
-    CNumberFields fields(number, cutter.Form(), output);
-    while (cutter.Continue(fields))
-        if (output.HasFailed() || !progress.Advance(cutter.Position(), cutter.Size()))
-            return fields.HasFound();
-    return cutter.IsDone() ? std::optional(fields.HasFound()) : std::nullopt;
+    CNumberFields fields(recipe.path, number);
+    bool hasFound = false;
+    const auto print = [&](std::uint64_t line, std::size_t field, std::u16string_view text) {
+        hasFound = true;
+        output.Write("line " + std::to_string(line) + " field " + std::to_string(field) + " = " +
+                     ToUtf8(EscapedText(text)) + '\n');
+    };
+    return RunSearch(fields, print, hasFound, output, progress);
 }
 
 ExitCode FindAnywhere(const FindOptions& options, const RecipeTables& recipe, CStandardOutput& output,

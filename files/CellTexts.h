@@ -56,6 +56,9 @@ public:
         return m_image.subspan(pos);
     }
 
+    /// Whether the cell was given neither a text nor words.
+    bool IsUntouched() const { return !IsTouched(); }
+
     /// The words that the cell was given to be written as they are; empty for any other cell.
     std::u16string_view ExactWords() const
     {

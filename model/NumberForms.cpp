@@ -60,19 +60,20 @@ std::u16string NameOf(const Type& type, std::int32_t decimals)
 }
 
 /// With the low word first, and with the high one where that is another form.
-void AppendOrders(const std::u16string& name, std::u16string words, std::vector<NumberForm>& forms)
+void AppendOrders(const Type& type, std::int32_t decimals, std::u16string words, std::vector<NumberForm>& forms)
 {
-    forms.push_back({name, BytesOf(words)});
+    const std::u16string name = NameOf(type, decimals);
+    forms.push_back({name, BytesOf(words), type.type, decimals, false});
     const std::u16string lowFirst = words;
     std::reverse(words.begin(), words.end());
     if (words != lowFirst)
-        forms.push_back({name + u", high word first", BytesOf(words)});
+        forms.push_back({name + u", high word first", BytesOf(words), type.type, decimals, true});
 }
 
 void AppendForms(const Type& type, std::int32_t decimals, const CDecimal& number, std::vector<NumberForm>& forms)
 {
     if (auto words = WordsOfNumber(CodingOf(type, decimals), number))
-        AppendOrders(NameOf(type, decimals), std::move(*words), forms);
+        AppendOrders(type, decimals, std::move(*words), forms);
 }
 
 /// A float or double has a second zero, with its sign bit set, which is the same number.
@@ -83,7 +84,7 @@ void AppendNegativeZeros(std::vector<NumberForm>& forms)
             continue;
         std::u16string words(WordsOfType(type.type), u'\0');
         words.back() = u'\x8000';
-        AppendOrders(std::u16string(type.name), std::move(words), forms);
+        AppendOrders(type, 0, std::move(words), forms);
     }
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "model/DataType.h"
+
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +12,9 @@
 struct NumberForm {
     std::u16string name;          ///< "signed 16-bit, 1 decimal", "float, high word first"
     std::vector<std::byte> bytes; ///< of its words, the low byte of each first
+    DataType type = DataType::NotChosen;
+    std::int32_t decimals = 0;
+    bool isHighWordFirst = false; ///< which no item of a data format can say
 };
 
 /// All ways in which words can be the number that `text` is: integers with any decimals that an item may have, floats

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <vector>
 
 namespace {
 
@@ -54,7 +56,21 @@ char16_t LowerCaseUnit(char16_t unit)
     return range == kCapitals.end() ? unit : static_cast<char16_t>(unit + range->distance);
 }
 
+std::vector<char16_t> LowerCaseUnits()
+{
+    std::vector<char16_t> units(0x10000);
+    for (std::size_t unit = 0; unit < units.size(); ++unit)
+        units[unit] = LowerCaseUnit(static_cast<char16_t>(unit));
+    return units;
+}
+
 } // namespace
+
+char16_t LowerCase(char16_t unit)
+{
+    static const std::vector<char16_t> units = LowerCaseUnits();
+    return units[unit];
+}
 
 std::u16string LowerCase(std::u16string_view text)
 {
