@@ -108,6 +108,7 @@ void CFileCommands::OpenChosen(const QString& path)
         m_frame.ClearRecipeData(); // the rows of the file before must not be saved into this one
     m_frame.SetTitle(TitleWith(path));
     m_frame.UpdateCommands();
+    m_opened();
 }
 
 bool CFileCommands::OpenAsLeft(const WorkHeader& work)

@@ -4,6 +4,9 @@
 
 #include <QString>
 
+#include <functional>
+#include <utility>
+
 class CRecipeDataShowView;
 class CRecipeFormatEditView;
 class CRecipeFrame;
@@ -19,6 +22,9 @@ public:
     /// All four outlive the object; `window` stands under the dialogs.
     CFileCommands(CRecipeFrame& frame, CRecipeFormatEditView& formatPane, CRecipeDataShowView& dataPane,
                   QWidget& window);
+
+    /// Has `opened` called after a file was opened: by OnFileOpen or OpenPath.
+    void SetOpened(std::function<void()> opened) { m_opened = std::move(opened); }
 
     void OnFileNew();
     void OnFileOpen();
@@ -64,4 +70,5 @@ private:
     CRecipeFormatEditView& m_formatPane;
     CRecipeDataShowView& m_dataPane;
     QWidget& m_window;
+    std::function<void()> m_opened = [] {};
 };

@@ -60,6 +60,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 
 CMainFrame::~CMainFrame()
 {
+    m_pReadingCommands.reset();
     m_pUnsavedCommands.reset();
     m_pVersionCommands.reset();
     m_pPatchCommands.reset();
@@ -118,6 +119,9 @@ void CMainFrame::CreateCommands()
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
         TellState({.isSaved = isWhole, .mayHoldOldAndNew = !isWhole}, path);
     });
+    m_pReadingCommands =
+        std::make_unique<CReadingCommands>(CReadingCommands::Parts{*this, *m_pFormatPane, *m_pDataPane, *this});
+    m_pFileCommands->SetOpened([this] { m_pReadingCommands->Offer(); });
 }
 
 /// What the strip says of them is over when the user dismisses it.
@@ -160,6 +164,7 @@ void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
     m_pVersionCommands->UseStore(m_versions);
     m_pFormatPane->KeepVersionsIn(m_versions);
     m_pUnsavedCommands->Start(dataFolder);
+    m_pReadingCommands->Start(dataFolder);
 }
 
 void CMainFrame::CreateStatusPanes()
@@ -303,6 +308,7 @@ void CMainFrame::UpdateCommands()
     m_pCompareCommands->Follow();
     m_pPatchCommands->Follow();
     m_pVersionCommands->Update();
+    m_pReadingCommands->Follow();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
     m_pFormatPane->ShowFirstRow();
 }
@@ -323,6 +329,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pPatchCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
+    m_pReadingCommands->Judge();
     m_pFormatPane->ShowFirstRow();
 }
 
@@ -364,6 +371,8 @@ void CMainFrame::TellState(const SaveResult& result, const QString& path)
             m_tornSave = {};
         ForgetLeftOut();
         m_pOtherPrograms->TellOverwritten();
+        if (path == ToQPath(m_document.Path()))
+            m_pReadingCommands->Remember();
     } else if (result.mayHoldOldAndNew)
         m_tornSave = NoticeOf(tr("%1 may hold old and new words: its save failed part-way. Save again."), path);
     else if (result.isLeftOut)

@@ -6,6 +6,7 @@
 #include "app/LockKeys.h"
 #include "app/OtherPrograms.h"
 #include "app/PatchCommands.h"
+#include "app/ReadingCommands.h"
 #include "app/SaveCommands.h"
 #include "app/UnsavedCommands.h"
 #include "app/VersionCommands.h"
@@ -117,6 +118,7 @@ private:
     std::unique_ptr<CPatchCommands> m_pPatchCommands;
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
     CInspectorDock* m_pInspector = nullptr;
+    std::unique_ptr<CReadingCommands> m_pReadingCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

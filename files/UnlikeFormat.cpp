@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::int64_t kMostRowsLookedAt = 1000;
 constexpr std::int64_t kMostWordsLookedAt = std::int64_t{1} << 18;
-constexpr std::size_t kFewestWrong = 3;
 constexpr double kSmallest = 1e-9; ///< what a recipe holds has no reason to be nearer to zero
 constexpr double kLargest = 1e12;
 
@@ -82,8 +81,8 @@ struct Tally {
         wrong += isWrong ? 1 : 0;
     }
 
-    /// Whether so many are wrong that it is no coincidence: more than one of `parts`.
-    bool IsDoubtful(std::size_t parts) const { return wrong >= kFewestWrong && wrong * parts > all; }
+    /// Whether so many are wrong that it is no coincidence: `fewest`, and more than one of `parts`.
+    bool IsDoubtful(std::size_t fewest, std::size_t parts) const { return wrong >= fewest && wrong * parts > all; }
 
     double Share() const { return all == 0 ? 0 : static_cast<double>(wrong) / static_cast<double>(all); }
 };
@@ -106,14 +105,15 @@ public:
         struct Candidate {
             FormatDoubt::Kind kind;
             const Tally& tally;
+            std::size_t fewest;
             std::size_t parts;
         };
-        const std::array candidates{Candidate{FormatDoubt::Kind::Floats, m_floats, 3},
-                                    Candidate{FormatDoubt::Kind::Texts, m_texts, 4},
-                                    Candidate{FormatDoubt::Kind::Limits, m_limits, 2}};
+        const std::array candidates{Candidate{FormatDoubt::Kind::Floats, m_floats, 3, 3},
+                                    Candidate{FormatDoubt::Kind::Texts, m_texts, 3, 4},
+                                    Candidate{FormatDoubt::Kind::Limits, m_limits, 6, 2}};
         const Candidate* worst = nullptr;
         for (const Candidate& candidate : candidates)
-            if (candidate.tally.IsDoubtful(candidate.parts) &&
+            if (candidate.tally.IsDoubtful(candidate.fewest, candidate.parts) &&
                 (!worst || candidate.tally.Share() > worst->tally.Share()))
                 worst = &candidate;
         if (!worst)

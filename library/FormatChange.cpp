@@ -4,13 +4,6 @@
 
 namespace {
 
-bool AreSame(const DataFormat& a, const DataFormat& b)
-{
-    return a.name == b.name && a.itemCount == b.itemCount &&
-           std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
-                      [](const auto& itemA, const auto& itemB) { return *itemA == *itemB; });
-}
-
 std::size_t Distance(std::size_t a, std::size_t b)
 {
     return a < b ? b - a : a - b;
@@ -27,6 +20,13 @@ std::optional<std::size_t> Nearest(const FormatLibrary& library, const DataForma
 }
 
 } // namespace
+
+bool AreSame(const DataFormat& a, const DataFormat& b)
+{
+    return a.name == b.name && a.itemCount == b.itemCount &&
+           std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
+                      [](const auto& itemA, const auto& itemB) { return *itemA == *itemB; });
+}
 
 std::optional<std::size_t> PlaceOf(const FormatLibrary& library, const FormatChange& change, ChangeSide side)
 {

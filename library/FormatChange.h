@@ -14,6 +14,9 @@ struct FormatChange {
     std::shared_ptr<const DataFormat> after;
 };
 
+/// Whether both have the same name, count and items.
+bool AreSame(const DataFormat& a, const DataFormat& b);
+
 enum class ChangeSide { Before, After };
 
 /// Where `library` holds what stood there on that side of the change: a format with the same name, count and items.

@@ -1,6 +1,7 @@
 #include "views/FirstRow.h"
 
 #include "document/RecipeDocument.h"
+#include "library/FormatChange.h"
 #include "views/TextCrossing.h"
 
 #include <algorithm>
@@ -8,12 +9,6 @@
 namespace {
 
 constexpr std::size_t kMostValues = 12; ///< of an array: more is not seen anyway
-
-bool AreSame(const DataFormat& a, const DataFormat& b)
-{
-    return a.name == b.name && std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
-                                          [](const auto& itemA, const auto& itemB) { return *itemA == *itemB; });
-}
 
 std::size_t ColumnsOf(const DataItem& item)
 {

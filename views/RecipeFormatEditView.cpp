@@ -74,6 +74,7 @@ CRecipeFormatEditView::CRecipeFormatEditView(CRecipeFrame& frame, const std::fil
     TakeIntegersOnly(*m_pUi->editReadCount);
 
     SetUpList();
+    CreateFirstRowLine();
     CreateItemMenu();
     CreateFormatMenu();
     TellLibraryState();
@@ -105,10 +106,10 @@ void CRecipeFormatEditView::ConnectControls()
     connect(m_pUi->listItems, &QTreeWidget::doubleClicked, this,
             [this](const QModelIndex& index) { EditItem(index.row()); });
     connect(m_pUi->checkAutoUse, &QCheckBox::toggled, this, [this](bool checked) { m_bAutoUse = checked; });
-    connect(m_pUi->buttonUseFormat, &QPushButton::clicked, this, &CRecipeFormatEditView::UseFormat);
-    connect(m_pUi->buttonRefreshData, &QPushButton::clicked, this, &CRecipeFormatEditView::UseFormat);
-    connect(m_pUi->editStartAddress, &QLineEdit::returnPressed, this, &CRecipeFormatEditView::UseFormat);
-    connect(m_pUi->editReadCount, &QLineEdit::returnPressed, this, &CRecipeFormatEditView::UseFormat);
+    connect(m_pUi->buttonUseFormat, &QPushButton::clicked, this, &CRecipeFormatEditView::OnUseFormat);
+    connect(m_pUi->buttonRefreshData, &QPushButton::clicked, this, &CRecipeFormatEditView::OnUseFormat);
+    connect(m_pUi->editStartAddress, &QLineEdit::returnPressed, this, &CRecipeFormatEditView::OnUseFormat);
+    connect(m_pUi->editReadCount, &QLineEdit::returnPressed, this, &CRecipeFormatEditView::OnUseFormat);
 }
 
 /// What the window shows is not all that the file holds, or will not get there.
@@ -332,6 +333,21 @@ void CRecipeFormatEditView::UseFormat()
         m_frame.ClearRecipeData();
     else if (m_frame.Document().IsOpen())
         m_frame.ShowRecipeData(TypeByEnding(ToQPath(m_frame.Document().Path())));
+}
+
+void CRecipeFormatEditView::OnUseFormat()
+{
+    UseFormat();
+    emit FormatUsed();
+}
+
+void CRecipeFormatEditView::UseReading(std::size_t index, std::int32_t startAddress, std::int32_t rowCount)
+{
+    SelectFormat(index);
+    ShowSelectedFormat();
+    m_pUi->editStartAddress->setText(QString::number(startAddress));
+    m_pUi->editReadCount->setText(QString::number(rowCount));
+    OnUseFormat();
 }
 
 FileType CRecipeFormatEditView::TypeByEnding(const QString& path)

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <memory>
 
+class CElidedLabel;
 class QContextMenuEvent;
 class QKeyEvent;
 class QMenu;
@@ -51,6 +52,9 @@ public:
     /// the data pane is cleared.
     void UseFormat();
 
+    /// Selects the format at `index`, enters the read settings, and uses them, as a user would.
+    void UseReading(std::size_t index, std::int32_t startAddress, std::int32_t rowCount);
+
     bool HasSelectedFormat() const;
 
     /// Whoever changes its formats tells FormatChanged.
@@ -78,6 +82,10 @@ public:
     const QString& FilePattern() const { return m_strFilePattern; }
     void SetFilePattern(const QString& pattern) { m_strFilePattern = pattern; }
 
+signals:
+    /// The user had the format and the read settings used; whether they could be is for the document to tell.
+    void FormatUsed();
+
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -86,6 +94,8 @@ private:
     enum class AfterChange { UseFormat, Save };
 
     void SetUpList();
+    void CreateFirstRowLine();
+    void TellFirstRow();
     void FitColumns();
     void CreateItemMenu();
     void CreateFormatMenu();
@@ -101,6 +111,7 @@ private:
     void ShowChangedFormats();
     void ShowSelectedFormat();
     void OnFormatChosen();
+    void OnUseFormat();
     void ShowMoved();
     void SelectFormat(std::size_t index);
     void SelectRow(int row);
@@ -139,6 +150,7 @@ private:
     std::unique_ptr<Ui::CRecipeFormatEditView> m_pUi;
     CFormatStore m_store;
     CFirstRow m_firstRow;
+    CElidedLabel* m_pFirstRowLine = nullptr; ///< of the current item
     QMenu* m_pItemMenu = nullptr;
     bool m_isFitting = false;       ///< the columns' widths are being set
     bool m_areFittedByHand = false; ///< the user has set one

@@ -1,3 +1,4 @@
+#include "controls/ElidedLabel.h"
 #include "ui_RecipeFormatEditView.h"
 #include "views/DataItemRow.h"
 #include "views/DataTypeEditDlg.h"
@@ -41,6 +42,22 @@ void CRecipeFormatEditView::SetUpList()
     connect(header, &QHeaderView::sectionResized, this, [this] { m_areFittedByHand |= !m_isFitting; });
     m_pUi->listItems->installEventFilter(this);
     m_pUi->listItems->viewport()->installEventFilter(this);
+}
+
+/// The list's last column is out of sight while the pane has its usual width.
+void CRecipeFormatEditView::CreateFirstRowLine()
+{
+    m_pFirstRowLine = new CElidedLabel({});
+    m_pFirstRowLine->setObjectName(QStringLiteral("labelFirstRow"));
+    m_pFirstRowLine->setMinimumHeight(m_pFirstRowLine->fontMetrics().height()); // nothing moves when it says something
+    m_pUi->layoutFormatDetail->addWidget(m_pFirstRowLine);
+    connect(m_pUi->listItems, &QTreeWidget::currentItemChanged, this, &CRecipeFormatEditView::TellFirstRow);
+}
+
+void CRecipeFormatEditView::TellFirstRow()
+{
+    const QString text = m_firstRow.TextOf(CurrentRow());
+    m_pFirstRowLine->setText(text.isEmpty() ? QString() : tr("First row: %1").arg(text));
 }
 
 /// Room that is left goes to the types as far as they need it, then to the descriptions. A width that the user has set
@@ -103,6 +120,7 @@ void CRecipeFormatEditView::ShowFirstRow()
 {
     m_firstRow.Follow(SelectedFormat());
     m_pUi->listItems->viewport()->update();
+    TellFirstRow();
 }
 
 void CRecipeFormatEditView::SelectRow(int row)

@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -85,6 +86,20 @@ TEST_F(FirstRow, IsThatOfTheFormatInUseAlone)
     EXPECT_EQ(Beside(), Texts{"0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, …"});
     ChooseFormat(0);
     EXPECT_EQ(Beside(), Texts{""});
+}
+
+TEST_F(FirstRow, IsToldBelowTheListForTheCurrentItem)
+{
+    const auto told = [this] { return Find<QLabel>("labelFirstRow").text(); };
+    EXPECT_EQ(told(), "");
+    List().setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(told(), "First row: 1");
+    Key(Qt::Key_Down);
+    EXPECT_EQ(told(), "First row: ABCD");
+    TypeIntoCell(1, 3, "<b");
+    EXPECT_EQ(told(), "First row: <b");
+    ClickOn(*frame, "buttonDeleteFormat");
+    EXPECT_EQ(told(), "");
 }
 
 TEST_F(FirstRow, GoesWithTheItems)

@@ -218,9 +218,11 @@ TEST(UnlikeFormat, CountsHalvesOfPairsInUnicodeTexts)
 TEST(UnlikeFormat, CountsValuesOutsideTheirLimits)
 {
     const DataFormat format = MakeFormat(u"N", {MakeItem(u"N", DataType::Unsigned16, 1, 2)});
-    EXPECT_EQ(DoubtAbout(RowsOf(format, WordBytes({100, 5000, 99, 700, 0}), 5)),
-              (FormatDoubt{FormatDoubt::Kind::Limits, 3, 4, std::nullopt}));
-    EXPECT_EQ(DoubtAbout(RowsOf(format, WordBytes({100, 5000, 99, 700, 1, 2}), 6)), std::nullopt) << "half of them";
+    EXPECT_EQ(DoubtAbout(RowsOf(format, WordBytes({100, 5000, 99, 700, 0, 101, 102, 103, 5}), 9)),
+              (FormatDoubt{FormatDoubt::Kind::Limits, 6, 8, std::nullopt}));
+    EXPECT_EQ(DoubtAbout(RowsOf(format, WordBytes({100, 101, 102, 103, 104, 105, 1, 2, 3, 4, 5, 6}), 12)), std::nullopt)
+        << "half of them";
+    EXPECT_EQ(DoubtAbout(RowsOf(format, WordBytes({100, 101, 102, 103, 104}), 5)), std::nullopt) << "very few";
 }
 
 TEST(UnlikeFormat, SaysNothingOfVeryFewValues)
