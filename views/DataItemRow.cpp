@@ -12,6 +12,8 @@ QVariant CDataItemRow::data(int column, int role) const
         return Text(column);
     case Qt::ToolTipRole:
         return Summary().toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")); // wraps what is long
+    case IsArrayRole:
+        return m_item.isArray != 0;
     case Qt::AccessibleTextRole:
         return AccessibleText(column);
     case Qt::AccessibleDescriptionRole:

@@ -9,6 +9,7 @@
 /// when they are seen, so that a long list fills at once and shows what is there then.
 class CDataItemRow final : public QTreeWidgetItem {
 public:
+    static constexpr int IsArrayRole = Qt::UserRole; ///< of any column
     enum Column { IdColumn, LengthColumn, TypeColumn, DescriptionColumn, FirstRowColumn, ColumnCount };
 
     /// `id` is shown as it is, wherever the row moves; `firstRow` knows the item by where the row is. It outlives the

@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <array>
@@ -19,6 +20,20 @@
 namespace {
 
 constexpr std::array<int, CDataItemRow::ColumnCount> kItemColumnWidths{28, 66, 108, 110, 90}; // pixels
+
+/// A type that there is no room for ends where an array's length does.
+class CTypeDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.data(CDataItemRow::IsArrayRole).toBool())
+            option->textElideMode = Qt::ElideMiddle;
+    }
+};
 
 /// What a new format begins with.
 DataFormat NewFormat(const QString& name)
@@ -40,6 +55,7 @@ void CRecipeFormatEditView::SetUpList()
     header->setStretchLastSection(false);
     FitColumns();
     connect(header, &QHeaderView::sectionResized, this, [this] { m_areFittedByHand |= !m_isFitting; });
+    m_pUi->listItems->setItemDelegateForColumn(CDataItemRow::TypeColumn, new CTypeDelegate(this));
     m_pUi->listItems->installEventFilter(this);
     m_pUi->listItems->viewport()->installEventFilter(this);
 }

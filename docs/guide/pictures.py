@@ -379,7 +379,43 @@ def formats(desk):
             app.window(1)
         app.open_menu_of(item_row(app, "Zone °C"))
         x, y, width, _ = app.find("tree", "The detail of current dataformat").box
-        desk.part("item-menu.png", (x, y, width + 190, 200), margin=6)
+        desk.part("item-menu.png", (x, y, width + 230, 340), margin=6)
+
+
+@scene("first-row.png")
+def first_row(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        tree = app.find("tree", "The detail of current dataformat")
+        x, y, width, height = tree.box
+        item_row(app, "Zone °C").click()
+        for _ in range(12):
+            desk.screen.key("Right")  # to the last column
+        desk.screen.mouse_away()
+        desk.part("first-row.png", (x, y, width, height + 26), margin=6)
+
+
+def strip_of(app):
+    """The box of the strip, from its left edge to its right one."""
+    return app.find("push button", "Dismiss this message").parent.box
+
+
+@scene("last-read.png", "unlike-format.png")
+def last_read(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        app.find("push button", "RefreshData").click()
+        start = app.find("text", "The Start Address:")
+        rows = app.find("text", "Read Data Array:")
+        for name, address, count in (("last-read.png", "700", "4"), ("unlike-format.png", "101", "12")):
+            start.enter(address)
+            rows.enter(count)
+            desk.screen.key("ctrl+o")
+            choose_file(app, DESK / "bakery-oven.rcp")
+            app.find("push button", "Use")
+            x, y, width, height = strip_of(app)
+            desk.screen.mouse_away()
+            desk.part(name, (x, y, width, height + (0 if name == "last-read.png" else 160)))
 
 
 @scene("save-path-dialog.png", "merge-dialog.png")

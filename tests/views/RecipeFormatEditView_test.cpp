@@ -83,6 +83,23 @@ TEST_F(FormatPane, AWiderPaneShowsWholeTypesThenMoreOfTheDescriptions)
     EXPECT_EQ(list.columnWidth(3), 110);
 }
 
+/// The toolkit paints what the delegate's option says.
+TEST_F(FormatPane, AnArraysLengthIsInSightInANarrowColumn)
+{
+    Store({MakeFormat(u"Oven", {ArrayOf(MakeItem(u"Temp", DataType::Signed16, 1, 5), 3),
+                                ArrayOf(MakeItem(u"Temp", DataType::Signed16, 1, 5), 4),
+                                ArrayOf(MakeItem(u"Temp", DataType::Signed16, 1, 5), 4)})});
+    Start();
+    auto& lengths = Find<QTreeWidget>("listItems");
+    ASSERT_EQ(lengths.columnWidth(2), 108);
+    const auto typeOf = [&lengths](int row) {
+        const QRect line = lengths.visualItemRect(lengths.topLevelItem(row));
+        return lengths.viewport()->grab(QRect(94, line.top(), 108, line.height())).toImage();
+    };
+    EXPECT_NE(typeOf(0), typeOf(1)) << "x 3 and x 4";
+    EXPECT_EQ(typeOf(1), typeOf(2));
+}
+
 TEST_F(FormatPane, AWidthThatTheUserSetsStays)
 {
     Store({kOven});
