@@ -90,6 +90,15 @@ QString AskPatchPath(QWidget& parent, const QString& folder)
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
+QString AskTablePath(QWidget& parent, const QString& folder)
+{
+    CFileDialog dialog(&parent, QObject::tr("Import table"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program
+    dialog.setNameFilters({QObject::tr("Tables (*.csv *.tsv *.txt)"), QObject::tr("All files (*)")});
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 QString AskSavePath(QWidget& parent, const QString& folder)
 {
     CFileDialog dialog(&parent, QObject::tr("Save as"), folder);

@@ -26,5 +26,8 @@ QString AskComparePath(QWidget& parent, const QString& pattern, const QString& f
 /// Asks for a file of changes, as AskOpenPath.
 QString AskPatchPath(QWidget& parent, const QString& folder);
 
+/// Asks for a text file with a table, as AskOpenPath.
+QString AskTablePath(QWidget& parent, const QString& folder);
+
 /// Asks likewise where to write a copy of the file at `path`, empty for a new document: beside it, of its type.
 QString AskCopyPath(QWidget& parent, const QString& path);

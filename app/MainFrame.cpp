@@ -61,6 +61,9 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 CMainFrame::~CMainFrame()
 {
     m_pReadingCommands.reset();
+    m_pImportCommands.reset();
+    m_pFillCommands.reset();
+    m_pOfferCommands.reset();
     m_pUnsavedCommands.reset();
     m_pVersionCommands.reset();
     m_pPatchCommands.reset();
@@ -114,6 +117,7 @@ void CMainFrame::CreateCommands()
         ShowMessage();
     });
     CreateComparing();
+    CreateForManyCells();
     m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
         *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pCompareCommands, *m_pFormatPane, *m_pDataPane, *this});
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
@@ -154,6 +158,20 @@ void CMainFrame::CreateInspector()
     });
     connect(m_pInspector, &QDockWidget::visibilityChanged, this,
             [this] { m_pUi->actionInspector->setChecked(!m_pInspector->isHidden()); });
+}
+
+void CMainFrame::CreateForManyCells()
+{
+    m_pOfferCommands =
+        std::make_unique<COfferCommands>(COfferCommands::Parts{*this, *m_pSaveCommands, *m_pDataPane, *this});
+    m_pFillCommands =
+        std::make_unique<CFillCommands>(CFillCommands::Parts{*m_pUi, *this, *m_pOfferCommands, *m_pDataPane, *this});
+    m_pImportCommands = std::make_unique<CImportCommands>(
+        CImportCommands::Parts{*m_pUi, *this, *m_pOfferCommands, *m_pDataPane, *this});
+    connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
+        if (weight == static_cast<int>(StripSubject::EditsOffered))
+            m_pOfferCommands->Withdraw();
+    });
 }
 
 void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
@@ -307,6 +325,8 @@ void CMainFrame::UpdateCommands()
     m_pUnsavedCommands->Follow();
     m_pCompareCommands->Follow();
     m_pPatchCommands->Follow();
+    m_pOfferCommands->Follow();
+    m_pImportCommands->Follow();
     m_pVersionCommands->Update();
     m_pReadingCommands->Follow();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
@@ -327,6 +347,8 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pSaveCommands->Update();
     m_pCompareCommands->Follow();
     m_pPatchCommands->Follow();
+    m_pOfferCommands->Follow();
+    m_pImportCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
     m_pReadingCommands->Judge();

@@ -3,7 +3,10 @@
 #include "app/CompareCommands.h"
 #include "app/EditCommands.h"
 #include "app/FileCommands.h"
+#include "app/FillCommands.h"
+#include "app/ImportCommands.h"
 #include "app/LockKeys.h"
+#include "app/OfferCommands.h"
 #include "app/OtherPrograms.h"
 #include "app/PatchCommands.h"
 #include "app/ReadingCommands.h"
@@ -81,6 +84,7 @@ private:
     void CreateCommands();
     void CreateComparing();
     void CreateInspector();
+    void CreateForManyCells();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
@@ -119,6 +123,9 @@ private:
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
     CInspectorDock* m_pInspector = nullptr;
     std::unique_ptr<CReadingCommands> m_pReadingCommands;
+    std::unique_ptr<COfferCommands> m_pOfferCommands;
+    std::unique_ptr<CFillCommands> m_pFillCommands;
+    std::unique_ptr<CImportCommands> m_pImportCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

@@ -56,15 +56,19 @@ CellVerdict CCellJudge::Typed(CellPlace place, std::u16string_view text) const
     return refused;
 }
 
-/// kept: the check lets texts pass that begin with "-" and are no numbers. They are refused here.
+/// kept: the check lets texts pass that begin with "-" and are no numbers, and numbers with decimals that do not fit
+/// into their words. Both are refused here.
 CellVerdict CCellJudge::Entered(CellPlace place, std::u16string_view text) const
 {
     CellVerdict verdict = Typed(place, text);
     const ColumnCoding& coding = CodingOf(place);
     if (verdict.kind == CellVerdict::Kind::Refused || coding.dataType == DataType::String || text.empty())
         return verdict;
-    if (!NumberOfText(coding, text))
+    const auto number = NumberOfText(coding, text);
+    if (!number)
         return CellVerdict::Refused(RefusalOf(coding, text));
+    if (const ChangedNumber changed = ::Changed(coding, *number, {}); changed.fault != ChangeFault::None)
+        return CellVerdict::Refused(RefusalOf(coding, changed));
     if (!TakesWords())
         return verdict;
     const auto judged = JudgeTyped(coding, IsPaged(m_type) ? RecipeKind::Paged : RecipeKind::Flat, text);

@@ -44,7 +44,10 @@ public:
     std::optional<CellPlace> PlaceOf(std::size_t index) const override { return m_places[index]; }
 
 private:
-    CellVerdict Judge(CellPlace place) const { return m_command->Judge(place, m_judge); }
+    CellVerdict Judge(CellPlace place) const
+    {
+        return m_rows.HasCell(place) ? m_command->Judge(place, m_judge) : CellVerdict();
+    }
     void Take(CellPlace place, std::vector<CellEdit>* edits);
 
     const CRecipeRows& m_rows;
