@@ -72,7 +72,11 @@ CellVerdict CCellJudge::Entered(CellPlace place, std::u16string_view text) const
     if (!TakesWords())
         return verdict;
     const auto judged = JudgeTyped(coding, IsPaged(m_type) ? RecipeKind::Paged : RecipeKind::Flat, text);
-    return judged.exactWords ? OfWords(place, *judged.exactWords, std::u16string(text)) : verdict;
+    if (judged.exactWords)
+        return OfWords(place, *judged.exactWords, std::u16string(text));
+    if (m_rows.State(place).IsUntouched() && WordsIn(place) != judged.words)
+        verdict.kind = CellVerdict::Kind::Changes; // the number that is shown need not be the one that is stored
+    return verdict;
 }
 
 CellVerdict CCellJudge::Changed(CellPlace place, const NumberChange& change) const

@@ -354,6 +354,32 @@ def comparing(desk):
         desk.whole("compared.png")
 
 
+@scene("fill.png", "calculate-preview.png", "import-table.png")
+def changing_many(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Zone °C(1)", 1).click()
+        desk.screen.key("shift+Down", "shift+Down", "shift+Down", "shift+Down", "shift+Right")
+        choose_command(app, "Edit(E)", "Fill…")
+        app.window(2).find("radio button", "Series from").click()
+        desk.window(app, "fill.png")
+        desk.screen.key("Escape")
+        app.window(1)
+        choose_command(app, "Edit(E)", "Calculate…")
+        app.window(2).find("text", "Number").enter("1.05")
+        desk.screen.key("Tab", "space")
+        app.window(1)
+        app.find("push button", "Discard")
+        desk.screen.mouse_away()
+        desk.whole("calculate-preview.png")
+        app.find("push button", "Discard").click()
+        (DESK / "sheet.txt").write_text("Zone °C(1);Zone °C(2);Belt m/min\n1.234;235,5;0,85\n1.240;240,0;0,90\n")
+        choose_command(app, "File(F)", "Import table…")
+        choose_file(app, DESK / "sheet.txt")
+        app.window(2)
+        desk.window(app, "import-table.png")
+
+
 @scene("new-file.png")
 def new_file(desk):
     with desk.open() as app:

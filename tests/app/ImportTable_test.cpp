@@ -76,21 +76,23 @@ TEST_F(ImportTable, AppliesNothingWhileAColumnIsUndecided)
 {
     const CModalAnswer answer({[](QWidget& dialog) {
         EXPECT_FALSE(MayGoOn(dialog));
-        EXPECT_EQ(Notice(dialog), "Column 2: “1,234” can be read in two ways. Choose how the numbers of the column are "
+        EXPECT_EQ(Notice(dialog), "Column 2: “1,000” can be read in two ways. Choose how the numbers of the column are "
                                   "written.");
         EXPECT_EQ(FindIn<QComboBox>(dialog, "comboNumbers1").currentText(), "Decimal comma");
         EXPECT_EQ(FindIn<QComboBox>(dialog, "comboNumbers2").currentIndex(), -1);
         QTest::keyClick(&dialog, Qt::Key_Return);
         EXPECT_TRUE(dialog.isVisible());
-        ChooseIn(dialog, "comboNumbers2", 0);
+        ChooseIn(dialog, "comboNumbers2", 1);
         EXPECT_TRUE(MayGoOn(dialog));
         EXPECT_EQ(Notice(dialog), "");
-        ChooseIn(dialog, "comboNumbers2", 1);
+        ChooseIn(dialog, "comboNumbers2", 0);
         ClickOn(dialog, "buttonOk");
     }});
-    PasteWithPreview(1, kBelt, "1,5\t1,234\n");
-    EXPECT_EQ(Grid().GetItemText(1, kSteam), "1234.0");
-    EXPECT_EQ(Told(), "Paste changed 1 cell.");
+    PasteWithPreview(1, kBelt, "1,5\t1,000\n");
+    EXPECT_EQ(Grid().GetItemText(1, kSteam), "1.0");
+    EXPECT_EQ(Told(), "Paste changed 2 cells."); // 1.50 is shown, but 1.05 was stored
+    SaveEditedOnly();
+    EXPECT_EQ(Oven(), OvenWith({{0, 150}, {1, 0x0000}, {2, 0x3F80}}));
 }
 
 TEST_F(ImportTable, ShowsOldAndNewBeforeItIsApplied)
@@ -100,7 +102,7 @@ TEST_F(ImportTable, ShowsOldAndNewBeforeItIsApplied)
     EXPECT_EQ(Strip(),
               "Paste: 3 cells would change, 2 are refused. 1 line does not fit and is left out. 1 column is left "
               "out: no item is for it. 1 empty field leaves its cell as it is.");
-    EXPECT_EQ(Listed(), (QStringList{"3 Belt 2.00>1.15 ", "3 Steam 1.5> refused: x is no number with a decimal point",
+    EXPECT_EQ(Listed(), (QStringList{"3 Belt 2.00>1.15 ", "3 Steam 1.5> refused: x is no number with a decimal comma",
                                      "3 Name IJKL> refused: Long name is longer than 2 characters", "4 Steam 3.0>2.5 ",
                                      "4 Name MNOP>B "}));
     EXPECT_FALSE(IsModified());
@@ -150,7 +152,7 @@ TEST_F(ImportTable, TellsAFileThatItCannotTake)
         ASSERT_EQ(answer.texts.size(), 2U) << name;
         EXPECT_EQ(answer.texts[1], QLatin1String(name) == "large.txt"
                                        ? QStringLiteral("A table to be imported may have 64 MiB at most.")
-                                       : "Open file " + Path("absent.txt") + " failed!");
+                                       : "Open file " + Path("absent.txt") + " error!");
     }
     EXPECT_FALSE(IsModified());
 }

@@ -112,6 +112,15 @@ TEST_F(CellsCommand, FillsWithAValueThatIsStoredExactly)
               (Lines{"ABCD>Z", "EFGH>Z", "IJKL>Z"}));
 }
 
+TEST_F(CellsCommand, StoresANumberThatIsShownWhereAnotherOneIsStored)
+{
+    const CFillWithText fill(Column(0), u"1.50", CFillWithText::As::Entered);
+    EXPECT_EQ(Listed(fill), (Lines{"1.50>1.50", "0.75>1.50", "2.00>1.50"}));
+    Do(fill);
+    EXPECT_EQ(document.Rows().State({0, 0}).Text(), u"1.50");
+    EXPECT_EQ(Listed(fill), Lines{});
+}
+
 TEST_F(CellsCommand, FillsWithASeriesInExactDecimals)
 {
     EXPECT_EQ(Listed(CFillWithSeries(Column(0), {Decimal(u"0.1"), Decimal(u"0.1")})),
