@@ -64,6 +64,7 @@ CMainFrame::~CMainFrame()
     m_pImportCommands.reset();
     m_pFillCommands.reset();
     m_pOfferCommands.reset();
+    m_pTableCommands.reset();
     m_pUnsavedCommands.reset();
     m_pVersionCommands.reset();
     m_pPatchCommands.reset();
@@ -118,6 +119,7 @@ void CMainFrame::CreateCommands()
     });
     CreateComparing();
     CreateForManyCells();
+    m_pTableCommands = std::make_unique<CTableCommands>(CTableCommands::Parts{*m_pUi, *this, *m_pDataPane, *this});
     m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
         *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pCompareCommands, *m_pFormatPane, *m_pDataPane, *this});
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
@@ -191,6 +193,7 @@ void CMainFrame::CreateStatusPanes()
     m_pMessage->setObjectName(QStringLiteral("labelMessage"));
     m_pMessage->setIndent(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     m_pUi->statusBar->addWidget(m_pMessage, 1);
+    m_pUi->statusBar->addPermanentWidget(&m_pTableCommands->Field());
     m_pUi->statusBar->addPermanentWidget(&m_pSaveCommands->Field()); // the prompts of commands do not hide it
     m_pUi->statusBar->setContentsMargins(0, 0, m_pMessage->indent(), 0);
     const std::array<QString, CLockKeys::KeyCount> texts{tr("Capital"), tr("Number"), tr("Scroll")};

@@ -11,6 +11,7 @@
 #include "app/PatchCommands.h"
 #include "app/ReadingCommands.h"
 #include "app/SaveCommands.h"
+#include "app/TableCommands.h"
 #include "app/UnsavedCommands.h"
 #include "app/VersionCommands.h"
 #include "views/MessageBoxReporter.h"
@@ -126,6 +127,7 @@ private:
     std::unique_ptr<COfferCommands> m_pOfferCommands;
     std::unique_ptr<CFillCommands> m_pFillCommands;
     std::unique_ptr<CImportCommands> m_pImportCommands;
+    std::unique_ptr<CTableCommands> m_pTableCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

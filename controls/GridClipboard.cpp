@@ -58,8 +58,30 @@ std::int64_t CountOf(const std::vector<Span>& spans)
     return count;
 }
 
+void AppendTitles(QString& out, const CGridModel& model, const std::vector<Span>& columns)
+{
+    bool first = true;
+    for (const Span& span : columns) {
+        for (int column = span.first; column <= span.last; ++column) {
+            if (!first)
+                out += u'\t';
+            first = false;
+            AppendTabbedField(out, model.headerData(column, Qt::Horizontal).toString());
+        }
+    }
+    out += u'\n';
+}
+
+QString TextOf(const CGridModel& model, const QModelIndex& index, const GridCopyForm& form)
+{
+    QString text = model.Text(model.GridRow(index), model.GridColumn(index));
+    if (form.edit)
+        form.edit(model.GridColumn(index), text);
+    return text;
+}
+
 void AppendRow(QString& out, const CGridModel& model, const QItemSelection& selection, const std::vector<Span>& columns,
-               int row)
+               int row, const GridCopyForm& form)
 {
     bool first = true;
     for (const Span& span : columns) {
@@ -69,7 +91,7 @@ void AppendRow(QString& out, const CGridModel& model, const QItemSelection& sele
             first = false;
             const QModelIndex index = model.index(row, column);
             if (selection.size() == 1 || selection.contains(index))
-                AppendTabbedField(out, model.Text(model.GridRow(index), model.GridColumn(index)));
+                AppendTabbedField(out, TextOf(model, index, form));
         }
     }
 }
@@ -95,7 +117,20 @@ std::pair<int, int> CornerOf(const QItemSelection& selection)
 
 } // namespace
 
-bool CGridClipboard::Copy()
+QString NotFittingText(const GridPasteRest& rest)
+{
+    const auto counted = [](int count, const QString& one, const QString& many) {
+        return count == 1 ? QStringLiteral("1 ") + one : QString::number(count) + QLatin1Char(' ') + many;
+    };
+    QStringList parts;
+    if (rest.rows > 0)
+        parts += counted(rest.rows, QStringLiteral("row"), QStringLiteral("rows"));
+    if (rest.columns > 0)
+        parts += counted(rest.columns, QStringLiteral("column"), QStringLiteral("columns"));
+    return parts.isEmpty() ? QString() : parts.join(QStringLiteral(" and ")) + QStringLiteral(" did not fit.");
+}
+
+bool CGridClipboard::Copy(const GridCopyForm& form)
 {
     if (m_chosen.isEmpty())
         return false;
@@ -105,11 +140,13 @@ bool CGridClipboard::Copy()
 
     CSlowWork work(&m_window, QStringLiteral("Copying cells"), count);
     QString text;
+    if (form.hasTitles)
+        AppendTitles(text, m_model, columns);
     std::int64_t done = 0;
     for (const Span& span : rows) {
         for (int row = span.first; row <= span.last; ++row) {
-            AppendRow(text, m_model, m_chosen, columns, row);
-            if (count > 1) // else an empty field in the last row would be lost
+            AppendRow(text, m_model, m_chosen, columns, row, form);
+            if (count > 1 || form.hasTitles) // else an empty field in the last row would be lost
                 text += u'\n';
             if (!GoesOn(work, ++done))
                 return false;
@@ -174,11 +211,13 @@ bool CGridClipboard::PasteBlock(QStringView text, CGridEdits& edits)
     CSlowWork work(&m_window, QStringLiteral("Pasting cells"), rows);
     CTabbedTextReader reader(text);
     QString field;
-    while (reader.Next(field) && reader.Row() < rows) {
-        if (reader.Column() < columns)
+    while (reader.Next(field)) {
+        if (reader.Row() < rows && reader.Column() < columns)
             edits.Add(top + reader.Row(), left + reader.Column(), std::move(field));
-        if (reader.Column() == 0 && !GoesOn(work, reader.Row()))
+        if (reader.Column() == 0 && !GoesOn(work, std::min(reader.Row(), rows)))
             return false;
+        m_rest.rows = std::max(m_rest.rows, reader.Row() + 1 - rows);
+        m_rest.columns = std::max(m_rest.columns, reader.Column() + 1 - columns);
     }
     return true;
 }

@@ -61,13 +61,13 @@ void CGridCtrl::MakeParts()
                 this, [this, row, column] { ReportRefusal(row, column); }, Qt::QueuedConnection);
         return change == Change::Done || change == Change::Same;
     });
+    setHorizontalHeader(new CGridHeader(Qt::Horizontal, *m_pModel, m_titleSizes, this));
+    setVerticalHeader(new CGridHeader(Qt::Vertical, *m_pModel, m_titleSizes, this));
     setModel(m_pModel);
     const QItemSelectionModel* plain = selectionModel();
     setSelectionModel(new CGridSelectionModel(m_pModel, this));
     delete plain;
     setItemDelegate(new CGridDelegate(*m_pModel, this));
-    setHorizontalHeader(new CGridHeader(Qt::Horizontal, *m_pModel, m_titleSizes, this));
-    setVerticalHeader(new CGridHeader(Qt::Vertical, *m_pModel, m_titleSizes, this));
     horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance(u'0') * kDefaultChars);
     m_pCorner = new CGridCorner(*m_pModel, m_titleSizes, this);
     m_pTitleTip = new CTitleTip(this);
@@ -84,6 +84,11 @@ void CGridCtrl::ConnectParts()
     // After the toolkit's own selecting, which was connected first.
     connect(horizontalHeader(), &QHeaderView::sectionPressed, this, [this] { TitlePressed(Qt::Horizontal); });
     connect(verticalHeader(), &QHeaderView::sectionPressed, this, [this] { TitlePressed(Qt::Vertical); });
+    horizontalHeader()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(horizontalHeader(), &QWidget::customContextMenuRequested, this, [this](QPoint position) {
+        if (const int section = ColumnTitles().SectionAt(position.x()); section >= 0)
+            emit TitleMenuAsked(section + FixedColumnCount(), horizontalHeader()->viewport()->mapToGlobal(position));
+    });
     connect(this, &QTableView::pressed, this, &CGridCtrl::TellFocusCellUsed);
     connect(m_pCorner, &CGridCorner::Clicked, this, &CGridCtrl::SelectAll);
     connect(m_pCorner, &CGridCorner::ColumnResized, this, &CGridCtrl::SetColumnWidth);
@@ -126,6 +131,7 @@ void CGridCtrl::DeleteAllItems()
     CloseEditor();
     m_pTitleTip->Hide();
     m_titleSizes = {};
+    SetFrozenColumnCount(0);
     m_pModel->Clear();
     FixedCountsChanged();
 }

@@ -20,8 +20,11 @@
 
 class CGridCellBase;
 class CGridClipboard;
+struct GridCopyForm;
+struct GridPasteRest;
 class CGridCorner;
 class CGridDefaultCell;
+class CGridHeader;
 class CGridModel;
 class CGridSelectionModel;
 class CTitleTip;
@@ -53,8 +56,9 @@ class CGridCtrl : public QTableView, private CInPlaceEditOwner {
 
 public:
     using CellCheck = CGridEdits::Check;
-    /// Shows one message to the user and returns once it is answered.
-    using MessageReporter = std::function<void(const QString& text)>;
+    /// Shows one message to the user and returns once it is answered. `further` is what else there is to say of it;
+    /// mostly empty.
+    using MessageReporter = std::function<void(const QString& text, const QString& further)>;
     /// What became of a change that goes the user's way.
     using Change = CGridEdits::Change;
 
@@ -75,6 +79,14 @@ public:
     bool ResetRows(int count);
     bool SetFixedRowCount(int count);    ///< false for more than there are rows
     bool SetFixedColumnCount(int count); ///< false for more than there are columns
+
+    /// Keeps the first `count` data columns in sight, beside the fixed ones, while the others scroll; 0 for none. In
+    /// all else they are columns as the others. DeleteAllItems ends it.
+    void SetFrozenColumnCount(int count);
+    int FrozenColumnCount() const; ///< as it was set
+    /// Whether they scroll as all others for now: they would take more than two thirds of the room.
+    bool AreFrozenColumnsTooWide() const;
+
     int RowCount() const;
     int ColumnCount() const;
     int FixedRowCount() const;
@@ -132,6 +144,9 @@ public:
     bool CanPaste() const;
     bool CanSelectAll() const;
 
+    /// As Copy, but of the chosen cells even while one is edited, and in that form. False when nothing was copied.
+    bool CopyAs(const GridCopyForm& form);
+
     /// Where a context menu belongs after a right-click notification: at the mouse, or in the middle of the focus cell
     /// when the keyboard asked for it. A point of the screen.
     QPoint ContextMenuPosition() const { return m_ptContextMenu; }
@@ -145,6 +160,9 @@ public:
     const CGridModel& Model() const { return *m_pModel; }
 
     void keyboardSearch(const QString& search) override; ///< does nothing: typing starts an edit
+    QRect visualRect(const QModelIndex& index) const override;
+    QModelIndex indexAt(const QPoint& position) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 public slots:
     void Copy();
@@ -163,8 +181,14 @@ signals:
     /// The user came to the focus cell by a click, a key or an edit. Also told where it did not move, but then for keys
     /// only.
     void FocusCellUsed(int row, int column);
+    /// All values that fit were pasted, but so many rows and columns of the clipboard did not fit into the grid.
+    void PasteDidNotFit(const GridPasteRest& rest);
+    /// The mouse asks for the menu of a data column's title, at a point of the screen.
+    void TitleMenuAsked(int column, QPoint position);
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
     void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -199,7 +223,8 @@ private:
     using Collecting = std::function<bool(CGridClipboard& clipboard, CGridEdits& edits)>;
     void ChangeChosenCells(GridChange change, const Collecting& collect);
     void Clear();
-    void Report(const QString& text);
+    void Report(const QString& text, const QString& further = {});
+    void ReportRefusal(int row, int column, const QString& further);
     void SendNotification(int controlId, int code, const QModelIndex& index);
     void AskForContextMenu();
     void AskForContextMenu(const QModelIndex& index, QPoint position);
@@ -207,6 +232,10 @@ private:
     bool OpenEditor(const QModelIndex& index);
     bool OpenEditorWith(const QString& text);
     void PlaceEditor();
+    void KeepEditorBesideFrozen(const QRect& field);
+    void PaintFrozen(const QRect& dirty);
+    void RedrawFrozen();
+    CGridHeader& ColumnTitles() const;
     void CloseEditor();
     CGridSelectionModel& Selection() const;
     void TellFocusCellUsed();

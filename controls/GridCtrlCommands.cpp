@@ -30,6 +30,23 @@ bool HasMemoryFor(const Work& work)
     return true;
 }
 
+QString Counted(std::int64_t count, const QString& one, const QString& many)
+{
+    return count == 1 ? one : many.arg(count);
+}
+
+/// What the message of the first refused value does not tell; empty when that is nothing.
+QString FurtherText(const CGridEdits& edits, const GridPasteRest& rest)
+{
+    const QString notFitting = NotFittingText(rest);
+    if (edits.Refused() == 0 || (edits.Refused() == 1 && notFitting.isEmpty()))
+        return {};
+    const QString refused = Counted(edits.Refused(), QStringLiteral("1 of %1 values was refused."),
+                                    QStringLiteral("%1 of %2 values were refused."))
+                                .arg(edits.Offered());
+    return notFitting.isEmpty() ? refused : refused + QLatin1Char(' ') + notFitting;
+}
+
 QString NoMemoryText()
 {
     return QStringLiteral("There is not enough memory for this command. Nothing was changed.");
@@ -79,17 +96,23 @@ CGridCtrl::Change CGridCtrl::ChangeText(int row, int column, const QString& text
 
 void CGridCtrl::ReportRefusal(int row, int column)
 {
-    // kept: the first number is the row, though the text says Col
-    Report(QString::asprintf("Col %d,Row %d data error !", m_pModel->RowInMessages(row), column));
+    ReportRefusal(row, column, {});
 }
 
-void CGridCtrl::Report(const QString& text)
+void CGridCtrl::ReportRefusal(int row, int column, const QString& further)
+{
+    // kept: the first number is the row, though the text says Col
+    Report(QString::asprintf("Col %d,Row %d data error !", m_pModel->RowInMessages(row), column), further);
+}
+
+void CGridCtrl::Report(const QString& text, const QString& further)
 {
     if (m_reporter) {
-        m_reporter(text);
+        m_reporter(text, further);
         return;
     }
     QMessageBox box(QMessageBox::Warning, QApplication::applicationDisplayName(), text, QMessageBox::Ok, window());
+    box.setInformativeText(further);
     box.exec();
 }
 
@@ -121,18 +144,25 @@ void CGridCtrl::TakeTexts(GridChange change, std::vector<GridCellText> texts)
 void CGridCtrl::ChangeChosenCells(GridChange change, const Collecting& collect)
 {
     std::optional<CGridEdits::Cell> refusal;
+    QString further;
+    GridPasteRest rest;
     const bool enough = HasMemoryFor([&] {
         CGridClipboard clipboard(*m_pModel, ChosenCells(), *this);
         CGridEdits edits(*m_pModel, m_check);
         if (!collect(clipboard, edits))
             return;
         refusal = edits.FirstRefusal();
+        rest = clipboard.Rest();
+        if (change == GridChange::Paste)
+            further = FurtherText(edits, rest);
         TakeTexts(change, edits.TakeTexts());
     });
     if (!enough)
         Report(NoMemoryText());
     else if (refusal)
-        ReportRefusal(refusal->first, refusal->second);
+        ReportRefusal(refusal->first, refusal->second, further);
+    else if (rest.rows > 0 || rest.columns > 0)
+        emit PasteDidNotFit(rest);
 }
 
 bool CGridCtrl::CanCopy() const
@@ -164,6 +194,14 @@ void CGridCtrl::Copy()
         m_pEditor->copy();
     else if (!HasMemoryFor([this] { CGridClipboard(*m_pModel, ChosenCells(), *this).Copy(); }))
         Report(NoMemoryText());
+}
+
+bool CGridCtrl::CopyAs(const GridCopyForm& form)
+{
+    bool isDone = false;
+    if (!HasMemoryFor([&] { isDone = CGridClipboard(*m_pModel, ChosenCells(), *this).Copy(form); }))
+        Report(NoMemoryText());
+    return isDone;
 }
 
 void CGridCtrl::Cut()

@@ -86,8 +86,10 @@ void CGridCtrl::PlaceEditor()
 {
     if (!m_pEditor)
         return;
-    const QRect cell = visualRect(m_pModel->BodyIndex(m_pEditor->Row(), m_pEditor->Column()));
-    m_pEditor->setGeometry(cell.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1));
+    const QModelIndex index = m_pModel->BodyIndex(m_pEditor->Row(), m_pEditor->Column());
+    const QRect field = visualRect(index).adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1);
+    m_pEditor->setGeometry(field);
+    KeepEditorBesideFrozen(field);
 }
 
 void CGridCtrl::CloseEditor()
@@ -182,6 +184,8 @@ void CGridCtrl::scrollContentsBy(int dx, int dy)
 {
     m_pTitleTip->Hide();
     QTableView::scrollContentsBy(dx, dy);
+    if (dx != 0)
+        RedrawFrozen();
     PlaceEditor();
 }
 
@@ -189,6 +193,7 @@ void CGridCtrl::scrollContentsBy(int dx, int dy)
 void CGridCtrl::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
     QAbstractItemView::selectionChanged(selected, deselected);
+    RedrawFrozen();
     if (QAccessible::isActive() && !selected.isEmpty())
         TellSelection(selected);
 }

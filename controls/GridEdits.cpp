@@ -19,9 +19,11 @@ CGridEdits::Change CGridEdits::Add(int row, int column, QString text)
 {
     if (!m_model.IsEditable(row, column))
         return Change::ReadOnly;
+    ++m_nOffered;
     if (m_model.Text(row, column) == text)
         return Change::Same;
     if (m_check && !m_check(column, text)) {
+        ++m_nRefused;
         if (!m_firstRefusal)
             m_firstRefusal = Cell(row, column);
         return Change::Refused;

@@ -29,10 +29,14 @@ public:
 
     std::vector<GridCellText> TakeTexts() { return std::move(m_texts); } ///< in the order in which they were added
     std::optional<Cell> FirstRefusal() const { return m_firstRefusal; }
+    std::int64_t Refused() const { return m_nRefused; } ///< texts that did not pass the check
+    std::int64_t Offered() const { return m_nOffered; } ///< texts for cells that can be edited
 
 private:
     const CGridModel& m_model;
     const Check& m_check;
     std::vector<GridCellText> m_texts;
     std::optional<Cell> m_firstRefusal;
+    std::int64_t m_nRefused = 0;
+    std::int64_t m_nOffered = 0;
 };

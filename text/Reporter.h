@@ -9,6 +9,10 @@ public:
     virtual ~CReporter() = default;
     virtual void ShowError(std::u16string_view text) = 0;
     virtual bool AskYesNo(std::u16string_view text) = 0; ///< true for Yes
+
+    /// An error of which there is more to say: `further`, whole sentences, or empty. Whoever has no place for it shows
+    /// the error alone.
+    virtual void ShowErrorWith(std::u16string_view text, std::u16string_view /*further*/) { ShowError(text); }
 };
 
 /// For work of which nobody is to hear.

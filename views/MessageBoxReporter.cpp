@@ -29,14 +29,15 @@ QSize MostRoom(const QWidget& window)
 /// than a line. Copies its text, when asked to, as it was given.
 class CMessageBox final : public QMessageBox {
 public:
-    CMessageBox(Icon icon, const QString& text, StandardButtons buttons, QWidget* parent)
+    CMessageBox(Icon icon, const QString& text, const QString& further, StandardButtons buttons, QWidget* parent)
         : QMessageBox(icon, QApplication::applicationName(), text, buttons, parent),
-          m_strText(text)
+          m_strText(further.isEmpty() ? text : text + QLatin1Char('\n') + further)
     {
         setTextFormat(Qt::PlainText); // a path may hold "<" and "&"
         if (auto* sign = findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
             sign->setAccessibleName(icon == Question ? tr("Question") : tr("Warning"));
-        ReplaceLabel();
+        setInformativeText(further); // lays the box out anew
+        ReplaceLabel(text);
     }
 
 protected:
@@ -49,24 +50,25 @@ protected:
     }
 
 private:
-    void ReplaceLabel()
+    void ReplaceLabel(const QString& text)
     {
         auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
         if (label == nullptr) // another version of the toolkit shows it in its own way
             return;
-        auto* own = new CMessageLabel(m_strText, MostRoom(*parentWidget()), this);
+        auto* own = new CMessageLabel(text, MostRoom(*parentWidget()), this);
         delete layout()->replaceWidget(label, own);
         layout()->setAlignment(own, Qt::AlignLeft | Qt::AlignVCenter);
         label->hide();
     }
 
-    QString m_strText;
+    QString m_strText; ///< that is copied
 };
 
-int RunBox(QWidget& parent, QMessageBox::Icon icon, std::u16string_view text, QMessageBox::StandardButtons buttons)
+int RunBox(QWidget& parent, QMessageBox::Icon icon, std::u16string_view text, QMessageBox::StandardButtons buttons,
+           std::u16string_view further = {})
 {
     QWidget* dialog = QApplication::activeModalWidget(); // a box below it could not be answered
-    return CMessageBox(icon, ToQString(text), buttons, dialog ? dialog : &parent).exec();
+    return CMessageBox(icon, ToQString(text), ToQString(further), buttons, dialog ? dialog : &parent).exec();
 }
 
 } // namespace
@@ -74,6 +76,11 @@ int RunBox(QWidget& parent, QMessageBox::Icon icon, std::u16string_view text, QM
 void CMessageBoxReporter::ShowError(std::u16string_view text)
 {
     RunBox(m_parent, QMessageBox::Warning, text, QMessageBox::Ok);
+}
+
+void CMessageBoxReporter::ShowErrorWith(std::u16string_view text, std::u16string_view further)
+{
+    RunBox(m_parent, QMessageBox::Warning, text, QMessageBox::Ok, further);
 }
 
 bool CMessageBoxReporter::AskYesNo(std::u16string_view text)

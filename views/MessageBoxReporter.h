@@ -11,6 +11,7 @@ public:
     explicit CMessageBoxReporter(QWidget& parent) : m_parent(parent) {}
 
     void ShowError(std::u16string_view text) override;
+    void ShowErrorWith(std::u16string_view text, std::u16string_view further) override; ///< below the text
     bool AskYesNo(std::u16string_view text) override;
 
 private:

@@ -1,5 +1,6 @@
 #include "views/RecipeDataShowView.h"
 
+#include "controls/GridClipboard.h"
 #include "controls/GridModel.h"
 #include "model/CellCheck.h"
 #include "model/ValueLimits.h"
@@ -55,7 +56,11 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
     layout->addWidget(m_pGrid);
 
     m_pGrid->SetCellCheck([this](int column, const QString& text) { return m_frame.ValidateCellValue(column, text); });
-    m_pGrid->SetReporter([this](const QString& text) { m_frame.Reporter().ShowError(ViewOf(text)); });
+    m_pGrid->SetReporter([this](const QString& text, const QString& further) {
+        m_frame.Reporter().ShowErrorWith(ViewOf(text), ViewOf(further));
+    });
+    connect(m_pGrid, &CGridCtrl::PasteDidNotFit, this,
+            [this](const GridPasteRest& rest) { m_frame.TellEdit(NotFittingText(rest)); });
     CreatePopupMenu();
     connect(&m_typedValues, &CTypedValues::Show, this, &CRecipeDataShowView::ShowCells);
     connect(&m_typedValues, &CTypedValues::StoreExactly, this, [this](const std::vector<CellPlace>& places) {
@@ -63,6 +68,9 @@ CRecipeDataShowView::CRecipeDataShowView(CRecipeFrame& frame, QWidget* parent)
         m_pGrid->setFocus(); // its button goes
     });
     connect(m_pGrid, &CGridCtrl::Notify, this, &CRecipeDataShowView::OnGridNotify);
+    connect(m_pGrid, &CGridCtrl::TitleMenuAsked, this, [this](int column, QPoint position) {
+        emit TitleMenuAsked(static_cast<std::uint32_t>(column - kTitleColumns), position);
+    });
     // A right click may have chosen a cell other than the one with the focus, which does not move when it is used next.
     connect(m_pGrid, &CGridCtrl::FocusCellUsed, this, &CRecipeDataShowView::ChooseCell);
     connect(&m_pGrid->Model(), &CGridModel::dataChanged, this, &CRecipeDataShowView::OnTextsChanged);
@@ -124,6 +132,31 @@ void CRecipeDataShowView::LayOutGrid()
     WriteTitles();
     m_pGrid->FitColumns(kAddressColumn);
     m_pGrid->setMinimumWidth(LeastGridWidth());
+    FreezeAgain();
+}
+
+bool CRecipeDataShowView::FreezeUpTo(std::uint32_t column)
+{
+    m_nFrozen = static_cast<int>(column) + 1;
+    m_frozenOf = Rows().Columns();
+    m_pGrid->SetFrozenColumnCount(m_nFrozen);
+    return !m_pGrid->AreFrozenColumnsTooWide();
+}
+
+void CRecipeDataShowView::Unfreeze()
+{
+    m_nFrozen = 0;
+    m_frozenOf.clear();
+    m_pGrid->SetFrozenColumnCount(0);
+}
+
+/// The grid was laid out anew.
+void CRecipeDataShowView::FreezeAgain()
+{
+    if (m_nFrozen > 0 && m_frozenOf == Rows().Columns())
+        m_pGrid->SetFrozenColumnCount(m_nFrozen);
+    else
+        Unfreeze();
 }
 
 /// The titles of the rows and the first data column, with room to scroll to the others. The pane beside gives way to

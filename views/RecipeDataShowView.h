@@ -81,6 +81,12 @@ public:
 
     const CShownRows& ShownRows() const { return m_shownRows; }
 
+    /// Keeps the data columns up to this one in sight while the others scroll, as long as columns like these are shown.
+    /// False where they would take more than two thirds of the room: they scroll on until there is more.
+    bool FreezeUpTo(std::uint32_t column);
+    void Unfreeze();
+    bool HasFrozenColumns() const { return m_nFrozen > 0; }
+
     // Where data cells stand in the grid.
 
     CellPlace PlaceOf(int gridRow, int gridColumn) const; ///< of a data cell
@@ -162,6 +168,8 @@ signals:
     void ChosenCellChanged();
     /// An edit was made.
     void Edited();
+    /// The mouse asks for the menu of a data column's title, at a point of the screen.
+    void TitleMenuAsked(std::uint32_t column, QPoint position);
     /// Other rows are hidden now, or none are. `added` of those shown were hidden until one went to them.
     void ShownRowsChanged(std::size_t added);
 
@@ -182,6 +190,7 @@ private:
     void LayOutGrid();
     int LeastGridWidth() const;
     void WriteTitles();
+    void FreezeAgain();
     void OnGridNotify(const GridNotification& notification);
     void OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
     void ChooseCell(int row, int column);
@@ -201,6 +210,8 @@ private:
     CGridCtrl* m_pGrid;
     CTypedValues m_typedValues;
     CShownRows m_shownRows;
+    int m_nFrozen = 0;                    ///< data columns that stay in sight
+    std::vector<ColumnCoding> m_frozenOf; ///< of a table with these columns
     QMenu* m_pPopupMenu = nullptr;
     QAction* m_pActionBitBrowse = nullptr; ///< the popup menu's
     int m_nCurrentColumn = -1;             ///< grid column of the chosen cell, -1 for none

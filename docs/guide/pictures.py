@@ -172,6 +172,27 @@ def main_window(desk):
         desk.whole("left-pane-collapsed.png")
 
 
+@scene("frozen-columns.png", "show-rows-dialog.png", "rows-shown.png")
+def parts_of_the_table(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Product", 1).click()
+        choose_command(app, "View(V)", "Freeze up to this column")
+        desk.screen.key("End")
+        desk.part("frozen-columns.png", table_to(app, 8))
+        choose_command(app, "View(V)", "Show only rows that…")
+        app.window(2)
+        desk.screen.type("N")
+        desk.screen.key("Tab")
+        desk.screen.type("is g")
+        desk.screen.key("Tab")
+        desk.screen.type("8")
+        desk.window(app, "show-rows-dialog.png")
+        desk.screen.key("Return")
+        wait_for_rows(app, 4)
+        desk.whole("rows-shown.png")
+
+
 @scene("open-dialog.png")
 def opening(desk):
     with desk.open() as app:

@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(Opened, EditMenuEntries, testing::Bool(),
                          [](const auto& c) { return c.param ? "ByKeys" : "ByMouse"; });
 
 /// The entries that never change their names, "-" before those that are off.
-QStringList With(QStringList first, bool cut, bool copy, bool paste, bool changes)
+QStringList With(QStringList first, bool cut, bool copy, bool paste, bool changes, bool isChosen = true)
 {
     const auto add = [&first](bool on, const char* text) {
         first << (on ? QString() : QStringLiteral("-")) + QLatin1String(text);
@@ -44,6 +44,8 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(changes, "Pre&vious change");
     add(false, "Store e&xactly"); // have tests of their own
     add(false, "&Keep stored");
+    add(isChosen, "Copy &with titles");
+    add(isChosen, "Copy for &spreadsheet");
     return first;
 }
 
@@ -56,12 +58,12 @@ TEST_P(EditMenuEntries, WithNothingOpenAreOff)
     frame.reset();
     Start();
     Grid().setFocus();
-    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false));
+    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false, false));
 }
 
 TEST_P(EditMenuEntries, OfTheGridWithNothingDone)
 {
-    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false)) << "no cell is chosen";
+    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false, false)) << "no cell is chosen";
     ClickCell(1, 2);
     EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, true, true, false, false));
     QApplication::clipboard()->setText("5");

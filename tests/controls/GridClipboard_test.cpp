@@ -1,5 +1,6 @@
 // The clipboard commands by their keys, on the selected cells and on an open editor.
 
+#include "controls/GridClipboard.h"
 #include "controls/GridModel.h"
 #include "tests/controls/GridTestBed.h"
 #include "tests/support/GuiTest.h"
@@ -8,6 +9,8 @@
 #include <QClipboard>
 #include <QMimeData>
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -222,7 +225,8 @@ TEST_F(GridClipboard, RefusedCellsKeepTheirTextAndTheFirstIsReportedOnce)
     PressPaste();
     EXPECT_EQ(Row(2), "2,2|a|2,4|2,5");
     EXPECT_EQ(Row(3), "3,2|3,3|d|3,5");
-    EXPECT_EQ(log, (Lines{"edited 2,3", "edited 3,4", "reported Col 2,Row 4 data error !"}));
+    EXPECT_EQ(log, (Lines{"edited 2,3", "edited 3,4", "reported Col 2,Row 4 data error !",
+                          "further 2 of 4 values were refused."}));
 }
 
 TEST_F(GridClipboard, AValueRefusedInEveryCellIsReportedOnce)
@@ -231,7 +235,7 @@ TEST_F(GridClipboard, AValueRefusedInEveryCellIsReportedOnce)
     Choose(2, 3, 4, 5);
     PressPaste();
     EXPECT_EQ(Row(3), "3,2|3,3|3,4|3,5");
-    EXPECT_EQ(log, Lines{"reported Col 2,Row 3 data error !"});
+    EXPECT_EQ(log, (Lines{"reported Col 2,Row 3 data error !", "further 9 of 9 values were refused."}));
 }
 
 TEST_F(GridClipboard, ReadOnlyCellsAreLeftSilently)
@@ -368,5 +372,91 @@ INSTANTIATE_TEST_SUITE_P(Table, GridCommands, testing::Values(
         grid.findChild<CInPlaceEdit*>()->clear(); },                            false, false, true,  false}),
     [](const auto& c) { return std::string(c.param.name); });
 // clang-format on
+
+TEST_F(GridClipboard, ARefusedValueAmongOthersIsToldAsBefore)
+{
+    SetClipboard("a\tbad\nc\td\n");
+    Click(1, 2);
+    log.clear();
+    PressPaste();
+    EXPECT_EQ(log.back(), "reported Col 1,Row 3 data error !");
+    EXPECT_EQ(Row(2), "c|d|2,4|2,5");
+}
+
+TEST_F(GridClipboard, SeveralRefusedValuesAreCountedInTheOneMessage)
+{
+    SetClipboard("a\tbad\nbad\td\n");
+    Click(1, 2);
+    PressPaste();
+    const auto first = std::find(log.begin(), log.end(), "reported Col 1,Row 3 data error !");
+    ASSERT_EQ(log.end() - first, 2);
+    EXPECT_EQ(first[1], "further 2 of 4 values were refused.");
+}
+
+TEST_F(GridClipboard, WhatDidNotFitIsToldWithTheRefusedValue)
+{
+    SetClipboard("a\tbad\tc\nd\te\nf\ng\n");
+    Click(4, 4);
+    PressPaste();
+    EXPECT_EQ(log.back(), "further 1 of 4 values was refused. 2 rows and 1 column did not fit.");
+    EXPECT_EQ(log[log.size() - 2], "reported Col 4,Row 5 data error !");
+}
+
+TEST_F(GridClipboard, WhatDidNotFitIsToldWithoutAMessageWhereAllElseWasPasted)
+{
+    std::vector<QString> told;
+    QObject::connect(grid, &CGridCtrl::PasteDidNotFit, grid,
+                     [&](const GridPasteRest& rest) { told.push_back(NotFittingText(rest)); });
+    SetClipboard("a\tb\tc\tlost\tlost\nd\te\nf\tg\n");
+    Click(5, 3);
+    log.clear();
+    PressPaste();
+    EXPECT_EQ(told, std::vector<QString>{"2 rows and 2 columns did not fit."});
+    EXPECT_EQ(std::count_if(log.begin(), log.end(), [](const auto& line) { return line.starts_with("reported"); }), 0);
+    EXPECT_EQ(Row(5), "5,2|a|b|c");
+    SetClipboard("a\tb\n");
+    Click(5, 3);
+    PressPaste();
+    EXPECT_EQ(told.size(), 1u);
+    SetClipboard("1\n2\n");
+    Click(5, 3);
+    PressPaste();
+    EXPECT_EQ(told.back(), "1 row did not fit.");
+}
+
+TEST_F(GridClipboard, RefusedClearedCellsAreToldAsBefore)
+{
+    grid->SetCellCheck([](int, const QString& text) { return !text.isEmpty(); });
+    Choose(1, 2, 3, 4);
+    Press(Qt::Key_Delete);
+    EXPECT_EQ(log, Lines{"reported Col 1,Row 2 data error !"});
+}
+
+TEST_F(GridClipboard, TitlesAreTheFirstLineWhereTheyAreAskedFor)
+{
+    Choose(2, 3, 3, 4);
+    EXPECT_TRUE(grid->CopyAs({.hasTitles = true}));
+    EXPECT_EQ(ClipboardText(), QString("0,3\t0,4\n2,3\t2,4\n3,3\t3,4\n"));
+    Click(2, 3);
+    grid->SetItemText(0, 3, "two\nlines");
+    EXPECT_TRUE(grid->CopyAs({.hasTitles = true}));
+    EXPECT_EQ(ClipboardText(), QString("\"two\nlines\"\n2,3\n"));
+}
+
+TEST_F(GridClipboard, CellsAreCopiedInAFormThatIsAskedFor)
+{
+    Choose(2, 3, 3, 4);
+    EXPECT_TRUE(grid->CopyAs({.edit = [](int column, QString& text) {
+        if (column == 4)
+            text.replace(u',', u';');
+    }}));
+    EXPECT_EQ(ClipboardText(), QString("2,3\t2;4\n3,3\t3;4\n"));
+}
+
+TEST_F(GridClipboard, NothingIsCopiedInAnyFormWhereNothingIsChosen)
+{
+    EXPECT_FALSE(grid->CopyAs({.hasTitles = true}));
+    EXPECT_EQ(ClipboardText(), QString("before"));
+}
 
 } // namespace

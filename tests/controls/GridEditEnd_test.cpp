@@ -278,7 +278,7 @@ TEST_F(GridEditEnd, AnEndWhileAnEndRunsReturnsAtOnce)
 {
     Fill(6, 6);
     int reports = 0;
-    grid->SetReporter([&](const QString&) {
+    grid->SetReporter([&](const QString&, const QString&) {
         ++reports;
         EXPECT_FALSE(grid->EndEdit());
         field->setFocus(); // takes the focus away, as a message box does

@@ -290,7 +290,7 @@ TEST_F(GridEdit, ARefusedCountLeavesAnOpenEdit)
 TEST_F(GridEdit, AResetWhileTheMessageIsShownLeavesTheNewTexts)
 {
     Fill(6, 6);
-    grid->SetReporter([this](const QString&) {
+    grid->SetReporter([this](const QString&, const QString&) {
         Fill(6, 6);
         grid->SetItemText(2, 3, "fresh");
     });

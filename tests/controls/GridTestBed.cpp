@@ -29,7 +29,11 @@ CGridTestBed::CGridTestBed()
     window.resize(800, 500);
 
     grid->SetCellCheck([](int, const QString& text) { return !text.contains("bad"); });
-    grid->SetReporter([this](const QString& text) { log.push_back("reported " + text.toStdString()); });
+    grid->SetReporter([this](const QString& text, const QString& further) {
+        log.push_back("reported " + text.toStdString());
+        if (!further.isEmpty())
+            log.push_back("further " + further.toStdString());
+    });
     QObject::connect(grid, &CGridCtrl::CellEdited, [this](int row, int column) {
         log.push_back("edited " + Place(row, column)); //
     });

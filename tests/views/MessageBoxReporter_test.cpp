@@ -61,6 +61,25 @@ std::vector<int> LineStarts(const CMessageLabel& label)
     return starts;
 }
 
+TEST_F(MessageBoxReporter, SaysWhatElseThereIsToSayBelowTheText)
+{
+    const CModalAnswer answer({[&](QWidget& dialog) {
+        auto& box = static_cast<QMessageBox&>(dialog);
+        EXPECT_EQ(box.text(), "Col 5,Row 3 data error !");
+        EXPECT_EQ(box.informativeText(), "3 of 40 values were refused.");
+        EXPECT_EQ(LabelOf(box).toPlainText(), "Col 5,Row 3 data error !");
+        auto& further = FindIn<QLabel>(box, "qt_msgbox_informativelabel");
+        EXPECT_TRUE(further.isVisible());
+        EXPECT_EQ(further.text(), "3 of 40 values were refused.");
+        EXPECT_GT(further.y(), LabelOf(box).y());
+        PressKeys(box, {Qt::Key_C});
+        EXPECT_EQ(QApplication::clipboard()->text(), "Col 5,Row 3 data error !\n3 of 40 values were refused.");
+        CModalAnswer::Press(QMessageBox::Ok)(dialog);
+    }});
+    reporter.ShowErrorWith(u"Col 5,Row 3 data error !", u"3 of 40 values were refused.");
+    EXPECT_EQ(answer.texts.size(), 1u);
+}
+
 TEST_F(MessageBoxReporter, ShowsATextAsItStands)
 {
     const QString text("Can't open <b>file</b> /home/a folder/with/a/long/path/of/many/short/names/in/it/a&b.rcp");
