@@ -8,6 +8,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QHeaderView>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -242,4 +244,21 @@ TEST_F(TableOfTen, ColumnsKeepTheirWidths)
     EXPECT_EQ(Focus(), "none");
     ASSERT_TRUE(view.ShowAllRows());
     EXPECT_EQ(view.Grid().ColumnWidth(2), 171);
+}
+
+TEST_F(TableOfTen, TheTableStaysScrolledAsItWas)
+{
+    const QScrollBar& bar = *view.Grid().horizontalScrollBar();
+    view.Grid().SetColumnWidth(2, 900);
+    QApplication::processEvents();
+    view.GoToCell({3, 1});
+    QApplication::processEvents();
+    const int scrolled = bar.value();
+    ASSERT_GT(scrolled, 0);
+    ASSERT_TRUE(view.ShowOnlyRows({3, 4}));
+    QApplication::processEvents();
+    EXPECT_EQ(bar.value(), scrolled);
+    EXPECT_EQ(view.Grid().horizontalHeader()->offset(), scrolled);
+    EXPECT_EQ(bar.maximum(), view.Grid().horizontalHeader()->length() - view.Grid().viewport()->width());
+    EXPECT_EQ(view.Grid().verticalScrollBar()->maximum(), 0);
 }
