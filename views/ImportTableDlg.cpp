@@ -76,10 +76,20 @@ CImportTableDlg::CImportTableDlg(const QString& title, std::u16string text, cons
     m_pUi->comboSeparator->setCurrentIndex(separator ? IndexOf(kSeparators, *separator) : -1);
     ConnectControls();
     CutAnew();
-    if (separator)
-        m_pUi->buttonOk->setFocus();
-    else
-        m_pUi->comboSeparator->setFocus();
+    FirstToDo()->setFocus();
+}
+
+/// What is to be decided first, else the button that goes on.
+QWidget* CImportTableDlg::FirstToDo() const
+{
+    if (m_pUi->comboSeparator->currentIndex() < 0)
+        return m_pUi->comboSeparator;
+    for (int row = 0; row < m_pUi->tableColumns->rowCount(); ++row) {
+        auto* choice = qobject_cast<QComboBox*>(m_pUi->tableColumns->cellWidget(row, kNumbers));
+        if (choice != nullptr && choice->currentIndex() < 0)
+            return choice;
+    }
+    return m_pUi->buttonOk;
 }
 
 CImportTableDlg::~CImportTableDlg() = default;
@@ -98,6 +108,8 @@ void CImportTableDlg::SetUp()
     table.horizontalHeader()->setHighlightSections(false);
     table.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     const int height = m_pUi->comboAllNumbers->sizeHint().height();
+    table.horizontalHeader()->setSectionResizeMode(kNumbers, QHeaderView::Fixed);
+    table.horizontalHeader()->resizeSection(kNumbers, m_pUi->comboAllNumbers->sizeHint().width() + height);
     table.verticalHeader()->setDefaultSectionSize(height);
     table.setMinimumHeight(3 * height);
     resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height() + (kRows - 3) * height);

@@ -38,6 +38,7 @@ public:
 
 private:
     void SetUp();
+    QWidget* FirstToDo() const;
     void ConnectControls();
     void CutAnew();
     void LookAnew();

@@ -123,15 +123,15 @@ def choose_command(app, title, command):
              command).click()
 
 
-def choose_file(app, file, count=2):
-    """Answers the file dialog, which is the window of that count."""
+def choose_file(app, file, count=2, left=None):
+    """Answers the file dialog, which is the window of that count. `left` windows are left then, one fewer if not said."""
     dialog = app.window(count)
     field = dialog.find("text", "File name:")
     field.accessible.queryEditableText().setTextContents(str(file))
     wait_for(lambda: field.text == str(file), "the file's name")
     field.accessible.queryComponent().grabFocus()
     app.screen.key("Return")
-    app.window(count - 1)
+    app.window(count - 1 if left is None else left)
 
 
 def use_format(app, name, start, rows):
@@ -388,7 +388,7 @@ def changing_many(desk):
         desk.screen.key("Escape")
         app.window(1)
         choose_command(app, "Edit(E)", "Calculate…")
-        app.window(2).find("text", "Number").enter("1.05")
+        app.window(2).find("text", "Number").enter("765")
         desk.screen.key("Tab", "space")
         app.window(1)
         app.find("push button", "Discard")
@@ -397,8 +397,9 @@ def changing_many(desk):
         app.find("push button", "Discard").click()
         (DESK / "sheet.txt").write_text("Zone °C(1);Zone °C(2);Belt m/min\n1.234;235,5;0,85\n1.240;240,0;0,90\n")
         choose_command(app, "File(F)", "Import table…")
-        choose_file(app, DESK / "sheet.txt")
-        app.window(2)
+        choose_file(app, DESK / "sheet.txt", left=2)
+        wait_for(lambda: app.window(2).name == "Import table" and app.window(2).find_all("table", "Columns of the text"),
+                 "the dialog of the table")
         desk.window(app, "import-table.png")
 
 

@@ -80,6 +80,7 @@ TEST_F(ImportTable, AppliesNothingWhileAColumnIsUndecided)
                                   "written.");
         EXPECT_EQ(FindIn<QComboBox>(dialog, "comboNumbers1").currentText(), "Decimal comma");
         EXPECT_EQ(FindIn<QComboBox>(dialog, "comboNumbers2").currentIndex(), -1);
+        EXPECT_EQ(dialog.focusWidget(), &FindIn<QComboBox>(dialog, "comboNumbers2"));
         QTest::keyClick(&dialog, Qt::Key_Return);
         EXPECT_TRUE(dialog.isVisible());
         ChooseIn(dialog, "comboNumbers2", 1);

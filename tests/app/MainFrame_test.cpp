@@ -40,11 +40,13 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
          {"New file", "Open file", "Save file", "Save as...", "-", "Save edited only",
           QString::fromUtf8("Save a cop&y…"), QString::fromUtf8("Changes on saving…"),
           QString::fromUtf8("Earlier &versions…"), QString::fromUtf8("Compare &with…"),
-          QString::fromUtf8("Apply &patch…"), "-", QString::fromUtf8("最近文件"), "-", "Exit(&X)"}},
+          QString::fromUtf8("Apply &patch…"), QString::fromUtf8("&Import table…"), "-", QString::fromUtf8("最近文件"),
+          "-", "Exit(&X)"}},
         {"Edit(&E)",
          {"&Undo", "&Redo", "-", "Cu&t", "&Copy", "&Paste", "-", "&Next change", "Pre&vious change", "-",
-          "Store e&xactly", "&Keep stored"}},
-        {"View(&V)", {"ToolBar(&T)", "Status Bar(&S)", "-", "&Inspector"}},
+          "Store e&xactly", "&Keep stored", "-", QString::fromUtf8("Paste &with preview…"), "-",
+          QString::fromUtf8("F&ill…"), "Fill &down", QString::fromUtf8("C&alculate…")}},
+        {"View(&V)", {"ToolBar(&T)", "Status Bar(&S)"}},
         {"File Merge(&M)", {"File Merge(&F)"}},
         {"Help(&H)", {"About Vantor(&A)..."}},
     };
@@ -144,11 +146,10 @@ TEST_F(MainFrame, EveryCommandIsEnabledExactlyWhenItsStateAllowsIt)
     }
     EXPECT_EQ(enabled(), always); // a failed Open opens nothing
     Trigger(*frame, "actionNew");
-    const QStringList open{"actionAbout",       "actionApplyPatch", "actionChangesOnSaving",
-                           "actionCompareWith", "actionExit",       "actionFileMerge",
-                           "actionNew",         "actionOpen",       "actionSave",
-                           "actionSaveAs",      "actionSaveCopy",   "actionStatusBar",
-                           "actionToolBar"};
+    const QStringList open{"actionAbout",     "actionApplyPatch", "actionChangesOnSaving", "actionCompareWith",
+                           "actionExit",      "actionFileMerge",  "actionImportTable",     "actionNew",
+                           "actionOpen",      "actionSave",       "actionSaveAs",          "actionSaveCopy",
+                           "actionStatusBar", "actionToolBar"};
     EXPECT_EQ(enabled(), open);
     MakeFile("a.rcp");
     {
