@@ -86,11 +86,12 @@ public:
 
     FormatChange AppendFormat(DataFormat format);
     FormatChange RemoveFormat(std::size_t format);
-    FormatChange DuplicateFormat(std::size_t format); ///< at the end, as "NAME (2)" or with the next number that is free
+    FormatChange
+    DuplicateFormat(std::size_t format); ///< at the end, as "NAME (2)" or with the next number that is free
     FormatChange RenameFormat(std::size_t format, std::u16string_view name);
     FormatChange InsertItem(std::size_t format, std::size_t position, const DataItem& item); ///< and counts it
     FormatChange ReplaceItem(std::size_t format, std::size_t position, const DataItem& item);
-    FormatChange RemoveItem(std::size_t format, std::size_t position); ///< and lowers the count
+    FormatChange RemoveItem(std::size_t format, std::size_t position);           ///< and lowers the count
     FormatChange MoveItem(std::size_t format, std::size_t from, std::size_t to); ///< to where it stands then
     FormatChange RemoveAllItems(std::size_t format);
     FormatChange CountAllItems(std::size_t format); ///< so that a save keeps them all
