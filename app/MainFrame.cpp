@@ -65,6 +65,10 @@ CMainFrame::~CMainFrame()
     m_pFillCommands.reset();
     m_pOfferCommands.reset();
     m_pTableCommands.reset();
+    m_pFindValueCommands.reset();
+    m_pReplaceCommands.reset();
+    m_pFindCommands.reset();
+    m_pGoToCommands.reset();
     m_pUnsavedCommands.reset();
     m_pVersionCommands.reset();
     m_pPatchCommands.reset();
@@ -120,6 +124,7 @@ void CMainFrame::CreateCommands()
     CreateComparing();
     CreateForManyCells();
     m_pTableCommands = std::make_unique<CTableCommands>(CTableCommands::Parts{*m_pUi, *this, *m_pDataPane, *this});
+    CreateFinding();
     m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
         *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pCompareCommands, *m_pFormatPane, *m_pDataPane, *this});
     connect(m_pVersionCommands.get(), &CVersionCommands::Restored, this, [this](const QString& path, bool isWhole) {
@@ -174,6 +179,17 @@ void CMainFrame::CreateForManyCells()
         if (weight == static_cast<int>(StripSubject::EditsOffered))
             m_pOfferCommands->Withdraw();
     });
+}
+
+void CMainFrame::CreateFinding()
+{
+    m_pGoToCommands = std::make_unique<CGoToCommands>(*m_pUi, *this, *m_pDataPane);
+    m_pFindCommands =
+        std::make_unique<CFindCommands>(CFindCommands::Parts{*m_pUi, *this, *m_pSaveCommands, *m_pDataPane, *this});
+    m_pReplaceCommands = std::make_unique<CReplaceCommands>(
+        CReplaceCommands::Parts{*m_pFindCommands, *this, *m_pSaveCommands, *m_pDataPane, *this});
+    m_pFindValueCommands = std::make_unique<CFindValueCommands>(
+        CFindValueCommands::Parts{*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this});
 }
 
 void CMainFrame::KeepIn(const std::filesystem::path& dataFolder)
@@ -330,6 +346,8 @@ void CMainFrame::UpdateCommands()
     m_pPatchCommands->Follow();
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
+    m_pFindCommands->Follow();
+    m_pFindValueCommands->Follow();
     m_pVersionCommands->Update();
     m_pReadingCommands->Follow();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
@@ -352,6 +370,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pPatchCommands->Follow();
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
+    m_pFindCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now
     m_pReadingCommands->Judge();

@@ -4,12 +4,16 @@
 #include "app/EditCommands.h"
 #include "app/FileCommands.h"
 #include "app/FillCommands.h"
+#include "app/FindCommands.h"
+#include "app/FindValueCommands.h"
+#include "app/GoToCommands.h"
 #include "app/ImportCommands.h"
 #include "app/LockKeys.h"
 #include "app/OfferCommands.h"
 #include "app/OtherPrograms.h"
 #include "app/PatchCommands.h"
 #include "app/ReadingCommands.h"
+#include "app/ReplaceCommands.h"
 #include "app/SaveCommands.h"
 #include "app/TableCommands.h"
 #include "app/UnsavedCommands.h"
@@ -86,6 +90,7 @@ private:
     void CreateComparing();
     void CreateInspector();
     void CreateForManyCells();
+    void CreateFinding();
     void CreateStatusPanes();
     void ConnectCommands();
     void AddAccelerators();
@@ -128,6 +133,10 @@ private:
     std::unique_ptr<CFillCommands> m_pFillCommands;
     std::unique_ptr<CImportCommands> m_pImportCommands;
     std::unique_ptr<CTableCommands> m_pTableCommands;
+    std::unique_ptr<CGoToCommands> m_pGoToCommands;
+    std::unique_ptr<CFindCommands> m_pFindCommands;
+    std::unique_ptr<CReplaceCommands> m_pReplaceCommands;
+    std::unique_ptr<CFindValueCommands> m_pFindValueCommands;
     QLabel* m_pMessage = nullptr;
     SaveNotice m_tornSave;       ///< what a save that failed part-way left behind
     SaveNotice m_leftOutSave;    ///< that a save wrote nothing

@@ -95,26 +95,29 @@ CCellMatcher::CCellMatcher(CellQuery query, std::span<const ColumnCoding> column
       m_sought(m_query.mindsCase ? m_query.text : LowerCase(m_query.text))
 {
     m_folds = !m_query.mindsCase && HasCase(m_sought);
-    for (const ColumnCoding& coding : columns)
+    for (const ColumnCoding& coding : columns) {
         m_columns.push_back(ColumnOf(coding));
+        m_chances.push_back(ChanceOf(m_columns.back()));
+    }
 }
 
 CCellMatcher::Column CCellMatcher::ColumnOf(const ColumnCoding& coding) const
 {
-    Column column{coding, Chance::None, IsHexadecimal(coding.dataType), {}};
-    if (QueryFault(m_query))
-        return column;
-    if (m_query.kind == CellQuery::Kind::Number) {
-        if (auto digits = DigitsOf(coding, m_query.text)) {
-            column.chance = Chance::Any;
-            column.number = std::move(*digits);
-        }
-        return column;
-    }
-    const auto units = UnitsShown(coding);
-    const bool canBeShown = !units || m_sought.find_first_not_of(*units) == m_sought.npos;
-    column.chance = canBeShown ? Chance::Any : Chance::GivenTexts;
+    Column column{coding, IsHexadecimal(coding.dataType), std::nullopt};
+    if (m_query.kind == CellQuery::Kind::Number)
+        column.number = DigitsOf(coding, m_query.text);
     return column;
+}
+
+CCellMatcher::Chance CCellMatcher::ChanceOf(const Column& column) const
+{
+    if (QueryFault(m_query))
+        return Chance::None;
+    if (m_query.kind == CellQuery::Kind::Number)
+        return column.number ? Chance::Any : Chance::None;
+    const auto units = UnitsShown(column.coding);
+    const bool canBeShown = !units || m_sought.find_first_not_of(*units) == m_sought.npos;
+    return canBeShown ? Chance::Any : Chance::GivenTexts;
 }
 
 std::optional<CCellMatcher::Digits> CCellMatcher::DigitsOf(const ColumnCoding& coding, std::u16string_view text)
@@ -151,13 +154,11 @@ bool CCellMatcher::Matches(std::size_t column, std::u16string_view text) const
 /// The plain forms that nearly all cells have are compared as they stand.
 bool CCellMatcher::IsSameNumber(const Column& column, std::u16string_view text)
 {
+    if (!column.number)
+        return false;
     const auto plain =
-        column.isHexadecimal ? IsPlainlyHexadecimal(column.number, text) : IsPlainly(column.number, text);
-    if (plain)
-        return *plain;
-    const auto digits = DigitsOf(column.coding, text);
-    return digits && digits->isNegative == column.number.isNegative && digits->whole == column.number.whole &&
-           digits->fraction == column.number.fraction;
+        column.isHexadecimal ? IsPlainlyHexadecimal(*column.number, text) : IsPlainly(*column.number, text);
+    return plain ? *plain : DigitsOf(column.coding, text) == column.number;
 }
 
 /// Nothing for a text that is not just a sign, digits and a point.
@@ -199,17 +200,32 @@ std::optional<bool> CCellMatcher::IsPlainlyHexadecimal(const Digits& number, std
 bool CCellMatcher::IsAt(std::u16string_view text, std::size_t at) const
 {
     if (!m_folds)
-        return text.substr(at, m_sought.size()) == m_sought;
+        return std::equal(m_sought.begin(), m_sought.end(), text.begin() + static_cast<std::ptrdiff_t>(at));
     for (std::size_t i = 0; i < m_sought.size(); ++i)
         if (LowerCase(text[at + i]) != m_sought[i])
             return false;
     return true;
 }
 
+/// Whether its first and last unit stand anywhere as far apart in `text`, which is long enough: quickly told, without a
+/// jump that depends on what the text is.
+bool CCellMatcher::MayHold(std::u16string_view text) const
+{
+    const std::size_t distance = m_sought.size() - 1;
+    const char16_t first = m_sought.front();
+    const char16_t last = m_sought.back();
+    unsigned found = 0;
+    for (const char16_t *unit = text.data(), *end = unit + (text.size() - distance); unit != end; ++unit)
+        found |= static_cast<unsigned>(unit[0] == first) & static_cast<unsigned>(unit[distance] == last);
+    return found != 0;
+}
+
 std::size_t CCellMatcher::Find(std::u16string_view text, std::size_t from) const
 {
+    if (text.size() < m_sought.size() || (!m_folds && !MayHold(text)))
+        return text.npos;
     for (std::size_t at = from; at + m_sought.size() <= text.size(); ++at)
-        if ((m_folds || text[at] == m_sought.front()) && IsAt(text, at))
+        if (IsAt(text, at))
             return at;
     return text.npos;
 }

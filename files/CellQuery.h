@@ -43,10 +43,10 @@ public:
     const CellQuery& Query() const { return m_query; }
 
     /// Whether any cell of the column can be found.
-    bool IsFor(std::size_t column) const { return m_columns[column].chance != Chance::None; }
+    bool IsFor(std::size_t column) const { return m_chances[column] != Chance::None; }
 
     /// Whether a cell of the column can be found that shows its words, and was given no text.
-    bool IsForWords(std::size_t column) const { return m_columns[column].chance == Chance::Any; }
+    bool IsForWords(std::size_t column) const { return m_chances[column] == Chance::Any; }
 
     bool Matches(std::size_t column, std::u16string_view text) const;
 
@@ -62,16 +62,19 @@ private:
         bool isNegative = false;
         std::u16string whole;
         std::u16string fraction;
+
+        friend bool operator==(const Digits&, const Digits&) = default;
     };
 
     struct Column {
         ColumnCoding coding;
-        Chance chance = Chance::None;
         bool isHexadecimal = false;
-        Digits number; ///< that is looked for
+        std::optional<Digits> number; ///< that is looked for
     };
 
     Column ColumnOf(const ColumnCoding& coding) const;
+    Chance ChanceOf(const Column& column) const;
+    bool MayHold(std::u16string_view text) const;
     bool IsAt(std::u16string_view text, std::size_t at) const;
     std::size_t Find(std::u16string_view text, std::size_t from) const;
     static std::optional<Digits> DigitsOf(const ColumnCoding& coding, std::u16string_view text);
@@ -83,4 +86,5 @@ private:
     std::u16string m_sought; ///< in lower case unless the case counts
     bool m_folds = false;    ///< cells' texts are to be taken in lower case, too
     std::vector<Column> m_columns;
+    std::vector<Chance> m_chances; ///< of the columns
 };

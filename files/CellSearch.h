@@ -42,6 +42,7 @@ public:
     void Restart();
 
     const CellQuery& Query() const { return m_matcher.Query(); }
+    const CCellMatcher& Matcher() const { return m_matcher; }
 
     /// Looks from now on for the first hit after `from`, or before it, around the end of the rows if need be; `from`
     /// itself is the first one looked at with `isIncluded`, else the last one. A `from` above the rows comes before all

@@ -31,6 +31,7 @@ public:
     /// Looks at the next piece. False after the last one, and after a failure.
     bool Continue(const Taker& take);
 
+    const std::vector<NumberForm>& Forms() const { return m_forms; }
     bool HasFailed() const { return m_hasFailed; }
     std::uint64_t Position() const { return m_position; } ///< bytes looked at
     std::uint64_t Size() const { return m_words.Count(); }

@@ -37,6 +37,11 @@ void KeepPlaceWhenHidden(QWidget& control)
     control.setSizePolicy(policy);
 }
 
+QString ProposedName(int index)
+{
+    return QStringLiteral("Desc%1").arg(index);
+}
+
 std::int32_t IntegerIn(const QLineEdit& edit)
 {
     const QString text = edit.text().trimmed();
@@ -61,6 +66,8 @@ CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem item, Mode mode, CReporte
         ProposeItem(index);
     else
         ShowItem();
+    if (mode == Mode::AddFilled)
+        m_pUi->editDescription->setText(ProposedName(index));
     TellLimits();
     m_pUi->editDescription->setFocus();
     m_pUi->editDescription->selectAll();
@@ -105,7 +112,7 @@ void CDataTypeEditDlg::ProposeItem(int index)
     Select(*m_pUi->comboType, 0);
     m_pUi->editLength->setText(QStringLiteral("1"));
     m_pUi->editLength->setEnabled(false);
-    m_pUi->editDescription->setText(QStringLiteral("Desc%1").arg(index));
+    m_pUi->editDescription->setText(ProposedName(index));
     EnableAndShow(*m_pUi->checkUnicode, false);
 }
 

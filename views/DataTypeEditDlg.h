@@ -19,10 +19,10 @@ class CDataTypeEditDlg final : public QDialog {
     Q_OBJECT
 
 public:
-    enum class Mode { Add, Modify };
+    enum class Mode { Add, AddFilled, Modify };
 
     /// `index` is the item's position in its format; a new item is described after it. `reporter` outlives the dialog.
-    /// In Mode::Add the dialog proposes a signed 16-bit value, whatever `item` holds.
+    /// In Mode::Add the dialog proposes a signed 16-bit value, whatever `item` holds; in the others it shows `item`.
     CDataTypeEditDlg(int index, DataItem item, Mode mode, CReporter& reporter, QWidget* parent = nullptr);
     ~CDataTypeEditDlg() override;
 

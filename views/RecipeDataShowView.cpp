@@ -81,6 +81,11 @@ CRecipeDataShowView::~CRecipeDataShowView()
     m_pGrid->DeleteAllItems(); // the grid must not ask for texts any more
 }
 
+void CRecipeDataShowView::AddBar(QWidget& bar)
+{
+    layout()->addWidget(&bar);
+}
+
 void CRecipeDataShowView::CreatePopupMenu()
 {
     m_pPopupMenu = new QMenu(this);

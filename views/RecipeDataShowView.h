@@ -99,6 +99,15 @@ public:
     /// The cell that cell commands work on; nothing while none is chosen.
     std::optional<CellPlace> ChosenPlace() const;
 
+    /// The data cell that has the focus; one above the rows while none has it.
+    CellPlace FocusPlace() const;
+
+    /// Whether the row can be gone to.
+    bool IsRowShown(std::int32_t row) const { return GridRowOf(row).has_value(); }
+
+    /// Has `bar`, which hides itself, stand under the table.
+    void AddBar(QWidget& bar);
+
     /// The data cells that are chosen, in blocks in no order; no cell stands in two, and no hidden one in any.
     std::vector<CellRange> ChosenRanges() const;
 
@@ -200,7 +209,6 @@ private:
     bool Report(EditOutcome outcome);
     void ShowStates(EditOutcome outcome);
     const ColumnCoding* ChosenColumn() const;
-    CellPlace FocusPlace() const;
     bool GoTo(std::optional<CellPlace> place);
     void CreatePopupMenu();
 

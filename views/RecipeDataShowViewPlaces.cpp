@@ -185,7 +185,6 @@ bool CRecipeDataShowView::GoToPreviousEdited()
     return !EndCellEdit() || GoTo(Rows().PreviousEdited(FocusPlace()));
 }
 
-/// Above the rows while no cell has the focus.
 CellPlace CRecipeDataShowView::FocusPlace() const
 {
     return FocusCell().value_or(CellPlace{-1, 0});

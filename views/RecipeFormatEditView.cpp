@@ -350,6 +350,12 @@ void CRecipeFormatEditView::UseReading(std::size_t index, std::int32_t startAddr
     OnUseFormat();
 }
 
+void CRecipeFormatEditView::UseStartAddress(std::int32_t address)
+{
+    m_pUi->editStartAddress->setText(QString::number(address));
+    OnUseFormat();
+}
+
 FileType CRecipeFormatEditView::TypeByEnding(const QString& path)
 {
     static const std::pair<QString, FileType> kEndings[] = {

@@ -2,6 +2,7 @@
 
 #include "library/FormatStore.h"
 #include "recovery/VersionStore.h"
+#include "views/DataTypeEditDlg.h"
 #include "views/FirstRow.h"
 #include "views/RecipeFrame.h"
 
@@ -54,6 +55,12 @@ public:
 
     /// Selects the format at `index`, enters the read settings, and uses them, as a user would.
     void UseReading(std::size_t index, std::int32_t startAddress, std::int32_t rowCount);
+    /// As UseFormat, with `address` in the field of the start address.
+    void UseStartAddress(std::int32_t address);
+
+    /// Asks for an item that is filled in as `item`, but for its name, and adds it after the current one of the
+    /// selected format: as the list's own command does. Nothing where there is no format.
+    void AddItem(const DataItem& item);
 
     bool HasSelectedFormat() const;
 
@@ -123,6 +130,7 @@ private:
     void OpenItemMenu(int row, const QPoint& globalPosition);
     void OpenItemMenuAtCurrentRow();
     void OnAddItem();
+    void AskForItem(const DataItem& item, CDataTypeEditDlg::Mode mode);
     int TakeContextItem();
     void OnModifyItem();
     void OnDeleteItem();

@@ -238,15 +238,27 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
     m_pItemMenu->popup(globalPosition);
 }
 
-/// After the row that the menu was opened on, else at the end.
+void CRecipeFormatEditView::AddItem(const DataItem& item)
+{
+    if (!HasSelectedFormat())
+        return;
+    m_nContextItem = CurrentRow();
+    AskForItem(item, CDataTypeEditDlg::Mode::AddFilled);
+}
+
 void CRecipeFormatEditView::OnAddItem()
+{
+    AskForItem(*CreateItem(FormatLibrary::ProgramVersion()), CDataTypeEditDlg::Mode::Add);
+}
+
+/// After the row that the menu was opened on, else at the end.
+void CRecipeFormatEditView::AskForItem(const DataItem& item, CDataTypeEditDlg::Mode mode)
 {
     m_store.SetChanged(); // kept: even when the dialog is cancelled
     const int rows = m_pUi->listItems->topLevelItemCount();
     const int position = m_nContextItem >= 0 ? std::min(m_nContextItem + 1, rows) : rows;
     m_nContextItem = -1;
-    CDataTypeEditDlg dialog(position, *CreateItem(FormatLibrary::ProgramVersion()), CDataTypeEditDlg::Mode::Add,
-                            m_frame.Reporter(), this);
+    CDataTypeEditDlg dialog(position, item, mode, m_frame.Reporter(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const FormatChange change = m_store.InsertItem(SelectedIndex(), static_cast<std::size_t>(position), dialog.Item());

@@ -32,10 +32,11 @@ INSTANTIATE_TEST_SUITE_P(Opened, EditMenuEntries, testing::Bool(),
                          [](const auto& c) { return c.param ? "ByKeys" : "ByMouse"; });
 
 /// The entries that never change their names, "-" before those that are off.
-QStringList With(QStringList first, bool cut, bool copy, bool paste, bool changes, bool isChosen = true)
+QStringList With(QStringList first, bool cut, bool copy, bool paste, bool changes, bool isChosen = true,
+                 bool isOpen = true)
 {
     const auto add = [&first](bool on, const char* text) {
-        first << (on ? QString() : QStringLiteral("-")) + QLatin1String(text);
+        first << (on ? QString() : QStringLiteral("-")) + QString::fromUtf8(text);
     };
     add(cut, "Cu&t");
     add(copy, "&Copy");
@@ -46,6 +47,12 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(false, "&Keep stored");
     add(isChosen, "Copy &with titles");
     add(isChosen, "Copy for &spreadsheet");
+    add(true, "&Go to…");
+    add(true, "&Find…");
+    add(true, "Find next");
+    add(true, "Find previous");
+    add(true, "Rep&lace…");
+    add(isOpen, "Find value &in file…");
     return first;
 }
 

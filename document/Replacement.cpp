@@ -1,0 +1,27 @@
+#include "document/Replacement.h"
+
+#include "model/CellCheck.h"
+#include "model/ValueLimits.h"
+#include "text/MessageText.h"
+
+Outcome PlanReplacement(const CCellSearch& search, const CRecipeRows& rows, std::u16string_view with,
+                        CProgress& progress, ReplacementPlan& plan)
+{
+    const auto take = [&](CellPlace place, std::u16string_view text) {
+        std::u16string fresh = search.Matcher().Replaced(text, with);
+        if (fresh == text) {
+            ++plan.sameCount;
+        } else if (ValidateCellValue(rows.Columns()[place.column], fresh)) {
+            plan.texts.push_back({place, std::move(fresh)});
+        } else if (++plan.refusedCount <= ReplacementPlan::kMostListed) {
+            plan.refused.push_back({place, std::move(fresh)});
+        }
+    };
+    return WithinMemory([&] { return search.ForEach(progress, take) ? Outcome::Done : Outcome::GivenUp; });
+}
+
+std::u16string RefusalReason(const ColumnCoding& coding)
+{
+    const std::u16string limits = LimitsText(coding);
+    return limits.empty() ? u"refused" : FillMessage(u"refused: the item takes %s", {limits});
+}
