@@ -32,6 +32,7 @@ CGoToBar::CGoToBar(QWidget* parent)
     m_pText->setToolTip(tr("A row (812), an address (RW4711), the name of an item, or a row and an item (812 Belt)"));
     m_pText->lineEdit()->setObjectName(QStringLiteral("editGoTo"));
     m_pText->lineEdit()->setAccessibleName(m_pText->accessibleName());
+    m_pText->lineEdit()->setAcceptDrops(false); // a file is for the window to open
     m_pText->lineEdit()->setPlaceholderText(tr("812, RW4711 or an item"));
     m_pNearest->setObjectName(QStringLiteral("buttonGoToNearest"));
     m_pNearest->setAutoDefault(false);

@@ -222,6 +222,31 @@ def editing(desk):
         desk.window(app, "close-question.png")
 
 
+@scene("go-to.png", "find-bar.png", "find-value.png")
+def finding(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Zone °C(1)", 2).click()
+        desk.screen.key("ctrl+g")
+        desk.screen.type("RW4711")
+        desk.screen.key("Return")
+        desk.screen.mouse_away()
+        button = app.find("push button", "Go to the nearest").box
+        left = grid_of(app).box[0]
+        desk.part("go-to.png", (left, button[1] - 120, desk.screen.width - left, 120 + button[3]), margin=6)
+        desk.screen.key("Escape", "ctrl+h")
+        desk.screen.type("235")
+        desk.screen.mouse_away()
+        button = app.find("push button", "Replace all").box
+        desk.part("find-bar.png", (left, 0, desk.screen.width - left, button[1] + button[3]), margin=6)
+        desk.screen.key("Escape", "alt+e", "i")
+        app.window(2).find("text", "Number to find")
+        desk.screen.type("235.0")
+        desk.screen.key("Return")
+        desk.window(app, "find-value.png")
+        desk.screen.key("Escape")
+
+
 @scene("edit-menu.png")
 def undo(desk):
     with desk.open("bakery-oven.rcp") as app:

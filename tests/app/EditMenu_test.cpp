@@ -52,7 +52,7 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(true, "Find next");
     add(true, "Find previous");
     add(true, "Rep&lace…");
-    add(isOpen, "Find value &in file…");
+    add(isOpen, "Find value in fil&e…");
     return first;
 }
 

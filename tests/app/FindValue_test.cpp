@@ -158,7 +158,7 @@ TEST_F(FindValue, StopsAfterManyPlacesUntilItIsAskedForMore)
 
 TEST_F(FindValue, FindsFieldsOfATableOfTexts)
 {
-    const QByteArray text("7.50\tBread\n8\t7.5\n");
+    const QByteArray text("7.50,Bread\n8,7.5\n");
     Bytes bytes;
     for (const char c : text)
         bytes.push_back(static_cast<std::byte>(c));

@@ -43,10 +43,36 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
           QString::fromUtf8("Apply &patch…"), QString::fromUtf8("&Import table…"), "-", QString::fromUtf8("最近文件"),
           "-", "Exit(&X)"}},
         {"Edit(&E)",
-         {"&Undo", "&Redo", "-", "Cu&t", "&Copy", "&Paste", "-", "&Next change", "Pre&vious change", "-",
-          "Store e&xactly", "&Keep stored", "-", QString::fromUtf8("Paste &with preview…"), "-",
-          QString::fromUtf8("F&ill…"), "Fill &down", QString::fromUtf8("C&alculate…")}},
-        {"View(&V)", {"ToolBar(&T)", "Status Bar(&S)"}},
+         {"&Undo",
+          "&Redo",
+          "-",
+          "Cu&t",
+          "&Copy",
+          "&Paste",
+          "-",
+          "&Next change",
+          "Pre&vious change",
+          "-",
+          "Store e&xactly",
+          "&Keep stored",
+          "-",
+          "Copy &with titles",
+          "Copy for &spreadsheet",
+          QString::fromUtf8("Paste wit&h preview…"),
+          "-",
+          QString::fromUtf8("&Go to…"),
+          QString::fromUtf8("&Find…"),
+          "Find next",
+          "Find previous",
+          QString::fromUtf8("Rep&lace…"),
+          QString::fromUtf8("Find value in fil&e…"),
+          "-",
+          QString::fromUtf8("F&ill…"),
+          "Fill &down",
+          QString::fromUtf8("C&alculate…")}},
+        {"View(&V)",
+         {"ToolBar(&T)", "Status Bar(&S)", "-", "&Freeze up to this column", "&Unfreeze columns", "-",
+          QString::fromUtf8("Show only &rows that…"), "Show &all rows", "-", "&Inspector"}},
         {"File Merge(&M)", {"File Merge(&F)"}},
         {"Help(&H)", {"About Vantor(&A)..."}},
     };
@@ -261,7 +287,7 @@ TEST_F(MainFrame, AFileDroppedOnAFieldGoesToTheWindow)
     ClickCell(1, 2);
     QTest::keyClick(&Grid(), Qt::Key_F2);
     const QList<QLineEdit*> fields = frame->findChildren<QLineEdit*>();
-    ASSERT_EQ(fields.size(), 5); // three in the format pane, the open cell and the filter of the changes
+    ASSERT_EQ(fields.size(), 8); // three in the format pane and in the bars, the open cell, the filter of the changes
     for (const QLineEdit* field : fields) {
         const QWidget* target = field;
         while (!target->acceptDrops())

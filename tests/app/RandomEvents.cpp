@@ -45,7 +45,8 @@ constexpr Qt::Key kKeys[]{
     Qt::Key_Right,     Qt::Key_PageUp,   Qt::Key_Home,  Qt::Key_End,    Qt::Key_F2,  Qt::Key_F4,       Qt::Key_F6,
     Qt::Key_Backspace, Qt::Key_PageDown, Qt::Key_Menu,  Qt::Key_Delete, Qt::Key_F10, Qt::Key_F1,       Qt::Key_Insert,
     Qt::Key_C,         Qt::Key_V,        Qt::Key_X,     Qt::Key_S,      Qt::Key_N,   Qt::Key_CapsLock, Qt::Key_E,
-    Qt::Key_Y,         Qt::Key_Z,        Qt::Key_Z,     Qt::Key_F8,     Qt::Key_F9,  Qt::Key_K,        Qt::Key_D,
+    Qt::Key_Y,         Qt::Key_Z,        Qt::Key_Z,     Qt::Key_F8,     Qt::Key_F9,  Qt::Key_K,        Qt::Key_G,
+    Qt::Key_H,         Qt::Key_F3,       Qt::Key_F3,    Qt::Key_D,      Qt::Key_I,
 };
 
 constexpr Qt::KeyboardModifiers kModifiers[]{{},
