@@ -14,7 +14,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds kSlice{8};
-constexpr int kWidth = 84;    // average characters, at first
+constexpr int kWidth = 100;   // average characters, at first
 constexpr int kRows = 12;     // in sight, at first
 constexpr int kRoomInRow = 6; // pixels by which a row is higher than its text
 
