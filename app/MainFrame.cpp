@@ -350,6 +350,7 @@ void CMainFrame::UpdateCommands()
     m_pFindValueCommands->Follow();
     m_pVersionCommands->Update();
     m_pReadingCommands->Follow();
+    m_pTableCommands->Update();
     m_pUi->actionBitBrowse->setEnabled(m_pDataPane->CanBitBrowse());
     m_pFormatPane->ShowFirstRow();
 }

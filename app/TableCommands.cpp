@@ -31,13 +31,16 @@ void CTableCommands::ConnectActions()
 {
     const Ui::CMainFrame& ui = m_parts.ui;
     CRecipeDataShowView& pane = m_parts.dataPane;
-    connect(ui.menuView, &QMenu::aboutToShow, this, &CTableCommands::EnableForViewMenu);
+    connect(ui.menuView, &QMenu::aboutToShow, this, &CTableCommands::Update);
     connect(ui.menuEdit, &QMenu::aboutToShow, this, &CTableCommands::EnableForEditMenu);
     connect(ui.actionFreezeColumns, &QAction::triggered, this, [this] {
         if (const auto focus = m_parts.dataPane.FocusCell())
             Freeze(focus->column);
     });
-    connect(ui.actionUnfreezeColumns, &QAction::triggered, &pane, &CRecipeDataShowView::Unfreeze);
+    connect(ui.actionUnfreezeColumns, &QAction::triggered, this, [this] {
+        m_parts.dataPane.Unfreeze();
+        Update();
+    });
     connect(ui.actionShowRows, &QAction::triggered, this, &CTableCommands::AskAndShowRows);
     connect(ui.actionShowAllRows, &QAction::triggered, &pane, &CRecipeDataShowView::ShowAllRows);
     connect(ui.actionCopyWithTitles, &QAction::triggered, this, [this] { Copy(false); });
@@ -50,7 +53,7 @@ void CTableCommands::ConnectActions()
     connect(&pane, &CRecipeDataShowView::ShownRowsChanged, this, &CTableCommands::TellShownRows);
 }
 
-void CTableCommands::EnableForViewMenu()
+void CTableCommands::Update()
 {
     const CRecipeDataShowView& pane = m_parts.dataPane;
     const bool hasFocusCell = pane.FocusCell().has_value();
@@ -74,7 +77,9 @@ void CTableCommands::Freeze(std::uint32_t column)
 {
     if (column >= m_parts.frame.Document().Rows().Columns().size()) // others are shown by now
         return;
-    if (!m_parts.dataPane.FreezeUpTo(column))
+    const bool areKept = m_parts.dataPane.FreezeUpTo(column);
+    Update();
+    if (!areKept)
         m_parts.frame.TellEdit(tr("These columns would leave too little room for the others: they scroll until the "
                                   "window is wider."));
 }
@@ -82,7 +87,7 @@ void CTableCommands::Freeze(std::uint32_t column)
 void CTableCommands::ShowTitleMenu(std::uint32_t column, QPoint position)
 {
     m_nTitleColumn = column;
-    EnableForViewMenu();
+    Update();
     m_titleMenu.popup(position);
 }
 
@@ -131,6 +136,7 @@ void CTableCommands::TellShownRows(std::size_t added)
 {
     const CShownRows& shown = m_parts.dataPane.ShownRows();
     m_pField->setVisible(shown.AreSome());
+    Update();
     if (!shown.AreSome())
         return;
     QString text = (shown.Count() == 1 ? tr("%1 of %2 rows is shown") : tr("%1 of %2 rows are shown"))

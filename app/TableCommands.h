@@ -34,12 +34,14 @@ public:
 
     explicit CTableCommands(const Parts& parts);
 
+    /// Enables the commands of the View menu for what is shown now.
+    void Update();
+
     /// For the status bar.
     QToolButton& Field() { return *m_pField; }
 
 private:
     void ConnectActions();
-    void EnableForViewMenu();
     void EnableForEditMenu();
     void Freeze(std::uint32_t column);
     void ShowTitleMenu(std::uint32_t column, QPoint position);
