@@ -41,6 +41,7 @@ CFindCommands::CFindCommands(const Parts& parts)
     m_working.setObjectName(QStringLiteral("timerFinding"));
     m_working.setSingleShot(true);
     connect(&m_working, &QTimer::timeout, this, &CFindCommands::Work);
+    connect(&m_parts.dataPane, &CRecipeDataShowView::ShownRowsChanged, this, &CFindCommands::RestartSearches);
     connect(m_parts.ui.actionFind, &QAction::triggered, this, [this] { Open(CFindBar::Fields::Find); });
     connect(m_parts.ui.actionReplace, &QAction::triggered, this, [this] { Open(CFindBar::Fields::FindAndReplace); });
     const auto onNext = [this] { Step(CCellSearch::Way::Forward); };
@@ -306,11 +307,6 @@ void CFindCommands::Follow()
     m_edition = m_parts.frame.Document().CellsEdition();
     if (m_list && !IsListOfTable())
         WithdrawList();
-    RestartSearches();
-}
-
-void CFindCommands::RowsShownChanged()
-{
     RestartSearches();
 }
 

@@ -46,9 +46,6 @@ public:
     /// Brings counts and list up to date with the document.
     void Follow();
 
-    /// Other rows are shown, or hidden, than before.
-    void RowsShownChanged();
-
     CFindBar& Bar() { return *m_pBar; }
 
     /// The search by what the bar says, all of its hits to be counted yet; null where that is no query, which the bar

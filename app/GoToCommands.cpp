@@ -52,8 +52,6 @@ void CGoToCommands::GoToNearest()
 
 void CGoToCommands::GoTo(CellPlace place)
 {
-    if (!m_dataPane.IsRowShown(place.row))
-        return m_pBar->Refuse(tr("Row %1 is not among the rows that are shown.").arg(place.row + kTitleRows), false);
     m_pBar->Remember();
     m_pBar->hide();
     m_dataPane.GoToCell(place);

@@ -4,19 +4,13 @@
 #include "app/SaveCommands.h"
 #include "changes/CellPatch.h"
 #include "files/TableTitles.h"
-#include "text/EscapedText.h"
+#include "model/CellRefusal.h"
 #include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFrame.h"
 #include "views/TextCrossing.h"
 
 #include <utility>
-
-namespace {
-
-constexpr int kLongestShown = 40; // characters of a value in a message
-
-} // namespace
 
 CReplaceCommands::CReplaceCommands(const Parts& parts) : m_parts(parts)
 {
@@ -45,11 +39,10 @@ QString CReplaceCommands::ReplaceAt(CellPlace place, const CCellSearch& search)
     if (fresh == text)
         return tr("Nothing to replace.");
     const ColumnCoding& coding = rows.Columns()[place.column];
-    const QString shown = ToQString(EscapedText(fresh)).left(kLongestShown);
     if (!m_parts.frame.ValidateCellValue(static_cast<int>(place.column) + kTitleColumns, ToQString(fresh)))
-        return tr("Row %1, %2: %3 was %4.")
+        return tr("Row %1, %2 is not replaced: %3.")
             .arg(place.row + kTitleRows)
-            .arg(ToQString(coding.title).simplified(), shown, ToQString(RefusalReason(coding)));
+            .arg(ToQString(coding.title).simplified(), ToQString(RefusalOf(coding, fresh)));
     return m_parts.dataPane.SetTexts(EditKind::Replace, {{place, std::move(fresh)}}) ? tr("1 replaced.") : QString();
 }
 
@@ -97,8 +90,7 @@ void CReplaceCommands::ListRefused(const ReplacementPlan& plan)
     for (const auto& [place, text] : plan.refused) {
         ChangeRecord record = PlaceRecord(rows, document.Type(), place);
         record.oldText = rows.Text(place.row, place.column);
-        record.newText = text;
-        record.note = RefusalReason(rows.Columns()[place.column]);
+        record.note = u"refused: " + RefusalOf(rows.Columns()[place.column], text);
         entries.push_back({std::move(record), place});
     }
     const ChangeSubject subject{document.Path(), std::u16string(TextOf(document.Format().name))};

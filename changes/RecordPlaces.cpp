@@ -61,7 +61,7 @@ public:
                                              {static_cast<std::int64_t>(Layout().RowCount())}));
         if (IsFurtherField())
             return NoCell();
-        const auto column = Column();
+        const auto column = m_record.column || m_record.item ? Column() : ColumnOfAddress(row);
         if (const auto* fault = std::get_if<ChangeFault>(&column))
             return *fault;
         return Checked({table, {row, std::get<std::uint32_t>(column)}});
@@ -110,6 +110,16 @@ private:
                *m_record.column - kTitleColumns >= columns;
     }
 
+    /// Of a record that says no more than its address and its row.
+    std::variant<std::uint32_t, ChangeFault> ColumnOfAddress(std::int32_t row) const
+    {
+        for (std::uint32_t column = 0; column < Layout().Columns().size(); ++column)
+            if (BytesOfCell(Layout(), {row, column}) > 0 && AddressOfCell(Layout(), {row, column}) == m_record.address)
+                return column;
+        return Fault(u"address", u"no value of that row begins there");
+    }
+
+    /// By its number, else by its title.
     std::variant<std::uint32_t, ChangeFault> Column() const
     {
         const std::vector<ColumnCoding>& columns = Layout().Columns();

@@ -4,7 +4,7 @@
 #include "document/RecipeDocument.h"
 #include "files/CellComparison.h"
 #include "model/CellCheck.h"
-#include "model/ValueLimits.h"
+#include "model/CellRefusal.h"
 #include "model/WordCodec.h"
 
 #include <algorithm>
@@ -16,21 +16,6 @@ std::optional<CellPlace> After(const CRecipeRows& rows, CellPlace place)
     if (place.column + 1 < rows.Columns().size())
         return CellPlace{place.row, place.column + 1};
     return place.row + 1 < rows.RowCount() ? std::optional(CellPlace{place.row + 1, 0}) : std::nullopt;
-}
-
-RecipeKind KindOf(FileType type)
-{
-    return IsPaged(type) ? RecipeKind::Paged : RecipeKind::Flat;
-}
-
-/// Whether `text`, given to a cell, is stored as these words.
-bool CodesTo(const ColumnCoding& coding, RecipeKind kind, std::u16string_view text, std::span<const std::byte> bytes)
-{
-    std::vector<std::byte> coded(bytes.size());
-    std::size_t pos = 0;
-    CodeValue(coding, kind == RecipeKind::Paged ? NormaliseForPagedFile(coding, text) : std::u16string(text), coded,
-              pos, kind);
-    return std::equal(coded.begin(), coded.end(), bytes.begin());
 }
 
 } // namespace
@@ -52,17 +37,15 @@ CellWords CellWordsOf(const CRecipeDocument& document, CellPlace place, std::siz
     return words;
 }
 
-std::optional<CCellState> StateWithWords(const CRecipeDocument& document, CellPlace place,
-                                         std::span<const std::byte> bytes)
+CellVerdict JudgeWords(const CRecipeDocument& document, CellPlace place, std::span<const std::byte> bytes)
 {
+    const CCellJudge judge(document.Rows(), document.Type());
+    CellVerdict verdict = judge.Copied(place, CCellState::OfWords(WordsOf(bytes)));
     const ColumnCoding& coding = document.Rows().Columns()[place.column];
-    if (ValueOutsideLimits(coding, bytes, 0))
-        return std::nullopt;
-    const RecipeKind kind = KindOf(document.Type());
+    const RecipeKind kind = IsPaged(document.Type()) ? RecipeKind::Paged : RecipeKind::Flat;
     std::size_t pos = 0;
-    std::u16string text = FormatValue(coding, bytes, pos, kind);
-    if (!ValidateCellValue(coding, text))
-        return std::nullopt;
-    return CodesTo(coding, kind, text, bytes) ? CCellState::OfText(std::move(text))
-                                              : CCellState::OfWords(WordsOf(bytes));
+    const std::u16string text = FormatValue(coding, bytes, pos, kind);
+    if (verdict.kind != CellVerdict::Kind::Refused && !ValidateCellValue(coding, text))
+        return CellVerdict::Refused(RefusalOf(coding, text));
+    return verdict;
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "files/CellState.h"
+#include "document/CellJudge.h"
 
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -19,8 +18,6 @@ struct CellWords {
 /// Those of a cell in rows of words, at most `most` bytes of it, and of the cells after it until there are `ahead`.
 CellWords CellWordsOf(const CRecipeDocument& document, CellPlace place, std::size_t most, std::size_t ahead);
 
-/// The state that gives a cell these words, as many as it takes: their text where that codes to them, else the words
-/// themselves. Nothing where the cell may not have them: they lie outside its limits, or what they are shown as does
-/// not pass its check.
-std::optional<CCellState> StateWithWords(const CRecipeDocument& document, CellPlace place,
-                                         std::span<const std::byte> bytes);
+/// What giving a cell these words, as many as it takes, comes to: refused where they lie outside its limits, or where
+/// what they are shown as does not pass its check.
+CellVerdict JudgeWords(const CRecipeDocument& document, CellPlace place, std::span<const std::byte> bytes);

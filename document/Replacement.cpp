@@ -1,8 +1,6 @@
 #include "document/Replacement.h"
 
 #include "model/CellCheck.h"
-#include "model/ValueLimits.h"
-#include "text/MessageText.h"
 
 Outcome PlanReplacement(const CCellSearch& search, const CRecipeRows& rows, std::u16string_view with,
                         CProgress& progress, ReplacementPlan& plan)
@@ -18,10 +16,4 @@ Outcome PlanReplacement(const CCellSearch& search, const CRecipeRows& rows, std:
         }
     };
     return WithinMemory([&] { return search.ForEach(progress, take) ? Outcome::Done : Outcome::GivenUp; });
-}
-
-std::u16string RefusalReason(const ColumnCoding& coding)
-{
-    const std::u16string limits = LimitsText(coding);
-    return limits.empty() ? u"refused" : FillMessage(u"refused: the item takes %s", {limits});
 }

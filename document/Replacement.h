@@ -6,7 +6,6 @@
 #include "files/Progress.h"
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +23,3 @@ struct ReplacementPlan {
 /// memory does not suffice for it.
 Outcome PlanReplacement(const CCellSearch& search, const CRecipeRows& rows, std::u16string_view with,
                         CProgress& progress, ReplacementPlan& plan);
-
-/// Why a cell of the column does not take a text that failed its check: what may stand there.
-std::u16string RefusalReason(const ColumnCoding& coding);

@@ -2,7 +2,6 @@
 
 #include "document/CellWords.h"
 #include "files/CellComparison.h"
-#include "model/ValueLimits.h"
 #include "views/InspectorModel.h"
 #include "views/RecipeDataShowView.h"
 #include "views/TextCrossing.h"
@@ -13,6 +12,8 @@
 #include <QLabel>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace {
 
@@ -128,24 +129,12 @@ void CInspectorDock::Take(const WordView& view, const QString& text)
     const CellPlace place = *m_place;
     const CellWords words = CellWordsOf(m_frame.Document(), place, kMostBytes, 0);
     const auto bytes = BytesWith(view, ViewOf(text), words.bytes);
-    auto state = bytes ? StateWithWords(m_frame.Document(), place, *bytes) : std::nullopt;
-    if (!state) {
-        Say(Refusal(view, text));
-        return;
-    }
-    Say({});
-    m_dataPane.SetStates(EditKind::Typing, {{place, std::move(*state)}});
-}
-
-QString CInspectorDock::Refusal(const WordView& view, const QString& text) const
-{
-    const CellWords words = CellWordsOf(m_frame.Document(), *m_place, kMostBytes, 0);
-    const ColumnCoding& coding = m_frame.Document().Rows().Columns()[m_place->column];
-    const auto bytes = BytesWith(view, ViewOf(text), words.bytes);
-    const QString kept = tr("The value stays as it is: %1.");
     if (!bytes)
-        return kept.arg(tr("“%1” cannot be read as %2, or does not fit").arg(text, ToQString(NameOf(view))));
-    return kept.arg(tr("the cell takes %1").arg(ToQString(LimitsText(coding))));
+        return Say(tr("“%1” cannot be read as %2, or does not fit.").arg(text, ToQString(NameOf(view))));
+    CellVerdict verdict = JudgeWords(m_frame.Document(), place, *bytes);
+    Say(verdict.kind == CellVerdict::Kind::Refused ? tr("Not taken: %1.").arg(ToQString(verdict.reason)) : QString());
+    if (verdict.kind == CellVerdict::Kind::Changes)
+        m_dataPane.SetStates(EditKind::Typing, {{place, std::move(verdict.state)}});
 }
 
 void CInspectorDock::Say(const QString& notice)

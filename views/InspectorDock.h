@@ -36,7 +36,6 @@ private:
     void ShowCell(CellPlace place);
     void ShowNothing(const QString& why);
     void Take(const WordView& view, const QString& text);
-    QString Refusal(const WordView& view, const QString& text) const;
     void Say(const QString& notice);
 
     CRecipeFrame& m_frame;

@@ -46,6 +46,11 @@ DataFormat NewFormat(const QString& name)
     return format;
 }
 
+bool IsDuplicateKey(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_D && event.modifiers() == Qt::ControlModifier;
+}
+
 } // namespace
 
 void CRecipeFormatEditView::SetUpList()
@@ -166,6 +171,8 @@ bool CRecipeFormatEditView::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_pUi->listItems) {
         if (event->type() == QEvent::FocusIn)
             SelectRowForKeys(static_cast<QFocusEvent*>(event)->reason());
+        else if (event->type() == QEvent::ShortcutOverride && IsDuplicateKey(*static_cast<QKeyEvent*>(event)))
+            event->accept(); // the window has a command of its own on that key
         else if (event->type() == QEvent::KeyPress && HandleListKey(*static_cast<QKeyEvent*>(event)))
             return true;
     } else if (watched == m_pUi->listItems->viewport() && event->type() == QEvent::Resize)
@@ -191,6 +198,11 @@ bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
     }
     if (modifiers == Qt::AltModifier)
         return HandleMoveKey(event);
+    if (IsDuplicateKey(event) && !event.isAutoRepeat()) {
+        m_nContextItem = CurrentRow();
+        OnDuplicateItem();
+        return true;
+    }
     if (modifiers != Qt::NoModifier || event.isAutoRepeat())
         return false; // a key held down must not empty the list
     if (event.key() == Qt::Key_Insert && HasSelectedFormat()) {

@@ -62,8 +62,8 @@ TEST_F(Replace, SaysWhyACellIsRefusedAndLeavesIt)
     ClickCell(1, 2);
     Ask("2", "x");
     ClickButton("buttonReplace");
-    EXPECT_TRUE(Told("Row 2, Word: x was refused: the item takes -32768 to 32767. Found at row 2, Word. 1 of 1. The "
-                     "search went round."));
+    EXPECT_TRUE(Told("Row 2, Word is not replaced: x is not a number. Found at row 2, Word. 1 of 1. The search went "
+                     "round."));
     EXPECT_EQ(Grid().GetItemText(2, 2), "2");
     EXPECT_FALSE(IsModified());
 }
@@ -93,7 +93,7 @@ TEST_F(Replace, AllListsThoseThatWereRefused)
     EXPECT_TRUE(Told("1 replaced, 1 refused. Found: 1."));
     EXPECT_EQ(Grid().GetItemText(1, 3), "a");
     EXPECT_EQ(Grid().GetItemText(4, 2), "4");
-    EXPECT_EQ(Lines(), QStringList{"RW9|4|Word|4|a|refused: the item takes -32768 to 32767"});
+    EXPECT_EQ(Lines(), QStringList{"RW9|4|Word|4||refused: a is not a number"});
 }
 
 TEST_F(Replace, AllChangesNothingWhereEveryCellIsRefusedOrTheSame)

@@ -64,6 +64,13 @@ TEST_F(RecordPlaces, FindsTheCellOfARecordThatSaysAll)
                {1, {1, 0}});
 }
 
+TEST_F(RecordPlaces, FindsItByRowAndAddressAlone)
+{
+    ExpectCell(R"_({"address":107,"row":2,"newWords":"0002"})_", {0, {1, 1}});
+    ExpectFault(R"_({"address":107,"row":1,"newWords":"0002"})_", u"address", u"no value of that row begins there");
+    ExpectFault(R"_({"address":150,"row":1,"newWords":"0002"})_", u"address", u"no value of that row begins there");
+}
+
 TEST_F(RecordPlaces, FindsItByRowAndItem)
 {
     ExpectCell(R"_({"row":4,"item":"Temp(1)","new":"5"})_", {0, {3, 2}});

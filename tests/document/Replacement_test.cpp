@@ -55,24 +55,17 @@ TEST_F(Replacement, KeepsNoMoreOfWhatWasRefusedThanItSays)
     EXPECT_EQ(plan.refused.size(), ReplacementPlan::kMostListed);
 }
 
-TEST_F(Replacement, GivesReasonsThatNameTheLimits)
-{
-    const auto& columns = document.Rows().Columns();
-    EXPECT_EQ(RefusalReason(columns[1]), u"refused: the item takes -999 to 9999");
-    EXPECT_EQ(RefusalReason(ColumnCoding()), u"refused");
-}
-
 TEST_F(Replacement, EditionChangesWithCellsAndRows)
 {
-    const auto first = document.Edition();
+    const auto first = document.CellsEdition();
     Type({0, 1}, u"5");
-    const auto typed = document.Edition();
+    const auto typed = document.CellsEdition();
     EXPECT_NE(typed, first);
     document.Undo();
-    const auto undone = document.Edition();
+    const auto undone = document.CellsEdition();
     EXPECT_NE(undone, typed);
     Read();
-    EXPECT_NE(document.Edition(), undone);
+    EXPECT_NE(document.CellsEdition(), undone);
 }
 
 } // namespace
