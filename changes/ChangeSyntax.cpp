@@ -149,12 +149,10 @@ std::optional<ChangeFault> CLineParser::Parse(std::string_view line, ChangeDraft
         RefuseJson(1);
         return m_fault;
     }
-    if (const std::size_t zero = line.find('\0'); zero != std::string_view::npos) { // the parser would end there
-        RefuseJson(zero + 1);
-        return m_fault;
-    }
     const std::string masked = MaskHalves(line, m_units);
     Json::sax_parse(masked.begin(), masked.end(), this);
+    if (const std::size_t zero = line.find('\0'); !m_fault && zero != std::string_view::npos)
+        RefuseJson(zero + 1); // the parser takes it for the end
     return m_fault;
 }
 

@@ -239,7 +239,7 @@ def finding(desk):
         desk.screen.mouse_away()
         button = app.find("push button", "Replace all").box
         desk.part("find-bar.png", (left, 0, desk.screen.width - left, button[1] + button[3]), margin=6)
-        desk.screen.key("Escape", "alt+e", "i")
+        desk.screen.key("Escape", "alt+e", "e")
         app.window(2).find("text", "Number to find")
         desk.screen.type("235.0")
         desk.screen.key("Return")

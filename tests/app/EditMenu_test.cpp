@@ -47,12 +47,17 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(false, "&Keep stored");
     add(isChosen, "Copy &with titles");
     add(isChosen, "Copy for &spreadsheet");
+    add(isChosen && paste, "Paste wit&h preview…");
+    add(isOpen, "I&mport table…");
     add(true, "&Go to…");
     add(true, "&Find…");
     add(true, "Find next");
     add(true, "Find previous");
     add(true, "Rep&lace…");
     add(isOpen, "Find value in fil&e…");
+    add(isChosen, "F&ill…");
+    add(isChosen, "Fill &down");
+    add(isChosen, "C&alculate…");
     return first;
 }
 
@@ -65,7 +70,7 @@ TEST_P(EditMenuEntries, WithNothingOpenAreOff)
     frame.reset();
     Start();
     Grid().setFocus();
-    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false, false));
+    EXPECT_EQ(Entries(), With({"-&Undo", "-&Redo"}, false, false, false, false, false, false));
 }
 
 TEST_P(EditMenuEntries, OfTheGridWithNothingDone)

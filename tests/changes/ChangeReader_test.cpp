@@ -80,7 +80,7 @@ TEST(ChangeReader, TakesAByteOrderMarkOnlyAtTheBeginning)
     EXPECT_EQ(ReadBack(std::string(kHeader) + "\xEF\xBB\xBF" + kForm), "line 2: column 1 is no valid JSON");
     EXPECT_EQ(ReadBack(std::string("\xEF\xBB\xBF\xEF\xBB\xBF") + kHeader), "line 1: column 1 is no valid JSON");
     EXPECT_EQ(ReadBack(std::string("{\"vantor\":\"changes\",\"version\":1}") + '\0' + "rest\n"),
-              "line 1: column 34 is no valid JSON");
+              "line 1: column 33 is no valid JSON");
 }
 
 TEST(ChangeReader, LeavesBlankLinesOutButCountsThem)
