@@ -238,7 +238,8 @@ def finding(desk):
         desk.screen.type("235")
         desk.screen.mouse_away()
         button = app.find("push button", "Replace all").box
-        desk.part("find-bar.png", (left, 0, desk.screen.width - left, button[1] + button[3]), margin=6)
+        top = grid_of(app).box[1]
+        desk.part("find-bar.png", (left, top, desk.screen.width - left, button[1] + button[3] - top), margin=6)
         desk.screen.key("Escape", "alt+e", "e")
         app.window(2).find("text", "Number to find")
         desk.screen.type("235.0")
