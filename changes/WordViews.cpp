@@ -99,9 +99,9 @@ std::optional<Bytes> BytesOfBits(std::u16string_view text)
         return std::nullopt;
     Bytes bytes(bits.size() / kBitsOfWord * kBytesOfWord);
     for (std::size_t at = 0; at < bits.size(); at += kBitsOfWord) {
-        std::uint16_t word = 0;
+        unsigned word = 0;
         for (std::size_t bit = 0; bit < kBitsOfWord; ++bit)
-            word = static_cast<std::uint16_t>(word << 1U | (bits[at + bit] == u'1' ? 1U : 0U));
+            word = word << 1U | (bits[at + bit] == u'1' ? 1U : 0U);
         StoreLittleEndian(std::span(bytes).subspan(at / kBitsOfWord * kBytesOfWord, kBytesOfWord), word);
     }
     return bytes;
