@@ -30,6 +30,13 @@ bool IsOneCell(const std::vector<CellRange>& ranges)
                               ranges.front().firstColumn == ranges.front().lastColumn);
 }
 
+CRecipeRows LayoutOf(const CRecipeRows& rows)
+{
+    CRecipeRows layout;
+    layout.LayOut(rows.Columns(), rows.StartAddress(), rows.RowCount());
+    return layout;
+}
+
 } // namespace
 
 CFindCommands::CFindCommands(const Parts& parts)
@@ -42,6 +49,7 @@ CFindCommands::CFindCommands(const Parts& parts)
     m_working.setSingleShot(true);
     connect(&m_working, &QTimer::timeout, this, &CFindCommands::Work);
     connect(&m_parts.dataPane, &CRecipeDataShowView::ShownRowsChanged, this, &CFindCommands::RestartSearches);
+    connect(&m_parts.dataPane, &CRecipeDataShowView::CellChosen, this, &CFindCommands::StopSeeking);
     connect(m_parts.ui.actionFind, &QAction::triggered, this, [this] { Open(CFindBar::Fields::Find); });
     connect(m_parts.ui.actionReplace, &QAction::triggered, this, [this] { Open(CFindBar::Fields::FindAndReplace); });
     const auto onNext = [this] { Step(CCellSearch::Way::Forward); };
@@ -83,15 +91,31 @@ void CFindCommands::FocusMoved(QWidget* from, QWidget* to)
 /// One cell is no selection that anybody wants to look through instead of one that was looked through before.
 void CFindCommands::TakeChosen()
 {
+    ForgetChosenElsewhere();
+    const auto focus = m_parts.dataPane.FocusCell();
     m_anchor = m_parts.dataPane.FocusPlace();
-    m_nColumn = m_anchor.column;
+    m_column = focus ? std::optional(focus->column) : std::nullopt;
     auto selection = m_parts.dataPane.ChosenRanges();
     if (m_pBar->ChosenScope() != CFindBar::Scope::Selection || !IsOneCell(selection))
         m_selection = std::move(selection);
 }
 
+/// Rows and columns of another table mean nothing in this one.
+void CFindCommands::ForgetChosenElsewhere()
+{
+    const CRecipeDocument& document = m_parts.frame.Document();
+    if (document.Path() == m_chosenPath && m_chosenLayout.IsLaidOutLike(document.Rows()))
+        return;
+    m_chosenPath = document.Path();
+    m_chosenLayout = LayoutOf(document.Rows());
+    m_selection.clear();
+    m_column.reset();
+    TakeScope();
+}
+
 void CFindCommands::OnClosed()
 {
+    StopSeeking();
     m_parts.dataPane.setFocus(Qt::OtherFocusReason);
     if (!m_list)
         m_working.stop();
@@ -106,8 +130,8 @@ void CFindCommands::OnScopeChosen()
 void CFindCommands::TakeScope()
 {
     m_scope.clear();
-    if (m_pBar->ChosenScope() == CFindBar::Scope::Column)
-        m_scope.push_back({0, INT32_MAX, m_nColumn, m_nColumn});
+    if (m_pBar->ChosenScope() == CFindBar::Scope::Column && m_column)
+        m_scope.push_back({0, INT32_MAX, *m_column, *m_column});
     else if (m_pBar->ChosenScope() == CFindBar::Scope::Selection)
         m_scope = m_selection;
 }
@@ -135,6 +159,10 @@ bool CFindCommands::Begin()
     }
     if (m_parts.frame.Document().Rows().RowCount() == 0) {
         Tell(tr("The table is empty."));
+        return false;
+    }
+    if (m_pBar->ChosenScope() != CFindBar::Scope::Table && m_scope.empty()) { // which would be the whole table
+        Tell(tr("No cell is chosen."));
         return false;
     }
     m_search.Begin(query, m_scope, [this](std::int32_t row) { return m_parts.dataPane.IsRowShown(row); });
@@ -184,6 +212,12 @@ void CFindCommands::Work()
     }
     if (!isDone)
         m_working.start(0);
+}
+
+/// Who chooses a cell while a hit is looked for wants to be there, and what keys do is to be done there.
+void CFindCommands::StopSeeking()
+{
+    m_search.StopSeeking();
 }
 
 /// The focus stays where it is, in the bar for one.
@@ -240,8 +274,11 @@ QString CFindCommands::Result() const
     const auto number = m_search.IsCounted() ? m_search.NumberOf(*m_found) : std::nullopt;
     const QString item = ToQString(m_parts.frame.Document().Rows().Columns()[m_found->column].title).simplified();
     const QString place = tr("Found at row %1, %2.").arg(m_found->row + kTitleRows).arg(item);
+    const QString round = m_hasWrapped ? tr(" The search went round.") : QString();
+    if (!m_search.IsCounted() && !m_pBar->isVisible()) // nothing is counted that nobody sees
+        return place + shownOnly + round;
     const QString which = number ? tr("%1 of %2").arg(*number).arg(counts) : counts;
-    return place + u' ' + which + shownOnly + end + (m_hasWrapped ? tr(" The search went round.") : QString());
+    return place + u' ' + which + shownOnly + end + round;
 }
 
 QString CFindCommands::Where() const
@@ -267,7 +304,7 @@ void CFindCommands::ListAll()
     m_listed = std::make_shared<CCellSearch>(document.Rows());
     m_listed->Begin(m_search.Query(), m_scope, [this](std::int32_t row) { return m_parts.dataPane.IsRowShown(row); });
     m_listedPath = document.Path();
-    m_listedLayout.LayOut(document.Rows().Columns(), document.Rows().StartAddress(), document.Rows().RowCount());
+    m_listedLayout = LayoutOf(document.Rows());
     const ChangeSubject subject{m_listedPath, std::u16string(TextOf(document.Format().name))};
     m_list = std::make_shared<const CFoundCells>(m_listed, document.Rows(), document.Type(), subject);
     m_listed->Continue(EndOfSlice());
@@ -314,6 +351,7 @@ void CFindCommands::Follow()
 void CFindCommands::RestartSearches()
 {
     m_strNote.clear();
+    ForgetChosenElsewhere();
     if (m_isBegun && m_pBar->isVisible() && m_parts.frame.Document().Rows().RowCount() > 0) {
         m_search.Restart();
     } else {

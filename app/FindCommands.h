@@ -67,10 +67,12 @@ private:
     void FocusMoved(QWidget* from, QWidget* to);
     void TakeChosen();
     void TakeScope();
+    void ForgetChosenElsewhere();
     void OnQueryEdited();
     bool Begin();
     void Step(CCellSearch::Way way);
     void Work();
+    void StopSeeking();
     void ShowSought();
     void TellResult();
     QString Result() const;
@@ -85,16 +87,18 @@ private:
     Parts m_parts;
     CFindBar* m_pBar;
     CCellSearch m_search;
-    bool m_isBegun = false;             ///< the search is by what the bar says, and of the cells as they are
-    std::vector<CellRange> m_scope;     ///< to look in; empty for all cells
-    std::vector<CellRange> m_selection; ///< that was there before the bar had the focus
-    std::uint32_t m_nColumn = 0;        ///< likewise, of the focus cell
-    std::optional<CellPlace> m_found;   ///< the hit that was gone to
-    bool m_hasWrapped = false;          ///< on the way to it
-    CellPlace m_anchor;                 ///< from which what is typed is looked for
-    bool m_isStepping = false;          ///< a step is sought, not what is typed
-    QString m_strNote;                  ///< said with the next result
-    std::uint64_t m_edition = 0;        ///< of the document that was followed
+    bool m_isBegun = false;                ///< the search is by what the bar says, and of the cells as they are
+    std::vector<CellRange> m_scope;        ///< to look in; empty for all cells
+    std::vector<CellRange> m_selection;    ///< that was there before the bar had the focus
+    std::optional<std::uint32_t> m_column; ///< likewise, of the focus cell
+    std::filesystem::path m_chosenPath;    ///< of the table that both are of
+    CRecipeRows m_chosenLayout;
+    std::optional<CellPlace> m_found; ///< the hit that was gone to
+    bool m_hasWrapped = false;        ///< on the way to it
+    CellPlace m_anchor;               ///< from which what is typed is looked for
+    bool m_isStepping = false;        ///< a step is sought, not what is typed
+    QString m_strNote;                ///< said with the next result
+    std::uint64_t m_edition = 0;      ///< of the document that was followed
     std::shared_ptr<CCellSearch> m_listed;
     std::shared_ptr<const CFoundCells> m_list;
     std::filesystem::path m_listedPath;

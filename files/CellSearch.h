@@ -49,6 +49,7 @@ public:
     /// of them.
     void Seek(CellPlace from, bool isIncluded, Way way);
     bool IsSeeking() const { return m_seek.has_value(); }
+    void StopSeeking() { m_seek.reset(); } ///< nothing was found then
 
     /// What the last seek that ended has found.
     const std::optional<Hit>& Sought() const { return m_sought; }

@@ -11,7 +11,25 @@
 
 namespace {
 
-struct FindBarKeys : FindFixture {};
+struct FindBarKeys : FindFixture {
+    /// Opens a file of so many rows of zeros but for a 7 in the first row and in the last one.
+    void OpenLong(std::size_t rows)
+    {
+        Bytes words(rows * 6);
+        words[0] = words[(rows - 1) * 6] = std::byte{7};
+        WriteAll(folder / "long.rcp", words);
+        UseRows(QString::number(rows));
+        OpenThroughDialog("long.rcp");
+        Grid().setFocus();
+    }
+
+    void UseRows(const QString& rows)
+    {
+        auto& count = GoToField("editReadCount");
+        count.selectAll();
+        QTest::keyClicks(&count, rows);
+    }
+};
 
 } // namespace
 
@@ -130,6 +148,66 @@ TEST_F(FindBarKeys, LookInAColumnOrInTheSelection)
     Key(Qt::Key_Backspace);
     QTest::keyClicks(QApplication::focusWidget(), "M");
     EXPECT_TRUE(Told("Not found in the selection."));
+}
+
+TEST_F(FindBarKeys, LookNowhereWhereNothingIsChosen)
+{
+    Look("4");
+    EXPECT_TRUE(Told("Found at row 4, Word. 1 of 1."));
+    Key(Qt::Key_Escape);
+    OpenThroughDialog("a.rcp");
+    Key(Qt::Key_H, Qt::ControlModifier);
+    for (const int scope : {1, 2}) {
+        ChooseIn("comboFindScope", scope);
+        EXPECT_TRUE(Told("No cell is chosen."));
+        ClickButton("buttonReplaceAll");
+        EXPECT_TRUE(Told("No cell is chosen."));
+        EXPECT_FALSE(IsModified());
+    }
+    ClickCell(4, 3);
+    Key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(Told("Not found in the selection."));
+}
+
+TEST_F(FindBarKeys, ForgetWhatWasChosenInOtherRows)
+{
+    ChooseCells(1, 2, 3, 3);
+    Key(Qt::Key_F, Qt::ControlModifier);
+    ChooseIn("comboFindScope", 2);
+    Look("3");
+    EXPECT_TRUE(Told("Found at row 3, Word. 1 of 1. The search went round."));
+    UseRows("3");
+    QTest::mouseClick(&Find<QPushButton>("buttonUseFormat"), Qt::LeftButton);
+    EXPECT_EQ(Grid().RowCount(), 4);
+    EXPECT_TRUE(Told("No cell is chosen."));
+    Grid().setFocus();
+    Key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(Told("No cell is chosen."));
+}
+
+TEST_F(FindBarKeys, StayWhereTheUserGoesMeanwhile)
+{
+    OpenLong(300000);
+    ClickCell(2, 2);
+    Look("7");
+    EXPECT_EQ(Bar().Told(), "Looking…");
+    ClickCell(3, 3);
+    EXPECT_TRUE(Told("Found: 2."));
+    EXPECT_EQ(Selected(), "3,3");
+    Key(Qt::Key_F3);
+    EXPECT_TRUE(Told("Found at row 300000, Word. 2 of 2."));
+}
+
+TEST_F(FindBarKeys, SpeakOfNoCountThatIsNotMade)
+{
+    OpenLong(300000);
+    ClickCell(1, 2);
+    Look("7");
+    Key(Qt::Key_Escape);
+    ClickCell(300, 2);
+    Key(Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_TRUE(WaitFor([this] { return EditFixture::Told() == "Found at row 1, Word."; }))
+        << EditFixture::Told().toStdString();
 }
 
 TEST_F(FindBarKeys, CountAnewWhatEditsAndUndoChange)
