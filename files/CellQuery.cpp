@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::u16string_view kIntegerUnits = u"0123456789.-";
 constexpr std::u16string_view kHexadecimalUnits = u"0123456789ABCDEFabcdef";
-constexpr std::u16string_view kRealUnits = u"0123456789.-+eEnNaAiIfF";
+constexpr std::u16string_view kRealUnits = u"0123456789.-+eEnNaAiIfF "; // a double's width is filled up with blanks
 
 bool IsDigit(char16_t unit)
 {

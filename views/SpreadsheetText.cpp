@@ -1,11 +1,11 @@
 #include "views/SpreadsheetText.h"
 
-#include "text/Decimal.h"
+#include "model/StoredNumber.h"
 #include "views/TextCrossing.h"
 
 QString SpreadsheetText(const ColumnCoding& coding, const QString& text, const QString& point)
 {
-    if (coding.dataType == DataType::String || !text.contains(u'.') || !CDecimal::Parse(ViewOf(text)))
+    if (!text.contains(u'.') || !NumberOfText(coding, ViewOf(text)))
         return text;
-    return QString(text).replace(u'.', point);
+    return text.trimmed().replace(u'.', point); // doubles may have blanks before them
 }

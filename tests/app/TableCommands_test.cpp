@@ -259,7 +259,8 @@ TEST(SpreadsheetTexts, HaveTheDecimalSignOfTheLanguageInNumbersOnly)
     EXPECT_EQ(SpreadsheetText(number, "-1.50", ","), "-1,50");
     EXPECT_EQ(SpreadsheetText(number, "1.5e+30", ","), "1,5e+30");
     EXPECT_EQ(SpreadsheetText(number, "1.50", "."), "1.50");
-    EXPECT_EQ(SpreadsheetText(number, "0.-5", ","), "0.-5"); // kept: no number
+    EXPECT_EQ(SpreadsheetText(number, "  1.50", ","), "1,50"); // as a double is shown
+    EXPECT_EQ(SpreadsheetText(number, "0.-5", ","), "0.-5");   // kept: no number
     EXPECT_EQ(SpreadsheetText(number, "nan", ","), "nan");
     EXPECT_EQ(SpreadsheetText(number, "12", ","), "12");
     EXPECT_EQ(SpreadsheetText(text, "1.50", ","), "1.50");

@@ -1,7 +1,11 @@
 #include "files/CellQuery.h"
+#include "model/WordCodec.h"
 #include "tests/files/TestColumns.h"
+#include "text/Utf8Text.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace {
 
@@ -118,6 +122,28 @@ TEST(QueryMatcher, LeavesOutWordsThatCannotShowTheText)
     EXPECT_TRUE(CCellMatcher({u"1.5"}, columns).IsForWords(0));
     EXPECT_TRUE(CCellMatcher({u"c"}, columns).IsForWords(1));
     EXPECT_TRUE(CCellMatcher({u"NaN"}, columns).IsForWords(2));
+}
+
+TEST(QueryMatcher, LeavesOutNoWordsThatShowTheText)
+{
+    std::mt19937 random(7);
+    const auto below = [&](unsigned count) { return static_cast<std::int32_t>(random() % count); };
+    for (int round = 0; round < 20000; ++round) {
+        ColumnCoding coding;
+        coding.dataType = static_cast<DataType>(below(8));
+        coding.dataLength = static_cast<std::int32_t>(WordsOfType(coding.dataType));
+        coding.integerDigits = 1 + below(10);
+        coding.decimalDigits = below(6);
+        std::vector<std::byte> bytes(static_cast<std::size_t>(coding.dataLength) * 2);
+        for (std::byte& byte : bytes)
+            byte = static_cast<std::byte>(random() % 3 == 0 ? 0 : random());
+        std::size_t pos = 0;
+        const auto kind = round % 2 == 0 ? RecipeKind::Flat : RecipeKind::Paged;
+        const std::u16string text = FormatValue(coding, bytes, pos, kind);
+        ASSERT_FALSE(text.empty());
+        EXPECT_TRUE(CCellMatcher({text}, std::vector{coding}).IsForWords(0))
+            << ToUtf8(text) << " of type " << static_cast<int>(coding.dataType);
+    }
 }
 
 } // namespace
