@@ -96,21 +96,22 @@ void CFindCommands::TakeChosen()
     m_anchor = m_parts.dataPane.FocusPlace();
     m_column = focus ? std::optional(focus->column) : std::nullopt;
     auto selection = m_parts.dataPane.ChosenRanges();
-    if (m_pBar->ChosenScope() != CFindBar::Scope::Selection || !IsOneCell(selection))
+    if (m_pBar->ChosenScope() != CFindBar::Scope::Selection || !IsOneCell(selection) || m_selection.empty())
         m_selection = std::move(selection);
 }
 
-/// Rows and columns of another table mean nothing in this one.
-void CFindCommands::ForgetChosenElsewhere()
+/// Rows and columns of another table mean nothing in this one. False where they are of this one.
+bool CFindCommands::ForgetChosenElsewhere()
 {
     const CRecipeDocument& document = m_parts.frame.Document();
     if (document.Path() == m_chosenPath && m_chosenLayout.IsLaidOutLike(document.Rows()))
-        return;
+        return false;
     m_chosenPath = document.Path();
     m_chosenLayout = LayoutOf(document.Rows());
     m_selection.clear();
     m_column.reset();
     TakeScope();
+    return true;
 }
 
 void CFindCommands::OnClosed()
@@ -347,25 +348,36 @@ void CFindCommands::Follow()
     RestartSearches();
 }
 
-/// Nothing is counted that nobody sees.
 void CFindCommands::RestartSearches()
 {
     m_strNote.clear();
-    ForgetChosenElsewhere();
-    if (m_isBegun && m_pBar->isVisible() && m_parts.frame.Document().Rows().RowCount() > 0) {
-        m_search.Restart();
-    } else {
-        m_isBegun = false;
-        if (m_pBar->isVisible())
-            m_pBar->Tell(m_parts.frame.Document().Rows().RowCount() == 0 ? tr("The table is empty.") : QString());
-    }
-    if (m_listed && !m_parts.saveCommands.Lists(m_list))
-        WithdrawList();
-    if (m_listed) {
-        m_listed->Restart();
-        m_listed->Continue(EndOfSlice());
-        m_parts.saveCommands.ListChanged(m_list, ListSummary());
-    }
+    RestartSearch();
+    RestartList();
     if (m_isBegun || m_listed)
         m_working.start(0);
+}
+
+/// Nothing is counted that nobody sees.
+void CFindCommands::RestartSearch()
+{
+    const bool isScopeGone = ForgetChosenElsewhere() && m_pBar->ChosenScope() != CFindBar::Scope::Table;
+    if (!m_pBar->isVisible()) {
+        m_isBegun = false;
+    } else if (m_isBegun && !isScopeGone && m_parts.frame.Document().Rows().RowCount() > 0) {
+        m_search.Restart();
+    } else {
+        m_found.reset();
+        Begin();
+    }
+}
+
+void CFindCommands::RestartList()
+{
+    if (m_listed && !m_parts.saveCommands.Lists(m_list))
+        WithdrawList();
+    if (!m_listed)
+        return;
+    m_listed->Restart();
+    m_listed->Continue(EndOfSlice());
+    m_parts.saveCommands.ListChanged(m_list, ListSummary());
 }

@@ -67,7 +67,7 @@ private:
     void FocusMoved(QWidget* from, QWidget* to);
     void TakeChosen();
     void TakeScope();
-    void ForgetChosenElsewhere();
+    bool ForgetChosenElsewhere();
     void OnQueryEdited();
     bool Begin();
     void Step(CCellSearch::Way way);
@@ -83,6 +83,8 @@ private:
     bool IsListOfTable() const;
     void OnClosed();
     void RestartSearches();
+    void RestartSearch();
+    void RestartList();
 
     Parts m_parts;
     CFindBar* m_pBar;
