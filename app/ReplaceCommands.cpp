@@ -35,10 +35,11 @@ QString CReplaceCommands::ReplaceAt(CellPlace place, const CCellSearch& search)
 {
     const CRecipeRows& rows = m_parts.frame.Document().Rows();
     const std::u16string text = rows.Text(place.row, place.column);
-    std::u16string fresh = search.Matcher().Replaced(text, ViewOf(m_parts.findCommands.Bar().Replacement()));
+    const ColumnCoding& coding = rows.Columns()[place.column];
+    const QString with = m_parts.findCommands.Bar().Replacement();
+    std::u16string fresh = ReplacedText(search.Matcher(), coding, text, ViewOf(with));
     if (fresh == text)
         return tr("Nothing to replace.");
-    const ColumnCoding& coding = rows.Columns()[place.column];
     if (!m_parts.frame.ValidateCellValue(static_cast<int>(place.column) + kTitleColumns, ToQString(fresh)))
         return tr("Row %1, %2 is not replaced: %3.")
             .arg(place.row + kTitleRows)

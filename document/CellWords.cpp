@@ -5,6 +5,7 @@
 #include "files/CellComparison.h"
 #include "model/CellCheck.h"
 #include "model/CellRefusal.h"
+#include "model/StoredNumber.h"
 #include "model/WordCodec.h"
 
 #include <algorithm>
@@ -44,7 +45,8 @@ CellVerdict JudgeWords(const CRecipeDocument& document, CellPlace place, std::sp
     const ColumnCoding& coding = document.Rows().Columns()[place.column];
     const RecipeKind kind = IsPaged(document.Type()) ? RecipeKind::Paged : RecipeKind::Flat;
     std::size_t pos = 0;
-    const std::u16string text = FormatValue(coding, bytes, pos, kind);
+    const std::u16string shown = FormatValue(coding, bytes, pos, kind);
+    const auto text = IsReal(coding.dataType) ? WithoutBlanks(shown) : std::u16string_view(shown); // as it is typed
     if (verdict.kind != CellVerdict::Kind::Refused && !ValidateCellValue(coding, text))
         return CellVerdict::Refused(RefusalOf(coding, text));
     return verdict;

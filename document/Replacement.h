@@ -6,6 +6,7 @@
 #include "files/Progress.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,11 @@ struct ReplacementPlan {
     std::size_t refusedCount = 0;
     std::size_t sameCount = 0; ///< cells that show already what they were to get
 };
+
+/// What becomes of the text of a cell in a column with this coding, that `matcher` matches, when what was found gives
+/// way to `with`: as one would type it, so without the blanks with which a double is shown.
+std::u16string ReplacedText(const CCellMatcher& matcher, const ColumnCoding& coding, std::u16string_view text,
+                            std::u16string_view with);
 
 /// Looks what every cell that `search` finds in `rows` becomes when what was found gives way to `with`. Failed when
 /// memory does not suffice for it.

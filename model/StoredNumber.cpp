@@ -110,15 +110,6 @@ std::u16string RealText(const CDecimal& number)
     return text.size() <= kReadableLength ? text : number.TextWithExponent();
 }
 
-std::u16string_view WithoutBlanks(std::u16string_view text)
-{
-    constexpr std::u16string_view kBlanks = u" \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::u16string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 /// The value of a hexadecimal digit; nothing for any other character.
 std::optional<std::int64_t> DigitValue(char16_t c)
 {
@@ -219,6 +210,15 @@ std::optional<std::u16string> WordsOfNumber(const ColumnCoding& coding, const CD
     for (std::size_t i = 0; i < WordsOfType(coding.dataType); ++i)
         words[i] = static_cast<char16_t>(*bits >> (16 * i));
     return words;
+}
+
+std::u16string_view WithoutBlanks(std::u16string_view text)
+{
+    constexpr std::u16string_view kBlanks = u" \t\n\v\f\r";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::u16string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
 std::optional<CDecimal> NumberOfText(const ColumnCoding& coding, std::u16string_view text)

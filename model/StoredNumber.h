@@ -38,6 +38,9 @@ std::u16string StoredNumberText(const ColumnCoding& coding, std::span<const std:
 /// value that it can hold in its digits, a float or double with an exponent where it were too long to read.
 std::u16string NumberText(const ColumnCoding& coding, const CDecimal& number);
 
+/// A number's text without the blanks around it, with which doubles are shown.
+std::u16string_view WithoutBlanks(std::u16string_view text);
+
 /// The number that a cell's `text` is in full, hexadecimal where its column is; blanks around it do not count. Nothing
 /// for any other text, for a number of too many digits (CDecimal), and in a column that holds no numbers.
 std::optional<CDecimal> NumberOfText(const ColumnCoding& coding, std::u16string_view text);

@@ -41,6 +41,23 @@ TEST_F(Replacement, LeavesOutCellsThatShowItAlready)
     EXPECT_EQ(plan.sameCount, 1u);
 }
 
+/// A double is shown with blanks before it, which nobody types.
+TEST_F(Replacement, TakesADoubleAsItWouldBeTyped)
+{
+    WriteAll(path, WordBytes({0x8F5C, 0xF5C2, 0x5C28, 0x4012})); // 4.59
+    document.TakeSettings({MakeFormat(u"One", {MakeItem(u"Gas", DataType::Double, 4, 4, 2)}), 0, 1});
+    ASSERT_EQ(Read(), CRecipeDocument::Reading::Done);
+    ASSERT_EQ(Text({0, 0}), u"   4.59");
+    const ReplacementPlan part = PlanFor({u"5"}, u"6");
+    ASSERT_EQ(part.texts.size(), 1u);
+    EXPECT_EQ(part.texts[0].text, u"4.69");
+    const ReplacementPlan blanks = PlanFor({u" "}, u"");
+    EXPECT_TRUE(blanks.texts.empty());
+    EXPECT_EQ(blanks.sameCount, 1u);
+    const ReplacementPlan same = PlanFor({u"4.59", CellQuery::Kind::Number}, u"4.59");
+    EXPECT_EQ(same.sameCount, 1u);
+}
+
 TEST_F(Replacement, KeepsNoMoreOfWhatWasRefusedThanItSays)
 {
     constexpr std::int32_t kRows = 20000;
