@@ -4,6 +4,8 @@
 #include "library/FormatChange.h"
 #include "views/TextCrossing.h"
 
+#include <QStringList>
+
 #include <algorithm>
 
 namespace {
