@@ -94,7 +94,7 @@ void CFillCommands::FillDown()
     if (blocks.empty())
         return m_parts.frame.TellEdit(tr("There is no row above to fill down from."));
     const CRecipeDocument& document = m_parts.frame.Document();
-    const CCellJudge judge(document.Rows(), document.Type());
+    const CCellJudge judge(document.Rows(), document.Stored(), document.Type());
     m_parts.offers.Do(
         {.kind = EditKind::Fill, .name = tr("Fill down"), .command = std::make_shared<CFillDown>(blocks, judge)});
 }

@@ -45,6 +45,7 @@ bool COfferCommands::Begin(Order order)
     const CRecipeDocument& document = m_parts.frame.Document();
     m_order = std::move(order);
     m_edition = document.CellsEdition();
+    m_storedEdition = document.StoredEdition();
     m_path = document.Path();
     m_type = document.Type();
     return true;
@@ -67,7 +68,8 @@ void COfferCommands::Preview(Order order)
     if (!Begin(std::move(order)))
         return;
     const CRecipeDocument& document = m_parts.frame.Document();
-    auto offered = std::make_shared<COfferedEdits>(document.Rows(), document.Type(), m_order.command);
+    auto offered =
+        std::make_shared<COfferedEdits>(document.Rows(), document.Stored(), document.Type(), m_order.command);
     if (WorkOut(*offered, nullptr) != Outcome::Done)
         return;
     if (offered->Count() == 0)
@@ -112,7 +114,7 @@ void COfferCommands::Do(Order order)
     if (!Begin(std::move(order)))
         return;
     const CRecipeDocument& document = m_parts.frame.Document();
-    auto offered = std::make_shared<COfferedEdits>(document.Rows(), document.Type(), m_order.command,
+    auto offered = std::make_shared<COfferedEdits>(document.Rows(), document.Stored(), document.Type(), m_order.command,
                                                    COfferedEdits::Listed::RefusedOnly);
     std::vector<CellEdit> edits;
     if (WorkOut(*offered, &edits) != Outcome::Done)
@@ -178,11 +180,13 @@ QString COfferCommands::WithRemark(const QString& sentence) const
     return m_order.remark.isEmpty() ? sentence : sentence + QLatin1Char(' ') + m_order.remark;
 }
 
-/// Whether the cells are those that the offer was worked out for.
+/// Whether the cells are those that the offer was worked out for. What was refused stays so when the file is saved.
 bool COfferCommands::IsForTable() const
 {
     const CRecipeDocument& document = m_parts.frame.Document();
-    return document.CellsEdition() == m_edition && document.Path() == m_path && document.Type() == m_type;
+    const bool isStoredSame = !m_isToBeApplied || document.StoredEdition() == m_storedEdition;
+    return isStoredSame && document.CellsEdition() == m_edition && document.Path() == m_path &&
+           document.Type() == m_type;
 }
 
 void COfferCommands::Follow()
@@ -190,11 +194,15 @@ void COfferCommands::Follow()
     if ((!m_offered && !m_isToldOfEnd) || IsForTable())
         return;
     const bool wasOffered = m_isToBeApplied && m_parts.frame.Document().Path() == m_path;
+    const bool isFileOther = m_parts.frame.Document().CellsEdition() == m_edition;
     Withdraw();
     if (!wasOffered)
         return;
     m_parts.frame.AnswerInStrip(StripSubject::EditsOffered,
-                                {tr("%1 was not applied: the table was changed meanwhile.").arg(m_order.name), {}});
+                                {(isFileOther ? tr("%1 was not applied: the file was changed meanwhile.")
+                                              : tr("%1 was not applied: the table was changed meanwhile."))
+                                     .arg(m_order.name),
+                                 {}});
     m_edition = m_parts.frame.Document().CellsEdition();
     m_isToldOfEnd = true;
 }

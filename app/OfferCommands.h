@@ -20,8 +20,8 @@ class QWidget;
 /// the strip, or does it at once. Either way all that is not refused becomes one edit, and how many cells were refused
 /// is told in one message.
 ///
-/// An offer is for the table as it is: when a cell becomes another, or other rows are shown, it is withdrawn, and the
-/// strip says so.
+/// An offer is for the table and its file as they are: when a cell becomes another, other rows are shown, or the file is
+/// saved, it is withdrawn, and the strip says so.
 class COfferCommands final : public QObject {
     Q_OBJECT
 
@@ -74,6 +74,7 @@ private:
     bool m_isToBeApplied = false;             ///< it is an offer
     bool m_isToldOfEnd = false;               ///< the strip says that an offer was withdrawn
     std::uint64_t m_edition = 0;              ///< of the cells that it is about
+    std::uint64_t m_storedEdition = 0;        ///< of what the file held of them
     std::filesystem::path m_path;             ///< of the file that was open then
     FileType m_type = FileType::Rcp;
 };

@@ -27,9 +27,10 @@ bool HoldsCell(const CRecipeRows& rows, const TypedCell& cell)
 /// Turns orders into edits, in the order in which they were given.
 class COrderedEdits {
 public:
-    COrderedEdits(const CRecipeRows& rows, FileType type, const CNarrowedRows& narrowed, CReporter& reporter)
+    COrderedEdits(const CRecipeRows& rows, const CStoredCells& stored, FileType type, const CNarrowedRows& narrowed,
+                  CReporter& reporter)
         : m_rows(rows),
-          m_judge(rows, type),
+          m_judge(rows, stored, type),
           m_narrowed(narrowed),
           m_reporter(reporter)
     {
@@ -161,14 +162,14 @@ bool COrderedEdits::Change(CellPlace place, const NumberChange& change)
 
 } // namespace
 
-std::optional<std::vector<CellEdit>> CellEditsOf(const CRecipeRows& rows, FileType type,
+std::optional<std::vector<CellEdit>> CellEditsOf(const CRecipeRows& rows, const CStoredCells& stored, FileType type,
                                                  const std::vector<CellOrder>& orders,
                                                  const std::vector<CellCondition>& conditions, CReporter& reporter)
 {
     const auto narrowed = CNarrowedRows::Make(rows, conditions, reporter);
     if (!narrowed)
         return std::nullopt;
-    COrderedEdits edits(rows, type, *narrowed, reporter);
+    COrderedEdits edits(rows, stored, type, *narrowed, reporter);
     const bool areDone = std::all_of(orders.begin(), orders.end(), [&edits](const CellOrder& order) {
         return std::visit([&edits](const auto& one) { return edits(one); }, order);
     });

@@ -4,6 +4,7 @@
 #include "files/CellState.h"
 #include "files/FileType.h"
 #include "files/RecipeRows.h"
+#include "files/StoredCells.h"
 #include "model/NumberChange.h"
 #include "text/Reporter.h"
 
@@ -37,13 +38,13 @@ struct ItemChange {
 /// What cells are to become.
 using CellOrder = std::variant<TypedCell, ItemText, ItemChange>;
 
-/// The states that `orders` give cells of `rows`, which were read from a file of `type` and have no edits: in ascending
-/// order, each cell once. All orders look at what was read; where several name a cell, the last one holds. Conditions
-/// narrow the orders that name an item.
+/// The states that `orders` give cells of `rows`, which were read from a file of `type` that holds `stored` of them,
+/// and have no edits: in ascending order, each cell once. All orders look at what was read; where several name a cell,
+/// the last one holds. Conditions narrow the orders that name an item.
 ///
 /// Nothing, and then reported, when one of them cannot be carried out, the first one that cannot: an item or row that
 /// is not there, a text that the cell would not take, a change of what is no number or to one outside the limits. So it
 /// is when they choose no cell at all.
-std::optional<std::vector<CellEdit>> CellEditsOf(const CRecipeRows& rows, FileType type,
+std::optional<std::vector<CellEdit>> CellEditsOf(const CRecipeRows& rows, const CStoredCells& stored, FileType type,
                                                  const std::vector<CellOrder>& orders,
                                                  const std::vector<CellCondition>& conditions, CReporter& reporter);

@@ -29,7 +29,8 @@ enum class Tense { Past, Future };
 /// False, and then reported, when an order is refused or there is no memory for the edits.
 bool SetStates(CRecipeDocument& document, const SetOptions& options, CReporter& reporter)
 {
-    auto edits = CellEditsOf(document.Rows(), document.Type(), options.orders, options.conditions, reporter);
+    auto edits =
+        CellEditsOf(document.Rows(), document.Stored(), document.Type(), options.orders, options.conditions, reporter);
     if (!edits)
         return false;
     if (document.SetStates(EditKind::Typing, std::move(*edits)) != EditOutcome::OutOfMemory)

@@ -1,7 +1,6 @@
 #include "document/CellJudge.h"
 
-#include "files/CellTexts.h"
-#include "files/StoredCells.h"
+#include "files/CellComparison.h"
 #include "model/CellCheck.h"
 #include "model/CellRefusal.h"
 #include "model/LittleEndian.h"
@@ -36,15 +35,15 @@ CellVerdict::Kind KindOf(bool isSame)
 
 CellVerdict CCellJudge::OfText(CellPlace place, std::u16string_view text) const
 {
-    const bool isSame = m_rows.Text(place.row, place.column) == text;
+    bool isSame = m_rows.Text(place.row, place.column) == text;
+    if (isSame && TakesWords() && !m_rows.State(place).IsText() && CodingOf(place).dataType != DataType::String)
+        isSame = WordsIn(place) == WordsOfText(place, text); // what is shown need not be the number that is stored
     return {KindOf(isSame), CCellState::OfText(std::u16string(text)), std::u16string(text), {}};
 }
 
 CellVerdict CCellJudge::OfWords(CellPlace place, std::u16string words, std::u16string text) const
 {
-    const CCellState& state = m_rows.State(place);
-    const bool isSame = state.IsExact() ? state.Words() == words : state.IsUntouched() && WordsIn(place) == words;
-    return {KindOf(isSame), CCellState::OfWords(words), std::move(text), {}};
+    return {KindOf(HasWords(place, words)), CCellState::OfWords(words), std::move(text), {}};
 }
 
 CellVerdict CCellJudge::Typed(CellPlace place, std::u16string_view text) const
@@ -71,12 +70,8 @@ CellVerdict CCellJudge::Entered(CellPlace place, std::u16string_view text) const
         return CellVerdict::Refused(RefusalOf(coding, changed));
     if (!TakesWords())
         return verdict;
-    const auto judged = JudgeTyped(coding, IsPaged(m_type) ? RecipeKind::Paged : RecipeKind::Flat, text);
-    if (judged.exactWords)
-        return OfWords(place, *judged.exactWords, std::u16string(text));
-    if (m_rows.State(place).IsUntouched() && WordsIn(place) != judged.words)
-        verdict.kind = CellVerdict::Kind::Changes; // the number that is shown need not be the one that is stored
-    return verdict;
+    const auto judged = JudgeTyped(coding, Kind(), text);
+    return judged.exactWords ? OfWords(place, *judged.exactWords, std::u16string(text)) : verdict;
 }
 
 CellVerdict CCellJudge::Changed(CellPlace place, const NumberChange& change) const
@@ -98,33 +93,55 @@ CellVerdict CCellJudge::Changed(CellPlace place, const CDecimal& number, const N
     return Typed(place, text);
 }
 
-/// The number that a text shows, or the one that words store. Rows that nothing was read for show theirs.
+/// Of a text that is not saved yet, the number that was typed: a save may store another one. Rows that nothing was read
+/// for show theirs.
 std::optional<CDecimal> CCellJudge::NumberIn(CellPlace place) const
 {
     const CCellState& state = m_rows.State(place);
-    if (m_type == FileType::Csv || !m_rows.IsOfWords() || state.IsText() ||
-        (state.IsUntouched() && m_rows.SourceId() == nullptr))
+    const bool isShown = state.IsText() || (state.IsUntouched() && m_rows.SourceId() == nullptr);
+    if (!TakesWords() || (isShown && !IsStored(place)))
         return NumberOfText(CodingOf(place), m_rows.Text(place.row, place.column));
-    if (state.IsExact()) {
-        std::vector<std::byte> bytes(2 * state.Words().size());
-        StoreEach(bytes, state.Words());
-        return StoredNumber(CodingOf(place), bytes);
-    }
-    CCellTexts cell(m_rows);
-    cell.Seek(place.row, place.column);
-    return StoredNumber(CodingOf(place), cell.UntouchedWords());
+    const std::u16string words = WordsIn(place);
+    std::vector<std::byte> bytes(sizeof(char16_t) * words.size());
+    StoreEach(bytes, words);
+    if (IsStored(place) && !IsPaged(m_type))
+        bytes.resize(m_stored.LoadWords(place, bytes)); // none where the file ends
+    return StoredNumber(CodingOf(place), bytes);
 }
 
 std::u16string CCellJudge::WordsIn(CellPlace place) const
 {
-    std::vector<std::byte> bytes(2 * static_cast<std::size_t>(std::max(CodingOf(place).dataLength, 0)));
-    m_rows.LoadWords(place, bytes);
-    return WordsOf(bytes);
+    const CCellState& state = m_rows.State(place);
+    if (state.IsExact())
+        return std::u16string(state.Words());
+    if (state.IsText() || IsStoredKnown()) {
+        if (!IsStored(place))
+            return WordsOfText(place, m_rows.Text(place.row, place.column));
+        std::vector<std::byte> stored(BytesOfCell(m_rows, place));
+        m_stored.LoadWords(place, stored);
+        return WordsOf(stored);
+    }
+    std::vector<std::byte> read(BytesOfCell(m_rows, place));
+    m_rows.LoadWords(place, read);
+    return WordsOf(read);
+}
+
+std::u16string CCellJudge::WordsOfText(CellPlace place, std::u16string_view text) const
+{
+    return JudgeTyped(CodingOf(place), Kind(), text).words;
+}
+
+/// Whether the cell has these words, and a save leaves them.
+bool CCellJudge::HasWords(CellPlace place, std::u16string_view words) const
+{
+    return WordsIn(place) == words &&
+           (m_rows.State(place).IsExact() || WordsOfText(place, m_rows.Text(place.row, place.column)) == words);
 }
 
 CCellState CCellJudge::ContentOf(CellPlace place) const
 {
-    if (m_rows.State(place).IsText() || !TakesWords())
+    const bool isTyped = m_rows.State(place).IsText() && !IsStored(place);
+    if (isTyped || !TakesWords())
         return CCellState::OfText(m_rows.Text(place.row, place.column));
     return CCellState::OfWords(WordsIn(place));
 }
@@ -138,6 +155,5 @@ CellVerdict CCellJudge::Copied(CellPlace place, const CCellState& content) const
     StoreEach(bytes, content.Words());
     if (const auto value = ValueOutsideLimits(coding, bytes, 0))
         return CellVerdict::Refused(FillMessage(u"%s lies outside %s", {*value, LimitsText(coding)}));
-    const RecipeKind kind = IsPaged(m_type) ? RecipeKind::Paged : RecipeKind::Flat;
-    return OfWords(place, std::u16string(content.Words()), TextOfWords(coding, kind, bytes));
+    return OfWords(place, std::u16string(content.Words()), TextOfWords(coding, Kind(), bytes));
 }

@@ -3,6 +3,7 @@
 #include "files/CellState.h"
 #include "files/FileType.h"
 #include "files/RecipeRows.h"
+#include "files/StoredCells.h"
 #include "model/NumberChange.h"
 
 #include <optional>
@@ -31,9 +32,14 @@ struct CellVerdict {
 /// in which state, and why not.
 class CCellJudge {
 public:
-    /// The rows are to be saved as `type`. They outlive the judge; a judge that is asked again sees the cells as they
-    /// are then.
-    CCellJudge(const CRecipeRows& rows, FileType type) : m_rows(rows), m_type(type) {}
+    /// The rows are to be saved as `type`, and the file holds `stored` of them. Both outlive the judge; a judge that is
+    /// asked again sees the cells as they are then.
+    CCellJudge(const CRecipeRows& rows, const CStoredCells& stored, FileType type)
+        : m_rows(rows),
+          m_stored(stored),
+          m_type(type)
+    {
+    }
 
     /// `text` as a user types it: the cell's check decides, and the text stays as it is.
     CellVerdict Typed(CellPlace place, std::u16string_view text) const;
@@ -45,14 +51,18 @@ public:
     /// `number`, rounded to the item's decimals, half away from zero, and stored exactly.
     CellVerdict Number(CellPlace place, const CDecimal& number) const { return Changed(place, number, {}); }
 
-    /// The cell's number, changed: that of the text or words that it was given, else the one that its words store. The
-    /// result is stored exactly; in a table of texts it is one with the item's decimals.
+    /// The cell's number, changed: that of a text or words that it was given and that are not saved yet, else the one
+    /// that the file holds. The result is stored exactly; in a table of texts it is one with the item's decimals.
     CellVerdict Changed(CellPlace place, const NumberChange& change) const;
 
-    /// What one cell has, for others of its column: its text where it was given one or words are not its to have, else
-    /// the very words.
+    /// What one cell has, for others of its column: its text where it was given one that is not saved yet, or words are
+    /// not its to have, else the very words.
     CCellState ContentOf(CellPlace place) const;
     CellVerdict Copied(CellPlace place, const CCellState& content) const;
+
+    /// The words that a cell stands for, as many as it takes: the file's, zeros past its end, or, of an edited cell,
+    /// those that a save stores.
+    std::u16string WordsIn(CellPlace place) const;
 
     /// Whether cells may be given the very words.
     bool TakesWords() const { return m_type != FileType::Csv && m_rows.IsOfWords(); }
@@ -62,9 +72,15 @@ private:
     CellVerdict OfText(CellPlace place, std::u16string_view text) const;
     CellVerdict OfWords(CellPlace place, std::u16string words, std::u16string text) const;
     std::optional<CDecimal> NumberIn(CellPlace place) const;
-    std::u16string WordsIn(CellPlace place) const;
+    bool IsStoredKnown() const { return m_stored.IsKnown() && m_stored.Type() == m_type; }
+    bool IsStored(CellPlace place) const { return IsStoredKnown() && !m_rows.IsEdited(place.row, place.column); }
+    std::u16string WordsOfText(CellPlace place, std::u16string_view text) const;
+    bool HasWords(CellPlace place, std::u16string_view words) const;
     const ColumnCoding& CodingOf(CellPlace place) const { return m_rows.Columns()[place.column]; }
 
+    RecipeKind Kind() const { return IsPaged(m_type) ? RecipeKind::Paged : RecipeKind::Flat; }
+
     const CRecipeRows& m_rows;
+    const CStoredCells& m_stored;
     FileType m_type;
 };

@@ -40,7 +40,7 @@ CellWords CellWordsOf(const CRecipeDocument& document, CellPlace place, std::siz
 
 CellVerdict JudgeWords(const CRecipeDocument& document, CellPlace place, std::span<const std::byte> bytes)
 {
-    const CCellJudge judge(document.Rows(), document.Type());
+    const CCellJudge judge(document.Rows(), document.Stored(), document.Type());
     CellVerdict verdict = judge.Copied(place, CCellState::OfWords(WordsOf(bytes)));
     const ColumnCoding& coding = document.Rows().Columns()[place.column];
     const RecipeKind kind = IsPaged(document.Type()) ? RecipeKind::Paged : RecipeKind::Flat;

@@ -1,23 +1,32 @@
 #include "document/OfferedEdits.h"
 
 #include "changes/CellDifferences.h"
+#include "model/LittleEndian.h"
 
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace {
 
 constexpr std::uint64_t kCellsAtOnce = 4096; // between two looks at the progress
 
+WordRun BytesOf(std::u16string_view words)
+{
+    WordRun bytes(sizeof(char16_t) * words.size());
+    StoreEach(bytes, words);
+    return bytes;
+}
+
 } // namespace
 
-COfferedEdits::COfferedEdits(const CRecipeRows& rows, FileType type, std::shared_ptr<const CCellsCommand> command,
-                             Listed listed)
+COfferedEdits::COfferedEdits(const CRecipeRows& rows, const CStoredCells& stored, FileType type,
+                             std::shared_ptr<const CCellsCommand> command, Listed listed)
     : m_rows(rows),
       m_type(type),
       m_command(std::move(command)),
       m_listed(listed),
-      m_judge(rows, type)
+      m_judge(rows, stored, type)
 {
 }
 
@@ -76,12 +85,8 @@ ChangeRecord COfferedEdits::At(std::size_t index) const
     else
         record.newText = std::move(verdict.text);
     if (verdict.state.IsExact()) {
-        record.oldWords.resize(2 * verdict.state.Words().size());
-        m_rows.LoadWords(place, record.oldWords);
-        for (const char16_t word : verdict.state.Words()) {
-            record.newWords.push_back(static_cast<std::byte>(word));
-            record.newWords.push_back(static_cast<std::byte>(word >> 8));
-        }
+        record.oldWords = BytesOf(m_judge.WordsIn(place));
+        record.newWords = BytesOf(verdict.state.Words());
     }
     return record;
 }

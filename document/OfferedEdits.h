@@ -14,8 +14,9 @@
 /// refused, in the order of their places. Each is judged again when it is asked for, so that a million of them cost
 /// their places alone.
 ///
-/// It holds as long as the rows are as they were when it was worked out (CRecipeDocument::CellsEdition); asked later it
-/// says something else, but does no harm. A refused cell's record has no new side, and a note with the reason.
+/// It holds as long as the rows and what the file holds of them are as they were when it was worked out
+/// (CRecipeDocument::CellsEdition, StoredEdition); asked later it says something else, but does no harm. A refused
+/// cell's record has no new side, and a note with the reason.
 class COfferedEdits final : public CChangeList {
 public:
     enum class Listed {
@@ -23,9 +24,9 @@ public:
         RefusedOnly, ///< for a command that is carried out at once
     };
 
-    /// `rows`, to be saved as `type`, outlive the object.
-    COfferedEdits(const CRecipeRows& rows, FileType type, std::shared_ptr<const CCellsCommand> command,
-                  Listed listed = Listed::All);
+    /// `rows` are to be saved as `type`, and the file holds `stored` of them. Both outlive the object.
+    COfferedEdits(const CRecipeRows& rows, const CStoredCells& stored, FileType type,
+                  std::shared_ptr<const CCellsCommand> command, Listed listed = Listed::All);
 
     /// Judges all cells; the edits that are not refused go to `edits`, unless that is null. Failed without the memory
     /// for it.

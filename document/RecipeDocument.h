@@ -135,6 +135,10 @@ public:
     /// Another number whenever cells became others: by an edit, an undo, or rows that took the place of those shown.
     std::uint64_t CellsEdition() const { return m_cellsEdition; }
 
+    /// Another number whenever the file holds, or is known to hold, other words or texts of the cells: after a save,
+    /// and where another program's are taken as known.
+    std::uint64_t StoredEdition() const { return m_storedEdition; }
+
     /// Whether there are rows that may be saved: those of the current file, or of a new document. Others would put
     /// zeros over words that nobody has seen. A paged file that could not be opened has none.
     bool HasRowsOfFile() const { return m_shown.areOfFile && !m_shown.rows.ShowsTheSameEverywhere(); }
@@ -443,6 +447,7 @@ private:
     ReadSettings m_settings;
     ShownRows m_shown;
     std::uint64_t m_cellsEdition = 0;
+    std::uint64_t m_storedEdition = 0;
     std::uint64_t m_names = 0;   ///< taken by SaveAs so far
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to

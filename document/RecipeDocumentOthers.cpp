@@ -142,6 +142,7 @@ void CRecipeDocument::LearnStored()
     if (!HasRowsOfFile() || m_strFilePath.empty() || m_shown.stored.IsKnown())
         return;
     m_shown.stored = ReadStored(m_shown.rows);
+    m_storedEdition += m_shown.stored.IsKnown() ? 1U : 0U;
     if (!m_shown.known.IsKnown())
         m_shown.known = m_shown.stored;
     ForgetPlan();
@@ -163,6 +164,7 @@ void CRecipeDocument::CheckPlan()
 void CRecipeDocument::StartFrom(CStoredCells stored)
 {
     m_shown.stored = std::move(stored);
+    ++m_storedEdition;
     m_pStoredAsShown.reset();
     ForgetPlan();
     FollowRows(false);

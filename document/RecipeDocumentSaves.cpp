@@ -175,6 +175,7 @@ SaveResult CRecipeDocument::WriteRows(FileType type, const WriteTarget& target, 
 void CRecipeDocument::NoteSaved()
 {
     m_shown.rows.MarkSaved();
+    ++m_storedEdition;
     m_shown.known = m_shown.stored;
     m_shown.saves = ++m_saves;
     m_pStoredAsShown.reset();
@@ -200,6 +201,7 @@ void CRecipeDocument::ReadStoredAgain()
 {
     ForgetPlan();
     m_shown.stored = ReadStored(m_shown.rows);
+    ++m_storedEdition;
     if (!m_shown.stored.IsKnown())
         return; // what the user and the journal know of it stays
     m_shown.known = m_shown.stored;

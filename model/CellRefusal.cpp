@@ -31,17 +31,24 @@ bool HasOtherCharacters(std::u16string_view text)
     return std::any_of(text.begin(), text.end(), [](char16_t c) { return (c < u'0' || c > u'9') && c != u'.'; });
 }
 
+std::u16string DecimalsRefused(std::u16string_view text, std::int32_t most)
+{
+    if (most <= 0)
+        return FillMessage(u"%s has decimals, which the item has not", {Shown(text)});
+    return FillMessage(most == 1 ? u"%s has more than %d decimal" : u"%s has more than %d decimals",
+                       {Shown(text), std::int64_t{most}});
+}
+
 /// Of a decimal number: the digits after its point, or before it, are too many.
 std::u16string RefusalOfDigits(const ColumnCoding& coding, std::u16string_view text)
 {
     const std::size_t point = std::min(text.find(u'.'), text.size());
     const std::int64_t after = LengthOf(text.substr(point)) - 1;
     if (after > coding.decimalDigits)
-        return coding.decimalDigits > 0
-                   ? FillMessage(u"%s has more than %d decimals", {Shown(text), std::int64_t{coding.decimalDigits}})
-                   : FillMessage(u"%s has decimals, which the item has not", {Shown(text)});
+        return DecimalsRefused(text, coding.decimalDigits);
     if (static_cast<std::int64_t>(point) > coding.integerDigits)
-        return FillMessage(u"%s has more than %d characters before the point",
+        return FillMessage(coding.integerDigits == 1 ? u"%s has more than %d character before the point"
+                                                     : u"%s has more than %d characters before the point",
                            {Shown(text), std::int64_t{coding.integerDigits}});
     return {};
 }
@@ -68,7 +75,9 @@ std::u16string RefusalOfNumber(const ColumnCoding& coding, std::u16string_view t
         return Outside(coding, text);
     if (IsHexadecimal(coding.dataType))
         return LengthOf(text) > coding.integerDigits
-                   ? FillMessage(u"%s has more than %d digits", {Shown(text), std::int64_t{coding.integerDigits}})
+                   ? FillMessage(coding.integerDigits == 1 ? u"%s has more than %d digit"
+                                                           : u"%s has more than %d digits",
+                                 {Shown(text), std::int64_t{coding.integerDigits}})
                    : Outside(coding, text);
     if (HasOtherCharacters(text.starts_with(u'-') ? text.substr(1) : text))
         return FillMessage(u"%s is to be written with digits alone", {Shown(text)});
@@ -82,7 +91,9 @@ std::u16string RefusalOfNumber(const ColumnCoding& coding, std::u16string_view t
 std::u16string RefusalOf(const ColumnCoding& coding, std::u16string_view text)
 {
     if (coding.dataType == DataType::String)
-        return FillMessage(u"%s is longer than %d characters", {Shown(text), std::int64_t{coding.dataLength}});
+        return FillMessage(coding.dataLength == 1 ? u"%s is longer than %d character"
+                                                  : u"%s is longer than %d characters",
+                           {Shown(text), std::int64_t{coding.dataLength}});
     if (TypeName(coding.dataType).empty())
         return u"its item has no type";
     return RefusalOfNumber(coding, text);

@@ -1,5 +1,6 @@
 #include "views/ImportTableDlg.h"
 
+#include "controls/FocusComboBox.h"
 #include "document/EditMemory.h"
 #include "document/RecipeDocument.h"
 #include "files/TableTitles.h"
@@ -163,6 +164,7 @@ void CImportTableDlg::ListColumns()
 {
     QTableWidget& table = *m_pUi->tableColumns;
     table.setRowCount(0);
+    m_pUi->comboAllNumbers->setCurrentIndex(-1); // each column says for itself how its numbers are written
     if (!m_import)
         return;
     table.setRowCount(static_cast<int>(std::min<std::size_t>(m_import->Columns().size(), kMostColumns)));
@@ -190,7 +192,7 @@ void CImportTableDlg::ListColumn(int row)
 
 void CImportTableDlg::AddSignChoice(int row)
 {
-    auto* choice = new QComboBox;
+    auto* choice = new CFocusComboBox; // the wheel is for the table that it stands in
     choice->setObjectName(QStringLiteral("comboNumbers%1").arg(row + 1));
     choice->setAccessibleName(tr("Numbers of column %1").arg(NameOf(static_cast<std::size_t>(row))));
     choice->setPlaceholderText(tr("Choose…"));
@@ -205,6 +207,8 @@ void CImportTableDlg::ChooseSign(int column, int choice)
     if (choice < 0 || !m_import)
         return;
     m_import->SetSign(static_cast<std::size_t>(column), kSigns[static_cast<std::size_t>(choice)]);
+    if (choice != m_pUi->comboAllNumbers->currentIndex())
+        m_pUi->comboAllNumbers->setCurrentIndex(-1);
     ShowState();
 }
 
@@ -225,11 +229,15 @@ void CImportTableDlg::ChooseAllSigns(int choice)
     ShowState();
 }
 
+bool CImportTableDlg::MayGoOn() const
+{
+    return m_import && m_import->IsDecided() && m_import->RowCount() > 0;
+}
+
 void CImportTableDlg::ShowState()
 {
-    const bool mayGoOn = m_import && m_import->IsDecided() && m_import->RowCount() > 0;
-    m_pUi->buttonOk->setEnabled(mayGoOn);
-    m_pUi->buttonPreview->setEnabled(mayGoOn);
+    m_pUi->buttonOk->setEnabled(MayGoOn());
+    m_pUi->buttonPreview->setEnabled(MayGoOn());
     m_pUi->labelSummary->setText(Summary());
     ShowNotice(*m_pUi->labelNotice, Undecided(), {m_pUi->comboSeparator, m_pUi->tableColumns});
 }
@@ -288,8 +296,12 @@ QString CImportTableDlg::LeftOut() const
     return sentences.join(QLatin1Char(' '));
 }
 
+/// A row that was typed is taken only when its field is left, which a button's key does not do.
 void CImportTableDlg::End(CellsAnswer answer)
 {
+    m_pUi->spinFirstRow->interpretText();
+    if (!MayGoOn())
+        return;
     m_answer = answer;
     accept();
 }

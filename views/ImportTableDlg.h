@@ -47,6 +47,7 @@ private:
     void AddSignChoice(int row);
     void ChooseSign(int column, int choice);
     void ChooseAllSigns(int choice);
+    bool MayGoOn() const;
     void ShowState();
     QString Summary() const;
     QString Undecided() const;

@@ -111,6 +111,20 @@ TEST_F(FillCells, IsWithdrawnAndToldWhenTheTableChanged)
     EXPECT_FALSE(IsModified());
 }
 
+TEST_F(FillCells, IsWithdrawnAndToldWhenTheFileIsSaved)
+{
+    TypeIntoCell(3, kSteam, "4.5"); // so that there is something to save
+    ChooseCells(1, kBelt, 4, kBelt);
+    Calculate(0, "1", "buttonPreview"); // to the 1.05 that is shown as 1.50, and that the save makes 1.50
+    Key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(StripButtons().contains("Apply"));
+    EXPECT_NE(Panel().windowTitle(), "Calculate");
+    Calculate(0, "1", "buttonPreview");
+    EXPECT_EQ(Listed().value(0), "1 Belt 1.50>2.50 ");
+    PressInStripByKeys("Apply");
+    EXPECT_EQ(Belts().value(0), "2.50");
+}
+
 TEST_F(FillCells, IsDiscarded)
 {
     ChooseCells(1, kBelt, 4, kBelt);

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <fstream>
 
@@ -142,6 +143,52 @@ TEST_F(ImportTable, AsksWhatACommaIs)
            }});
     EXPECT_EQ(Grid().GetItemText(2, kBelt), "2.50");
     EXPECT_EQ(Grid().GetItemText(1, kSteam), "2.5");
+}
+
+TEST_F(ImportTable, SaysOfAllColumnsOnlyWhatHoldsForAll)
+{
+    Import("1,234;1,234\n", {[](QWidget& dialog) {
+               auto& all = FindIn<QComboBox>(dialog, "comboAllNumbers");
+               ChooseIn(dialog, "comboAllNumbers", 0);
+               QTest::keyClick(&all, Qt::Key_Down);
+               EXPECT_EQ(FindIn<QComboBox>(dialog, "comboNumbers2").currentText(), "Decimal point");
+               EXPECT_EQ(all.currentText(), "Decimal point");
+               ChooseIn(dialog, "comboNumbers2", 0);
+               EXPECT_EQ(all.currentIndex(), -1);
+               ChooseIn(dialog, "comboAllNumbers", 0);
+               QTest::keyClick(&all, Qt::Key_Down);
+               ClickOn(dialog, "checkTitles"); // looks at the columns anew
+               ClickOn(dialog, "checkTitles");
+               EXPECT_FALSE(MayGoOn(dialog));
+               EXPECT_EQ(all.currentIndex(), -1);
+               ClickOn(dialog, "buttonCancel");
+           }});
+    EXPECT_FALSE(IsModified());
+}
+
+TEST_F(ImportTable, TakesTheRowThatIsTypedWhenAButtonsKeyIsPressed)
+{
+    Import("2,5\t3,5\n", {[](QWidget& dialog) {
+               FindIn<QWidget>(dialog, "spinFirstRow").setFocus();
+               QTest::keyClick(dialog.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+               QTest::keyClick(dialog.focusWidget(), Qt::Key_3);
+               QTest::keyClick(dialog.focusWidget(), Qt::Key_P, Qt::AltModifier);
+               QTest::qWait(200); // the button is pressed and let go
+           }});
+    EXPECT_EQ(Listed(), (QStringList{"3 Belt 2.00>2.50 ", "3 Steam 1.5>3.5 "}));
+}
+
+TEST_F(ImportTable, LetsTheWheelDecideNothing)
+{
+    Import("1,234;1,234\n", {[](QWidget& dialog) {
+               auto& choice = FindIn<QComboBox>(dialog, "comboNumbers2");
+               const QPointF middle = choice.rect().center();
+               QWheelEvent wheel(middle, choice.mapToGlobal(middle), {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                                 Qt::NoScrollPhase, false);
+               QApplication::sendEvent(&choice, &wheel);
+               EXPECT_EQ(choice.currentIndex(), -1);
+               ClickOn(dialog, "buttonCancel");
+           }});
 }
 
 TEST_F(ImportTable, TellsAFileThatItCannotTake)

@@ -36,7 +36,7 @@ struct CellsCommand : testing::Test {
     std::vector<std::string> Listed(const CCellsCommand& command)
     {
         const auto shared = std::shared_ptr<const CCellsCommand>(std::shared_ptr<const CCellsCommand>(), &command);
-        COfferedEdits offered(document.Rows(), document.Type(), shared);
+        COfferedEdits offered(document.Rows(), document.Stored(), document.Type(), shared);
         EXPECT_EQ(offered.WorkOut(progress), Outcome::Done);
         std::vector<std::string> lines;
         for (std::size_t i = 0; i < offered.Count(); ++i) {
@@ -50,7 +50,8 @@ struct CellsCommand : testing::Test {
     void Do(const CCellsCommand& command)
     {
         const auto shared = std::shared_ptr<const CCellsCommand>(std::shared_ptr<const CCellsCommand>(), &command);
-        COfferedEdits offered(document.Rows(), document.Type(), shared, COfferedEdits::Listed::RefusedOnly);
+        COfferedEdits offered(document.Rows(), document.Stored(), document.Type(), shared,
+                              COfferedEdits::Listed::RefusedOnly);
         std::vector<CellEdit> edits;
         EXPECT_EQ(offered.WorkOut(progress, &edits), Outcome::Done);
         EXPECT_EQ(document.SetStates(EditKind::Calculate, std::move(edits)), EditOutcome::Made);
@@ -96,6 +97,7 @@ TEST_F(CellsCommand, RefusesWithTheReasonAndClipsNothing)
     EXPECT_EQ(reason(0, u"-12a"), "1.50>refused: -12a is not a number"); // though the check of a cell lets it pass
     EXPECT_EQ(reason(0, u"700"), "1.50>refused: 700.00 lies outside 0.00 to 655.35");
     EXPECT_EQ(reason(0, u"1.005"), "1.50>refused: 1.005 has more than 2 decimals");
+    EXPECT_EQ(reason(1, u"1.25"), "2.5>refused: 1.25 has more than 1 decimal");
     EXPECT_EQ(reason(1, u"1e2"), "2.5>refused: 1e2 is to be written with digits alone");
     EXPECT_EQ(reason(2, u"XY"), "FF>refused: XY is not a hexadecimal number");
     EXPECT_EQ(reason(3, u"too long"), "ABCD>refused: too long is longer than 2 characters");
@@ -134,12 +136,64 @@ TEST_F(CellsCommand, FillsWithASeriesInExactDecimals)
 
 TEST_F(CellsCommand, FillsDownTheVeryWords)
 {
-    const CCellJudge judge(document.Rows(), document.Type());
+    const CCellJudge judge(document.Rows(), document.Stored(), document.Type());
     const CFillDown down({{0, {{1, 2, 0, 3}}}}, judge);
     Do(down);
     EXPECT_EQ(document.Rows().State({2, 0}).Words(), std::u16string(1, char16_t{105}));
     EXPECT_EQ(document.Rows().Text(2, 3), u"ABCD");
     EXPECT_EQ(Listed(down), Lines{});
+}
+
+TEST_F(CellsCommand, WorksOnWhatTheFileHoldsAfterASave)
+{
+    // the save stores the 1.05 that is shown as 1.50 as that, and the text stays
+    ASSERT_TRUE(document.Write(document.Type(), path, reporter, progress).isSaved);
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"+0.10"))), (Lines{"1.50>1.60", "0.75>0.85", "2.00>2.10"}));
+    EXPECT_EQ(Listed(CFillWithText(Column(0), u"1.50", CFillWithText::As::Entered)), (Lines{"0.75>1.50", "2.00>1.50"}));
+    EXPECT_EQ(Listed(CFillWithText(Column(0), u"1.05", CFillWithText::As::Entered)),
+              (Lines{"1.50>1.05", "0.75>1.05", "2.00>1.05"}));
+    Do(CFillDown({{0, {{1, 2, 0, 0}}}}, CCellJudge(document.Rows(), document.Stored(), document.Type())));
+    EXPECT_EQ(document.Rows().State({2, 0}).Words(), std::u16string(1, char16_t{150}));
+}
+
+TEST_F(CellsCommand, TakesTheNumberThatASaveMadeOfATypedOne)
+{
+    ASSERT_EQ(document.SetTexts(EditKind::Typing, {{{0, 0}, u"1.15"}}), EditOutcome::Made);
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"+0.10"))), (Lines{"1.15>1.25", "0.75>0.85", "2.00>2.10"}));
+    ASSERT_TRUE(document.WriteEdited(reporter, progress).isSaved); // as 1.14
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"+0.10"))), (Lines{"1.15>1.24", "0.75>0.85", "2.00>2.10"}));
+    EXPECT_EQ(Listed(CFillWithText(Column(0), u"1.15", CFillWithText::As::Entered)).at(0), "1.15>1.15");
+}
+
+TEST_F(CellsCommand, GivesANumberToACellThatShowsItButHasAnotherOne)
+{
+    Do(CCalculate(CChosenCells({{0, 0, 0, 0}}), Change(u"+0.10")));
+    Do(CCalculate(CChosenCells({{0, 0, 0, 0}}), Change(u"-0.10"))); // its words are 1.05, to stay so, and shown as 1.50
+    for (const auto as : {CFillWithText::As::Entered, CFillWithText::As::Typed})
+        EXPECT_EQ(Listed(CFillWithText(Column(0), u"1.50", as)).at(0), "1.50>1.50");
+    ASSERT_EQ(document.SetTexts(EditKind::Typing, {{{2, 0}, u"1.50"}}), EditOutcome::Made);
+    const CCellJudge judge(document.Rows(), document.Stored(), document.Type());
+    EXPECT_EQ(Listed(CFillDown({{2, {{0, 0, 0, 0}}}}, judge)), Lines{"1.50>1.50"});
+}
+
+TEST_F(CellsCommand, KeepsANumberThatASaveWouldMakeAnotherOne)
+{
+    const CFillWithText fill(Column(0), u"1.05", CFillWithText::As::Entered);
+    EXPECT_EQ(Listed(fill), (Lines{"1.50>1.05", "0.75>1.05", "2.00>1.05"})); // the first one holds it, but for how long
+    Do(fill);
+    ASSERT_TRUE(document.Write(document.Type(), path, reporter, progress).isSaved);
+    document.Read(FileType::Rcp, reporter, progress);
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"*2"))), (Lines{"1.50>2.10", "1.50>2.10", "1.50>2.10"}));
+}
+
+TEST_F(CellsCommand, ListsTheWordsOfATextThatIsNotSaved)
+{
+    ASSERT_EQ(document.SetTexts(EditKind::Typing, {{{0, 0}, u"2.00"}}), EditOutcome::Made);
+    COfferedEdits offered(document.Rows(), document.Stored(), document.Type(),
+                          std::make_shared<CCalculate>(CChosenCells({{0, 0, 0, 0}}), Change(u"+1")));
+    ASSERT_EQ(offered.WorkOut(progress), Outcome::Done);
+    EXPECT_EQ(offered.At(0).oldWords, WordBytes({200}));
+    EXPECT_EQ(offered.At(0).newWords, WordBytes({300}));
 }
 
 TEST_F(CellsCommand, IsGivenUpWithoutAChange)
@@ -152,7 +206,7 @@ TEST_F(CellsCommand, IsGivenUpWithoutAChange)
     ASSERT_EQ(document.Read(FileType::Rcp, reporter, progress), CRecipeDocument::Reading::Done);
     const auto edition = document.CellsEdition();
     COfferedEdits offered(
-        document.Rows(), document.Type(),
+        document.Rows(), document.Stored(), document.Type(),
         std::make_shared<CFillWithText>(CChosenCells({{0, 3999, 0, 3}}), u"1", CFillWithText::As::Typed));
     EXPECT_EQ(offered.WorkOut(impatient), Outcome::GivenUp);
     EXPECT_EQ(document.CellsEdition(), edition);

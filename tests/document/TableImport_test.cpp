@@ -30,7 +30,7 @@ struct TableImport : testing::Test {
     /// "row,column=new" of each change.
     std::string Given(const CTableImport& import)
     {
-        COfferedEdits offered(rows, FileType::Rcp, import.Command());
+        COfferedEdits offered(rows, stored, FileType::Rcp, import.Command());
         EXPECT_EQ(offered.WorkOut(progress), Outcome::Done);
         std::string all;
         for (std::size_t i = 0; i < offered.Count(); ++i) {
@@ -43,6 +43,7 @@ struct TableImport : testing::Test {
     }
 
     CRecipeRows rows;
+    CStoredCells stored;
     CNoProgress progress;
 };
 
