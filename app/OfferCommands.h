@@ -20,8 +20,8 @@ class QWidget;
 /// the strip, or does it at once. Either way all that is not refused becomes one edit, and how many cells were refused
 /// is told in one message.
 ///
-/// An offer is for the table and its file as they are: when a cell becomes another, other rows are shown, or the file is
-/// saved, it is withdrawn, and the strip says so.
+/// An offer is for the table and its file as they are: when a cell becomes another, other rows are shown, or the file
+/// is saved, it is withdrawn, and the strip says so.
 class COfferCommands final : public QObject {
     Q_OBJECT
 
