@@ -19,7 +19,7 @@ namespace {
 /// Of words that stand for no number, as those of a string.
 std::u16string TextOfWords(const ColumnCoding& coding, RecipeKind kind, std::span<const std::byte> words)
 {
-    const std::u16string number = StoredNumberText(coding, words);
+    std::u16string number = StoredNumberText(coding, words);
     if (!number.empty())
         return number;
     std::size_t pos = 0;
@@ -41,7 +41,7 @@ CellVerdict CCellJudge::OfText(CellPlace place, std::u16string_view text) const
     return {KindOf(isSame), CCellState::OfText(std::u16string(text)), std::u16string(text), {}};
 }
 
-CellVerdict CCellJudge::OfWords(CellPlace place, std::u16string words, std::u16string text) const
+CellVerdict CCellJudge::OfWords(CellPlace place, const std::u16string& words, std::u16string text) const
 {
     return {KindOf(HasWords(place, words)), CCellState::OfWords(words), std::move(text), {}};
 }

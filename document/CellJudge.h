@@ -70,7 +70,7 @@ public:
 private:
     CellVerdict Changed(CellPlace place, const CDecimal& number, const NumberChange& change) const;
     CellVerdict OfText(CellPlace place, std::u16string_view text) const;
-    CellVerdict OfWords(CellPlace place, std::u16string words, std::u16string text) const;
+    CellVerdict OfWords(CellPlace place, const std::u16string& words, std::u16string text) const;
     std::optional<CDecimal> NumberIn(CellPlace place) const;
     bool IsStoredKnown() const { return m_stored.IsKnown() && m_stored.Type() == m_type; }
     bool IsStored(CellPlace place) const { return IsStoredKnown() && !m_rows.IsEdited(place.row, place.column); }

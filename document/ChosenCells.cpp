@@ -41,6 +41,7 @@ CChosenCells::CChosenCells(const std::vector<CellRange>& ranges)
         if (next < sorted.size())
             last = std::min(last, sorted[next].firstRow - 1);
         std::vector<Span> spans;
+        spans.reserve(open.size());
         for (const CellRange& range : open)
             spans.push_back({range.firstColumn, range.lastColumn});
         AddBand(row, last, Merged(std::move(spans)));

@@ -128,7 +128,7 @@ std::optional<GoToTarget> RowAndTitleTarget(std::u16string_view text, std::u16st
     const std::size_t digits = CountOfDigits(lower);
     if (digits == 0 || digits == lower.size() || kBlanks.find(lower[digits]) == kBlanks.npos)
         return std::nullopt;
-    const GoToTarget row = RowTarget(lower.substr(0, digits), rows, from.column);
+    GoToTarget row = RowTarget(lower.substr(0, digits), rows, from.column);
     if (row.kind != GoToTarget::Kind::Cell)
         return row;
     const std::u16string_view title = Trimmed(lower.substr(digits));
@@ -161,7 +161,7 @@ GoToTarget FindTarget(std::u16string_view text, const CRecipeRows& rows, RowAddr
     from.row = std::clamp(from.row, 0, rows.RowCount() - 1);
     const std::u16string lower = LowerCase(text);
     const auto title = TitleTarget(lower, rows, from);
-    const auto orTitle = [&](GoToTarget target) {
+    const auto orTitle = [&title](const GoToTarget& target) {
         return target.kind != GoToTarget::Kind::Cell && title ? *title : target;
     };
     if (CountOfDigits(lower) == lower.size())
@@ -170,10 +170,8 @@ GoToTarget FindTarget(std::u16string_view text, const CRecipeRows& rows, RowAddr
         return orTitle(WordTarget(*digits, rows, addresses));
     if (title)
         return *title;
-    if (const auto target = RowAndTitleTarget(text, lower, rows, from);
-        target && target->kind == GoToTarget::Kind::Cell)
-        return *target;
-    else if (target && ColumnsTitled(rows, lower, true).empty())
+    const auto target = RowAndTitleTarget(text, lower, rows, from);
+    if (target && (target->kind == GoToTarget::Kind::Cell || ColumnsTitled(rows, lower, true).empty()))
         return *target;
     return BeginningTarget(text, lower, rows, from);
 }

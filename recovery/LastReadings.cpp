@@ -187,7 +187,7 @@ auto EntryFor(const std::u16string& key)
 
 } // namespace
 
-CLastReadings::CLastReadings(fs::path dataFolder)
+CLastReadings::CLastReadings(const fs::path& dataFolder)
     : m_file(dataFolder.empty() ? fs::path() : dataFolder / "readings.json")
 {
 }

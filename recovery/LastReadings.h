@@ -24,7 +24,7 @@ struct LastReading {
 class CLastReadings {
 public:
     /// Without a data folder nothing is remembered.
-    explicit CLastReadings(std::filesystem::path dataFolder);
+    explicit CLastReadings(const std::filesystem::path& dataFolder);
 
     std::optional<LastReading> Find(const std::filesystem::path& recipe) const;
 
