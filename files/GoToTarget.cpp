@@ -132,7 +132,7 @@ std::optional<GoToTarget> RowAndTitleTarget(std::u16string_view text, std::u16st
     if (row.kind != GoToTarget::Kind::Cell)
         return row;
     const std::u16string_view title = Trimmed(lower.substr(digits));
-    if (const auto target = TitleTarget(title, rows, row.place))
+    if (auto target = TitleTarget(title, rows, row.place))
         return target;
     return BeginningTarget(Trimmed(text.substr(digits)), title, rows, row.place);
 }
