@@ -36,8 +36,9 @@ CellVerdict::Kind KindOf(bool isSame)
 CellVerdict CCellJudge::OfText(CellPlace place, std::u16string_view text) const
 {
     bool isSame = m_rows.Text(place.row, place.column) == text;
-    if (isSame && TakesWords() && !m_rows.State(place).IsText() && CodingOf(place).dataType != DataType::String)
-        isSame = WordsIn(place) == WordsOfText(place, text); // what is shown need not be the number that is stored
+    if (isSame && TakesWords() && !m_rows.State(place).IsText()) // what is shown need not be what is stored
+        isSame = !IsOtherInFile(place) &&
+                 (CodingOf(place).dataType == DataType::String || WordsIn(place) == WordsOfText(place, text));
     return {KindOf(isSame), CCellState::OfText(std::u16string(text)), std::u16string(text), {}};
 }
 
@@ -135,7 +136,22 @@ std::u16string CCellJudge::WordsOfText(CellPlace place, std::u16string_view text
 bool CCellJudge::HasWords(CellPlace place, std::u16string_view words) const
 {
     return WordsIn(place) == words &&
-           (m_rows.State(place).IsExact() || WordsOfText(place, m_rows.Text(place.row, place.column)) == words);
+           (m_rows.State(place).IsExact() ||
+            (WordsOfText(place, m_rows.Text(place.row, place.column)) == words && !IsOtherInFile(place)));
+}
+
+/// Whether what is shown, and not edited, is neither what the file's words show nor what they were made of: another
+/// program wrote them, and the user has not taken them over.
+bool CCellJudge::IsOtherInFile(CellPlace place) const
+{
+    if (!IsStoredKnown() || m_rows.IsEdited(place.row, place.column))
+        return false;
+    std::vector<std::byte> stored(BytesOfCell(m_rows, place));
+    const std::size_t within = m_stored.LoadWords(place, stored);
+    const std::u16string shown = m_rows.Text(place.row, place.column);
+    std::size_t pos = 0;
+    const auto read = std::span<const std::byte>(stored).first(IsPaged(m_type) ? stored.size() : within);
+    return FormatValue(CodingOf(place), read, pos, Kind()) != shown && WordsOfText(place, shown) != WordsOf(stored);
 }
 
 CCellState CCellJudge::ContentOf(CellPlace place) const

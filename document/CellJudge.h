@@ -52,7 +52,8 @@ public:
     CellVerdict Number(CellPlace place, const CDecimal& number) const { return Changed(place, number, {}); }
 
     /// The cell's number, changed: that of a text or words that it was given and that are not saved yet, else the one
-    /// that the file holds. The result is stored exactly; in a table of texts it is one with the item's decimals.
+    /// that the file holds, or that is shown instead of what another program wrote there. The result is stored exactly;
+    /// in a table of texts it is one with the item's decimals.
     CellVerdict Changed(CellPlace place, const NumberChange& change) const;
 
     /// What one cell has, for others of its column: its text where it was given one that is not saved yet, or words are
@@ -60,8 +61,8 @@ public:
     CCellState ContentOf(CellPlace place) const;
     CellVerdict Copied(CellPlace place, const CCellState& content) const;
 
-    /// The words that a cell stands for, as many as it takes: the file's, zeros past its end, or, of an edited cell,
-    /// those that a save stores.
+    /// The words that a cell stands for, as many as it takes: the file's, zeros past its end, or, of an edited cell and
+    /// one that shows something else than another program wrote there, those that a save stores.
     std::u16string WordsIn(CellPlace place) const;
 
     /// Whether cells may be given the very words.
@@ -73,7 +74,11 @@ private:
     CellVerdict OfWords(CellPlace place, const std::u16string& words, std::u16string text) const;
     std::optional<CDecimal> NumberIn(CellPlace place) const;
     bool IsStoredKnown() const { return m_stored.IsKnown() && m_stored.Type() == m_type; }
-    bool IsStored(CellPlace place) const { return IsStoredKnown() && !m_rows.IsEdited(place.row, place.column); }
+    bool IsStored(CellPlace place) const
+    {
+        return IsStoredKnown() && !m_rows.IsEdited(place.row, place.column) && !IsOtherInFile(place);
+    }
+    bool IsOtherInFile(CellPlace place) const;
     std::u16string WordsOfText(CellPlace place, std::u16string_view text) const;
     bool HasWords(CellPlace place, std::u16string_view words) const;
     const ColumnCoding& CodingOf(CellPlace place) const { return m_rows.Columns()[place.column]; }

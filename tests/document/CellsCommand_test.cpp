@@ -165,6 +165,29 @@ TEST_F(CellsCommand, TakesTheNumberThatASaveMadeOfATypedOne)
     EXPECT_EQ(Listed(CFillWithText(Column(0), u"1.15", CFillWithText::As::Entered)).at(0), "1.15>1.15");
 }
 
+TEST_F(CellsCommand, WorksOnWhatIsShownWhereAnotherProgramWroteAndMineIsKept)
+{
+    WriteAll(path, WordBytes({900, 0, 0x4020, 0x00FF, 0x4241, 0x4443, 76, 0, 0x4020, 0x0010, 0x4645, 0x4847, 200, 0,
+                              0x3FC0, 0x0001, 0x4A49, 0x4C4B}));
+    const FileLook look = document.Look();
+    ASSERT_TRUE(look.changes);
+    document.KeepShown(*look.changes);
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"+0.10"))), (Lines{"1.50>1.60", "0.75>0.85", "2.00>2.10"}));
+    for (const auto as : {CFillWithText::As::Entered, CFillWithText::As::Typed}) // the file holds 0.76
+        EXPECT_EQ(Listed(CFillWithText(Column(0), u"0.75", as)), (Lines{"1.50>0.75", "0.75>0.75", "2.00>0.75"}));
+    Do(CFillDown({{0, {{1, 2, 0, 0}}}}, CCellJudge(document.Rows(), document.Stored(), document.Type())));
+    EXPECT_EQ(document.Rows().State({2, 0}).Words(), std::u16string(1, char16_t{150}));
+}
+
+TEST_F(CellsCommand, WorksOnWhatIsShownWhereASaveLeftWhatAnotherProgramWrote)
+{
+    ASSERT_EQ(document.SetTexts(EditKind::Typing, {{{2, 0}, u"3.00"}}), EditOutcome::Made);
+    WriteAll(path, WordBytes({105, 0, 0x4020, 0x00FF, 0x4241, 0x4443, 900, 0, 0x4020, 0x0010, 0x4645, 0x4847, 200, 0,
+                              0x3FC0, 0x0001, 0x4A49, 0x4C4B}));
+    ASSERT_TRUE(document.WriteEdited(reporter, progress).isSaved);
+    EXPECT_EQ(Listed(CCalculate(Column(0), Change(u"+1"))), (Lines{"1.50>2.05", "0.75>1.75", "3.00>4.00"}));
+}
+
 TEST_F(CellsCommand, GivesANumberToACellThatShowsItButHasAnotherOne)
 {
     Do(CCalculate(CChosenCells({{0, 0, 0, 0}}), Change(u"+0.10")));
