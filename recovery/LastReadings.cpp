@@ -146,13 +146,24 @@ std::string JsonOf(const std::vector<Entry>& entries)
     return json + "\n]}\n";
 }
 
-/// A new file is the user's alone; one that takes an old one's place is what that was.
-bool Replace(const fs::path& path, const std::string& text)
+bool WriteAnew(const fs::path& path, const std::string& text)
 {
-    if (IsMissing(path) && !CFile(path, CFile::Mode::CreatePrivate).Close())
-        return false;
     CReplacement file(path);
     return file.IsOpen() && file.Append(std::as_bytes(std::span(text))) && file.Finish();
+}
+
+/// A new file is the user's alone, and goes when it cannot be filled: an empty one counts as damaged. One that takes an
+/// old one's place is what that was.
+bool Replace(const fs::path& path, const std::string& text)
+{
+    const bool isNew = IsMissing(path);
+    if (isNew && !CFile(path, CFile::Mode::CreatePrivate).Close())
+        return false;
+    const bool isWritten = WriteAnew(path, text);
+    std::error_code ignored;
+    if (isNew && !isWritten)
+        fs::remove(path, ignored);
+    return isWritten;
 }
 
 bool SetAside(const fs::path& path)

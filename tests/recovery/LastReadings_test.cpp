@@ -1,5 +1,6 @@
 #include "disk/File.h"
 #include "recovery/LastReadings.h"
+#include "tests/files/FileSizeLimit.h"
 #include "tests/support/TestFiles.h"
 
 #include <gtest/gtest.h>
@@ -118,6 +119,30 @@ TEST_F(LastReadings, ThatAreDamagedTellNothingAndAreKeptAside)
         const Bytes aside = ReadAll(folder / "vantor" / "readings.json.damaged");
         EXPECT_EQ(aside.size(), damage.size());
     }
+}
+
+TEST_F(LastReadings, ThatAreDamagedStayAsideWhenTheDiskIsFull)
+{
+    const std::string damage = "{\"vantor\":\"readings\",\"version\":1,\"files\":[7]}";
+    Write(damage);
+    {
+        const CFileSizeLimit limit(10);
+        EXPECT_FALSE(readings.Remember(Recipe(1), oven));
+    }
+    EXPECT_FALSE(fs::exists(File())) << "nothing that counts as damaged the next time";
+    EXPECT_TRUE(readings.Remember(Recipe(1), oven));
+    EXPECT_EQ(ReadAll(folder / "vantor" / "readings.json.damaged").size(), damage.size());
+}
+
+TEST_F(LastReadings, StayWhenTheDiskIsFull)
+{
+    ASSERT_TRUE(readings.Remember(Recipe(1), oven));
+    {
+        const CFileSizeLimit limit(10);
+        EXPECT_FALSE(readings.Remember(Recipe(2), mixer));
+    }
+    EXPECT_EQ(readings.Find(Recipe(1)), oven);
+    EXPECT_EQ(readings.Find(Recipe(2)), std::nullopt);
 }
 
 TEST_F(LastReadings, OfALaterVersionOrSwitchedOffAreLeftAlone)
