@@ -85,7 +85,7 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
     void Anything()
     {
         CRecipeDocument& d = recipe->document;
-        switch (recipe->Below(9)) {
+        switch (recipe->Below(10)) {
         case 0:
         case 1:
         case 2:
@@ -101,6 +101,9 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
             return;
         case 7:
             return OtherWrites();
+        case 8:
+            EXPECT_EQ(d.Read(d.Type(), recipe->reporter, recipe->progress), CRecipeDocument::Reading::Done);
+            return;
         default:
             return SaveOtherwise();
         }
