@@ -422,7 +422,7 @@ def changing_many(desk):
         desk.whole("calculate-preview.png")
         app.find("push button", "Discard").click()
         (DESK / "sheet.txt").write_text("Zone °C(1);Zone °C(2);Belt m/min\n1.234;235,5;0,85\n1.240;240,0;0,90\n")
-        choose_command(app, "File(F)", "Import table…")
+        choose_command(app, "Edit(E)", "Import table…")
         choose_file(app, DESK / "sheet.txt", left=2)
         wait_for(lambda: app.window(2).name == "Import table" and app.window(2).find_all("table", "Columns of the text"),
                  "the dialog of the table")
