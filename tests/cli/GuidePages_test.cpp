@@ -5,27 +5,31 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A copy of the samples, in which the commands of a page run one after the other, as a reader would type them.
+/// A copy of the samples, in which the commands of a page run one after the other, as a reader would type them. The
+/// program is a copy with the sample's formats beside it, whatever lies beside the built one.
 struct GuidePages : testing::TestWithParam<const char*> {
     GuidePages()
     {
         for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", ".vantor.json"})
             fs::copy_file(source / "examples" / file, folder / file);
         MakeOld(folder.Path());
+        fs::copy_file(VANTOR_CLI_PROGRAM, programs / "vantor-cli");
+        fs::copy_file(source / "examples" / "RecipeFile.Dat", programs / "RecipeFile.Dat");
     }
 
     ProcessResult RunHere(const std::string& command) const
     {
-        return RunScript("cd \"$1\"; unset $(git rev-parse --local-env-vars); PATH=${cli%/*}:$PATH; export LC_ALL=C "
+        return RunScript("cd \"$1\"; unset $(git rev-parse --local-env-vars); PATH=$4:$PATH; export LC_ALL=C "
                          "HOME=$2 XDG_DATA_HOME=$2 GIT_CONFIG_NOSYSTEM=1 "
                          "GIT_AUTHOR_NAME=A GIT_AUTHOR_EMAIL=a@b GIT_COMMITTER_NAME=A GIT_COMMITTER_EMAIL=a@b; "
                          "eval \"$3\" 2>&1",
-                         {folder.Path().string(), home.Path().string(), command});
+                         {folder.Path().string(), home.Path().string(), command, programs.Path().string()});
     }
 
     const fs::path source = VANTOR_SOURCE_DIR;
     CTempFolder folder;
     CTempFolder home;
+    CTempFolder programs;
 };
 
 TEST_P(GuidePages, PrintWhatTheySay)
