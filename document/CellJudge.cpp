@@ -100,23 +100,22 @@ std::optional<CDecimal> CCellJudge::NumberIn(CellPlace place) const
 {
     const CCellState& state = m_rows.State(place);
     const bool isShown = state.IsText() || (state.IsUntouched() && m_rows.SourceId() == nullptr);
-    if (!TakesWords() || (isShown && !IsStored(place)))
+    const bool isStored = TakesWords() && IsStored(place);
+    if (!TakesWords() || (isShown && !isStored))
         return NumberOfText(CodingOf(place), m_rows.Text(place.row, place.column));
-    const std::u16string words = WordsIn(place);
-    std::vector<std::byte> bytes(sizeof(char16_t) * words.size());
-    StoreEach(bytes, words);
-    if (IsStored(place) && !IsPaged(m_type))
+    std::vector<std::byte> bytes = BytesOfWords(WordsIn(place, isStored));
+    if (isStored && !IsPaged(m_type))
         bytes.resize(m_stored.LoadWords(place, bytes)); // none where the file ends
     return StoredNumber(CodingOf(place), bytes);
 }
 
-std::u16string CCellJudge::WordsIn(CellPlace place) const
+std::u16string CCellJudge::WordsIn(CellPlace place, bool isStored) const
 {
     const CCellState& state = m_rows.State(place);
     if (state.IsExact())
         return std::u16string(state.Words());
     if (state.IsText() || IsStoredKnown()) {
-        if (!IsStored(place))
+        if (!isStored)
             return WordsOfText(place, m_rows.Text(place.row, place.column));
         std::vector<std::byte> stored(BytesOfCell(m_rows, place));
         m_stored.LoadWords(place, stored);
@@ -167,8 +166,7 @@ CellVerdict CCellJudge::Copied(CellPlace place, const CCellState& content) const
     if (content.IsText())
         return Typed(place, content.Text());
     const ColumnCoding& coding = CodingOf(place);
-    std::vector<std::byte> bytes(2 * content.Words().size());
-    StoreEach(bytes, content.Words());
+    const std::vector<std::byte> bytes = BytesOfWords(content.Words());
     if (const auto value = ValueOutsideLimits(coding, bytes, 0))
         return CellVerdict::Refused(FillMessage(u"%s lies outside %s", {*value, LimitsText(coding)}));
     return OfWords(place, std::u16string(content.Words()), TextOfWords(coding, Kind(), bytes));

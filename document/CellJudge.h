@@ -63,7 +63,7 @@ public:
 
     /// The words that a cell stands for, as many as it takes: the file's, zeros past its end, or, of an edited cell and
     /// one that shows something else than another program wrote there, those that a save stores.
-    std::u16string WordsIn(CellPlace place) const;
+    std::u16string WordsIn(CellPlace place) const { return WordsIn(place, IsStored(place)); }
 
     /// Whether cells may be given the very words.
     bool TakesWords() const { return m_type != FileType::Csv && m_rows.IsOfWords(); }
@@ -73,6 +73,7 @@ private:
     CellVerdict OfText(CellPlace place, std::u16string_view text) const;
     CellVerdict OfWords(CellPlace place, const std::u16string& words, std::u16string text) const;
     std::optional<CDecimal> NumberIn(CellPlace place) const;
+    std::u16string WordsIn(CellPlace place, bool isStored) const;
     bool IsStoredKnown() const { return m_stored.IsKnown() && m_stored.Type() == m_type; }
     bool IsStored(CellPlace place) const
     {

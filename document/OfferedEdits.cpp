@@ -4,19 +4,11 @@
 #include "model/LittleEndian.h"
 
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
 namespace {
 
 constexpr std::uint64_t kCellsAtOnce = 4096; // between two looks at the progress
-
-WordRun BytesOf(std::u16string_view words)
-{
-    WordRun bytes(sizeof(char16_t) * words.size());
-    StoreEach(bytes, words);
-    return bytes;
-}
 
 } // namespace
 
@@ -85,8 +77,8 @@ ChangeRecord COfferedEdits::At(std::size_t index) const
     else
         record.newText = std::move(verdict.text);
     if (verdict.state.IsExact()) {
-        record.oldWords = BytesOf(m_judge.WordsIn(place));
-        record.newWords = BytesOf(verdict.state.Words());
+        record.oldWords = BytesOfWords(m_judge.WordsIn(place));
+        record.newWords = BytesOfWords(verdict.state.Words());
     }
     return record;
 }

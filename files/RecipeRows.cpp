@@ -10,18 +10,6 @@
 #include <new>
 #include <utility>
 
-namespace {
-
-/// The bytes of words as they lie in a file.
-std::vector<std::byte> BytesOf(std::u16string_view words)
-{
-    std::vector<std::byte> bytes(words.size() * sizeof(char16_t));
-    StoreEach(bytes, words);
-    return bytes;
-}
-
-} // namespace
-
 void CRecipeRows::LayOut(std::vector<ColumnCoding> columns, std::int32_t startAddress, std::int32_t rowCount)
 {
     m_columns = std::move(columns);
@@ -299,7 +287,7 @@ std::optional<std::u16string> CRecipeRows::OutsideLimits(std::int32_t row, std::
     if (state.IsText())
         return ValueOutsideLimits(coding, state.Text());
     if (state.IsExact())
-        return ValueOutsideLimits(coding, BytesOf(state.Words()), 0);
+        return ValueOutsideLimits(coding, BytesOfWords(state.Words()), 0);
     switch (m_source) {
     case Source::Nothing:
         break;
@@ -433,7 +421,7 @@ void CRecipeRows::AppendState(const CCellState& state, std::int32_t row, std::si
         text += state.Text();
     } else if (state.IsExact()) {
         std::size_t pos = 0;
-        AppendValue(m_columns[column], BytesOf(state.Words()), pos, m_kind, text);
+        AppendValue(m_columns[column], BytesOfWords(state.Words()), pos, m_kind, text);
     } else {
         AppendUntouched(row, column, text);
     }

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <span>
+#include <string_view>
+#include <vector>
 
 // Values as all recipe files and libraries hold them: their low byte first, whatever the processor does.
 
@@ -42,4 +44,12 @@ void StoreEach(std::span<std::byte> bytes, const Values& values)
         StoreLittleEndian(bytes.first(sizeof value), value);
         bytes = bytes.subspan(sizeof value);
     }
+}
+
+/// Words, one a unit, as they lie in a file.
+inline std::vector<std::byte> BytesOfWords(std::u16string_view words)
+{
+    std::vector<std::byte> bytes(sizeof(char16_t) * words.size());
+    StoreEach(bytes, words);
+    return bytes;
 }

@@ -54,9 +54,7 @@ bool IsWithinLimits(const ColumnCoding& coding, const CDecimal& number)
 /// The float that is nearest to a number within the limits may lie outside.
 bool AreWordsWithinLimits(const ColumnCoding& coding, std::u16string_view words)
 {
-    std::vector<std::byte> bytes(2 * words.size());
-    StoreEach(bytes, words);
-    return !IsReal(coding.dataType) || !ValueOutsideLimits(coding, bytes, 0);
+    return !IsReal(coding.dataType) || !ValueOutsideLimits(coding, BytesOfWords(words), 0);
 }
 
 } // namespace

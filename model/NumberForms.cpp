@@ -44,14 +44,6 @@ ColumnCoding CodingOf(const Type& type, std::int32_t decimals)
     return coding;
 }
 
-std::vector<std::byte> BytesOf(std::u16string_view words)
-{
-    std::vector<std::byte> bytes(2 * words.size());
-    for (std::size_t i = 0; i < words.size(); ++i)
-        StoreLittleEndian(std::span(bytes).subspan(2 * i, 2), static_cast<std::uint16_t>(words[i]));
-    return bytes;
-}
-
 std::u16string NameOf(const Type& type, std::int32_t decimals)
 {
     if (decimals == 0)
@@ -63,11 +55,11 @@ std::u16string NameOf(const Type& type, std::int32_t decimals)
 void AppendOrders(const Type& type, std::int32_t decimals, std::u16string words, std::vector<NumberForm>& forms)
 {
     const std::u16string name = NameOf(type, decimals);
-    forms.push_back({name, BytesOf(words), type.type, decimals, false});
+    forms.push_back({name, BytesOfWords(words), type.type, decimals, false});
     const std::u16string lowFirst = words;
     std::reverse(words.begin(), words.end());
     if (words != lowFirst)
-        forms.push_back({name + u", high word first", BytesOf(words), type.type, decimals, true});
+        forms.push_back({name + u", high word first", BytesOfWords(words), type.type, decimals, true});
 }
 
 void AppendForms(const Type& type, std::int32_t decimals, const CDecimal& number, std::vector<NumberForm>& forms)

@@ -2,6 +2,7 @@
 
 #include "document/OfferedEdits.h"
 #include "files/RecipeFile.h"
+#include "model/LittleEndian.h"
 #include "model/StoredNumber.h"
 #include "model/TypedValue.h"
 #include "tests/document/RandomRecipe.h"
@@ -27,17 +28,7 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
     RecipeKind Kind() const { return IsPaged(recipe->document.Type()) ? RecipeKind::Paged : RecipeKind::Flat; }
     const ColumnCoding& Coding(CellPlace p) const { return Rows().Columns()[p.column]; }
 
-    Bytes Content() const
-    {
-        const auto& path = recipe->document.Path();
-        const FileType type = recipe->document.Type();
-        if (!IsPaged(type))
-            return ReadAll(path);
-        Bytes bytes(LogicalBytes(type, path).value());
-        CPagedReader file;
-        EXPECT_TRUE(file.Open(path, KindOf(type)) && file.Read(WordAddress(0), bytes));
-        return bytes;
-    }
+    Bytes Content() const { return ContentOf(recipe->document.Type(), recipe->document.Path()); }
 
     Bytes WordsAt(const Bytes& content, CellPlace p, bool isCut = false) const
     {
@@ -47,16 +38,6 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         for (std::size_t i = 0; i < size && (!isCut || begin + i < content.size()); ++i)
             words.push_back(begin + i < content.size() ? content[begin + i] : std::byte{0});
         return words;
-    }
-
-    static Bytes BytesOf(std::u16string_view words)
-    {
-        Bytes bytes;
-        for (const char16_t w : words) {
-            bytes.push_back(static_cast<std::byte>(w));
-            bytes.push_back(static_cast<std::byte>(w >> 8));
-        }
-        return bytes;
     }
 
     CChosenCells RandomCells()
@@ -172,11 +153,11 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         if (!mine.contains(p) || Rows().IsEdited(p.row, p.column))
             return false;
         if (Rows().State(p).IsExact())
-            return BytesOf(Rows().State(p).Words()) != WordsAt(content, p);
+            return BytesOfWords(Rows().State(p).Words()) != WordsAt(content, p);
         const std::u16string shown = Rows().Text(p.row, p.column);
         std::size_t pos = 0;
         return FormatValue(Coding(p), WordsAt(content, p, Kind() == RecipeKind::Flat), pos, Kind()) != shown &&
-               BytesOf(JudgeTyped(Coding(p), Kind(), shown).words) != WordsAt(content, p);
+               BytesOfWords(JudgeTyped(Coding(p), Kind(), shown).words) != WordsAt(content, p);
     }
 
     /// The number that the cell has, by the file alone where it is not edited.
@@ -186,13 +167,21 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         if (!Rows().IsEdited(p.row, p.column) && !IsMine(content, p))
             return StoredNumber(Coding(p), WordsAt(content, p, Kind() == RecipeKind::Flat));
         if (state.IsExact())
-            return StoredNumber(Coding(p), BytesOf(state.Words()));
+            return StoredNumber(Coding(p), BytesOfWords(state.Words()));
         if (state.IsText())
             return NumberOfText(Coding(p), state.Text());
         return StoredNumber(
             Coding(p),
-            BytesOf(
+            BytesOfWords(
                 JudgeTyped(Coding(p), Kind(), Rows().Text(p.row, p.column)).words)); // as a save stores what it shows
+    }
+
+    static std::map<CellPlace, ChangeRecord> RecordsOf(const COfferedEdits& offered)
+    {
+        std::map<CellPlace, ChangeRecord> records;
+        for (std::size_t i = 0; i < offered.Count(); ++i)
+            records[*offered.PlaceOf(i)] = offered.At(i);
+        return records;
     }
 
     void Command()
@@ -204,9 +193,7 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         const auto command = RandomCommand();
         COfferedEdits offered(d.Rows(), d.Stored(), d.Type(), command);
         ASSERT_EQ(offered.WorkOut(recipe->progress), Outcome::Done);
-        std::map<CellPlace, ChangeRecord> records;
-        for (std::size_t i = 0; i < offered.Count(); ++i)
-            records[*offered.PlaceOf(i)] = offered.At(i);
+        const auto records = RecordsOf(offered);
         std::map<CellPlace, CDecimal> wanted;
         command->Cells().ForEach([&](CellPlace p) {
             if (!change)
@@ -254,16 +241,16 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         }
 
         if (record != records.end() && record->second.newWords.empty()) {
-            EXPECT_EQ(BytesOf(JudgeTyped(Coding(p), Kind(), *record->second.newText).words), words) << at;
+            EXPECT_EQ(BytesOfWords(JudgeTyped(Coding(p), Kind(), *record->second.newText).words), words) << at;
         }
 
         if (wanted.contains(p)) {
-            EXPECT_EQ(BytesOf(Changed(Coding(p), wanted[p], {}).words), words) << at;
+            EXPECT_EQ(BytesOfWords(Changed(Coding(p), wanted[p], {}).words), words) << at;
         }
 
         if (entered && !entered->empty() && Coding(p).dataType != DataType::String) {
             EXPECT_EQ(
-                StoredNumber(Coding(p), BytesOf(Changed(Coding(p), *NumberOfText(Coding(p), *entered), {}).words)),
+                StoredNumber(Coding(p), BytesOfWords(Changed(Coding(p), *NumberOfText(Coding(p), *entered), {}).words)),
                 number)
                 << at;
         }
@@ -284,9 +271,7 @@ struct CommandsModel : testing::TestWithParam<CommandCase> {
         const auto command = RandomCommand();
         COfferedEdits offered(d.Rows(), d.Stored(), d.Type(), command);
         ASSERT_EQ(offered.WorkOut(recipe->progress), Outcome::Done);
-        std::map<CellPlace, ChangeRecord> records;
-        for (std::size_t i = 0; i < offered.Count(); ++i)
-            records[*offered.PlaceOf(i)] = offered.At(i);
+        const auto records = RecordsOf(offered);
         std::vector<CellEdit> edits;
         ASSERT_EQ(offered.TakeEdits(recipe->progress, edits), Outcome::Done);
         for (const auto& e : edits)

@@ -28,16 +28,6 @@ Bytes Part(const Bytes& bytes, std::uint64_t begin, std::uint64_t end, bool isPa
     return part;
 }
 
-Bytes ContentOf(FileType type, const fs::path& path)
-{
-    if (!IsPaged(type))
-        return ReadAll(path);
-    Bytes bytes(LogicalBytes(type, path).value());
-    CPagedReader file;
-    EXPECT_TRUE(file.Open(path, KindOf(type)) && file.Read(WordAddress(0), bytes));
-    return bytes;
-}
-
 class CompareOf : public testing::TestWithParam<FileType> {
 protected:
     /// A file of type ".erp" has a mebibyte to look at.

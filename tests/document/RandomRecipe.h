@@ -17,6 +17,17 @@
 #include <string>
 #include <vector>
 
+/// The bytes of the file at `path`; of a paged one, of its logical content.
+inline Bytes ContentOf(FileType type, const std::filesystem::path& path)
+{
+    if (!IsPaged(type))
+        return ReadAll(path);
+    Bytes bytes(LogicalBytes(type, path).value());
+    CPagedReader file;
+    EXPECT_TRUE(file.Open(path, KindOf(type)) && file.Read(WordAddress(0), bytes));
+    return bytes;
+}
+
 /// A file of one type with random content, open in a document by a random format, and random edits of it.
 class CRandomRecipe {
 public:
@@ -34,16 +45,7 @@ public:
     const std::filesystem::path& Path() const { return m_path; }
     std::int32_t Start() const { return m_start; }
 
-    /// The bytes of the file; of a paged one, of its logical content.
-    Bytes Content() const
-    {
-        if (!IsPaged(m_type))
-            return ReadAll(m_path);
-        Bytes bytes(LogicalBytes(m_type, m_path).value());
-        CPagedReader file;
-        EXPECT_TRUE(file.Open(m_path, KindOf(m_type)) && file.Read(WordAddress(0), bytes));
-        return bytes;
-    }
+    Bytes Content() const { return ContentOf(m_type, m_path); }
 
     CellPlace RandomPlace()
     {

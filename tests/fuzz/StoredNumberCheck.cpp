@@ -11,13 +11,6 @@
 
 namespace {
 
-std::vector<std::byte> BytesOfWords(std::u16string_view words)
-{
-    std::vector<std::byte> bytes(2 * words.size());
-    StoreEach(bytes, words);
-    return bytes;
-}
-
 void CheckChange(const ColumnCoding& column, const CDecimal& stored)
 {
     const ChangedNumber changed = Changed(column, stored, {NumberChange::Kind::Multiply, CDecimal(3)});

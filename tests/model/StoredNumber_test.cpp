@@ -22,13 +22,6 @@ ColumnCoding Coding(DataType type, std::int32_t words, std::int32_t decimals = 0
     return {.dataType = type, .dataLength = words, .codeType = codeType, .integerDigits = 4, .decimalDigits = decimals};
 }
 
-Bytes BytesOf(std::u16string_view words)
-{
-    Bytes bytes(2 * words.size());
-    StoreEach(bytes, words);
-    return bytes;
-}
-
 struct NumberCase {
     const char* name;
     DataType type;
@@ -186,7 +179,7 @@ TEST(StoredNumber, AnyIntegerWordsComeBack)
                 word = static_cast<char16_t>(random());
             const ColumnCoding coding =
                 Coding(type, static_cast<std::int32_t>(words.size()), static_cast<std::int32_t>(random() % 11));
-            const auto number = StoredNumber(coding, BytesOf(words));
+            const auto number = StoredNumber(coding, BytesOfWords(words));
             ASSERT_TRUE(number);
             ASSERT_EQ(WordsOfNumber(coding, *number), words);
         }
@@ -202,8 +195,8 @@ TEST(StoredNumber, AnyRealWordsComeBack)
             for (char16_t& word : words)
                 word = static_cast<char16_t>(random());
             const ColumnCoding coding = Coding(type, static_cast<std::int32_t>(words.size()), 2);
-            const auto number = StoredNumber(coding, BytesOf(words));
-            ASSERT_EQ(number.has_value(), KindOfNumber(coding, BytesOf(words)) == NumberKind::Finite);
+            const auto number = StoredNumber(coding, BytesOfWords(words));
+            ASSERT_EQ(number.has_value(), KindOfNumber(coding, BytesOfWords(words)) == NumberKind::Finite);
             if (number) {
                 ASSERT_EQ(WordsOfNumber(coding, *number), words);
             }
@@ -218,7 +211,7 @@ TEST(StoredNumber, WithoutDecimalsIsTheOneShownWithinItsLimits)
     coding.minValue = -32768;
     coding.maxValue = 32767;
     for (std::uint32_t word = 0; word <= 0xFFFF; ++word) {
-        const Bytes bytes = BytesOf(std::u16string(1, static_cast<char16_t>(word)));
+        const Bytes bytes = BytesOfWords(std::u16string(1, static_cast<char16_t>(word)));
         std::size_t pos = 0;
         ASSERT_EQ(StoredNumberText(coding, bytes), FormatValue(coding, bytes, pos));
     }
