@@ -7,6 +7,8 @@
 #include "library/LibraryFile.h"
 #include "library/LibraryFromJson.h"
 #include "library/LibraryLock.h"
+#include "library/LibraryNotes.h"
+#include "library/StandingLibrary.h"
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
@@ -32,7 +34,11 @@ std::optional<std::string> ReadJson(const fs::path& path, CReporter& reporter)
 bool Replace(const fs::path& path, const FormatLibrary& library, const BeforeFormatsChange& before)
 {
     const CLibraryLock lock(path);
-    return ReplaceStanding(ReadStanding(path), library, path, before);
+    const StandingLibrary standing = ReadStanding(path);
+    LibraryNotes notes = NotesOf(library.formats);
+    if (notes.empty())
+        notes = standing.notes.notes; // formats without any notes say nothing of them
+    return ReplaceStanding(standing, library, notes, path, before);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "disk/File.h"
 #include "library/LibraryLock.h"
+#include "library/NotesFile.h"
+#include "library/NotesMerge.h"
 
 #include <algorithm>
 #include <limits>
@@ -25,6 +27,32 @@ LibraryState StateOf(const FormatLibrary& library, const LibraryOpening& opening
     return state;
 }
 
+LibraryState::Content ContentOf(const NotesFile& notes)
+{
+    switch (notes.content) {
+    case NotesFile::Content::Damaged:
+        return LibraryState::Content::Damaged;
+    case NotesFile::Content::Unreadable:
+        return LibraryState::Content::Unreadable;
+    default:
+        return LibraryState::Content::Whole;
+    }
+}
+
+bool HaveSameNotes(const DataFormat& a, const DataFormat& b)
+{
+    return std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
+                      [](const auto& itemA, const auto& itemB) { return itemA->notes == itemB->notes; });
+}
+
+/// Formats with other notes than they had count as changed by others.
+void NoteOtherNotes(const Formats& ours, MergedFormats& merged)
+{
+    for (std::size_t i = 0; i < ours.size(); ++i)
+        if (FormatMove& move = merged.moves[i]; move.to && !HaveSameNotes(*ours[i], *merged.formats[*move.to]))
+            move.hasOtherItems = true;
+}
+
 } // namespace
 
 CFormatStore::CFormatStore(const fs::path& path)
@@ -34,6 +62,25 @@ CFormatStore::CFormatStore(const fs::path& path)
     m_isDefaultOwn = m_library.formats.empty();
     EnsureFirstItem();
     m_base = CopyOf(m_library.formats);
+    LoadNotes();
+}
+
+void CFormatStore::LoadNotes()
+{
+    NotesFile file = ReadNotes(NotesPathOf(m_library.path));
+    m_state.notes = ContentOf(file);
+    m_baseNotes = std::move(file.notes);
+    ::SetNotes(m_library.formats, m_baseNotes);
+    m_otherNotes = NotesOfOthers(m_baseNotes, m_library.formats);
+}
+
+/// All that the notes file is to hold.
+LibraryNotes CFormatStore::Notes() const
+{
+    LibraryNotes notes = NotesOf(m_library.formats);
+    const LibraryNotes others = NotesOfOthers(m_otherNotes, m_library.formats);
+    notes.insert(others.begin(), others.end());
+    return notes;
 }
 
 void CFormatStore::EnsureFirstItem()
@@ -53,10 +100,12 @@ void CFormatStore::SetReadSettings(std::int32_t startAddress, std::int32_t rowCo
 
 bool CFormatStore::Save()
 {
-    if (!m_library.isSavedAt(m_library.path) && !Write())
+    const bool isSaved = m_library.isSavedAt(m_library.path) && AreNotesSavedAt(Notes(), NotesPathOf(m_library.path));
+    if (!isSaved && !Write())
         return false;
     if (!AreSavedAlike(m_base, m_library.formats))
         m_base = CopyOf(m_library.formats);
+    m_baseNotes = Notes();
     m_isDefaultOwn = false;
     if (m_state.changes != LibraryState::Changes::Kept && MayBeWritten(m_library.path))
         m_state = {};
@@ -68,7 +117,7 @@ bool CFormatStore::Write()
     const CLibraryLock lock(m_library.path);
     StandingLibrary standing = ReadStanding(m_library.path);
     Merge(standing);
-    return ReplaceStanding(standing, m_library, m_library.path, m_beforeChange);
+    return ReplaceStanding(standing, m_library, Notes(), m_library.path, m_beforeChange);
 }
 
 void CFormatStore::TakeOthers()
@@ -82,10 +131,19 @@ void CFormatStore::TakeOthers()
 void CFormatStore::Merge(StandingLibrary& theirs)
 {
     Formats& formats = theirs.library.formats;
-    if (!theirs.IsUnderstood() || (m_isDefaultOwn && formats.empty()) || AreSavedAlike(m_base, formats))
+    if (!theirs.IsUnderstood() || (m_isDefaultOwn && formats.empty()))
         return;
+    LibraryNotes notes = theirs.notes.content == NotesFile::Content::Whole ? theirs.notes.notes : m_baseNotes;
+    if (AreSavedAlike(m_base, formats) && notes == m_baseNotes)
+        return;
+    ::SetNotes(formats, notes);
     MergedFormats merged = MergeFormats(m_base, m_library.formats, formats);
+    MergeNotes(m_baseNotes, m_library.formats, formats, merged.formats);
+    NoteOtherNotes(m_library.formats, merged);
+    m_otherNotes.insert(notes.begin(), notes.end());
+    m_otherNotes = NotesOfOthers(m_otherNotes, merged.formats);
     m_base = std::exchange(formats, {});
+    m_baseNotes = std::move(notes);
     m_library.formats = std::move(merged.formats);
     m_moves = std::move(merged.moves);
     m_isDefaultOwn = false;
@@ -151,6 +209,12 @@ FormatChange CFormatStore::MoveItem(std::size_t format, std::size_t from, std::s
         else
             std::rotate(place(to), place(from), place(from + 1));
     });
+}
+
+FormatChange CFormatStore::SetNotes(std::size_t format, std::size_t position, ItemNotes notes)
+{
+    return ChangeFormat(
+        format, [&](DataFormat& changed) { changed.items[position]->notes = CSharedNotes(Tidied(std::move(notes))); });
 }
 
 FormatChange CFormatStore::RemoveAllItems(std::size_t format)

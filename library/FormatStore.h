@@ -3,6 +3,7 @@
 #include "library/FormatChange.h"
 #include "library/FormatLibrary.h"
 #include "library/LibraryMerge.h"
+#include "library/LibraryNotes.h"
 #include "library/LibraryOpening.h"
 #include "library/StandingLibrary.h"
 #include "model/DataItem.h"
@@ -29,6 +30,7 @@ struct LibraryState {
     };
 
     Content content = Content::Whole;
+    Content notes = Content::Whole; ///< of the notes beside it: none are shown unless it is whole
     Changes changes = Changes::Kept;
 
     friend bool operator==(const LibraryState&, const LibraryState&) = default;
@@ -41,6 +43,8 @@ struct LibraryState {
 /// Several stores, of this and of other programs, may work on one file. What others changed in it since this one last
 /// read or wrote it is merged by format (LibraryMerge.h) when this one saves, or when it is asked to take it; the read
 /// settings are each store's own. What the store itself made of a library without formats is no change of anybody.
+///
+/// The notes of items are kept in a file beside the library's (NotesFile.h), and go with the items in all of this.
 ///
 /// A file that is not understood in full is not merged. It is copied before it is overwritten (LibraryOriginal.h), and
 /// left alone when it cannot be copied.
@@ -93,6 +97,7 @@ public:
     FormatChange ReplaceItem(std::size_t format, std::size_t position, const DataItem& item);
     FormatChange RemoveItem(std::size_t format, std::size_t position);           ///< and lowers the count
     FormatChange MoveItem(std::size_t format, std::size_t from, std::size_t to); ///< to where it stands then
+    FormatChange SetNotes(std::size_t format, std::size_t position, ItemNotes notes);
     FormatChange RemoveAllItems(std::size_t format);
     FormatChange CountAllItems(std::size_t format); ///< so that a save keeps them all
 
@@ -106,14 +111,18 @@ public:
 
 private:
     void EnsureFirstItem();
+    void LoadNotes();
     template <class Edit>
     FormatChange ChangeFormat(std::size_t format, Edit edit);
     void Exchange(std::size_t index, const DataFormat* old, const DataFormat* fresh);
     void Merge(StandingLibrary& theirs);
     bool Write();
+    LibraryNotes Notes() const;
 
     FormatLibrary m_library;
-    Formats m_base; ///< as the file held them when it was last read or written
+    Formats m_base;            ///< as the file held them when it was last read or written
+    LibraryNotes m_baseNotes;  ///< the same of the notes
+    LibraryNotes m_otherNotes; ///< in the notes file, of no item of the library
     LibraryState m_state;
     BeforeChange m_beforeChange;
     std::optional<std::vector<FormatMove>> m_moves;

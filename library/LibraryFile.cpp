@@ -4,6 +4,7 @@
 #include "disk/File.h"
 #include "library/LibraryFromJson.h"
 #include "library/LibraryPlace.h"
+#include "library/NotesFile.h"
 #include "text/FileMessages.h"
 #include "text/LowerCase.h"
 #include "text/MessageText.h"
@@ -29,6 +30,18 @@ bool LoadJson(const fs::path& path, FormatLibrary& library, CReporter& reporter)
     return !fault;
 }
 
+bool LoadBinary(const fs::path& path, FormatLibrary& library, CReporter& reporter)
+{
+    if (IsMissing(path) || library.loadReadOnly(path) >= 0)
+        return true;
+    if (!library.versionsKnown) {
+        ShowFileError(reporter, kOpenFileError, path);
+        return false;
+    }
+    ShowFileError(reporter, u"The format library %s is damaged! What stands behind the damage is left out!", path);
+    return true;
+}
+
 } // namespace
 
 bool IsJsonLibrary(const fs::path& path)
@@ -46,16 +59,29 @@ fs::path LibraryToWrite(const std::optional<std::string>& given, CReporter& repo
     return given ? fs::path(*given) : ProgramLibraryPath(ExecutablePath(), reporter);
 }
 
+bool LoadNotes(const fs::path& path, FormatLibrary& library, CReporter& reporter)
+{
+    const NotesFile file = ReadNotes(path);
+    switch (file.content) {
+    case NotesFile::Content::Unreadable:
+        ShowFileError(reporter, kOpenFileError, path);
+        return false;
+    case NotesFile::Content::Damaged:
+        reporter.ShowError(FillMessage(u"The notes of items are left out! File %s, at %s: %s!",
+                                       {PathText(path), file.fault.place, file.fault.text}));
+        return false;
+    default:
+        SetNotes(library.formats, file.notes);
+        return true;
+    }
+}
+
 bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)
 {
     if (IsJsonLibrary(path) && !IsMissing(path))
         return LoadJson(path, library, reporter);
-    if (IsMissing(path) || library.loadReadOnly(path) >= 0)
-        return true;
-    if (!library.versionsKnown) {
-        ShowFileError(reporter, kOpenFileError, path);
+    if (!LoadBinary(path, library, reporter))
         return false;
-    }
-    ShowFileError(reporter, u"The format library %s is damaged! What stands behind the damage is left out!", path);
+    LoadNotes(NotesPathOf(path), library, reporter);
     return true;
 }

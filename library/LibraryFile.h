@@ -18,7 +18,12 @@ std::filesystem::path LibraryToRead(const std::optional<std::string>& given, CRe
 /// (library/LibraryPlace.h).
 std::filesystem::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter);
 
-/// Loads the library file at `path`, which is never created or changed; a missing one gives no formats. False, and then
-/// reported, when it cannot be opened, and for JSON with a fault in it. A damaged one gives the formats before the
-/// damage, as in the window; that is reported, too.
+/// Loads the library file at `path` and the notes beside it (NotesFile.h), which are never created or changed; a
+/// missing one gives no formats. False, and then reported, when it cannot be opened, and for JSON with a fault in it. A
+/// damaged one gives the formats before the damage, as in the window; that is reported, too. So are notes that cannot
+/// be read; the formats have none then.
 bool LoadLibrary(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);
+
+/// Gives the items the notes of the notes file at `path`; a missing one has none. False, and then reported, when it
+/// cannot be read or is damaged.
+bool LoadNotes(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);

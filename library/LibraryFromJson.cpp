@@ -1,6 +1,7 @@
 #include "library/LibraryFromJson.h"
 
 #include "library/ItemFields.h"
+#include "library/NotesJson.h"
 #include "text/MessageText.h"
 #include "text/Utf8Text.h"
 
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -28,6 +30,39 @@ void Fill(std::span<char16_t> field, std::u16string_view text)
     std::fill(std::copy(text.begin(), text.end(), field.begin()), field.end(), u'\0');
 }
 
+/// Builds a value out of the parser's events.
+class CValueBuilder {
+public:
+    using Value = nlohmann::ordered_json;
+
+    /// False when the object that is open has the key already.
+    bool Key(std::string name)
+    {
+        m_key = std::move(name);
+        return !m_open.back()->contains(m_key);
+    }
+
+    void Add(Value value)
+    {
+        const bool isOpen = value.is_structured();
+        Value& place = m_open.empty()              ? m_root
+                       : m_open.back()->is_array() ? m_open.back()->emplace_back()
+                                                   : (*m_open.back())[m_key];
+        place = std::move(value);
+        if (isOpen)
+            m_open.push_back(&place); // stays where it is: only the innermost one grows
+    }
+
+    void End() { m_open.pop_back(); }
+    bool IsWhole() const { return m_open.empty(); }
+    const Value& Root() const { return m_root; }
+
+private:
+    Value m_root;
+    std::vector<Value*> m_open; ///< from the outside in
+    std::string m_key;
+};
+
 /// Takes the parser's events in the order of the text and fills a library from them. An event's answer is false to end
 /// the parsing.
 class CLibraryReader final : public nlohmann::json_sax<Json> {
@@ -36,8 +71,8 @@ public:
 
     std::optional<JsonFault> Fault() const { return m_fault; }
 
-    bool null() override { return Refuse(WrongKind()); }
-    bool boolean(bool) override { return Refuse(WrongKind()); }
+    bool null() override { return m_notes ? AddToNotes(nullptr) : Refuse(WrongKind()); }
+    bool boolean(bool value) override { return m_notes ? AddToNotes(value) : Refuse(WrongKind()); }
     bool binary(binary_t&) override { return Refuse(WrongKind()); }
     bool number_integer(number_integer_t value) override;
     bool number_unsigned(number_unsigned_t value) override;
@@ -76,6 +111,8 @@ private:
     bool IsKnown(std::string_view key) const;
     bool Begin(Level level);
     bool End();
+    bool AddToNotes(CValueBuilder::Value value);
+    bool EndInNotes();
     void EndItem();
     Range WantedRange() const;
     bool TakeInteger(std::int64_t value);
@@ -92,17 +129,22 @@ private:
     std::string_view m_json;
     FormatLibrary& m_library;
     std::vector<Open> m_open;
-    std::u16string m_pieces; ///< the units of the field whose list is open
+    std::u16string m_pieces;              ///< the units of the field whose list is open
+    std::optional<CValueBuilder> m_notes; ///< those of the item, while they are open
     std::optional<JsonFault> m_fault;
 };
 
 bool CLibraryReader::number_integer(number_integer_t value)
 {
+    if (m_notes)
+        return AddToNotes(value);
     return WantsInteger() ? TakeInteger(value) : Refuse(WrongKind());
 }
 
 bool CLibraryReader::number_unsigned(number_unsigned_t value)
 {
+    if (m_notes)
+        return AddToNotes(value);
     if (!WantsInteger())
         return Refuse(WrongKind());
     if (value > static_cast<number_unsigned_t>(std::numeric_limits<std::int64_t>::max()))
@@ -110,14 +152,18 @@ bool CLibraryReader::number_unsigned(number_unsigned_t value)
     return TakeInteger(static_cast<std::int64_t>(value));
 }
 
-/// An integer of too many digits comes as a real number, too.
+/// An integer of too many digits comes as a real number, too. Notes take the digits as they stand.
 bool CLibraryReader::number_float(number_float_t, const string_t& number)
 {
+    if (m_notes)
+        return AddToNotes(number);
     return Refuse(WantsInteger() && IsJsonInteger(number) ? OutOfRange() : WrongKind());
 }
 
 bool CLibraryReader::string(string_t& text)
 {
+    if (m_notes)
+        return AddToNotes(text);
     if (Wanted() != Kind::Text && Wanted() != Kind::Piece)
         return Refuse(WrongKind());
     const std::u16string units = FromUtf8(text);
@@ -128,6 +174,8 @@ bool CLibraryReader::string(string_t& text)
 
 bool CLibraryReader::start_object(std::size_t)
 {
+    if (m_notes)
+        return AddToNotes(CValueBuilder::Value::object());
     if (Wanted() != Kind::Object)
         return Refuse(WrongKind());
     switch (At()) {
@@ -138,6 +186,9 @@ bool CLibraryReader::start_object(std::size_t)
         Format().insertItem(Format().items.size(), std::make_unique<DataItem>(DefaultItem()));
         ++Format().itemCount;
         return Begin(Level::Item);
+    case Level::Item:
+        m_notes.emplace();
+        return AddToNotes(CValueBuilder::Value::object());
     default:
         return Begin(Level::Library);
     }
@@ -145,6 +196,8 @@ bool CLibraryReader::start_object(std::size_t)
 
 bool CLibraryReader::key(string_t& name)
 {
+    if (m_notes)
+        return m_notes->Key(name) || Refuse(u"a field stands twice");
     std::vector<std::string>& keys = m_open.back().keys;
     const bool isTwice = std::find(keys.begin(), keys.end(), name) != keys.end();
     keys.push_back(name);
@@ -155,6 +208,8 @@ bool CLibraryReader::key(string_t& name)
 
 bool CLibraryReader::end_object()
 {
+    if (m_notes)
+        return EndInNotes();
     if (At() == Level::Item)
         EndItem();
     return End();
@@ -162,6 +217,8 @@ bool CLibraryReader::end_object()
 
 bool CLibraryReader::start_array(std::size_t)
 {
+    if (m_notes)
+        return AddToNotes(CValueBuilder::Value::array());
     if (Wanted() == Kind::Text) {
         m_pieces.clear();
         return Begin(Level::Pieces);
@@ -173,6 +230,8 @@ bool CLibraryReader::start_array(std::size_t)
 
 bool CLibraryReader::end_array()
 {
+    if (m_notes)
+        return EndInNotes();
     return At() == Level::Pieces ? EndPieces() : End();
 }
 
@@ -192,7 +251,7 @@ CLibraryReader::Kind CLibraryReader::Wanted() const
     case Level::Format:
         return Key() == "items" ? Kind::Array : Kind::Text;
     case Level::Item:
-        return Key() == "description" ? Kind::Text : Kind::Integer;
+        return Key() == "description" ? Kind::Text : Key() == "notes" ? Kind::Object : Kind::Integer;
     case Level::Pieces:
         return Kind::Piece;
     default:
@@ -208,7 +267,7 @@ bool CLibraryReader::IsKnown(std::string_view key) const
     case Level::Format:
         return key == "name" || key == "items";
     default:
-        return FindItemField(key) != nullptr;
+        return FindItemField(key) != nullptr || key == "notes";
     }
 }
 
@@ -223,6 +282,26 @@ bool CLibraryReader::End()
     m_open.pop_back();
     if (!m_open.empty())
         ++m_open.back().index;
+    return true;
+}
+
+bool CLibraryReader::AddToNotes(CValueBuilder::Value value)
+{
+    m_notes->Add(std::move(value));
+    return true;
+}
+
+bool CLibraryReader::EndInNotes()
+{
+    m_notes->End();
+    if (!m_notes->IsWhole())
+        return true;
+    ItemNotes notes;
+    m_fault = NotesFromJson(m_notes->Root(), ToUtf8(Place()), notes);
+    if (m_fault)
+        return false;
+    Item().notes = CSharedNotes(Tidied(std::move(notes)));
+    m_notes.reset();
     return true;
 }
 

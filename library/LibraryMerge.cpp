@@ -29,7 +29,7 @@ bool HaveSameItems(const DataFormat& a, const DataFormat& b)
     const auto count = static_cast<std::ptrdiff_t>(a.savedItemCount());
     return a.savedItemCount() == b.savedItemCount() &&
            std::equal(a.items.begin(), a.items.begin() + count, b.items.begin(),
-                      [](const auto& itemA, const auto& itemB) { return *itemA == *itemB; });
+                      [](const auto& itemA, const auto& itemB) { return HaveSameRecord(*itemA, *itemB); });
 }
 
 /// The name, and which of that name it is.

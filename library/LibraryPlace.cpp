@@ -3,6 +3,7 @@
 #include "disk/File.h"
 #include "library/FormatLibrary.h"
 #include "library/LibraryLock.h"
+#include "library/NotesFile.h"
 
 #include <string_view>
 #include <system_error>
@@ -24,8 +25,10 @@ void MakeFromSample(const fs::path& library, const fs::path& sample)
     std::error_code fault;
     fs::create_directories(library.parent_path(), fault);
     const CLibraryLock lock(library);
-    if (IsMissing(library)) // still: another program may just have made it
-        formats.save(library);
+    if (!IsMissing(library)) // another program just made it
+        return;
+    WriteNotes(ReadNotes(NotesPathOf(sample)).notes, NotesPathOf(library));
+    formats.save(library);
 }
 
 fs::path LibraryIn(const fs::path& dataFolder)

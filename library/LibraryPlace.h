@@ -17,8 +17,8 @@ std::filesystem::path ProgramLibraryPath(const std::filesystem::path& executable
 std::filesystem::path ProgramLibraryToRead(const std::filesystem::path& executable, CReporter& reporter);
 
 /// The format library in `dataFolder`: "RecipeFile.Dat" in a folder of Vantor's own. Where there is none yet, it is
-/// made from the library file `sample` first. That this failed is not reported: the library is missing then, as it is
-/// when there is no sample.
+/// made from the library file `sample` and its notes first. That this failed is not reported: the library is missing
+/// then, as it is when there is no sample.
 std::filesystem::path UserLibraryPath(const std::filesystem::path& dataFolder, const std::filesystem::path& sample);
 
 /// The same file, or `sample` while there is a sample but no such file yet; nothing is made.

@@ -2,6 +2,7 @@
 
 #include "library/ItemFields.h"
 #include "library/JsonText.h"
+#include "library/NotesJson.h"
 #include "text/Surrogates.h"
 
 #include <algorithm>
@@ -77,6 +78,10 @@ void AppendItem(const DataItem& item, std::string& json)
         json += before;
         AppendField(field, item, json);
         before = ", ";
+    }
+    if (!item.notes.IsEmpty()) {
+        json += ", \"notes\": ";
+        AppendNotesObject(*item.notes, json);
     }
     json += '}';
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "model/DataType.h"
+#include "model/SharedNotes.h"
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 /// What the codec needs to know of one column of values: the part of a data item that one value takes.
 struct ColumnCoding {
@@ -16,6 +18,15 @@ struct ColumnCoding {
     std::int64_t minValue = 0;      ///< lower limit: of the raw word value, or of the float itself
     std::int64_t maxValue = 0;      ///< upper limit, of the same
     std::int32_t unicode = 0;       ///< strings: nonzero for one UTF-16 unit a word, 0 for two ANSI bytes a word
+    CSharedNotes notes{};           ///< what its values mean; has no part in how they are read
 
-    friend bool operator==(const ColumnCoding&, const ColumnCoding&) = default;
+    /// The title and all that decides how values are read.
+    auto Reading() const
+    {
+        return std::tie(title, dataType, dataLength, codeType, integerDigits, decimalDigits, minValue, maxValue,
+                        unicode);
+    }
+
+    /// Whether both have the same title and are read alike, whatever their notes.
+    friend bool operator==(const ColumnCoding& a, const ColumnCoding& b) { return a.Reading() == b.Reading(); }
 };

@@ -42,6 +42,7 @@ ColumnCoding CodingOf(const DataItem& item, std::u16string title)
         .minValue = item.minValue,
         .maxValue = item.maxValue,
         .unicode = item.unicode,
+        .notes = item.notes,
     };
 }
 

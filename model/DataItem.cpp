@@ -121,3 +121,10 @@ void deriveBounds(DataItem& item)
     item.minValue = bounds.minValue;
     item.maxValue = bounds.maxValue;
 }
+
+bool HaveSameRecord(const DataItem& a, const DataItem& b)
+{
+    DataItem item = a;
+    item.notes = b.notes;
+    return item == b;
+}

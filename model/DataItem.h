@@ -2,14 +2,15 @@
 
 #include "model/DataType.h"
 #include "model/FixedText.h"
+#include "model/SharedNotes.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 
-/// One entry of a data format: a value, or an array of values, of one type. The fields stand in the order of the stored
-/// record (FormatLibrary.h). Nothing is validated here: a record from a file may hold any number.
+/// One entry of a data format: a value, or an array of values, of one type. The fields but the notes stand in the order
+/// of the stored record (FormatLibrary.h). Nothing is validated here: a record from a file may hold any number.
 struct DataItem {
     std::int32_t reserved0 = 0;  ///< not used; carried through load and save
     std::int32_t dataLength = 0; ///< length of one element in 16-bit words
@@ -25,9 +26,13 @@ struct DataItem {
     std::int64_t minValue = 0;    ///< lower bound of a value
     std::int64_t maxValue = 0;    ///< upper bound of a value
     std::int32_t unicode = 0;     ///< strings: nonzero for UTF-16 text, 0 for ANSI text
+    CSharedNotes notes{};         ///< what its values mean; no part of the stored record
 
     friend bool operator==(const DataItem&, const DataItem&) = default;
 };
+
+/// Whether both would be stored as the same record, whatever their notes.
+bool HaveSameRecord(const DataItem& a, const DataItem& b);
 
 /// The bytes of an item's stored record in a library file of `version`: 312 for 0, 320 for 20, nothing for another.
 std::optional<std::size_t> StoredItemSize(std::int32_t version);

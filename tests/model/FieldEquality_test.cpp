@@ -1,6 +1,7 @@
 #include "model/ColumnCoding.h"
 #include "model/DataItem.h"
 #include "model/DataItemCheck.h"
+#include "model/ItemNotes.h"
 
 #include <gtest/gtest.h>
 
@@ -37,6 +38,7 @@ TEST(RecordsAreEqual, WhenAllFieldsOfADataItemAre)
         [](DataItem& i) { i.minValue = 9; },
         [](DataItem& i) { i.maxValue = 9; },
         [](DataItem& i) { i.unicode = 9; },
+        [](DataItem& i) { i.notes = CSharedNotes(ItemNotes{.unit = u"m"}); },
     });
 }
 
