@@ -2,6 +2,7 @@
 
 #include "changes/TablePieces.h"
 #include "files/CellComparison.h"
+#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
 #include "model/ValueLimits.h"
 #include "text/EscapedText.h"
@@ -18,8 +19,9 @@ namespace {
 
 /// In the order of FindingKind.
 constexpr std::array<std::u16string_view, kFindingKinds> kKindWords{
-    u"outside-limits", u"past-end", u"unreadable", u"rewritten", u"control-characters", u"not-a-number"};
-static_assert(kKindWords.size() == static_cast<std::size_t>(FindingKind::NotANumber) + 1);
+    u"outside-limits",     u"past-end",     u"unreadable",   u"rewritten",
+    u"control-characters", u"not-a-number", u"outside-range"};
+static_assert(kKindWords.size() == static_cast<std::size_t>(FindingKind::OutsideRange) + 1);
 
 bool HasControl(std::u16string_view text)
 {
@@ -84,7 +86,9 @@ private:
             return false;
         if (coding.dataType == DataType::String && !CheckString(place))
             return false;
-        return noNumber.empty() || Take(FindingKind::NotANumber, place, noNumber);
+        if (!noNumber.empty())
+            return Take(FindingKind::NotANumber, place, noNumber);
+        return CheckRange(place, coding);
     }
 
     /// Why the cell is among those that a save would change. To be asked for all cells in their order.
@@ -102,6 +106,18 @@ private:
             return true;
         return Take(FindingKind::OutsideLimits, place,
                     FillMessage(u"%s lies outside %s", {EscapedText(*value), LimitsText(coding)}));
+    }
+
+    bool CheckRange(CellPlace place, const ColumnCoding& coding)
+    {
+        if (!HasRange(*coding.notes))
+            return true;
+        const auto number = m_isTable ? NumberOfText(coding, m_rows.Text(place.row, place.column))
+                                      : StoredNumber(coding, m_comparison.OldWords(place));
+        if (!number || !IsOutsideRange(*coding.notes, *number))
+            return true;
+        return Take(FindingKind::OutsideRange, place,
+                    FillMessage(u"%s %s", {NumberText(coding, *number), OutsideRangeText(*coding.notes)}));
     }
 
     bool CheckString(CellPlace place)
@@ -213,7 +229,15 @@ std::u16string_view WordOf(FindingKind kind)
 
 bool IsError(FindingKind kind)
 {
-    return kind == FindingKind::OutsideLimits || kind == FindingKind::PastEnd || kind == FindingKind::Unreadable;
+    switch (kind) {
+    case FindingKind::OutsideLimits:
+    case FindingKind::PastEnd:
+    case FindingKind::Unreadable:
+    case FindingKind::OutsideRange:
+        return true;
+    default:
+        return false;
+    }
 }
 
 Outcome FindIn(FileType type, const fs::path& path, std::span<const FileTable> tables, CFindingTaker& taker,

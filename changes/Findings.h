@@ -22,10 +22,11 @@ enum class FindingKind {
     Unreadable,        ///< the file cannot be read
     Rewritten,         ///< a save would store other words, or another text, of a value that nobody edited
     ControlCharacters, ///< in a string
-    NotANumber, ///< a float or double that is none, or is infinite; in a table of texts what is no number in full
+    NotANumber,   ///< a float or double that is none, or is infinite; in a table of texts what is no number in full
+    OutsideRange, ///< a number outside the range that the item's notes call sensible
 };
 
-inline constexpr std::size_t kFindingKinds = 6;
+inline constexpr std::size_t kFindingKinds = 7;
 
 /// "outside-limits" for example.
 std::u16string_view WordOf(FindingKind kind);

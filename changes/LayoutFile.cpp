@@ -34,6 +34,7 @@ struct Field {
 
 constexpr Field kLayoutFields[] = {
     {"library", Field::Kind::Text, false},
+    {"notes", Field::Kind::Text, false},
     {"tables", Field::Kind::List, true},
 };
 
@@ -114,7 +115,7 @@ bool CLayoutReader::string(string_t& text)
     if (m_level == Level::Table && At().key == "files" && !CanMatch(FromUtf8(text)))
         return Refuse(u"no file has such a path");
     if (m_level == Level::Layout)
-        m_layout.library = fs::path(std::u8string(text.begin(), text.end()));
+        (At().key == "library" ? m_layout.library : m_layout.notes) = fs::path(std::u8string(text.begin(), text.end()));
     else
         (At().key == "files" ? Table().files : Table().format) = FromUtf8(text);
     return true;
@@ -330,8 +331,9 @@ std::optional<Layout> ReadLayout(const fs::path& path, CReporter& reporter)
         ShowLayoutFault(reporter, path, *fault);
         return std::nullopt;
     }
-    if (layout.library)
-        layout.library = path.parent_path() / *layout.library;
+    for (auto* file : {&layout.library, &layout.notes})
+        if (*file)
+            *file = path.parent_path() / **file;
     return layout;
 }
 

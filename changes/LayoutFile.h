@@ -13,7 +13,8 @@
 
 // A layout file tells which tables recipe files hold, as docs/file-formats.md describes it:
 //
-//   {"library":"formats.json","tables":[{"files":"*.rcp","format":"Oven recipe","start":100,"rows":12}]}
+//   {"library":"formats.json","notes":"ours.Notes.json",
+//    "tables":[{"files":"*.rcp","format":"Oven recipe","start":100,"rows":12}]}
 
 inline constexpr const char* kLayoutName = ".vantor.json";
 
@@ -31,11 +32,12 @@ struct LayoutTable {
 struct Layout {
     std::filesystem::path path;                   ///< of the layout file
     std::optional<std::filesystem::path> library; ///< as it can be opened; else none is named
+    std::optional<std::filesystem::path> notes;   ///< the same; they take the place of those beside the library
     std::vector<LayoutTable> tables;
 };
 
-/// Fills a new `layout`, but for its path, with what stands in the text; a library is as it stands there. The first
-/// fault in the order of the text ends the reading.
+/// Fills a new `layout`, but for its path, with what stands in the text; library and notes are as they stand there. The
+/// first fault in the order of the text ends the reading.
 std::optional<JsonFault> LayoutFromJson(std::string_view json, Layout& layout);
 
 /// Reads the layout file at `path`. Nothing, and then reported, when it cannot be read or there is a fault in it.

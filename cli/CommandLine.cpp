@@ -90,7 +90,13 @@ void AddShow(CLI::App& app, Session& session)
     CLI::App* command = app.add_subcommand("show", "Print the rows of a recipe file");
     AddFile(*command, "FILE", session.show.file, kRecipeFile);
     AddTableOptions(*command, session.show.read);
-    command->add_flag("--json", session.show.json, "Print JSON instead of a table");
+    CLI::Option* json = command->add_flag(
+        "--json", [&session](std::int64_t) { session.show.form = ShowForm::Json; }, "Print JSON instead of a table");
+    command
+        ->add_flag(
+            "--jsonl", [&session](std::int64_t) { session.show.form = ShowForm::Lines; },
+            "Print a line of JSON a row, with units, ranges and names")
+        ->excludes(json);
     command->callback([&session] { session.done = ShowRecipe(session.show, session.output, session.reporter); });
 }
 

@@ -232,18 +232,29 @@ std::optional<std::vector<FileTable>> CTableFinder::LayoutTables(const TableRequ
     return tables;
 }
 
+/// The library that the layout or the options name, with the notes that the layout names; null, and then reported,
+/// where one of them cannot be read.
+const FormatLibrary* CTableFinder::LibraryOf(const Layout& layout, CReporter& reporter)
+{
+    const bool isLayouts = layout.library && !m_options.library;
+    const auto isThere = [&](const std::optional<fs::path>& file, std::u16string_view place) {
+        if (!file || !IsMissing(*file))
+            return true;
+        ShowLayoutFault(reporter, layout.path,
+                        {std::u16string(place), FillMessage(u"there is no file %s", {PathText(*file)})});
+        return false;
+    };
+    if ((isLayouts && !isThere(layout.library, u"/library")) || !isThere(layout.notes, u"/notes"))
+        return nullptr;
+    return LibraryAt(isLayouts ? *layout.library : LibraryToRead(m_options.library, reporter), reporter,
+                     layout.notes.value_or(fs::path()));
+}
+
 /// The format that a table of the layout names; null, and then reported, where the library does not have it.
 const DataFormat* CTableFinder::FormatOf(const Match& match, std::size_t table, CReporter& reporter)
 {
     const Layout& layout = *match.layout;
-    const bool isLayouts = layout.library && !m_options.library;
-    if (isLayouts && IsMissing(*layout.library)) {
-        ShowLayoutFault(reporter, layout.path,
-                        {u"/library", FillMessage(u"there is no file %s", {PathText(*layout.library)})});
-        return nullptr;
-    }
-    const FormatLibrary* const library =
-        LibraryAt(isLayouts ? *layout.library : LibraryToRead(m_options.library, reporter), reporter);
+    const FormatLibrary* const library = LibraryOf(layout, reporter);
     if (!library)
         return nullptr;
     const std::u16string& name = layout.tables[table].format;
@@ -294,16 +305,19 @@ const Layout* CTableFinder::LayoutAt(const fs::path& path, CReporter& reporter)
     return found->second ? &*found->second : nullptr;
 }
 
-const FormatLibrary* CTableFinder::LibraryAt(const fs::path& path, CReporter& reporter)
+/// With the notes of the file `notes` in place of those beside the library, where it has a name.
+const FormatLibrary* CTableFinder::LibraryAt(const fs::path& path, CReporter& reporter, const fs::path& notes)
 {
-    auto found = m_libraries.find(path);
+    const LibraryKey key(path, notes);
+    auto found = m_libraries.find(key);
     if (found == m_libraries.end()) {
         std::optional<FormatLibrary> library(std::in_place);
-        if (LoadLibrary(path, *library, reporter))
+        const bool isLoaded = LoadLibrary(path, *library, reporter);
+        if (isLoaded && (notes.empty() || LoadNotes(notes, *library, reporter)))
             EnsureFormat(*library);
         else
             library.reset();
-        found = m_libraries.emplace(path, std::move(library)).first;
+        found = m_libraries.emplace(key, std::move(library)).first;
     }
     return found->second ? &*found->second : nullptr;
 }

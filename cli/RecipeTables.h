@@ -12,6 +12,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A recipe file that is to be read, and how its words are laid out.
@@ -74,10 +75,14 @@ private:
     const DataFormat* FormatOf(const Match& match, std::size_t table, CReporter& reporter);
     std::optional<std::size_t> ChosenTable(const Match& match, const std::string& file, CReporter& reporter) const;
     const Layout* LayoutAt(const std::filesystem::path& path, CReporter& reporter);
-    const FormatLibrary* LibraryAt(const std::filesystem::path& path, CReporter& reporter);
+    const FormatLibrary* LibraryOf(const Layout& layout, CReporter& reporter);
+    const FormatLibrary* LibraryAt(const std::filesystem::path& path, CReporter& reporter,
+                                   const std::filesystem::path& notes = {});
 
     const ReadOptions& m_options;
-    std::map<std::filesystem::path, std::optional<Layout>> m_layouts;          ///< nothing for one with a fault
-    std::map<std::filesystem::path, std::optional<FormatLibrary>> m_libraries; ///< likewise
-    std::optional<ReadSettings> m_plain;                                       ///< once settled
+    using LibraryKey = std::pair<std::filesystem::path, std::filesystem::path>; ///< a library, and its notes' file
+
+    std::map<std::filesystem::path, std::optional<Layout>> m_layouts; ///< nothing for one with a fault
+    std::map<LibraryKey, std::optional<FormatLibrary>> m_libraries;   ///< likewise
+    std::optional<ReadSettings> m_plain;                              ///< once settled
 };

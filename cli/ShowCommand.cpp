@@ -4,9 +4,15 @@
 #include "cli/TextTable.h"
 #include "files/TableTitles.h"
 #include "library/JsonText.h"
+#include "model/ItemNotes.h"
+#include "model/StoredNumber.h"
+#include "text/Utf8Text.h"
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -159,6 +165,111 @@ bool PrintJson(const CRecipeDocument& document, CStandardOutput& output, CReport
     return true;
 }
 
+/// Prints each row as an object of its own, with what the notes of its items say.
+class CLinesPrinter final : public CCellTaker {
+public:
+    CLinesPrinter(const CRecipeRows& layout, bool hasWords, CStandardOutput& output)
+        : m_layout(layout),
+          m_hasWords(hasWords),
+          m_output(output)
+    {
+        for (const ColumnCoding& column : layout.Columns())
+            m_items.push_back(ItemOf(column));
+    }
+
+    void TakeCell(std::int32_t row, std::size_t column, std::u16string_view text) override
+    {
+        if (column == 0)
+            BeginRow(row);
+        m_json += column == 0 ? "{" : ",{";
+        m_json += m_items[column];
+        m_json += ",\"text\":";
+        AppendJsonText(text, m_json);
+        AppendMeaning(m_layout.Columns()[column], text);
+        m_json += '}';
+        if (column + 1 < m_layout.Columns().size())
+            return;
+        m_json += "]}\n";
+        m_output.Write(m_json);
+    }
+
+    bool GoesOn() const override { return !m_output.HasFailed(); }
+
+private:
+    /// What all cells of a column have.
+    static std::string ItemOf(const ColumnCoding& column)
+    {
+        std::string json = "\"item\":";
+        AppendJsonText(column.title, json);
+        if (!column.notes->unit.empty()) {
+            json += ",\"unit\":";
+            AppendJsonText(column.notes->unit, json);
+        }
+        AppendEnd("lowest", column.notes->lowest, json);
+        AppendEnd("highest", column.notes->highest, json);
+        return json;
+    }
+
+    static void AppendEnd(std::string_view name, const std::optional<CDecimal>& number, std::string& json)
+    {
+        if (number)
+            json.append(",\"").append(name).append("\":").append(ToUtf8(number->Text()));
+    }
+
+    void BeginRow(std::int32_t row)
+    {
+        m_json = "{\"row\":" + std::to_string(std::int64_t{row} + 1);
+        if (m_hasWords)
+            m_json += ",\"address\":" + std::to_string(m_layout.RowAddress(row).number);
+        m_json += ",\"cells\":[";
+    }
+
+    void AppendMeaning(const ColumnCoding& column, std::u16string_view text)
+    {
+        if (column.notes.IsEmpty())
+            return;
+        if (const auto means = TextOfValue(*column.notes, column, text); !means.empty()) {
+            m_json += ",\"means\":";
+            AppendJsonText(means, m_json);
+        }
+        const auto number = NumberOfText(column, text);
+        if (column.notes->bits.empty() || !number)
+            return;
+        m_json += ",\"set\":[";
+        const char* before = "";
+        for (const auto name : NamesOfSetBits(*column.notes, column, *number)) {
+            m_json += std::exchange(before, ",");
+            AppendJsonText(name, m_json);
+        }
+        m_json += ']';
+    }
+
+    const CRecipeRows& m_layout;
+    const bool m_hasWords;
+    CStandardOutput& m_output;
+    std::vector<std::string> m_items;
+    std::string m_json;
+};
+
+bool PrintLines(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
+{
+    const CRecipeRows layout = LayOutRows(document.Settings());
+    CLinesPrinter printer(layout, document.Type() != FileType::Csv, output);
+    return document.Walk(printer, reporter);
+}
+
+bool Print(const CRecipeDocument& document, ShowForm form, CStandardOutput& output, CReporter& reporter)
+{
+    switch (form) {
+    case ShowForm::Json:
+        return PrintJson(document, output, reporter);
+    case ShowForm::Lines:
+        return PrintLines(document, output, reporter);
+    default:
+        return PrintTable(document, output, reporter);
+    }
+}
+
 } // namespace
 
 bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& reporter)
@@ -166,7 +277,6 @@ bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& 
     CRecipeDocument document;
     if (!OpenRecipe(document, options.file, options.read, reporter))
         return false;
-    const bool isPrinted =
-        options.json ? PrintJson(document, output, reporter) : PrintTable(document, output, reporter);
+    const bool isPrinted = Print(document, options.form, output, reporter);
     return (isPrinted || output.HasFailed()) && output.Finish(reporter);
 }

@@ -5,13 +5,20 @@
 
 #include <string>
 
+enum class ShowForm {
+    Table, ///< aligned columns
+    Json,  ///< one object
+    Lines, ///< an object a row
+};
+
 struct ShowOptions {
     std::string file;
     ReadOptions read;
-    bool json = false;
+    ShowForm form = ShowForm::Table;
 };
 
 /// Prints the rows of a recipe file: as a table, "ID", "RW_Addr" and the columns' titles, then a line a row; or as one
-/// JSON object. Never writes a file, and keeps no more of it than a piece, however many rows there are. False after a
-/// failure, then reported.
+/// JSON object; or as JSON Lines, where each cell has its item's unit, range and names of the value and its bits, too.
+/// Never writes a file, and keeps no more of it than a piece, however many rows there are. False after a failure, then
+/// reported.
 bool ShowRecipe(const ShowOptions& options, CStandardOutput& output, CReporter& reporter);

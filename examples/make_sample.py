@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the sample files: RecipeFile.Dat, a format library, and bakery-oven.rcp, a recipe file of a tunnel oven.
+"""Makes the sample files: RecipeFile.Dat, a format library, RecipeFile.Notes.json, what its items mean, and
+bakery-oven.rcp, a recipe file of a tunnel oven.
 
     python3 make_sample.py [FOLDER]       the files go to FOLDER, by default the script's own
 
@@ -9,6 +10,7 @@ changes only what was edited. Three values are there to meet what a save can do 
 are not shown.
 """
 
+import json
 import math
 import re
 import struct
@@ -104,6 +106,33 @@ FORMATS = [
     ("Line setup", LINE_SETUP),
     ("Shift log", SHIFT_LOG),
 ]
+
+# What the values of items mean. All values of the sample lie within their ranges.
+NOTES = {
+    ("Line setup", "Gas total MWh"): {"unit": "MWh", "lowest": "0", "comment": "Counted since the burners were changed."},
+    ("Line setup", "Highest °C"): {"unit": "°C", "lowest": "200", "highest": "300",
+                                   "comment": "The burners go off above it."},
+    ("Line setup", "Interlocks"): {
+        "bits": ["Door 1", "Door 2", "Door 3", "Door 4", "Door 5", "Door 6"] + [""] * 10 + ["Emergency stop"]
+        + [""] * 7 + ["Gas valve", "Exhaust fan", "Flame guard", "Belt drive", "Steam valve", "Mains"]},
+    ("Line setup", "Levelling mm"): {"unit": "mm", "lowest": "-2", "highest": "2"},
+    ("Line setup", "Zones"): {"lowest": "1", "highest": "6"},
+    ("Oven recipe", "Bake s"): {"unit": "s", "lowest": "600", "highest": "7200"},
+    ("Oven recipe", "Belt m/min"): {"unit": "m/min", "lowest": "0.05", "highest": "2.5"},
+    ("Oven recipe", "Gas kWh/t"): {"unit": "kWh/t", "lowest": "100", "highest": "1000",
+                                   "comment": "Measured by the panel, for a tonne of bread."},
+    ("Oven recipe", "Options"): {
+        "bits": ["Fan", "Lower heat", "Upper heat", "Steam", "Damper", "Stone plate", "Fast cooling"] + [""] * 8
+        + ["Cleaning"]},
+    ("Oven recipe", "Steam %"): {"unit": "%", "lowest": "0", "highest": "30", "texts": [{"value": "0", "text": "dry"}]},
+    ("Oven recipe", "Trim mm"): {"unit": "mm", "lowest": "-4", "highest": "4", "comment": "Of the belt, to the left.",
+                                 "texts": [{"value": "0", "text": "straight"}]},
+    ("Oven recipe", "Zone °C"): {"unit": "°C", "lowest": "100", "highest": "300",
+                                 "comment": "From the entry of the tunnel on."},
+    ("Shift log", "Gas kWh"): {"unit": "kWh", "lowest": "0"},
+    ("Shift log", "Rejects"): {"highest": "200"},
+    ("Shift log", "Shift"): {"comment": "Day and shift: 103 is the third one of the first day."},
+}
 
 # ------------------------------------------------------------------------------------------------ the oven's values
 # Integers with decimals are given raw, as the panel keeps them: 2155 is 215.5 °C.
@@ -270,9 +299,20 @@ def library_file():
     return data
 
 
+def notes_file():
+    assert all(any(item.description == name for item in dict(FORMATS)[form]) for form, name in NOTES)
+    formats = []
+    for form in sorted({form for form, _ in NOTES}):
+        items = [json.dumps({"item": name, **NOTES[of, name]}, ensure_ascii=False)
+                 for of, name in sorted(NOTES) if of == form]
+        formats.append("{" + f'"format": {json.dumps(form, ensure_ascii=False)}, "items": [\n    '
+                       + ",\n    ".join(items) + "]}")
+    return ('{"vantor": "notes", "version": 1, "formats": [\n  ' + ",\n  ".join(formats) + "]}\n").encode()
+
+
 def main():
     folder = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).resolve().parent
-    files = {"RecipeFile.Dat": library_file(), "bakery-oven.rcp": recipe_file()}
+    files = {"RecipeFile.Dat": library_file(), "RecipeFile.Notes.json": notes_file(), "bakery-oven.rcp": recipe_file()}
     for name, data in files.items():
         (folder / name).write_bytes(data)
 

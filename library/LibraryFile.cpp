@@ -62,18 +62,22 @@ fs::path LibraryToWrite(const std::optional<std::string>& given, CReporter& repo
 bool LoadNotes(const fs::path& path, FormatLibrary& library, CReporter& reporter)
 {
     const NotesFile file = ReadNotes(path);
-    switch (file.content) {
-    case NotesFile::Content::Unreadable:
+    if (file.content == NotesFile::Content::Unreadable) {
         ShowFileError(reporter, kOpenFileError, path);
         return false;
-    case NotesFile::Content::Damaged:
-        reporter.ShowError(FillMessage(u"The notes of items are left out! File %s, at %s: %s!",
+    }
+    if (file.content == NotesFile::Content::Damaged) {
+        reporter.ShowError(FillMessage(u"Notes error! File %s, at %s: %s!",
                                        {PathText(path), file.fault.place, file.fault.text}));
         return false;
-    default:
-        SetNotes(library.formats, file.notes);
-        return true;
     }
+    LibraryNotes notes = ItemsOf(library.formats);
+    for (auto& [key, ofItem] : notes) {
+        const auto named = file.notes.find(key);
+        ofItem = named != file.notes.end() ? named->second : ItemNotes{};
+    }
+    SetNotes(library.formats, notes);
+    return true;
 }
 
 bool LoadLibrary(const fs::path& path, FormatLibrary& library, CReporter& reporter)

@@ -4,6 +4,7 @@
 #include "text/MessageText.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace {
@@ -28,6 +29,11 @@ ItemNotes Tidied(ItemNotes notes)
     }
     std::erase_if(notes.texts, [](const ValueText& named) { return named.value.empty() || named.text.empty(); });
     return notes;
+}
+
+bool HasRange(const ItemNotes& notes)
+{
+    return notes.lowest || notes.highest;
 }
 
 bool IsOutsideRange(const ItemNotes& notes, const CDecimal& number)
@@ -68,6 +74,18 @@ std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& codi
 std::u16string_view NameOfBit(const ItemNotes& notes, std::size_t bit)
 {
     return bit < notes.bits.size() ? std::u16string_view(notes.bits[bit]) : std::u16string_view();
+}
+
+std::vector<std::u16string_view> NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding,
+                                                const CDecimal& number)
+{
+    std::vector<std::u16string_view> names;
+    const auto word = number.Scaled(DecimalsOf(coding)).ToInt64();
+    const std::size_t count = word ? std::min(BitsToName(coding), notes.bits.size()) : 0;
+    for (std::size_t bit = 0; bit < count; ++bit)
+        if (((static_cast<std::uint64_t>(*word) >> bit) & 1U) != 0 && !notes.bits[bit].empty())
+            names.emplace_back(notes.bits[bit]);
+    return names;
 }
 
 std::size_t BitsToName(const ColumnCoding& coding)

@@ -42,6 +42,9 @@ struct ItemNotes {
 /// around unit and names.
 ItemNotes Tidied(ItemNotes notes);
 
+/// Whether `notes` give a range, be it open at one end.
+bool HasRange(const ItemNotes& notes);
+
 /// Whether `notes` give a range, and `number` lies outside it.
 bool IsOutsideRange(const ItemNotes& notes, const CDecimal& number);
 
@@ -58,6 +61,11 @@ std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& codi
 
 /// The name of bit `bit`; empty when it has none.
 std::u16string_view NameOfBit(const ItemNotes& notes, std::size_t bit);
+
+/// The names of the bits that are set in a value of the column, `number` in the item's unit, from bit 0 on; none of a
+/// value without bits.
+std::vector<std::u16string_view> NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding,
+                                                const CDecimal& number);
 
 /// Whether a value of the column has bits to name: an integer of one or two words. How many it has: 16, 32, else 0.
 std::size_t BitsToName(const ColumnCoding& coding);

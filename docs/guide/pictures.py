@@ -44,7 +44,7 @@ class Desk:
         for left in DESK.iterdir():
             if left != MARK:
                 left.unlink()
-        for file in (program, EXAMPLES / "bakery-oven.rcp", EXAMPLES / "RecipeFile.Dat"):
+        for file in (program, *(EXAMPLES / name for name in ("bakery-oven.rcp", "RecipeFile.Dat", "RecipeFile.Notes.json"))):
             shutil.copy(file, DESK / file.name)
             os.utime(DESK / file.name, (TIME, TIME))
         self.program = str(DESK / program.name)

@@ -29,7 +29,7 @@ std::vector<std::string> ManExamplesOf(const fs::path& page)
 struct DocumentedExamples : testing::Test {
     DocumentedExamples()
     {
-        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", ".vantor.json"})
+        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", "RecipeFile.Notes.json", ".vantor.json"})
             fs::copy_file(source / "examples" / file, folder / file);
         fs::copy_file(VANTOR_CLI_PROGRAM, folder / "vantor-cli");
     }

@@ -10,7 +10,7 @@ namespace {
 struct GuidePages : testing::TestWithParam<const char*> {
     GuidePages()
     {
-        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", ".vantor.json"})
+        for (const char* file : {"bakery-oven.rcp", "RecipeFile.Dat", "RecipeFile.Notes.json", ".vantor.json"})
             fs::copy_file(source / "examples" / file, folder / file);
         MakeOld(folder.Path());
         fs::copy_file(VANTOR_CLI_PROGRAM, programs / "vantor-cli");

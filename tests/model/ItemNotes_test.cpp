@@ -82,6 +82,18 @@ TEST(BitsToName, AreThoseOfIntegers)
     EXPECT_EQ(BitsToName(Column(DataType::String)), 0U);
 }
 
+TEST(NamesOfSetBits, AreThoseOfTheWord)
+{
+    ItemNotes notes;
+    notes.bits = {u"Fan", u"", u"Steam", u"Lamp"};
+    using Names = std::vector<std::u16string_view>;
+    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Hex16), CDecimal(0x17)), (Names{u"Fan", u"Steam"}));
+    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Signed16), CDecimal(-1)), (Names{u"Fan", u"Steam", u"Lamp"}));
+    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Unsigned16, 1), *Number(u"0.8")), Names{u"Lamp"});
+    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Float), CDecimal(1)), Names{});
+    EXPECT_EQ(NamesOfSetBits({}, Column(DataType::Hex16), CDecimal(1)), Names{});
+}
+
 TEST(NotesThatSayNothing, AreLeftOut)
 {
     ItemNotes notes;

@@ -219,7 +219,7 @@ class RepositoryTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run([sys.executable, "-B", str(examples / "make_sample.py"), folder], check=True)
             made = sorted(os.listdir(folder))
-            self.assertEqual(made, ["RecipeFile.Dat", "bakery-oven.rcp"])
+            self.assertEqual(made, ["RecipeFile.Dat", "RecipeFile.Notes.json", "bakery-oven.rcp"])
             for file in made:
                 self.assertEqual((Path(folder) / file).read_bytes(), (examples / file).read_bytes(), file)
 
