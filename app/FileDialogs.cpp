@@ -106,6 +106,18 @@ QString AskSavePath(QWidget& parent, const QString& folder)
     return RunDialog(dialog, SaveFilters(), kDefaultPattern);
 }
 
+QString AskExportPath(QWidget& parent, const QString& path)
+{
+    const QFileInfo file(path);
+    CFileDialog dialog(&parent, QObject::tr("Export table"), path.isEmpty() ? QString() : file.absolutePath());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters({QObject::tr("Tables (*.csv *.tsv *.txt)"), QObject::tr("All files (*)")});
+    dialog.setDefaultSuffix(QStringLiteral("csv"));
+    if (!path.isEmpty())
+        dialog.selectFile(QObject::tr("%1 table.csv").arg(file.completeBaseName()));
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
 QString AskCopyPath(QWidget& parent, const QString& path)
 {
     const QFileInfo file(path);

@@ -29,5 +29,10 @@ QString AskPatchPath(QWidget& parent, const QString& folder);
 /// Asks for a text file with a table, as AskOpenPath.
 QString AskTablePath(QWidget& parent, const QString& folder);
 
+/// Asks where to write a table for other programs: beside the file at `path`, empty for a new document; asks again
+/// before an existing file would be replaced. A name without an ending gets ".csv". The chosen full path, or empty when
+/// the user cancelled.
+QString AskExportPath(QWidget& parent, const QString& path);
+
 /// Asks likewise where to write a copy of the file at `path`, empty for a new document: beside it, of its type.
 QString AskCopyPath(QWidget& parent, const QString& path);

@@ -61,6 +61,7 @@ CMainFrame::CMainFrame(const std::filesystem::path& executable, QWidget* parent)
 CMainFrame::~CMainFrame()
 {
     m_pReadingCommands.reset();
+    m_pExportCommands.reset();
     m_pImportCommands.reset();
     m_pFillCommands.reset();
     m_pOfferCommands.reset();
@@ -175,6 +176,7 @@ void CMainFrame::CreateForManyCells()
         std::make_unique<CFillCommands>(CFillCommands::Parts{*m_pUi, *this, *m_pOfferCommands, *m_pDataPane, *this});
     m_pImportCommands = std::make_unique<CImportCommands>(
         CImportCommands::Parts{*m_pUi, *this, *m_pOfferCommands, *m_pDataPane, *this});
+    m_pExportCommands = std::make_unique<CExportCommands>(CExportCommands::Parts{*m_pUi, *this, *m_pDataPane, *this});
     connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
         if (weight == static_cast<int>(StripSubject::EditsOffered))
             m_pOfferCommands->Withdraw();
@@ -346,6 +348,7 @@ void CMainFrame::UpdateCommands()
     m_pPatchCommands->Follow();
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
+    m_pExportCommands->Follow();
     m_pFindCommands->Follow();
     m_pFindValueCommands->Follow();
     m_pVersionCommands->Update();
@@ -371,6 +374,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pPatchCommands->Follow();
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
+    m_pExportCommands->Follow();
     m_pFindCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now

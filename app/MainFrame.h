@@ -2,6 +2,7 @@
 
 #include "app/CompareCommands.h"
 #include "app/EditCommands.h"
+#include "app/ExportCommands.h"
 #include "app/FileCommands.h"
 #include "app/FillCommands.h"
 #include "app/FindCommands.h"
@@ -132,6 +133,7 @@ private:
     std::unique_ptr<COfferCommands> m_pOfferCommands;
     std::unique_ptr<CFillCommands> m_pFillCommands;
     std::unique_ptr<CImportCommands> m_pImportCommands;
+    std::unique_ptr<CExportCommands> m_pExportCommands;
     std::unique_ptr<CTableCommands> m_pTableCommands;
     std::unique_ptr<CGoToCommands> m_pGoToCommands;
     std::unique_ptr<CFindCommands> m_pFindCommands;

@@ -1,11 +1,12 @@
 #include "app/TableCommands.h"
 
 #include "controls/GridClipboard.h"
+#include "model/SpreadsheetNumber.h"
 #include "ui_MainFrame.h"
 #include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
 #include "views/ShowRowsDlg.h"
-#include "views/SpreadsheetText.h"
+#include "views/TextCrossing.h"
 
 #include <QAccessible>
 #include <QLocale>
@@ -158,7 +159,8 @@ void CTableCommands::Copy(bool isForSpreadsheet)
     if (isForSpreadsheet)
         form.edit = [&](int column, QString& text) {
             const auto& columns = m_parts.frame.Document().Rows().Columns();
-            text = SpreadsheetText(columns[static_cast<std::size_t>(column - kTitleColumns)], text, point);
+            const ColumnCoding& coding = columns[static_cast<std::size_t>(column - kTitleColumns)];
+            text = ToQString(SpreadsheetNumber(coding, text.toStdU16String(), point.at(0).unicode()));
         };
     m_parts.dataPane.Grid().CopyAs(form);
 }

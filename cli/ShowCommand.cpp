@@ -4,8 +4,8 @@
 #include "cli/TextTable.h"
 #include "files/TableTitles.h"
 #include "library/JsonText.h"
-#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
+#include "model/ValueNames.h"
 #include "text/Utf8Text.h"
 
 #include <cstddef>

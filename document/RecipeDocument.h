@@ -80,6 +80,8 @@ struct SaveNotes {
     std::optional<VersionKept> version;                ///< of what the file held before; nothing where none was to be
 };
 
+class CTableExport;
+
 /// What a save will do to a cell: the numbers that its words are (StoredNumber.h), in full, or their texts where they
 /// are no numbers.
 struct CellOutlook {
@@ -198,6 +200,11 @@ public:
     /// A file of another type than the current one gets the rows alone, as by Replace. The target is as it was until
     /// the new file is complete. Refused, and reported, when `path` is the current file itself.
     SaveResult WriteCopy(FileType type, const std::filesystem::path& path, CReporter& reporter, CProgress& progress);
+
+    /// Writes the rows as a table for other programs; the document stays as it is. Refused, and reported, when `path`
+    /// is the current file itself.
+    SaveResult WriteTable(const CTableExport& table, const std::filesystem::path& path, CReporter& reporter,
+                          CProgress& progress);
 
     /// As Write, to the new name `path`, which is made ready first (PrepareSaveAs); `path` and `type` are the
     /// document's then. Rows that Replace would not take cost the target no byte. After a failure all is as it was, but

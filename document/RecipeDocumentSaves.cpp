@@ -1,6 +1,7 @@
 #include "disk/Replacement.h"
 #include "document/EditMemory.h"
 #include "document/RecipeDocument.h"
+#include "document/TableExport.h"
 #include "files/CsvPutBack.h"
 #include "files/EditedSave.h"
 #include "files/RecipeMessages.h"
@@ -377,6 +378,26 @@ SaveResult CRecipeDocument::Replace(FileType type, const fs::path& path, CReport
     return Guarded({.command = u"Convert", .type = type, .path = path, .rehearse = rehearse}, progress,
                    [&](const WriteTarget&) {
                        return ReplaceRecipe(type, m_shown.rows, path, m_settings.startAddress, reporter, progress);
+                   });
+}
+
+SaveResult CRecipeDocument::WriteTable(const CTableExport& table, const fs::path& path, CReporter& reporter,
+                                       CProgress& progress)
+{
+    if (IsSameFile(path, m_strFilePath)) {
+        ShowFileError(reporter, u"%s is the open file. A table for other programs needs another name!", path);
+        return {};
+    }
+    const auto rehearse = [&table](const fs::path& copy) {
+        CNoProgress unseen;
+        return table.Write(copy, unseen) == Outcome::Done;
+    };
+    return Guarded({.command = u"Export table", .type = FileType::Csv, .path = path, .rehearse = rehearse}, progress,
+                   [&](const WriteTarget& target) {
+                       const Outcome outcome = table.Write(target.path, progress);
+                       if (HasFailed(outcome))
+                           ShowFileError(reporter, kSaveFileError, path);
+                       return ResultOf(outcome);
                    });
 }
 

@@ -1,5 +1,6 @@
 #include "document/RowChoice.h"
 
+#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
 #include "text/LowerCase.h"
 
@@ -91,11 +92,20 @@ bool CRowChoice::IsSo(CellPlace place)
         return !rows.IsEdited(place.row, place.column) && m_document.WhyChanged(place).has_value();
     case CellCondition::IsOutsideLimits:
         return rows.OutsideLimits(place.row, place.column).has_value();
+    case CellCondition::IsOutsideRange:
+        return IsOutsideRange(place);
     case CellCondition::Differs:
         return m_document.Comparison() && m_document.Comparison()->Differs(place);
     default:
         return HasValue(place);
     }
+}
+
+bool CRowChoice::IsOutsideRange(CellPlace place)
+{
+    const ItemNotes& notes = *m_document.Rows().Columns()[place.column].notes;
+    const auto number = HasRange(notes) ? NumberOf(place) : std::nullopt;
+    return number && ::IsOutsideRange(notes, *number);
 }
 
 bool CRowChoice::HasValue(CellPlace place)

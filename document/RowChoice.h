@@ -24,7 +24,8 @@ enum class CellCondition {
     IsEdited,
     IsRewritten, ///< a save would store another value than the file holds, though nobody edited the cell
     IsOutsideLimits,
-    Differs, ///< from the file that is compared with
+    IsOutsideRange, ///< that its item's notes call sensible
+    Differs,        ///< from the file that is compared with
 };
 
 /// Whether the condition speaks of a value that the user gives.
@@ -57,6 +58,7 @@ public:
 private:
     bool Fulfils(std::int32_t row);
     bool IsSo(CellPlace place);
+    bool IsOutsideRange(CellPlace place);
     bool HasValue(CellPlace place);
     std::optional<CDecimal> NumberOf(CellPlace place);
 

@@ -1,13 +1,18 @@
 #include "model/ItemNotes.h"
 
-#include "model/StoredNumber.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <utility>
 
 namespace {
+
+std::u16string_view WithoutBlanks(std::u16string_view text)
+{
+    constexpr std::u16string_view kBlanks = u" \t";
+    const std::size_t first = std::min(text.find_first_not_of(kBlanks), text.size());
+    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
 
 std::u16string WithUnit(std::u16string text, const ItemNotes& notes)
 {
@@ -59,38 +64,7 @@ std::u16string OutsideRangeText(const ItemNotes& notes)
     return notes.highest ? WithUnit(FillMessage(u"lies above %s", {notes.highest->Text()}), notes) : std::u16string();
 }
 
-std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& coding, std::u16string_view text)
-{
-    if (notes.texts.empty())
-        return {};
-    const auto number = NumberOfText(coding, text);
-    const auto isNamed = [&](const ValueText& named) {
-        return number ? NumberOfText(coding, named.value) == number : WithoutBlanks(text) == named.value;
-    };
-    const auto found = std::find_if(notes.texts.begin(), notes.texts.end(), isNamed);
-    return found != notes.texts.end() ? std::u16string_view(found->text) : std::u16string_view();
-}
-
 std::u16string_view NameOfBit(const ItemNotes& notes, std::size_t bit)
 {
     return bit < notes.bits.size() ? std::u16string_view(notes.bits[bit]) : std::u16string_view();
-}
-
-std::vector<std::u16string_view> NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding,
-                                                const CDecimal& number)
-{
-    std::vector<std::u16string_view> names;
-    const auto word = number.Scaled(DecimalsOf(coding)).ToInt64();
-    const std::size_t count = word ? std::min(BitsToName(coding), notes.bits.size()) : 0;
-    for (std::size_t bit = 0; bit < count; ++bit)
-        if (((static_cast<std::uint64_t>(*word) >> bit) & 1U) != 0 && !notes.bits[bit].empty())
-            names.emplace_back(notes.bits[bit]);
-    return names;
-}
-
-std::size_t BitsToName(const ColumnCoding& coding)
-{
-    constexpr std::size_t kBitsOfWord = 16;
-    const bool hasBits = IsDecimalInteger(coding.dataType) || IsHexadecimal(coding.dataType);
-    return hasBits ? kBitsOfWord * WordsOfType(coding.dataType) : 0;
 }

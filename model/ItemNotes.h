@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/ColumnCoding.h"
 #include "text/Decimal.h"
 
 #include <cstddef>
@@ -55,17 +54,5 @@ std::u16string RangeText(const ItemNotes& notes);
 /// "lies below 150 °C", "lies above 280 °C".
 std::u16string OutsideRangeText(const ItemNotes& notes);
 
-/// What `notes` call the value that a cell of the column shows as `text`; empty when they do not name it. Numbers are
-/// compared as numbers: "0.0" is the value "0".
-std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& coding, std::u16string_view text);
-
 /// The name of bit `bit`; empty when it has none.
 std::u16string_view NameOfBit(const ItemNotes& notes, std::size_t bit);
-
-/// The names of the bits that are set in a value of the column, `number` in the item's unit, from bit 0 on; none of a
-/// value without bits.
-std::vector<std::u16string_view> NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding,
-                                                const CDecimal& number);
-
-/// Whether a value of the column has bits to name: an integer of one or two words. How many it has: 16, 32, else 0.
-std::size_t BitsToName(const ColumnCoding& coding);

@@ -48,6 +48,7 @@ void CShowRowsDlg::FillConditions(bool isCompared)
     add(CellCondition::IsEdited, tr("is edited"));
     add(CellCondition::IsRewritten, tr("would be rewritten by a save"));
     add(CellCondition::IsOutsideLimits, tr("lies outside its limits"));
+    add(CellCondition::IsOutsideRange, tr("lies outside its sensible range"));
     if (isCompared)
         add(CellCondition::Differs, tr("differs from the compared file"));
 }

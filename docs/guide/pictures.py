@@ -402,7 +402,7 @@ def comparing(desk):
         desk.whole("compared.png")
 
 
-@scene("fill.png", "calculate-preview.png", "import-table.png")
+@scene("fill.png", "calculate-preview.png", "import-table.png", "export-table.png")
 def changing_many(desk):
     with desk.open("bakery-oven.rcp") as app:
         wait_for_rows(app, 12)
@@ -427,6 +427,11 @@ def changing_many(desk):
         wait_for(lambda: app.window(2).name == "Import table" and app.window(2).find_all("table", "Columns of the text"),
                  "the dialog of the table")
         desk.window(app, "import-table.png")
+        desk.screen.key("Escape")
+        app.window(1)
+        choose_command(app, "Edit(E)", "Export table…")
+        app.window(2).find("check box", "Row numbers and addresses").click()
+        desk.window(app, "export-table.png")
 
 
 @scene("new-file.png")

@@ -59,6 +59,7 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
           "Copy for &spreadsheet",
           QString::fromUtf8("Paste wit&h preview…"),
           QString::fromUtf8("I&mport table…"),
+          QString::fromUtf8("Exp&ort table…"),
           "-",
           QString::fromUtf8("&Go to…"),
           QString::fromUtf8("&Find…"),

@@ -4,7 +4,6 @@
 #include "controls/GridModel.h"
 #include "tests/app/EditFixture.h"
 #include "views/RecipeDataShowView.h"
-#include "views/SpreadsheetText.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -248,20 +247,4 @@ TEST_F(TableCommands, ColumnsThatAreTooWideToStayAreTold)
     EXPECT_EQ(Told(),
               "These columns would leave too little room for the others: they scroll until the window is wider.");
     EXPECT_TRUE(IsOffered("menuView", "actionUnfreezeColumns"));
-}
-
-TEST(SpreadsheetTexts, HaveTheDecimalSignOfTheLanguageInNumbersOnly)
-{
-    ColumnCoding number;
-    number.dataType = DataType::Float;
-    ColumnCoding text;
-    text.dataType = DataType::String;
-    EXPECT_EQ(SpreadsheetText(number, "-1.50", ","), "-1,50");
-    EXPECT_EQ(SpreadsheetText(number, "1.5e+30", ","), "1,5e+30");
-    EXPECT_EQ(SpreadsheetText(number, "1.50", "."), "1.50");
-    EXPECT_EQ(SpreadsheetText(number, "  1.50", ","), "1,50"); // as a double is shown
-    EXPECT_EQ(SpreadsheetText(number, "0.-5", ","), "0.-5");   // kept: no number
-    EXPECT_EQ(SpreadsheetText(number, "nan", ","), "nan");
-    EXPECT_EQ(SpreadsheetText(number, "12", ","), "12");
-    EXPECT_EQ(SpreadsheetText(text, "1.50", ","), "1.50");
 }

@@ -1,6 +1,7 @@
 // Which rows fulfil a condition: by their stored numbers, texts and marks.
 
 #include "document/RowChoice.h"
+#include "model/ItemNotes.h"
 #include "tests/document/DocumentFixture.h"
 #include "text/NumberText.h"
 
@@ -48,6 +49,21 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ChosenRows, AreThoseWithANumberOutsideTheSensibleRange)
+{
+    DataFormat format = document.Format();
+    ItemNotes notes;
+    notes.lowest = CDecimal(0);
+    notes.highest = CDecimal(1);
+    format.items[0]->notes = CSharedNotes(notes);
+    document.TakeSettings({format, 0, 3});
+    ASSERT_EQ(Read(), CRecipeDocument::Reading::Done);
+    EXPECT_EQ(Find(std::nullopt, CellCondition::IsOutsideRange), (Rows{0, 2}));
+    EXPECT_EQ(Find(1, CellCondition::IsOutsideRange), Rows{});
+    ASSERT_EQ(document.SetTexts(EditKind::Typing, {{{0, 0}, u"0.50"}}), EditOutcome::Made);
+    EXPECT_EQ(Find(0, CellCondition::IsOutsideRange), Rows{2});
+}
 
 TEST_F(ChosenRows, ANumberIsTheStoredOneWhateverIsShown)
 {

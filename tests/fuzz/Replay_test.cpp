@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, FuzzReplay,
                                          ReplayedTarget{"cellcheck", FuzzCellCheck}, ReplayedTarget{"codec", FuzzCodec},
                                          ReplayedTarget{"merge", FuzzMerge}, ReplayedTarget{"changes", FuzzChanges},
                                          ReplayedTarget{"patch", FuzzPatch}, ReplayedTarget{"journal", FuzzJournal},
-                                         ReplayedTarget{"layout", FuzzLayout},
+                                         ReplayedTarget{"layout", FuzzLayout}, ReplayedTarget{"notes", FuzzNotes},
                                          ReplayedTarget{"commandline", FuzzCommandLine}),
                          [](const auto& target) { return std::string(target.param.name); });
 

@@ -46,3 +46,10 @@ void CutNames(FormatLibrary& library)
     for (const auto& format : library.formats)
         SetText(format->name, std::u16string(CutText(TextOf(format->name), kReadUnits)));
 }
+
+void DropNotes(FormatLibrary& library)
+{
+    for (const auto& format : library.formats)
+        for (const auto& item : format->items)
+            item->notes = {};
+}

@@ -15,3 +15,6 @@ FormatLibrary LibraryIn(FuzzBytes bytes);
 
 /// Cuts the names of the formats to what is read of a stored one.
 void CutNames(FormatLibrary& library);
+
+/// Takes the notes off its items.
+void DropNotes(FormatLibrary& library);

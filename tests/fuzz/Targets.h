@@ -42,5 +42,8 @@ void FuzzJournal(FuzzBytes bytes);
 /// The bytes are a layout file.
 void FuzzLayout(FuzzBytes bytes);
 
+/// The bytes are a file of notes.
+void FuzzNotes(FuzzBytes bytes);
+
 /// The bytes are lines, an argument each, up to an empty one, and then the content of the files in reach.
 void FuzzCommandLine(FuzzBytes bytes);

@@ -1,6 +1,7 @@
 #include "disk/File.h"
 #include "library/FormatLibrary.h"
 #include "library/LibraryPlace.h"
+#include "library/NotesFile.h"
 #include "tests/support/Formats.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
@@ -31,6 +32,13 @@ TEST_F(FirstUse, MakesTheUsersLibraryFromTheSample)
 {
     EXPECT_EQ(UserLibraryPath(dataFolder, sample), library);
     EXPECT_EQ(ReadAll(library), ReadAll(sample));
+}
+
+TEST_F(FirstUse, TakesTheNotesOfTheSampleAlong)
+{
+    ASSERT_TRUE(WriteNotes({{{.format = u"A", .item = u"X"}, {.unit = u"m"}}}, NotesPathOf(sample)));
+    UserLibraryPath(dataFolder, sample);
+    EXPECT_EQ(ReadAll(NotesPathOf(library)), ReadAll(NotesPathOf(sample)));
 }
 
 TEST_F(FirstUse, LeavesTheUsersLibraryAlone)

@@ -1,5 +1,6 @@
 #include "model/ItemNotes.h"
 #include "model/SharedNotes.h"
+#include "model/ValueNames.h"
 
 #include <gtest/gtest.h>
 
