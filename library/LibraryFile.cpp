@@ -67,8 +67,8 @@ bool LoadNotes(const fs::path& path, FormatLibrary& library, CReporter& reporter
         return false;
     }
     if (file.content == NotesFile::Content::Damaged) {
-        reporter.ShowError(FillMessage(u"Notes error! File %s, at %s: %s!",
-                                       {PathText(path), file.fault.place, file.fault.text}));
+        reporter.ShowError(
+            FillMessage(u"Notes error! File %s, at %s: %s!", {PathText(path), file.fault.place, file.fault.text}));
         return false;
     }
     LibraryNotes notes = ItemsOf(library.formats);

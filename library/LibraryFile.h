@@ -24,6 +24,6 @@ std::filesystem::path LibraryToWrite(const std::optional<std::string>& given, CR
 /// be read; the formats have none then.
 bool LoadLibrary(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);
 
-/// Gives the items the notes of the notes file at `path`, in place of any that they have; a missing one has none. False, and then reported, when it
-/// cannot be read or is damaged.
+/// Gives the items the notes of the notes file at `path`, in place of any that they have; a missing one has none.
+/// False, and then reported, when it cannot be read or is damaged.
 bool LoadNotes(const std::filesystem::path& path, FormatLibrary& library, CReporter& reporter);
