@@ -7,13 +7,17 @@
 
 namespace {
 
-constexpr int kCornerSize = 7; // pixels, each leg
-constexpr int kBarWidth = 3;   // pixels
-constexpr int kOpenSize = 8;   // pixels, each leg of the open corner
+constexpr int kCornerSize = 7;   // pixels, each leg
+constexpr int kBarWidth = 3;     // pixels
+constexpr int kOpenSize = 8;     // pixels, each leg of the open corner
+constexpr int kZigzagHeight = 2; // pixels from its lowest points to its highest, and from one to the next
+constexpr int kZigzagPen = 2;    // pixels
 constexpr QColor kWarningOnLight{196, 64, 0};
 constexpr QColor kWarningOnDark{255, 150, 70};
 constexpr QColor kDifferenceOnLight{128, 32, 160};
 constexpr QColor kDifferenceOnDark{205, 150, 255};
+constexpr QColor kUnusualOnLight{0, 112, 104};
+constexpr QColor kUnusualOnDark{80, 215, 195};
 
 /// The corner at the top right.
 void DrawFilledCorner(QPainter& painter, const QRect& inner, const QColor& color)
@@ -30,6 +34,17 @@ void DrawOpenCorner(QPainter& painter, const QRect& inner, const QColor& color)
     painter.fillRect(inner.left(), inner.bottom(), kOpenSize, 1, color);
     for (int line = 1; line < kOpenSize; ++line)
         painter.fillRect(inner.left() + line - 1, top + line - 1, 2, 1, color);
+}
+
+/// The line along the bottom from `left` to `right`.
+void DrawZigzag(QPainter& painter, int left, int right, int bottom, const QColor& color)
+{
+    constexpr int kPeriod = 2 * kZigzagHeight;
+    for (int x = left; x <= right; ++x) {
+        const int phase = (x - left) % kPeriod;
+        const int above = phase < kZigzagHeight ? phase : kPeriod - phase;
+        painter.fillRect(x, bottom + 1 - kZigzagPen - above, 1, kZigzagPen, color);
+    }
 }
 
 /// `background` with an eighth of `color`.
@@ -97,6 +112,16 @@ QColor DifferenceTint(const QColor& background)
     return Tinted(background, DifferenceColor(background));
 }
 
+QColor UnusualColor(const QColor& background)
+{
+    return background.lightness() < 128 ? kUnusualOnDark : kUnusualOnLight;
+}
+
+QColor UnusualTint(const QColor& background)
+{
+    return Tinted(background, UnusualColor(background));
+}
+
 void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const GridMarkColors& colors)
 {
     const QRect inner = rect.adjusted(kFocusFrame, kFocusFrame, -kFocusFrame - 1, -kFocusFrame - 1);
@@ -105,6 +130,9 @@ void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks,
     if (marks.differs) // below the place of the corner
         painter.fillRect(inner.right() + 1 - kBarWidth, inner.top() + kCornerSize + 1, kBarWidth,
                          inner.height() - kCornerSize - 1, colors.differs);
+    if (marks.unusual)
+        DrawZigzag(painter, inner.left() + (marks.outOfRange ? kBarWidth : 0) + (marks.rewritten ? kOpenSize : 0) + 2,
+                   inner.right() - (marks.differs ? kBarWidth : 0) - 2, inner.bottom() - 1, colors.unusual);
     if (marks.changed)
         DrawFilledCorner(painter, inner, colors.corner);
     if (marks.rewritten) // clear of the focus frame and, where there is one, of the bar

@@ -29,17 +29,22 @@ QColor WarningTint(const QColor& background);
 QColor DifferenceColor(const QColor& background);
 QColor DifferenceTint(const QColor& background);
 
+/// The colour that says "unusual" on `background`, and `background` with a breath of it.
+QColor UnusualColor(const QColor& background);
+QColor UnusualTint(const QColor& background);
+
 /// What the marks of a cell are drawn in.
 struct GridMarkColors {
     QColor corner;
     QColor outOfRange;
+    QColor unusual;
     QColor differs;
 };
 
 /// Draws the marks of a cell beside its text: a filled corner at the top right for a changed value, an open one at the
-/// bottom left for a value that a save rewrites, a bar at the left side for one out of range, and one at the right side
-/// for one that differs from what it is compared with. They differ in shape and place, not in colour alone, and a cell
-/// may have all of them.
+/// bottom left for a value that a save rewrites, a bar at the left side for one out of range, one at the right side for
+/// one that differs from what it is compared with, and a zigzag line at the bottom for an unusual one. They differ in
+/// shape and place, not in colour alone, and a cell may have all of them.
 void DrawMarks(QPainter& painter, const QRect& rect, const GridCellMarks& marks, const GridMarkColors& colors);
 
 /// Draws a frame of that width in pixels within `rect`.

@@ -39,15 +39,17 @@ void CGridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     } else {
         if (marks.outOfRange)
             look.backColor = WarningTint(look.backColor);
+        if (marks.unusual)
+            look.backColor = UnusualTint(look.backColor);
         if (marks.differs)
             look.backColor = DifferenceTint(look.backColor);
     }
     DrawCell(*painter, option.rect, m_model, row, column, look);
     DrawCellLines(*painter, option.rect, kGridLine);
     const GridMarkColors colors{option.palette.color(group, QPalette::Highlight), WarningColor(look.backColor),
-                                DifferenceColor(look.backColor)};
+                                UnusualColor(look.backColor), DifferenceColor(look.backColor)};
     DrawMarks(*painter, option.rect, marks,
-              highlighted ? GridMarkColors{look.textColor, look.textColor, look.textColor} : colors);
+              highlighted ? GridMarkColors{look.textColor, look.textColor, look.textColor, look.textColor} : colors);
     if (focus) // a thin frame when the cell is not selected
         DrawFrame(*painter, option.rect.adjusted(0, 0, -1, -1), selected ? kFocusFrame : 1,
                   option.palette.color(group, QPalette::Highlight));

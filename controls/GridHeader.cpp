@@ -3,9 +3,11 @@
 #include "controls/GridModel.h"
 #include "controls/GridTitles.h"
 
+#include <QHelpEvent>
 #include <QItemSelectionModel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -125,6 +127,19 @@ void CGridHeader::paintEvent(QPaintEvent* event)
     for (int section = 0; section < frozen; ++section)
         paintSection(&painter, {PositionOf(section), 0, sectionSize(section), viewport()->height()}, section);
     PaintEdge(painter, FrozenArea());
+}
+
+/// The base class does not know of the frozen sections when it looks for the tip.
+bool CGridHeader::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip || orientation() != Qt::Horizontal)
+        return QHeaderView::viewportEvent(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const int section = SectionAt(help->pos().x());
+    const QString tip =
+        section < 0 ? QString() : model()->headerData(section, orientation(), Qt::ToolTipRole).toString();
+    QToolTip::showText(help->globalPos(), tip, viewport());
+    return true;
 }
 
 int CGridHeader::ShiftAt(int position) const

@@ -31,6 +31,7 @@ public:
     void PaintEdge(QPainter& painter, const QRect& frozen) const; ///< where the frozen ones end
 
 protected:
+    bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

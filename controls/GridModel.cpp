@@ -19,6 +19,15 @@ QString TipOf(QString remark)
     return QStringLiteral("<p>%1</p>").arg(remark.toHtmlEscaped());
 }
 
+/// A title and what is said of it, line by line.
+QString TipOf(const QString& title, const QString& remark)
+{
+    if (remark.isEmpty())
+        return {};
+    const QString lines = title.toHtmlEscaped() + u'\n' + remark.toHtmlEscaped();
+    return QStringLiteral("<p>%1</p>").arg(QString(lines).replace(u'\n', QLatin1String("<br>")));
+}
+
 } // namespace
 
 CGridModel::CGridModel(QObject* parent)
@@ -307,7 +316,11 @@ bool CGridModel::setData(const QModelIndex& index, const QVariant& value, int ro
 
 QVariant CGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role != Qt::DisplayRole || section < 0)
+    if (section < 0)
+        return {};
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
+        return TitleRemark(section, orientation, role);
+    if (role != Qt::DisplayRole)
         return {};
     QStringList titles;
     if (orientation == Qt::Horizontal) {
@@ -318,6 +331,16 @@ QVariant CGridModel::headerData(int section, Qt::Orientation orientation, int ro
             titles += Text(section + m_nFixedRows, column);
     }
     return titles.join(u' ');
+}
+
+/// What is said of a title as its tip, or as the description of screen readers.
+QVariant CGridModel::TitleRemark(int section, Qt::Orientation orientation, int role) const
+{
+    const bool isOfSource = m_source != nullptr && orientation == Qt::Horizontal && section < columnCount();
+    const QString remark = isOfSource ? m_source->TitleRemark(section + m_nFixedColumns) : QString();
+    if (remark.isEmpty())
+        return {};
+    return role == Qt::ToolTipRole ? TipOf(headerData(section, orientation).toString(), remark) : remark;
 }
 
 Qt::ItemFlags CGridModel::flags(const QModelIndex& index) const

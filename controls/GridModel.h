@@ -71,6 +71,7 @@ public:
 
 private:
     QString Description(const QModelIndex& index) const;
+    QVariant TitleRemark(int section, Qt::Orientation orientation, int role) const;
     void KeepTexts(const std::vector<GridCellText>& texts);
     bool IsKept(int row, int column) const { return Contains(row, column) && (!m_source || row < m_nFixedRows); }
 

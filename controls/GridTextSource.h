@@ -9,6 +9,7 @@ struct GridCellMarks {
     bool changed = false;    ///< the user changed it and it has not been saved since
     bool outOfRange = false; ///< its value lies outside what it may hold
     bool rewritten = false;  ///< a save would store another value than was read or typed
+    bool unusual = false;    ///< its value may be held, but is none that is expected
     bool differs = false;    ///< it is compared with another value, which is not the same
 };
 
@@ -46,6 +47,8 @@ public:
     virtual GridCellMarks CellMarks(int /*row*/, int /*column*/) const { return {}; }
     /// The marks in words, for the cell's tip and for screen readers; empty without a mark.
     virtual QString CellRemark(int /*row*/, int /*column*/) const { return {}; }
+    /// What there is to say of the title of a column, in lines, for its tip and for screen readers; mostly empty.
+    virtual QString TitleRemark(int /*column*/) const { return {}; }
     /// The number that messages give a row.
     virtual int RowInMessages(int row) const { return row; }
 };

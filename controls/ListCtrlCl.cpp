@@ -195,6 +195,11 @@ void CListCtrlCl::SetItemText(int row, int column, const QString& text)
     item.setToolTip(text.left(kLongestTip));
 }
 
+void CListCtrlCl::SetItemTip(int row, int column, const QString& tip)
+{
+    EnsureItem(row, column).setToolTip(QStringLiteral("<p>%1</p>").arg(tip.toHtmlEscaped()));
+}
+
 void CListCtrlCl::SetItemName(int row, int column, const QString& name)
 {
     EnsureItem(row, column).setData(Qt::AccessibleTextRole, name);

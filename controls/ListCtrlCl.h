@@ -49,6 +49,8 @@ public:
     int InsertItem(int row, const QString& text);
     /// The text of a cell. It is not painted: it is the cell's tool tip, its first 80 characters.
     void SetItemText(int row, int column, const QString& text);
+    /// Another tool tip for a cell, until it is given a text.
+    void SetItemTip(int row, int column, const QString& tip);
     /// What a screen reader says for a cell.
     void SetItemName(int row, int column, const QString& name);
 

@@ -11,7 +11,9 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
+#include <cstdlib>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace {
@@ -30,6 +32,11 @@ public:
         ++asked;
         const auto found = marks.find({row, column});
         return found != marks.end() ? found->second : GridCellMarks{};
+    }
+
+    QString TitleRemark(int column) const override
+    {
+        return column == 3 ? QStringLiteral("Unit: <°C>\nmore & more") : QString();
     }
 
     QString CellRemark(int row, int column) const override
@@ -52,6 +59,9 @@ struct GridMarks : CGridTestBed {
         source.marks[{6, 3}] = {.changed = true, .rewritten = true};
         source.marks[{7, 3}] = {.changed = true, .outOfRange = true, .rewritten = true};
         source.marks[{9, 3}] = {.differs = true};
+        source.marks[{12, 3}] = {.unusual = true};
+        source.marks[{13, 3}] = {
+            .changed = true, .outOfRange = true, .rewritten = true, .unusual = true, .differs = true};
         source.marks[{10, 3}] = {.changed = true, .outOfRange = true, .rewritten = true, .differs = true};
         grid->SetTextSource(&source);
         grid->SetRowCount(1 + kRows);
@@ -104,6 +114,19 @@ struct GridMarks : CGridTestBed {
     {
         const QRect cell = CellRect(row, column);
         return CPictureOf(*grid->viewport(), 1).At(cell.right() - 12, cell.center().y());
+    }
+
+    /// The heights, from the bottom of the cell on, in which the zigzag's colour is met at each pixel of its width.
+    std::set<int> Zigzag(int row, int column, const QColor& color, int scale = 1) const
+    {
+        const QRect cell = CellRect(row, column);
+        const CPictureOf picture(*grid->viewport(), scale);
+        std::set<int> heights;
+        for (int x = cell.left() + 16; x < cell.right() - 8; ++x)
+            for (int height = 1; height < 9; ++height)
+                if (picture.At(x, cell.bottom() - height) == color)
+                    heights.insert(height);
+        return heights;
     }
 
     QColor Color(QPalette::ColorRole role) const { return grid->palette().color(role); }
@@ -218,6 +241,53 @@ TEST_F(GridMarks, ACellThatDiffersMayHaveAllOthers)
     EXPECT_EQ(RightBar(10, 3), Color(QPalette::HighlightedText));
 }
 
+TEST_F(GridMarks, AnUnusualCellHasAZigzagLineAndATintOfItsOwnAtEachResolution)
+{
+    const QColor base = Color(QPalette::Base);
+    const QColor line = UnusualColor(UnusualTint(base));
+    for (const int scale : {1, 2, 3}) {
+        EXPECT_EQ(Zigzag(12, 3, line, scale), (std::set<int>{4, 5, 6, 7})) << scale;
+        EXPECT_TRUE(Zigzag(2, 3, line, scale).empty()) << scale; // out of range, which is another mark
+        EXPECT_EQ(Bar(12, 3, scale), UnusualTint(base)) << scale;
+        EXPECT_EQ(Corner(12, 3, scale), UnusualTint(base)) << scale;
+    }
+    EXPECT_NE(UnusualTint(base), base);
+    EXPECT_NE(UnusualTint(base), WarningTint(base));
+    EXPECT_NE(UnusualTint(base), DifferenceTint(base));
+}
+
+TEST_F(GridMarks, AnUnusualCellMayHaveAllOthers)
+{
+    const QColor warned = WarningTint(Color(QPalette::Base));
+    const QColor ground = DifferenceTint(UnusualTint(warned));
+    EXPECT_EQ(Middle(13, 3), ground);
+    EXPECT_FALSE(Zigzag(13, 3, UnusualColor(ground)).empty());
+    EXPECT_EQ(Bar(13, 3), WarningColor(ground));
+    EXPECT_EQ(RightBar(13, 3), DifferenceColor(ground));
+    EXPECT_EQ(Corner(13, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenSide(13, 3), Color(QPalette::Highlight));
+    EXPECT_EQ(OpenInside(13, 3), ground);
+}
+
+TEST_F(GridMarks, TheZigzagStaysOnTheFocusCellAndIsInTheColourOfTheTextOnSelectedOnes)
+{
+    Click(12, 3);
+    EXPECT_FALSE(Zigzag(12, 3, UnusualColor(Color(QPalette::Base))).empty());
+    Click(11, 3, Qt::ShiftModifier);
+    EXPECT_TRUE(Zigzag(12, 3, UnusualColor(Color(QPalette::Base))).empty());
+    EXPECT_FALSE(Zigzag(12, 3, Color(QPalette::HighlightedText)).empty());
+}
+
+TEST_F(GridMarks, TheColoursOfAnUnusualCellAreReadableOnLightAndDark)
+{
+    for (const QColor& ground : {QColor(Qt::white), QColor(Qt::black), QColor(45, 45, 45)}) {
+        const int apart = std::abs(UnusualColor(ground).lightness() - ground.lightness());
+        EXPECT_GT(apart, 90) << ground.name().toStdString();
+        EXPECT_NE(UnusualColor(ground), WarningColor(ground));
+        EXPECT_NE(UnusualColor(ground), DifferenceColor(ground));
+    }
+}
+
 TEST_F(GridMarks, StayOnTheFocusCell)
 {
     Click(3, 3);
@@ -246,6 +316,20 @@ TEST_F(GridMarks, AreSaidInTheDescriptionAfterTheTitles)
     grid->SetItemText(0, 3, "Temp");
     EXPECT_EQ(Description(1, 3), QString("Temp, 1,0 1,1, value 9 is <outside> & changed"));
     EXPECT_EQ(Description(4, 3), QString("Temp, 4,0 4,1"));
+}
+
+TEST_F(GridMarks, WhatIsSaidOfATitleStandsInItsTipLineByLineAndInItsDescription)
+{
+    grid->SetItemText(0, 3, "Temp");
+    const CGridModel& model = grid->Model();
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::ToolTipRole),
+              QString("<p>Temp<br>Unit: &lt;°C&gt;<br>more &amp; more</p>"));
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::AccessibleDescriptionRole), QString("Unit: <°C>\nmore & more"));
+    EXPECT_FALSE(model.headerData(0, Qt::Horizontal, Qt::ToolTipRole).isValid());
+    EXPECT_FALSE(model.headerData(1, Qt::Vertical, Qt::ToolTipRole).isValid());
+    EXPECT_FALSE(model.headerData(kColumns, Qt::Horizontal, Qt::ToolTipRole).isValid());
+    grid->SetTextSource(nullptr);
+    EXPECT_FALSE(model.headerData(1, Qt::Horizontal, Qt::ToolTipRole).isValid());
 }
 
 TEST_F(GridMarks, KeptCellsHaveNone)
