@@ -1,16 +1,22 @@
 #include "views/BitBrowserDlg.h"
 
 #include "model/BitText.h"
+#include "model/ItemNotes.h"
+#include "text/EscapedText.h"
 #include "ui_BitBrowserDlg.h"
 #include "views/RecipeFrame.h"
 #include "views/TextCrossing.h"
+
+#include <QListWidget>
 
 #include <algorithm>
 
 namespace {
 
 constexpr int kColumns = static_cast<int>(kBitsPerRow);
-constexpr int kSquareSize = 18; // pixels, in both directions
+constexpr int kSquareSize = 18;  // pixels, in both directions
+constexpr int kNamesInSight = 8; // the list scrolls over more
+constexpr int kBitRole = Qt::UserRole;
 
 /// A limit as its box shows it. kept: only its low 32 bits, as a signed number.
 QString LimitText(std::int64_t limit)
@@ -37,6 +43,7 @@ CBitBrowserDlg::CBitBrowserDlg(CRecipeFrame& frame, const DataItem& item, int co
     AddColumns();
     FillBoxes();
     FillMatrix();
+    AddNames();
     connect(m_pUi->listBits, &CListCtrlCl::BitToggled, this, &CBitBrowserDlg::OnBitToggled);
     connect(m_pUi->buttonOK, &QPushButton::clicked, this, &CBitBrowserDlg::OnOK);
 }
@@ -96,10 +103,78 @@ void CBitBrowserDlg::FillMatrix()
 void CBitBrowserDlg::ShowBit(int row, int column)
 {
     CListCtrlCl& list = *m_pUi->listBits;
-    const QString state = list.BitState(row, column).value_or(false) ? QStringLiteral("1") : QStringLiteral("0");
-    const int bit = list.rowCount() * kColumns - 1 - (row * kColumns + column);
+    const bool isSet = list.BitState(row, column).value_or(false);
+    const QString state = isSet ? QStringLiteral("1") : QStringLiteral("0");
+    const int bit = BitAt(row, column);
+    const QString name = NameOf(bit);
     list.SetItemText(row, column, state);
-    list.SetItemName(row, column, tr("Bit %1: %2").arg(bit).arg(state));
+    if (name.isEmpty())
+        return list.SetItemName(row, column, tr("Bit %1: %2").arg(bit).arg(state));
+    const QString whole = tr("Bit %1, %2: %3").arg(QString::number(bit), name, state);
+    list.SetItemTip(row, column, whole);
+    list.SetItemName(row, column, whole);
+    ShowNamed(bit, isSet);
+}
+
+int CBitBrowserDlg::BitAt(int row, int column) const
+{
+    return m_pUi->listBits->rowCount() * kColumns - 1 - (row * kColumns + column);
+}
+
+QString CBitBrowserDlg::NameOf(int bit) const
+{
+    return ToQString(EscapedText(NameOfBit(*m_item.notes, static_cast<std::size_t>(bit))));
+}
+
+/// In the order of the squares. A long name is cut off where it stands, and whole in its tip.
+void CBitBrowserDlg::AddNames()
+{
+    const CListCtrlCl& list = *m_pUi->listBits;
+    auto names = std::make_unique<QListWidget>();
+    for (int bit = list.rowCount() * kColumns - 1; bit >= 0; --bit) {
+        if (NameOf(bit).isEmpty())
+            continue;
+        auto* named = new QListWidgetItem(tr("%1  %2").arg(QString::number(bit).rightJustified(2, u'0'), NameOf(bit)));
+        named->setData(kBitRole, bit);
+        named->setData(Qt::AccessibleTextRole, tr("Bit %1, %2").arg(QString::number(bit), NameOf(bit)));
+        named->setToolTip(QStringLiteral("<p>%1</p>").arg(named->text().toHtmlEscaped()));
+        const int cell = list.rowCount() * kColumns - 1 - bit;
+        named->setCheckState(list.BitState(cell / kColumns, cell % kColumns).value_or(false) ? Qt::Checked
+                                                                                             : Qt::Unchecked);
+        names->addItem(named);
+    }
+    if (names->count() == 0)
+        return;
+    m_pNames = names.release();
+    m_pNames->setObjectName(QStringLiteral("listBitNames"));
+    m_pNames->setAccessibleName(tr("Bits by name"));
+    m_pNames->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const int rows = std::min(m_pNames->count(), kNamesInSight);
+    m_pNames->setMinimumHeight(rows * m_pNames->sizeHintForRow(0) + 2 * m_pNames->frameWidth());
+    m_pUi->layoutDialog->insertWidget(1, m_pNames, 1);
+    m_pUi->layoutDialog->setStretch(0, 0);
+    setTabOrder(m_pUi->listBits, m_pNames);
+    connect(m_pNames, &QListWidget::itemChanged, this,
+            [this](const QListWidgetItem* named) { OnNamedChanged(*named); });
+}
+
+/// Where the list has the bit already as it is, nothing is told.
+void CBitBrowserDlg::ShowNamed(int bit, bool set)
+{
+    for (int row = 0; m_pNames != nullptr && row < m_pNames->count(); ++row)
+        if (QListWidgetItem& named = *m_pNames->item(row); named.data(kBitRole).toInt() == bit)
+            named.setCheckState(set ? Qt::Checked : Qt::Unchecked);
+}
+
+/// The box was flipped by the user, or follows its square.
+void CBitBrowserDlg::OnNamedChanged(const QListWidgetItem& named)
+{
+    CListCtrlCl& list = *m_pUi->listBits;
+    const int cell = list.rowCount() * kColumns - 1 - named.data(kBitRole).toInt();
+    const int row = cell / kColumns;
+    const int column = cell % kColumns;
+    if (list.BitState(row, column) != (named.checkState() == Qt::Checked))
+        list.ToggleBit(row, column);
 }
 
 /// The bits of as many rows as the item has words. kept: of a 32-bit item with another length, not those of all rows.

@@ -9,6 +9,8 @@
 #include <string>
 
 class CRecipeFrame;
+class QListWidget;
+class QListWidgetItem;
 
 namespace Ui {
 class CBitBrowserDlg;
@@ -16,6 +18,8 @@ class CBitBrowserDlg;
 
 /// Shows the value of one integer cell as a matrix of bits, lets the user flip them, and hands the new text back on OK.
 /// It works on the cell's text alone and touches neither the grid nor the recipe.
+///
+/// Bits that the item's notes name are listed below the matrix, too, each with a box that flips it as its square does.
 class CBitBrowserDlg final : public QDialog {
     Q_OBJECT
 
@@ -40,10 +44,17 @@ private:
     void OnBitToggled(int row, int column);
     void OnOK();
 
+    QString NameOf(int bit) const;
+    int BitAt(int row, int column) const;
+    void AddNames();
+    void ShowNamed(int bit, bool set);
+    void OnNamedChanged(const QListWidgetItem& named);
+
     CRecipeFrame& m_frame;
     DataItem m_item;
     int m_nColumn;
     int m_nRow;
     QString m_strValue; ///< as the Value box shows it
     std::unique_ptr<Ui::CBitBrowserDlg> m_pUi;
+    QListWidget* m_pNames = nullptr; ///< of the bits; null where none has one
 };
