@@ -139,7 +139,12 @@ void CEditCommands::Undo()
     if (QLineEdit* field = FocusField())
         field->undo();
     else
-        Show(m_frame.Document().Undo(), tr("Undone: %1"), tr("Not undone: %1"));
+        UndoEdit();
+}
+
+void CEditCommands::UndoEdit()
+{
+    Show(m_frame.Document().Undo(), tr("Undone: %1"), tr("Not undone: %1"));
 }
 
 void CEditCommands::Redo()

@@ -24,6 +24,9 @@ public:
     CEditCommands(Ui::CMainFrame& ui, CRecipeFrame& frame, CRecipeFormatEditView& formatPane,
                   CRecipeDataShowView& dataPane, QWidget& window);
 
+    /// Undoes the last edit of the document, whatever has the focus.
+    void UndoEdit();
+
     /// Names and enables Undo and Redo for the state as it is now.
     void Update();
 

@@ -75,6 +75,7 @@ CMainFrame::~CMainFrame()
     m_pPatchCommands.reset();
     m_pCompareCommands.reset();
     m_pOtherPrograms.reset();
+    m_pRangeNotice.reset();
     m_pSaveCommands.reset();
     m_pEditCommands.reset();
     delete m_pInspector; // it follows the data pane
@@ -111,6 +112,8 @@ void CMainFrame::CreateCommands()
     m_pFileCommands = std::make_unique<CFileCommands>(*this, *m_pFormatPane, *m_pDataPane, *this);
     m_pEditCommands = std::make_unique<CEditCommands>(*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this);
     m_pSaveCommands = std::make_unique<CSaveCommands>(*m_pUi, *this, *m_pFileCommands, *m_pDataPane, *this);
+    m_pRangeNotice =
+        std::make_unique<CRangeNotice>(CRangeNotice::Parts{*this, *m_pEditCommands, *m_pSaveCommands, *m_pDataPane});
     m_pOtherPrograms = std::make_unique<COtherPrograms>(*this, *m_pFileCommands, *m_pSaveCommands, *m_pDataPane, *this);
     connect(m_pSaveCommands.get(), &CSaveCommands::WasPutBack, this, [this](const QString& path) {
         TellVersion(NativePath(path));
@@ -342,6 +345,7 @@ void CMainFrame::UpdateCommands()
     m_pUnopenedSave->setEnabled(!m_document.IsOpen());
     m_pEditCommands->Update();
     m_pSaveCommands->Update();
+    m_pRangeNotice->Follow();
     m_pOtherPrograms->Follow();
     m_pUnsavedCommands->Follow();
     m_pCompareCommands->Follow();
@@ -370,6 +374,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pDataPane->ShowData(type);
     m_pOtherPrograms->WithdrawChanges();
     m_pSaveCommands->Update();
+    m_pRangeNotice->Follow();
     m_pCompareCommands->Follow();
     m_pPatchCommands->Follow();
     m_pOfferCommands->Follow();

@@ -13,6 +13,7 @@
 #include "app/OfferCommands.h"
 #include "app/OtherPrograms.h"
 #include "app/PatchCommands.h"
+#include "app/RangeNotice.h"
 #include "app/ReadingCommands.h"
 #include "app/ReplaceCommands.h"
 #include "app/SaveCommands.h"
@@ -128,6 +129,7 @@ private:
     std::unique_ptr<CCompareCommands> m_pCompareCommands;
     std::unique_ptr<CPatchCommands> m_pPatchCommands;
     std::unique_ptr<CVersionCommands> m_pVersionCommands;
+    std::unique_ptr<CRangeNotice> m_pRangeNotice;
     CInspectorDock* m_pInspector = nullptr;
     std::unique_ptr<CReadingCommands> m_pReadingCommands;
     std::unique_ptr<COfferCommands> m_pOfferCommands;

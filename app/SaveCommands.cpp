@@ -71,6 +71,7 @@ void CSaveCommands::ConnectActions()
 
 void CSaveCommands::ConnectPanel()
 {
+    m_pPanel->SetColumns([this](CellPlace place) { return ColumnOf(place); });
     connect(m_pPanel, &CChangesPanel::GoToCell, this, [this](CellPlace place) {
         if (IsListOfTable())
             m_dataPane.GoToCell(place);
@@ -315,6 +316,13 @@ bool CSaveCommands::IsListOfTable() const
     const CRecipeDocument& document = m_frame.Document();
     return m_listed == Listed::Plan ||
            (m_listedPath == document.Path() && m_listedLayout.IsLaidOutLike(document.Rows()));
+}
+
+/// The column of a cell that the panel lists, as far as its table is known.
+const ColumnCoding* CSaveCommands::ColumnOf(CellPlace place) const
+{
+    const auto& columns = IsListOfTable() ? m_frame.Document().Rows().Columns() : m_listedLayout.Columns();
+    return place.column < columns.size() ? &columns[place.column] : nullptr;
 }
 
 void CSaveCommands::PutBack()

@@ -94,6 +94,7 @@ private:
     void OpenPanel();
     void PutBack();
     bool IsListOfTable() const;
+    const ColumnCoding* ColumnOf(CellPlace place) const;
     void EnableEditEntries();
     void AllowEditKeys();
 

@@ -51,9 +51,8 @@ public:
     /// `number`, rounded to the item's decimals, half away from zero, and stored exactly.
     CellVerdict Number(CellPlace place, const CDecimal& number) const { return Changed(place, number, {}); }
 
-    /// The cell's number, changed: that of a text or words that it was given and that are not saved yet, else the one
-    /// that the file holds, or that is shown instead of what another program wrote there. The result is stored exactly;
-    /// in a table of texts it is one with the item's decimals.
+    /// The cell's number (NumberIn), changed. The result is stored exactly; in a table of texts it is one with the
+    /// item's decimals.
     CellVerdict Changed(CellPlace place, const NumberChange& change) const;
 
     /// What one cell has, for others of its column: its text where it was given one that is not saved yet, or words are
@@ -65,6 +64,11 @@ public:
     /// one that shows something else than another program wrote there, those that a save stores.
     std::u16string WordsIn(CellPlace place) const { return WordsIn(place, IsStored(place)); }
 
+    /// The number that a cell stands for: that of a text or words that it was given and that are not saved yet, else
+    /// the one that the file holds, or that is shown instead of what another program wrote there. Nothing where that is
+    /// none.
+    std::optional<CDecimal> NumberIn(CellPlace place) const;
+
     /// Whether cells may be given the very words.
     bool TakesWords() const { return m_type != FileType::Csv && m_rows.IsOfWords(); }
 
@@ -72,7 +76,6 @@ private:
     CellVerdict Changed(CellPlace place, const CDecimal& number, const NumberChange& change) const;
     CellVerdict OfText(CellPlace place, std::u16string_view text) const;
     CellVerdict OfWords(CellPlace place, const std::u16string& words, std::u16string text) const;
-    std::optional<CDecimal> NumberIn(CellPlace place) const;
     std::u16string WordsIn(CellPlace place, bool isStored) const;
     bool IsStoredKnown() const { return m_stored.IsKnown() && m_stored.Type() == m_type; }
     bool IsStored(CellPlace place) const

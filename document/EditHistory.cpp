@@ -12,6 +12,7 @@ CEditHistory::Prepared CEditHistory::Prepare(Edit edit)
 
 void CEditHistory::Add(Prepared edit, const void* shownSource) noexcept
 {
+    ++m_edition;
     ForgetUndone();
     KeptEdit& made = edit.front();
     made.before = m_state;
@@ -25,6 +26,7 @@ void CEditHistory::Add(Prepared edit, const void* shownSource) noexcept
 
 void CEditHistory::StepBack(const void* shownSource) noexcept
 {
+    ++m_edition;
     m_undone.splice(m_undone.begin(), m_made, std::prev(m_made.end()));
     m_state = m_undone.front().before;
     Weigh(m_undone.front(), shownSource);
@@ -32,6 +34,7 @@ void CEditHistory::StepBack(const void* shownSource) noexcept
 
 void CEditHistory::StepForth(const void* shownSource) noexcept
 {
+    ++m_edition;
     m_made.splice(m_made.end(), m_undone, m_undone.begin());
     m_state = m_made.back().after;
     Weigh(m_made.back(), shownSource);
@@ -39,12 +42,14 @@ void CEditHistory::StepForth(const void* shownSource) noexcept
 
 void CEditHistory::DropNextToUndo() noexcept
 {
+    ++m_edition;
     m_bytes -= m_made.back().bytes;
     m_made.pop_back();
 }
 
 void CEditHistory::DropNextToRedo() noexcept
 {
+    ++m_edition;
     m_bytes -= m_undone.front().bytes;
     m_undone.pop_front();
 }
@@ -71,6 +76,7 @@ void CEditHistory::ForgetOldest() noexcept
 
 void CEditHistory::Clear(bool isSaved) noexcept
 {
+    ++m_edition;
     m_made.clear();
     m_undone.clear();
     m_bytes = 0;

@@ -53,6 +53,9 @@ public:
     void DropNextToUndo() noexcept;
     void DropNextToRedo() noexcept;
 
+    /// Another number whenever an edit was made, undone, made again or dropped.
+    std::uint64_t Edition() const { return m_edition; }
+
     /// The rows as they are were saved.
     void MarkSaved() { m_savedState = m_state; }
 
@@ -77,4 +80,5 @@ private:
     std::uint64_t m_lastState = 1;
     std::uint64_t m_savedState = 1; ///< 0 when no state is as saved
     std::size_t m_bytes = 0;
+    std::uint64_t m_edition = 0;
 };

@@ -366,6 +366,9 @@ public:
     std::optional<std::u16string> UndoName() const;
     std::optional<std::u16string> RedoName() const;
 
+    /// Another number whenever an edit was made, undone, made again or forgotten, whatever it was about.
+    std::uint64_t HistoryEdition() const { return m_history.Edition(); }
+
     EditReport Undo() { return Exchange(m_history.NextToUndo(), Way::Back); }
     EditReport Redo() { return Exchange(m_history.NextToRedo(), Way::Forth); }
 

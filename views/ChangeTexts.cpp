@@ -3,6 +3,7 @@
 #include "changes/WordsText.h"
 #include "text/EscapedText.h"
 #include "text/Surrogates.h"
+#include "views/CellRemarks.h"
 #include "views/TextCrossing.h"
 
 #include <QCoreApplication>
@@ -39,21 +40,35 @@ QString ZerosOf(std::int64_t count)
     return count == 1 ? Tr("1 zero word") : Tr("%1 zero words").arg(count);
 }
 
-/// One side of a change: its text, else its words.
-QString SideOf(const std::optional<std::u16string>& text, const WordRun& words, bool withWords, std::size_t most)
+QString ValueOf(std::u16string_view text, const ColumnCoding* column, std::size_t most)
 {
+    const QString shown = InOneLine(text, most);
+    return column != nullptr ? WithMeaning(*column, shown) : shown;
+}
+
+/// How the sides of a change are written.
+struct SideForm {
+    bool withWords; ///< after the text
+    std::size_t most;
+    const ColumnCoding* column; ///< null where it has no notes to show
+};
+
+/// One side of a change: its text, else its words.
+QString SideOf(const std::optional<std::u16string>& text, const WordRun& words, const SideForm& form)
+{
+    const auto& [withWords, most, column] = form;
     if (!text)
         return WordsOf(words, most);
-    const QString shown = InOneLine(*text, most);
+    const QString shown = ValueOf(*text, column, most);
     return withWords && !words.empty() ? QStringLiteral("%1 [%2]").arg(shown, WordsOf(words, most)) : shown;
 }
 
-QString NewSideOf(const ChangeRecord& change, bool withWords, std::size_t most)
+QString NewSideOf(const ChangeRecord& change, const SideForm& form)
 {
     if (change.zeros > 0)
         return ZerosOf(change.zeros);
-    const QString side = SideOf(change.newText, change.newWords, withWords, most);
-    return change.reads ? Tr("%1 (reads %2)").arg(side, InOneLine(*change.reads, most)) : side;
+    const QString side = SideOf(change.newText, change.newWords, form);
+    return change.reads ? Tr("%1 (reads %2)").arg(side, ValueOf(*change.reads, form.column, form.most)) : side;
 }
 
 QString RowOf(const ChangeRecord& change)
@@ -79,14 +94,14 @@ QString ItemOf(const ChangeRecord& change, std::size_t most)
 
 } // namespace
 
-ChangeTexts TextsOf(const ChangeRecord& change, std::size_t most)
+ChangeTexts TextsOf(const ChangeRecord& change, std::size_t most, const ColumnCoding* column)
 {
-    const bool looksAlike = change.oldText && change.oldText == change.newText;
+    const SideForm form{change.oldText && change.oldText == change.newText, most, column};
     return {change.address ? QStringLiteral("RW%1").arg(change.address->number) : QString(),
             RowOf(change),
             ItemOf(change, most),
-            change.zeros < 0 ? ZerosOf(-change.zeros) : SideOf(change.oldText, change.oldWords, looksAlike, most),
-            NewSideOf(change, looksAlike, most),
+            change.zeros < 0 ? ZerosOf(-change.zeros) : SideOf(change.oldText, change.oldWords, form),
+            NewSideOf(change, form),
             WhyOf(change, most)};
 }
 

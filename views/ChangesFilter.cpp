@@ -14,8 +14,9 @@ constexpr ChangeColumn kSearched[]{ChangeColumn::Address, ChangeColumn::Item, Ch
 
 } // namespace
 
-void CChangesFilter::Begin(std::shared_ptr<const CChangeList> list, const QString& text)
+void CChangesFilter::Begin(std::shared_ptr<const CChangeList> list, const QString& text, ColumnOf columnOf)
 {
+    m_columnOf = std::move(columnOf);
     m_list = std::move(list);
     m_strText = text;
     Restart();
@@ -37,13 +38,13 @@ void CChangesFilter::Work(std::chrono::milliseconds time)
     QElapsedTimer elapsed;
     elapsed.start();
     for (; !IsFinished() && !elapsed.hasExpired(time.count()); ++m_nNext)
-        if (Matches(m_list->At(m_nNext)))
+        if (Matches(m_list->At(m_nNext), m_columnOf(m_nNext)))
             m_matches.push_back(m_nNext);
 }
 
-bool CChangesFilter::Matches(const ChangeRecord& change) const
+bool CChangesFilter::Matches(const ChangeRecord& change, const ColumnCoding* coding) const
 {
-    const ChangeTexts texts = TextsOf(change, std::numeric_limits<std::size_t>::max() / 2);
+    const ChangeTexts texts = TextsOf(change, std::numeric_limits<std::size_t>::max() / 2, coding);
     for (const ChangeColumn column : kSearched)
         if (texts[static_cast<std::size_t>(column)].contains(m_strText, Qt::CaseInsensitive))
             return true;

@@ -29,7 +29,7 @@ void CChangesModel::SetFilter(const QString& text)
     beginResetModel();
     ForgetLines();
     m_nRows = 0;
-    m_filter.Begin(m_list, text);
+    m_filter.Begin(m_list, text, [this](std::size_t change) { return ColumnOfChange(change); });
     endResetModel();
     LookOn();
 }
@@ -161,12 +161,22 @@ void CChangesModel::ForgetLines()
     m_lines.fill({});
 }
 
+/// The column of a change whose notes are to be shown; null for most.
+const ColumnCoding* CChangesModel::ColumnOfChange(std::size_t index) const
+{
+    const auto place = m_columnOf ? m_list->PlaceOf(index) : std::nullopt;
+    const ColumnCoding* column = place ? m_columnOf(*place) : nullptr;
+    return column != nullptr && !column->notes.IsEmpty() ? column : nullptr;
+}
+
 const CChangesModel::Line& CChangesModel::LineOf(std::size_t index) const
 {
     Line& line = m_lines[index % m_lines.size()];
-    if (line.index != index) {
+    const ColumnCoding* column = ColumnOfChange(index);
+    const CSharedNotes notes = column != nullptr ? column->notes : CSharedNotes();
+    if (line.index != index || line.notes != notes) {
         const ChangeRecord change = m_list->At(index);
-        line = {index, TextsOf(change, kLongestText), change.why};
+        line = {index, TextsOf(change, kLongestText, column), change.why, notes};
     }
     return line;
 }

@@ -8,8 +8,10 @@
 #include <QTimer>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 /// The changes of a list as rows of a table, or those of them that a filter lets through. A row is made when it is
 /// painted; a filter looks for its rows in idle time.
@@ -18,6 +20,12 @@ class CChangesModel final : public QAbstractTableModel {
 
 public:
     explicit CChangesModel(QObject* parent = nullptr);
+
+    /// The column of a cell in the table that the list is about; null where that is not known.
+    using ColumnOf = std::function<const ColumnCoding*(CellPlace place)>;
+
+    /// Has values shown with what the notes of their columns say of them. What is copied or saved stays without.
+    void SetColumns(ColumnOf columnOf) { m_columnOf = std::move(columnOf); }
 
     /// Shows `list`, which may be null, without a filter.
     void SetList(std::shared_ptr<const CChangeList> list);
@@ -53,13 +61,16 @@ private:
         std::optional<std::size_t> index; ///< of its change
         ChangeTexts texts;
         std::optional<ChangeReason> why;
+        CSharedNotes notes; ///< that the texts say
     };
 
     void LookOn();
     void TakeRows();
     void ForgetLines();
+    const ColumnCoding* ColumnOfChange(std::size_t index) const;
     const Line& LineOf(std::size_t index) const;
 
+    ColumnOf m_columnOf;
     std::shared_ptr<const CChangeList> m_list;
     CChangesFilter m_filter;
     QTimer m_idle; ///< runs while the filter looks

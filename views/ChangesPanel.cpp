@@ -192,6 +192,11 @@ void CChangesPanel::SetList(std::shared_ptr<const CChangeList> list, const QStri
     OnChosen();
 }
 
+void CChangesPanel::SetColumns(std::function<const ColumnCoding*(CellPlace place)> columnOf)
+{
+    m_pModel->SetColumns(std::move(columnOf));
+}
+
 void CChangesPanel::SetSummary(const QString& summary)
 {
     m_strSummary = summary;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changes/ChangeList.h"
+#include "model/ColumnCoding.h"
 #include "text/Reporter.h"
 #include "views/ChosenChanges.h"
 
@@ -41,6 +42,10 @@ public:
 
     /// Lists `list`, null for none, under `title`. The filter is emptied, and nothing is chosen.
     void SetList(std::shared_ptr<const CChangeList> list, const QString& title, ChangeActions actions);
+
+    /// Tells the column of a cell in the table that the list is about, null where that is not known: values are shown
+    /// with what its notes say of them. Good for all lists.
+    void SetColumns(std::function<const ColumnCoding*(CellPlace place)> columnOf);
 
     /// What is listed, and how many of what, in words: "1 edited, 61 others change". The panel adds that counting goes
     /// on, and has words of its own for an empty list.

@@ -1,7 +1,10 @@
 #include "views/InspectorDock.h"
 
 #include "document/CellWords.h"
+#include "document/OutsideRange.h"
 #include "files/CellComparison.h"
+#include "text/EscapedText.h"
+#include "views/CellRemarks.h"
 #include "views/InspectorModel.h"
 #include "views/RecipeDataShowView.h"
 #include "views/TextCrossing.h"
@@ -117,6 +120,11 @@ void CInspectorDock::ShowCell(CellPlace place)
         title += tr(" (its first %1 words)").arg(words.own / 2);
     else if (!isWhole)
         title += tr(" (the file ends before it does)");
+    const QStringList meaning = CellMeaning(m_frame.Document(), place);
+    const QString outside = ToQString(EscapedText(OutsideRangeRemark(m_frame.Document(), place)));
+    for (const QString& line : QStringList(outside) + meaning)
+        if (!line.isEmpty())
+            title += QLatin1Char('\n') + line;
     m_pTitle->setText(title);
     m_pModel->SetWords(std::move(words.bytes), words.own, isWhole);
 }

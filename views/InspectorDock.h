@@ -15,7 +15,8 @@ class QLabel;
 class QTableView;
 
 /// Shows what the words of the chosen cell are as every type, in both orders of their words, as bits, text and
-/// hexadecimal. It is hidden at first, and follows the table while it is in sight.
+/// hexadecimal, and what the notes of its item say of its value. It is hidden at first, and follows the table while it
+/// is in sight.
 ///
 /// A value can be typed in each of these ways. It becomes the cell's when the cell may have the words that it makes:
 /// an edit like one that is typed in the table. Else a line tells why not, and the cell stays. Escape gives the focus

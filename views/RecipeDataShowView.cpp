@@ -2,12 +2,11 @@
 
 #include "controls/GridClipboard.h"
 #include "controls/GridModel.h"
+#include "document/OutsideRange.h"
 #include "model/CellCheck.h"
-#include "model/ValueLimits.h"
 #include "views/BitBrowserDlg.h"
-#include "views/ComparedRemark.h"
+#include "views/CellRemarks.h"
 #include "views/ProgressDialog.h"
-#include "views/SavingRemark.h"
 #include "views/TextCrossing.h"
 
 #include <QItemSelectionRange>
@@ -24,18 +23,10 @@ constexpr int kTitleRowHeight = 24;
 constexpr int kDataRowHeight = 26;
 constexpr int kIdColumnWidth = 64;
 constexpr int kAddressColumn = 1;
-constexpr int kMostColumn = 20;         // digits that a narrow window keeps of the first data column at most
-constexpr int kMostGrid = 40;           // and of all that it keeps of the grid
-constexpr qsizetype kLongestValue = 80; // characters of a value in a remark
+constexpr int kMostColumn = 20; // digits that a narrow window keeps of the first data column at most
+constexpr int kMostGrid = 40;   // and of all that it keeps of the grid
 constexpr std::uint32_t kCentred = 1;
 constexpr std::uint32_t kWraps = 16;
-
-/// The bit browser's names are spelt right, but it has none for reals and strings.
-std::u16string_view NameOf(DataType type)
-{
-    const std::u16string_view name = BitBrowserTypeName(type);
-    return name.empty() ? TypeName(type) : name;
-}
 
 } // namespace
 
@@ -226,25 +217,20 @@ bool CRecipeDataShowView::CanBitBrowse() const
 
 QString CRecipeDataShowView::ChosenCellInfo() const
 {
-    const ColumnCoding* coding = ChosenColumn();
-    if (coding == nullptr)
+    if (ChosenColumn() == nullptr)
         return {};
-    const auto column = static_cast<std::size_t>(m_nCurrentColumn - kTitleColumns);
-    const auto address = Rows().RowAddress(DataRowOf(m_nCurrentRow)).number + Rows().WordOffset(column);
-    QStringList parts{QStringLiteral("RW%1").arg(address), ToQString(NameOf(coding->dataType)),
-                      ToQString(LimitsText(*coding)), CellRemark(m_nCurrentRow, m_nCurrentColumn)};
-    parts.removeAll(QString());
-    return parts.join(QStringLiteral(", "));
+    return CellInfo(m_frame.Document(), PlaceOf(m_nCurrentRow, m_nCurrentColumn));
 }
 
 void CRecipeDataShowView::OnBitBrowse()
 {
     if (!EndCellEdit() || !CanBitBrowse())
         return;
-    const DataItem* item = m_frame.Document().Format().itemOfElement(m_nCurrentColumn - kTitleColumns);
+    DataItem item = *m_frame.Document().Format().itemOfElement(m_nCurrentColumn - kTitleColumns);
+    item.notes = ChosenColumn()->notes; // as all else shows them
     const QString text =
         m_pGrid->GetItemText(m_nCurrentRow, m_nCurrentColumn); // it may have changed since it was chosen
-    CBitBrowserDlg dialog(m_frame, *item, m_nCurrentColumn, m_nCurrentRow, text, this);
+    CBitBrowserDlg dialog(m_frame, item, m_nCurrentColumn, m_nCurrentRow, text, this);
     connect(&dialog, &CBitBrowserDlg::CellValueAccepted, this, &CRecipeDataShowView::SetCellValue);
     dialog.exec();
 }
@@ -276,28 +262,19 @@ GridCellMarks CRecipeDataShowView::CellMarks(int row, int column) const
     return {.changed = isEdited,
             .outOfRange = Rows().OutsideLimits(DataRowOf(row), dataColumn).has_value(),
             .rewritten = isRewritten,
+            .unusual = NumberOutsideRange(document, place).has_value(),
             .differs = document.Comparison() && document.Comparison()->Differs(place)};
 }
 
 QString CRecipeDataShowView::CellRemark(int row, int column) const
 {
-    if (column < kTitleColumns)
-        return {};
-    const auto dataColumn = static_cast<std::size_t>(column - kTitleColumns);
-    QStringList remarks;
-    if (const auto value = Rows().OutsideLimits(DataRowOf(row), dataColumn))
-        remarks += tr("the value %1 lies outside the limits %2")
-                       .arg(ToQString(*value).left(kLongestValue), ToQString(LimitsText(Rows().Columns()[dataColumn])));
-    const CellPlace place = PlaceOf(row, column);
-    const bool isEdited = Rows().IsEdited(place.row, place.column);
-    if (isEdited)
-        remarks += tr("changed, not saved yet");
-    remarks += TypedRemark(m_frame.Document(), place);
-    if (const auto outlook = isEdited ? std::nullopt : m_frame.Document().OutlookOf(place))
-        remarks += RewriteRemark(*outlook);
-    remarks += ComparedRemark(m_frame.Document(), place);
-    remarks.removeAll(QString());
-    return remarks.join(QStringLiteral(", "));
+    return column < kTitleColumns ? QString() : ::CellRemark(m_frame.Document(), PlaceOf(row, column));
+}
+
+QString CRecipeDataShowView::TitleRemark(int column) const
+{
+    const int dataColumn = column - kTitleColumns;
+    return dataColumn < 0 ? QString() : ::TitleRemark(Rows().Columns()[static_cast<std::size_t>(dataColumn)]);
 }
 
 void CRecipeDataShowView::OnTextsChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight)

@@ -157,8 +157,8 @@ public:
     /// Whether the chosen cell's bits can be shown: a cell is chosen, and its column is neither real nor a string.
     bool CanBitBrowse() const;
 
-    /// Word address, type and limits of the chosen cell in one line, and the marks that it has; empty when none is
-    /// chosen.
+    /// Of the chosen cell what one line can say (views/CellRemarks.h): word address, type, limits, marks; empty when
+    /// none is chosen.
     QString ChosenCellInfo() const;
 
     /// Opens the bit browser on the chosen cell, if it can be: the command BitBrowse. An edit that is open is ended
@@ -177,6 +177,8 @@ signals:
     void ChosenCellChanged();
     /// An edit was made.
     void Edited();
+    /// Cells were given values by the edit that was told last; not by an undo or redo.
+    void ValuesGiven(const std::vector<CellPlace>& places);
     /// The mouse asks for the menu of a data column's title, at a point of the screen.
     void TitleMenuAsked(std::uint32_t column, QPoint position);
     /// Other rows are hidden now, or none are. `added` of those shown were hidden until one went to them.
@@ -188,6 +190,7 @@ private:
     bool SetCellTexts(GridChange change, std::vector<GridCellText> texts) override;
     GridCellMarks CellMarks(int row, int column) const override;
     QString CellRemark(int row, int column) const override;
+    QString TitleRemark(int column) const override;
     int RowInMessages(int row) const override { return DataRowOf(row) + kTitleRows; }
 
     void ShowRows();

@@ -25,6 +25,15 @@ EditKind KindOf(GridChange change)
     return EditKind::Typing;
 }
 
+std::vector<CellPlace> PlacesOf(const std::vector<CellEdit>& edits)
+{
+    std::vector<CellPlace> places;
+    places.reserve(edits.size());
+    for (const CellEdit& edit : edits)
+        places.push_back(edit.place);
+    return places;
+}
+
 } // namespace
 
 SaveResult CRecipeDataShowView::WriteData(FileType type, const QString& path, ForeignRule rule)
@@ -119,6 +128,7 @@ bool CRecipeDataShowView::Take(EditKind kind, std::vector<TextForCell> texts)
         places.push_back(text.place);
     if (!Report(m_frame.Document().SetTexts(kind, std::move(texts))))
         return false;
+    emit ValuesGiven(places);
     m_typedValues.Look(std::move(places));
     return true;
 }
@@ -147,12 +157,14 @@ bool CRecipeDataShowView::SetStates(EditKind kind, std::vector<CellEdit> edits)
 {
     if (!EndCellEdit())
         return false;
+    const std::vector<CellPlace> places = PlacesOf(edits);
     std::vector<CellPlace> texts;
     for (const CellEdit& edit : edits)
         if (edit.other.IsText())
             texts.push_back(edit.place);
     if (!Report(m_frame.Document().SetStates(kind, std::move(edits))))
         return false;
+    emit ValuesGiven(places);
     m_pGrid->TextsChanged();
     m_typedValues.Look(std::move(texts));
     emit ChosenCellChanged();
@@ -176,7 +188,10 @@ void CRecipeDataShowView::TakeOver(const std::vector<CellEdit>& edits)
     if (!EndCellEdit())
         return;
     std::size_t refused = 0;
-    ShowStates(m_frame.Document().TakeOver(edits, &refused));
+    const EditOutcome outcome = m_frame.Document().TakeOver(edits, &refused);
+    ShowStates(outcome);
+    if (outcome == EditOutcome::Made)
+        emit ValuesGiven(PlacesOf(edits));
     if (refused > 0)
         m_frame.TellEdit(refused == 1
                              ? tr("1 value was not taken over: its cell cannot have it.")
@@ -194,6 +209,7 @@ bool CRecipeDataShowView::ApplyPatch(const CellPatch& patch)
     std::vector<CellPlace> places;
     for (const CellPatch::Entry& entry : patch.entries)
         places.push_back(entry.place);
+    emit ValuesGiven(places);
     ShowCells(places);
     return true;
 }

@@ -8,6 +8,7 @@ enum class StripSubject {
     FormatCount,     ///< a format's count leaves out items that are shown
     UnlikeFormat,    ///< the words do not look like what the format makes of them
     StoredOtherwise, ///< typed values would be stored as others
+    OutsideRange,    ///< values that were just given lie outside their sensible range
     StoredAsShown,   ///< a save stored values that nobody had edited
     PatchOffered,    ///< a patch can be applied
     EditsOffered,    ///< a command on many cells shows what it would do

@@ -9,6 +9,7 @@ picture is a new scene, or a few lines more in one: a scene starts from a desk w
 """
 
 import fcntl
+import json
 import os
 import shutil
 import signal
@@ -323,6 +324,34 @@ def bits_of_a_word(desk):
         desk.screen.key("Down", "Return")
         app.window(2)
         desk.window(app, "bit-browser-16-bit.png")
+
+
+NOTES = {
+    "vantor": "notes", "version": 1, "formats": [{"format": "Oven recipe", "items": [
+        {"item": "Zone °C", "unit": "°C", "lowest": "150", "highest": "280", "comment": "The crust burns above 280"},
+        {"item": "Options", "bits": ["Steam at the start", "Belt light", "Convection", "Flap open", "Turbo"]}]}]}
+
+
+@scene("sensible-range.png", "outside-range.png", "bit-names.png")
+def what_values_mean(desk):
+    (DESK / "RecipeFile.Notes.json").write_text(json.dumps(NOTES, ensure_ascii=False), encoding="utf-8")
+    desk.write("bakery-oven.rcp", 2 * (100 + 4 * 40 + 24), b"\x05\x00")  # zone 1 of row 5: 0.5
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        x, y, width, _ = cell_of(app, "Zone °C(1)", 5).box
+        desk.screen.mouse_to(x + width // 2, grid_of(app).box[1] + 12)
+        time.sleep(2)  # until the tip is there
+        desk.part("sensible-range.png", (0, 0, desk.screen.width, y + 60))
+        cell_of(app, "Zone °C(1)", 1).click()
+        desk.screen.type("0.5")
+        desk.screen.key("Return")
+        app.find("push button", "Undo")
+        desk.part("outside-range.png", (0, 0, desk.screen.width, cell_of(app, "Zone °C(1)", 5).box[1] + 30))
+        scroll_to_the_right(app)
+        cell_of(app, "Options", 1).click()
+        app.find("push button", "BitBrowse").click()
+        app.window(2)
+        desk.window(app, "bit-names.png")
 
 
 @scene("inspector.png")
