@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <ctime>
 
 namespace {
 
@@ -95,4 +97,23 @@ std::string UtcText(UtcTime time)
     const std::string stamp = UtcStamp(time);
     return stamp.substr(0, 4) + '-' + stamp.substr(4, 2) + '-' + stamp.substr(6, 2) + 'T' + stamp.substr(9, 2) + ':' +
            stamp.substr(11, 2) + ':' + stamp.substr(13, 2) + 'Z';
+}
+
+std::string LocalText(UtcTime time)
+{
+    using std::chrono::minutes;
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    const std::tm* const here = std::localtime(&seconds);
+    if (here == nullptr)
+        return UtcText(time);
+    const auto date = std::chrono::year(here->tm_year + 1900) / (here->tm_mon + 1) / here->tm_mday;
+    const auto local = std::chrono::sys_days(date) + std::chrono::hours(here->tm_hour) + minutes(here->tm_min);
+    const auto ahead = (local - floor<minutes>(time)).count();
+    const std::string stamp = UtcStamp(local);
+    std::string text = stamp.substr(0, 4) + '-' + stamp.substr(4, 2) + '-' + stamp.substr(6, 2) + ' ' +
+                       stamp.substr(9, 2) + ':' + stamp.substr(11, 2) + " (UTC" + (ahead < 0 ? '-' : '+');
+    AppendDigits(static_cast<int>(std::abs(ahead) / 60), 2, text);
+    text += ':';
+    AppendDigits(static_cast<int>(std::abs(ahead) % 60), 2, text);
+    return text + ')';
 }

@@ -20,3 +20,6 @@ std::optional<UtcTime> TimeOfStamp(std::string_view stamp);
 
 /// "2026-11-22T11:02:08Z", as dates stand in JSON.
 std::string UtcText(UtcTime time);
+
+/// "2026-11-22 12:02 (UTC+01:00)": by the clock of this place.
+std::string LocalText(UtcTime time);

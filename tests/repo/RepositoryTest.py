@@ -11,7 +11,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-CORE = {"disk", "text", "model", "files", "library", "changes", "recovery", "merge", "document", "cli"}
+CORE = {"disk", "text", "model", "files", "library", "changes", "recovery", "sheet", "merge", "document", "cli"}
 ROOMS = {  # room -> the rooms it may include from
     "disk": {"disk"},
     "text": {"text"},
@@ -20,9 +20,10 @@ ROOMS = {  # room -> the rooms it may include from
     "library": {"library", "model", "text", "disk"},
     "changes": {"changes", "files", "library", "model", "text", "disk"},
     "recovery": {"recovery", "changes", "files", "library", "model", "text", "disk"},
+    "sheet": {"sheet", "changes", "files", "library", "model", "text", "disk"},
     "merge": {"merge", "files", "model", "text", "disk"},
     "document": {"document", "recovery", "changes", "files", "library", "model", "text", "disk"},
-    "cli": {"cli", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "cli": {"cli", "document", "sheet", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
     "controls": {"controls"},
     "views": {"views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
     "app": {"app", "views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},

@@ -31,3 +31,13 @@ TEST(UtcTimeAsText, IsReadFromNothingElse)
           "20280229 230405.006Z", "20280229T230405,006Z", "20281329T230405.006Z", "20280229T230405.006Z "})
         EXPECT_FALSE(TimeOfStamp(text)) << text;
 }
+
+TEST(UtcTimeTexts, ClockOfThePlace)
+{
+    const auto time = TimeOfStamp("20260701T233500.000Z");
+    ASSERT_TRUE(time);
+    const std::string text = LocalText(*time); // the same moment, wherever the tests run
+    ASSERT_EQ(text.size(), std::string_view("2026-07-02 01:35 (UTC+02:00)").size());
+    const int ahead = (text[21] == '-' ? -1 : 1) * (60 * std::stoi(text.substr(22, 2)) + std::stoi(text.substr(25, 2)));
+    EXPECT_EQ(UtcText(*time + std::chrono::minutes(ahead)), text.substr(0, 10) + 'T' + text.substr(11, 5) + ":00Z");
+}

@@ -1,0 +1,86 @@
+#include "sheet/SheetValues.h"
+
+#include "model/ItemNotes.h"
+#include "model/LittleEndian.h"
+#include "model/StoredNumber.h"
+#include "model/ValueLimits.h"
+#include "text/EscapedText.h"
+#include "text/NumberText.h"
+
+#include <cstdint>
+
+namespace {
+
+void Join(std::u16string& all, std::u16string_view separator, std::u16string_view text)
+{
+    if (!all.empty())
+        all += separator;
+    all += text;
+}
+
+std::uint32_t BitsOf(std::span<const std::byte> words)
+{
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < words.size() && i < sizeof bits; ++i)
+        bits |= std::to_integer<std::uint32_t>(words[i]) << (8 * i);
+    return bits;
+}
+
+/// "door open, light on"; a bit without a name is told by its number.
+std::u16string NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding, std::span<const std::byte> words)
+{
+    std::u16string names;
+    if (notes.bits.empty())
+        return names;
+    const std::uint32_t bits = BitsOf(words);
+    for (std::size_t bit = 0; bit < BitsToName(coding); ++bit) {
+        if ((bits >> bit & 1) == 0)
+            continue;
+        const std::u16string_view name = NameOfBit(notes, bit);
+        Join(names, u", ", name.empty() ? u"bit " + DecimalText(static_cast<std::int64_t>(bit)) : std::u16string(name));
+    }
+    return names;
+}
+
+} // namespace
+
+SheetValue CSheetValues::Make(CellPlace place)
+{
+    m_text.clear();
+    m_rows.AppendText(place.row, place.column, m_text);
+    const auto words = m_now.Words(place);
+    SheetValue value;
+    value.text = EscapedText(m_text);
+    value.meaning = EscapedText(Meaning(place, words));
+    value.warning = EscapedText(Warning(place, words));
+    value.isEdited = m_rows.IsEdited(place.row, place.column);
+    return value;
+}
+
+std::u16string CSheetValues::Meaning(CellPlace place, std::span<const std::byte> words) const
+{
+    const ColumnCoding& coding = m_rows.Columns()[place.column];
+    if (coding.notes.IsEmpty())
+        return {};
+    std::u16string meaning(TextOfValue(*coding.notes, coding, m_text));
+    Join(meaning, meaning.empty() ? u"" : u", ", NamesOfSetBits(*coding.notes, coding, words));
+    return meaning;
+}
+
+/// An edited cell is judged by what was typed, any other by what it stores.
+std::u16string CSheetValues::Warning(CellPlace place, std::span<const std::byte> words) const
+{
+    const ColumnCoding& coding = m_rows.Columns()[place.column];
+    if (!m_now.IsThere(place, words))
+        return u"not in the file";
+    std::u16string warning;
+    if (m_rows.OutsideLimits(place.row, place.column))
+        warning = u"lies outside its limits " + LimitsText(coding);
+    if (coding.notes.IsEmpty())
+        return warning;
+    const bool isTyped = m_rows.State(place).IsText() && m_rows.IsEdited(place.row, place.column);
+    const auto number = isTyped ? NumberOfText(coding, m_text) : m_now.NumberOf(place, words, m_text);
+    if (number && IsOutsideRange(*coding.notes, *number))
+        Join(warning, u"; ", OutsideRangeText(*coding.notes));
+    return warning;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "changes/CellNow.h"
+#include "files/RecipeRows.h"
+#include "sheet/RecipeSheet.h"
+
+#include <string>
+
+/// Makes the values of a sheet of the cells of rows.
+class CSheetValues {
+public:
+    /// Both outlive it.
+    CSheetValues(const CRecipeRows& rows, const CStoredCells& stored) : m_rows(rows), m_now(rows, stored) {}
+
+    SheetValue Make(CellPlace place);
+
+private:
+    std::u16string Meaning(CellPlace place, std::span<const std::byte> words) const;
+    std::u16string Warning(CellPlace place, std::span<const std::byte> words) const;
+
+    const CRecipeRows& m_rows;
+    CCellNow m_now;
+    std::u16string m_text; ///< of the cell at hand
+};
