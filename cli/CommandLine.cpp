@@ -13,6 +13,7 @@
 #include "cli/PatchCommand.h"
 #include "cli/SetArguments.h"
 #include "cli/SetCommand.h"
+#include "cli/SheetCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/StandardStreams.h"
 #include "cli/TableOptions.h"
@@ -59,6 +60,8 @@ struct Session {
     ValuesOptions values;
     UnsavedOptions unsaved;
     VersionsOptions versions;
+    SheetOptions sheet;
+    PdfMaking pdf;
 };
 
 void AddFile(CLI::App& command, const std::string& name, std::string& file, const std::string& description)
@@ -313,15 +316,42 @@ void AddVersions(CLI::App& app, Session& session)
     forget->callback([&session] { session.done = ForgetVersions(session.versions, session.reporter); });
 }
 
+void AddSheet(CLI::App& app, Session& session)
+{
+    SheetOptions& options = session.sheet;
+    CLI::App* command =
+        app.add_subcommand("sheet", "Write the rows of a recipe file as a sheet for people: PDF or HTML");
+    AddFile(*command, "FILE", options.file, kRecipeFile);
+    command->add_option("-o,--output", options.output, "Sheet to write: .pdf or .html; an existing one is replaced")
+        ->required()
+        ->type_name("SHEET");
+    AddTableOptions(*command, options.read);
+    const auto takeRows = [&options](const CLI::results_t& texts) {
+        options.rows = ReadRowChoice(texts.front());
+        return options.rows.has_value();
+    };
+    command->add_option("--only-rows", takeRows, "Rows on the sheet, as 4, 5-20, 1,3,7-9 or * (default: all)")
+        ->type_name("ROWS");
+    AddText(*command, "--since", options.since,
+            "Tell what changed since this other file, or since the version of this time or beginning of one")
+        ->type_name("FILE|TIME");
+    AddChoice(*command, "--paper", options.isLetter, {"a4", "letter"}, "Paper of a PDF (default: a4)");
+    AddText(*command, "--title", options.title, "Title of the sheet (default: with the name of the file)")
+        ->type_name("TEXT");
+    command->callback(
+        [&session] { session.done = MakeSheet(session.sheet, session.pdf, session.reporter, session.progress); });
+}
+
 bool Print(std::string_view text, Session& session)
 {
     session.output.Write(text);
     return session.output.Finish(session.reporter);
 }
 
-ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE* error)
+ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
 {
     Session session(out, error);
+    session.pdf = {pdf, argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>()};
     CLI::App app("Works with the recipe files of operator panels", "vantor-cli");
     app.set_version_flag("--version", "vantor-cli " VANTOR_VERSION);
     app.require_subcommand(1);
@@ -338,6 +368,7 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddValues(app, session);
     AddUnsaved(app, session);
     AddVersions(app, session);
+    AddSheet(app, session);
 
     try {
         app.parse(argc, argv);
@@ -354,9 +385,9 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
 
 } // namespace
 
-int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error)
+int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
 try {
-    return RunSession(argc, argv, out, error);
+    return RunSession(argc, argv, out, error, pdf);
 } catch (const std::bad_alloc&) {
     std::fputs("There is not enough memory!\n", error);
     return kFailed;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "sheet/SheetPdf.h"
+
 #include <cstdio>
 
 /// Does what the command line of vantor-cli asks for; `argv` is as main() gets it. Results go to `out`, messages to
 /// `error`, neither of which is closed. Returns the program's exit code: 0 done, 1 failed, then `error` was told why, 2
 /// for arguments that make no sense. Throws nothing.
-int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error);
+///
+/// `pdf` makes the PDF files; where it is null another program does (SheetCommand.h).
+int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error, CSheetPdf* pdf = nullptr);

@@ -1,6 +1,7 @@
 #include "cli/VersionsCommand.h"
 
 #include "cli/KeptVersions.h"
+#include "cli/VersionChoice.h"
 #include "disk/File.h"
 #include "disk/FileLock.h"
 #include "files/FileType.h"
@@ -32,22 +33,6 @@ constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 std::string NumberOrDash(std::optional<std::uint64_t> number)
 {
     return number ? std::to_string(*number) : "-";
-}
-
-/// The one version whose time begins so, the newest where `time` is empty; reported when there is none, or more.
-std::optional<Version> ChosenVersion(const CVersionStore& store, const VersionsOptions& options, CReporter& reporter)
-{
-    const fs::path file(options.file);
-    const std::vector<Version> found = store.Find(file, options.time);
-    if (found.size() == 1 || (!found.empty() && options.time.empty()))
-        return found.front();
-    if (options.time.empty())
-        reporter.ShowError(FillMessage(u"File %s has no earlier version!", {PathText(file)}));
-    else
-        reporter.ShowError(FillMessage(found.empty() ? u"File %s has no version %s!"
-                                                     : u"File %s has several versions that begin with %s!",
-                                       {PathText(file), FromUtf8(options.time)}));
-    return std::nullopt;
 }
 
 void PrintBytes(std::span<const std::byte> bytes, CStandardOutput& output)
@@ -137,7 +122,7 @@ bool ListVersions(const VersionsOptions& options, CStandardOutput& output, CRepo
 bool ShowVersion(const VersionsOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     const CVersionStore store(OwnDataFolder());
-    const auto version = ChosenVersion(store, options, reporter);
+    const auto version = ChosenVersion(store, options.file, options.time, reporter);
     if (!version)
         return false;
     if (options.output)
@@ -148,7 +133,7 @@ bool ShowVersion(const VersionsOptions& options, CStandardOutput& output, CRepor
 bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
 {
     const CVersionStore store(OwnDataFolder());
-    const auto version = ChosenVersion(store, options, reporter);
+    const auto version = ChosenVersion(store, options.file, options.time, reporter);
     if (!version)
         return false;
     CFileLock lock;
@@ -173,7 +158,7 @@ bool ForgetVersions(const VersionsOptions& options, CReporter& reporter)
     if (options.time.empty()) {
         isForgotten = store.Forget(file);
     } else {
-        const auto version = ChosenVersion(store, options, reporter);
+        const auto version = ChosenVersion(store, options.file, options.time, reporter);
         if (!version)
             return false;
         isForgotten = store.Forget(file, *version);

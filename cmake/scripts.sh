@@ -7,7 +7,7 @@ core_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 build_packages=("${core_packages[@]}" qt6-base-dev qt6-svg-dev libx11-dev fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(libgtest-dev python3 clang-format cmark-gfm groff desktop-file-utils appstream shared-mime-info
-               librsvg2-bin git jq)
+               librsvg2-bin git jq tidy poppler-utils)
 # shellcheck disable=SC2034
 package_packages=(dpkg-dev lintian mmdebstrap)
 # shellcheck disable=SC2034

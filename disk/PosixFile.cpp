@@ -1,15 +1,19 @@
 #include "disk/File.h"
 #include "disk/PlatformFile.h"
+#include "disk/Program.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <map>
+#include <spawn.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 #ifdef __linux__
 #include <sys/vfs.h>
@@ -322,4 +326,27 @@ fs::path UserDataFolder()
         return named;
     const fs::path home = EnvironmentPath("HOME");
     return home.is_absolute() ? home / ".local" / "share" : fs::path();
+}
+
+std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> texts = arguments;
+    texts.insert(texts.begin(), path.string());
+    std::vector<char*> values;
+    for (std::string& text : texts)
+        values.push_back(text.data());
+    values.push_back(nullptr);
+    pid_t program = 0;
+    if (posix_spawn(&program, path.c_str(), nullptr, nullptr, values.data(), environ) != 0)
+        return std::nullopt;
+    int status = 0;
+    while (waitpid(program, &status, 0) == -1)
+        if (errno != EINTR)
+            return std::nullopt;
+    return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+}
+
+fs::path SiblingProgram(const std::string& name)
+{
+    return ExecutablePath().parent_path() / name;
 }

@@ -1,8 +1,10 @@
 #include "disk/File.h"
 #include "disk/PlatformFile.h"
+#include "disk/Program.h"
 
 #include <array>
 #include <string>
+#include <vector>
 
 #ifndef NOMINMAX
 #define NOMINMAX // else std::min is a macro here
@@ -241,4 +243,46 @@ fs::path UserDataFolder()
 {
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
     return local != nullptr ? fs::path(local) : fs::path();
+}
+
+namespace {
+
+/// One argument of a command line as programs take command lines apart: in quotes, a quote in it after a backslash, and
+/// the backslashes before a quote doubled.
+std::wstring Quoted(const std::wstring& argument)
+{
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t unit : argument) {
+        if (unit == L'"')
+            quoted.append(backslashes + 1, L'\\');
+        backslashes = unit == L'\\' ? backslashes + 1 : 0;
+        quoted += unit;
+    }
+    return quoted.append(backslashes, L'\\') + L'"';
+}
+
+} // namespace
+
+std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)
+{
+    std::wstring line = Quoted(path.native());
+    for (const std::string& argument : arguments)
+        line += L' ' + Quoted(fs::path(argument).native()); // the encoding of main's arguments
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION program{};
+    if (!CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &program))
+        return std::nullopt;
+    WaitForSingleObject(program.hProcess, INFINITE);
+    DWORD status = 0;
+    const bool isKnown = GetExitCodeProcess(program.hProcess, &status) != 0;
+    CloseHandle(program.hThread);
+    CloseHandle(program.hProcess);
+    return isKnown ? std::optional(static_cast<int>(status)) : std::nullopt;
+}
+
+fs::path SiblingProgram(const std::string& name)
+{
+    return ExecutablePath().parent_path() / (name + ".exe");
 }

@@ -62,9 +62,10 @@ TEST_F(BashCompletion, HasEveryCommandAndOption)
 
 TEST_F(BashCompletion, GoesOnWithWhatWasBegun)
 {
-    EXPECT_EQ(Complete({"s"}), (Texts{"set", "show"}));
+    EXPECT_EQ(Complete({"s"}), (Texts{"set", "sheet", "show"}));
     EXPECT_EQ(Complete({"merge", "--first-l"}), Texts{"--first-length"});
     EXPECT_EQ(Complete({"merge", "--size", "2"}), Texts{"256K"});
+    EXPECT_EQ(Complete({"sheet", "--paper", "l"}), Texts{"letter"});
 }
 
 TEST_F(BashCompletion, OffersTheFilesThatACommandTakes)
@@ -73,6 +74,8 @@ TEST_F(BashCompletion, OffersTheFilesThatACommandTakes)
     EXPECT_EQ(Complete({"merge", ""}), (Texts{"a.rcp", "g h.rcp", "sub"}));
     EXPECT_EQ(Complete({"formats", "import", ""}), (Texts{"f.json", "sub"}));
     EXPECT_EQ(Complete({"show", "a.rcp", "--library", "A"}), Texts{"Any.Dat"});
+    EXPECT_EQ(Complete({"sheet", "--since", "a"}), Texts{"a.rcp"});
+    EXPECT_EQ(Complete({"sheet", "a.rcp", "-o", ""}), Texts{"sub"});
 }
 
 TEST_F(BashCompletion, OffersTheFormatsOfTheLibraryInUse)
@@ -111,6 +114,8 @@ TEST_F(BashCompletion, OffersTheJournalsThatThereAre)
 TEST_F(BashCompletion, OffersNothingForNumbersAndTexts)
 {
     EXPECT_EQ(Complete({"show", "--start", ""}), Texts{});
+    EXPECT_EQ(Complete({"sheet", "a.rcp", "--title", ""}), Texts{});
+    EXPECT_EQ(Complete({"sheet", "a.rcp", "--only-rows", ""}), Texts{});
     EXPECT_EQ(Complete({"set", "a.rcp", "--cell", "1", "2", ""}), Texts{});
     EXPECT_EQ(Complete({"set", "--cell", "1", "2", "3", "a"}), Texts{"a.rcp"});
     EXPECT_EQ(Complete({"set", "a.rcp", "--value", ""}), Texts{});

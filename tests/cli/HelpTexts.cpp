@@ -17,6 +17,7 @@ std::vector<std::vector<std::string>> AllCommands()
             {"merge"},
             {"check"},
             {"values"},
+            {"sheet"},
             {"formats"},
             {"formats", "list"},
             {"formats", "export"},
