@@ -21,7 +21,7 @@ check_tidy() {
     local base=${1:-} changed
     [[ -n $base ]] || base=$(git log -1 --format=%H -G'^## \[[0-9]' -- CHANGELOG.md)
     changed=$(git diff --name-only --diff-filter=d "$base" -- '*.cpp' '*.h' | sed 's/h$/cpp/' | sort --unique |
-        grep --extended-regexp '^(disk|text|model|library|files|changes|recovery|sheet|merge|document|controls|views|app|cli)/' |
+        grep --extended-regexp '^(disk|text|model|library|files|changes|recovery|sheet|merge|document|print|controls|views|app|cli|sheetcli)/' |
         grep --invert-match 'Windows' | xargs --no-run-if-empty ls 2>/dev/null || true)
     [[ -n $changed ]] || return 0
     echo "clang-tidy: $(wc --lines <<<"$changed") files changed since ${base::8}" >&2

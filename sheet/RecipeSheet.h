@@ -19,8 +19,7 @@ struct SheetFact {
 struct SheetItem {
     std::u16string title;
     std::u16string unit;
-    std::u16string range;  ///< the sensible one; empty for none
-    bool isNumber = false; ///< else its values are texts
+    std::u16string range; ///< the sensible one; empty for none
 };
 
 /// A value as the table shows it.

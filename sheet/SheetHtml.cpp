@@ -17,7 +17,6 @@ th, td { border-bottom: 1px solid #888; padding: .2em .5em; text-align: left; ve
 thead th { border-bottom: 2px solid #000; }
 tbody th { font-weight: normal; }
 table.head th { font-weight: bold; width: 9em; }
-td.number { text-align: right; font-variant-numeric: tabular-nums; }
 td.warned { font-weight: bold; }
 div.block { break-inside: avoid-page; margin: 1em 0; }
 div.signatures { break-inside: avoid; display: flex; flex-wrap: wrap; gap: 3em; margin-top: 4em; }
@@ -122,13 +121,6 @@ void AppendTitles(const SheetColumns& columns, CHtml& html)
     html.Raw("</tr>\n</thead>\n");
 }
 
-std::string_view ValueTag(const SheetItem& item, const SheetValue& value)
-{
-    if (value.warning.empty())
-        return item.isNumber ? "td class=\"number\" dir=\"auto\"" : "td dir=\"auto\"";
-    return item.isNumber ? "td class=\"number warned\" dir=\"auto\"" : "td class=\"warned\" dir=\"auto\"";
-}
-
 void AppendBlock(const RecipeSheet& sheet, const SheetBlock& block, const SheetColumns& columns, CHtml& html)
 {
     html.Raw("<div class=\"block\">\n<table>\n");
@@ -140,14 +132,14 @@ void AppendBlock(const RecipeSheet& sheet, const SheetBlock& block, const SheetC
         const SheetValue& value = block.values[i];
         html.Raw("<tr>");
         html.Element("th scope=\"row\" dir=\"auto\"", item.title);
-        html.Element(ValueTag(item, value), value.text);
+        const std::string_view tag = value.warning.empty() ? "td dir=\"auto\"" : "td class=\"warned\" dir=\"auto\"";
+        html.Element(tag, value.text);
         if (columns.hasUnits)
             html.Element("td dir=\"auto\"", item.unit);
         if (columns.hasRanges)
             html.Element("td", item.range);
         if (columns.hasRemarks)
-            html.Element(value.warning.empty() ? "td dir=\"auto\"" : "td class=\"warned\" dir=\"auto\"",
-                         RemarkOn(value));
+            html.Element(tag, RemarkOn(value));
         html.Raw("</tr>\n");
     }
     html.Raw("</tbody>\n</table>\n</div>\n");

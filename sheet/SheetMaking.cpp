@@ -3,7 +3,6 @@
 #include "changes/ChangeLines.h"
 #include "changes/ValueLines.h"
 #include "files/TableTitles.h"
-#include "model/DataType.h"
 #include "model/ItemNotes.h"
 #include "sheet/SheetValues.h"
 #include "text/EscapedText.h"
@@ -45,7 +44,7 @@ std::u16string RowsText(const std::vector<std::int32_t>& rows)
 
 SheetItem ItemOf(const ColumnCoding& column)
 {
-    SheetItem item{.title = EscapedText(column.title), .isNumber = column.dataType != DataType::String};
+    SheetItem item{.title = EscapedText(column.title)};
     if (!column.notes.IsEmpty()) {
         item.unit = EscapedText(column.notes->unit);
         item.range = EscapedText(RangeText(*column.notes));

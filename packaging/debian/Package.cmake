@@ -21,5 +21,5 @@ saves exactly the words that the table shows: all others stay as they are.
 .
 The package holds the window program vantor and the command line
 vantor-cli, which shows, changes, converts and merges recipe files without
-a display.]])
+a display, and makes sheets of them with vantor-sheet.]])
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishTree.cmake)

@@ -20,6 +20,7 @@ OWN_TYPES = [f"application/vnd.vantor.{extension}" for extension in ("rcp", "erp
 INSTALLED = [
     "bin/vantor",
     "bin/vantor-cli",
+    "bin/vantor-sheet",
     f"share/applications/{ID}.desktop",
     "share/bash-completion/completions/vantor-cli",
     "share/doc/vantor/copyright",
@@ -30,6 +31,7 @@ INSTALLED = [
     f"share/icons/hicolor/scalable/mimetypes/{ID}-frp.svg",
     f"share/icons/hicolor/scalable/mimetypes/{ID}-rcp.svg",
     "share/man/man1/vantor-cli.1",
+    "share/man/man1/vantor-sheet.1",
     "share/man/man1/vantor.1",
     f"share/metainfo/{ID}.metainfo.xml",
     f"share/mime/packages/{ID}.xml",
@@ -87,6 +89,11 @@ class PackagingTest(unittest.TestCase):
         shown = run(prefix / "bin" / "vantor-cli", "show", prefix / "share/doc/vantor/examples/bakery-oven.rcp",
                     "--library", prefix / "share/vantor/RecipeFile.Dat")
         self.assertIn("Farmhouse loaf", shown.stdout)
+        sheet = prefix / "oven.pdf"
+        made = run(prefix / "bin" / "vantor-cli", "sheet", prefix / "share/doc/vantor/examples/bakery-oven.rcp",
+                   "--library", prefix / "share/vantor/RecipeFile.Dat", "-o", sheet)
+        self.assertEqual((made.returncode, made.stdout), (0, ""))
+        self.assertEqual(sheet.read_bytes()[:5], b"%PDF-")
 
     def testInstalledPagesLinkToInstalledFiles(self):
         pages = {path.resolve(): path.read_text(encoding="utf-8")
@@ -153,7 +160,7 @@ class PackagingTest(unittest.TestCase):
 
     def testManPagesAreWellFormed(self):
         pages = sorted((SHARE / "man" / "man1").iterdir())
-        self.assertEqual([page.name for page in pages], ["vantor-cli.1", "vantor.1"])
+        self.assertEqual([page.name for page in pages], ["vantor-cli.1", "vantor-sheet.1", "vantor.1"])
         for page in pages:
             self.assertContent("groff", "-man", "-ww", "-z", page)
 

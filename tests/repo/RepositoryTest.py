@@ -24,9 +24,11 @@ ROOMS = {  # room -> the rooms it may include from
     "merge": {"merge", "files", "model", "text", "disk"},
     "document": {"document", "recovery", "changes", "files", "library", "model", "text", "disk"},
     "cli": {"cli", "document", "sheet", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "print": {"print", "sheet", "files"},
+    "sheetcli": {"sheetcli", "cli", "print", "disk"},
     "controls": {"controls"},
-    "views": {"views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
-    "app": {"app", "views", "controls", "document", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "views": {"views", "controls", "print", "document", "sheet", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
+    "app": {"app", "views", "controls", "print", "document", "sheet", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
 }
 PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",

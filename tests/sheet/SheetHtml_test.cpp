@@ -10,7 +10,7 @@ RecipeSheet Sample()
     RecipeSheet sheet;
     sheet.title = u"Sheet";
     sheet.facts = {{u"File", u"a.rcp"}};
-    sheet.items = {{u"Level", u"mm", u"1 to 5", true}, {u"Name", u"", u"", false}};
+    sheet.items = {{u"Level", u"mm", u"1 to 5"}, {u"Name", u"", u""}};
     sheet.blocks = {{u"Row 1 (RW0)", {{u"7", u"", u"lies above 5 mm", false}, {u"Rye", u"", u"", false}}}};
     return sheet;
 }
@@ -33,7 +33,7 @@ TEST(SheetHtml, ValuesStandInTablesWithHeaders)
     EXPECT_NE(html.find("<title>Sheet</title>"), std::string::npos);
     EXPECT_NE(html.find("<caption>Row 1 (RW0)</caption>"), std::string::npos);
     EXPECT_NE(html.find("<th scope=\"col\">Sensible range</th>"), std::string::npos);
-    EXPECT_NE(html.find("<th scope=\"row\" dir=\"auto\">Level</th>\n<td class=\"number warned\" dir=\"auto\">7</td>\n"
+    EXPECT_NE(html.find("<th scope=\"row\" dir=\"auto\">Level</th>\n<td class=\"warned\" dir=\"auto\">7</td>\n"
                         "<td dir=\"auto\">mm</td>\n<td>1 to 5</td>\n"
                         "<td class=\"warned\" dir=\"auto\">! lies above 5 mm</td>"),
               std::string::npos)
