@@ -118,6 +118,15 @@ QString AskExportPath(QWidget& parent, const QString& path)
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
+QString AskSheetPath(QWidget& parent, const QString& ending, const QString& folder, const QString& name)
+{
+    CFileDialog dialog(&parent, QObject::tr("Save the sheet"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QString pattern = QStringLiteral("*.") + ending;
+    const QString proposed = name.isEmpty() ? QObject::tr("sheet") : name;
+    return RunDialog(dialog, {QStringLiteral("(%1)").arg(pattern)}, pattern, proposed + QLatin1Char('.') + ending);
+}
+
 QString AskCopyPath(QWidget& parent, const QString& path)
 {
     const QFileInfo file(path);

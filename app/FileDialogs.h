@@ -34,5 +34,9 @@ QString AskTablePath(QWidget& parent, const QString& folder);
 /// the user cancelled.
 QString AskExportPath(QWidget& parent, const QString& path);
 
+/// Asks where to write a sheet, "pdf" or "html" by its `ending`, as AskSavePath; `name` is proposed, without its
+/// ending.
+QString AskSheetPath(QWidget& parent, const QString& ending, const QString& folder, const QString& name);
+
 /// Asks likewise where to write a copy of the file at `path`, empty for a new document: beside it, of its type.
 QString AskCopyPath(QWidget& parent, const QString& path);

@@ -62,6 +62,7 @@ CMainFrame::~CMainFrame()
 {
     m_pReadingCommands.reset();
     m_pExportCommands.reset();
+    m_pSheetCommands.reset();
     m_pImportCommands.reset();
     m_pFillCommands.reset();
     m_pOfferCommands.reset();
@@ -180,6 +181,8 @@ void CMainFrame::CreateForManyCells()
     m_pImportCommands = std::make_unique<CImportCommands>(
         CImportCommands::Parts{*m_pUi, *this, *m_pOfferCommands, *m_pDataPane, *this});
     m_pExportCommands = std::make_unique<CExportCommands>(CExportCommands::Parts{*m_pUi, *this, *m_pDataPane, *this});
+    m_pSheetCommands =
+        std::make_unique<CSheetCommands>(CSheetCommands::Parts{*m_pUi, *this, *m_pDataPane, m_versions, *this});
     connect(m_pStrip, &CStrip::Dismissed, this, [this](int weight) {
         if (weight == static_cast<int>(StripSubject::EditsOffered))
             m_pOfferCommands->Withdraw();
@@ -353,6 +356,7 @@ void CMainFrame::UpdateCommands()
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
     m_pExportCommands->Follow();
+    m_pSheetCommands->Follow();
     m_pFindCommands->Follow();
     m_pFindValueCommands->Follow();
     m_pVersionCommands->Update();
@@ -380,6 +384,7 @@ void CMainFrame::ShowRecipeData(FileType type)
     m_pOfferCommands->Follow();
     m_pImportCommands->Follow();
     m_pExportCommands->Follow();
+    m_pSheetCommands->Follow();
     m_pFindCommands->Follow();
     if (m_pStrip->HasMessage(static_cast<int>(StripSubject::StoredAsShown)))
         m_pSaveCommands->TellStoredAsShown(); // of another file than the one that is shown by now

@@ -17,6 +17,7 @@
 #include "app/ReadingCommands.h"
 #include "app/ReplaceCommands.h"
 #include "app/SaveCommands.h"
+#include "app/SheetCommands.h"
 #include "app/TableCommands.h"
 #include "app/UnsavedCommands.h"
 #include "app/VersionCommands.h"
@@ -136,6 +137,7 @@ private:
     std::unique_ptr<CFillCommands> m_pFillCommands;
     std::unique_ptr<CImportCommands> m_pImportCommands;
     std::unique_ptr<CExportCommands> m_pExportCommands;
+    std::unique_ptr<CSheetCommands> m_pSheetCommands;
     std::unique_ptr<CTableCommands> m_pTableCommands;
     std::unique_ptr<CGoToCommands> m_pGoToCommands;
     std::unique_ptr<CFindCommands> m_pFindCommands;

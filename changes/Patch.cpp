@@ -21,18 +21,26 @@ std::variant<Patch, ChangeFault> ReadPatch(std::istream& input)
     }
 }
 
+void Reverse(ChangeHeader& header)
+{
+    std::swap(header.bytes, header.newBytes);
+}
+
+void Reverse(ChangeRecord& record)
+{
+    if (record.reads && record.newWords.empty())
+        record.newText = record.reads; // that is what the file shows
+    record.reads.reset();
+    std::swap(record.oldText, record.newText);
+    std::swap(record.oldWords, record.newWords);
+    record.zeros = -record.zeros;
+}
+
 void Reverse(Patch& patch)
 {
-    std::swap(patch.header.bytes, patch.header.newBytes);
-    for (Patch::Entry& entry : patch.entries) {
-        ChangeRecord& record = entry.record;
-        if (record.reads && record.newWords.empty())
-            record.newText = record.reads; // that is what the file shows
-        record.reads.reset();
-        std::swap(record.oldText, record.newText);
-        std::swap(record.oldWords, record.newWords);
-        record.zeros = -record.zeros;
-    }
+    Reverse(patch.header);
+    for (Patch::Entry& entry : patch.entries)
+        Reverse(entry.record);
 }
 
 std::unique_ptr<CFilePatch> MakeFilePatch(const Patch& patch, const PatchedFile& file)

@@ -35,6 +35,8 @@ struct Patch {
 std::variant<Patch, ChangeFault> ReadPatch(std::istream& input);
 
 /// Old becomes new.
+void Reverse(ChangeHeader& header);
+void Reverse(ChangeRecord& record);
 void Reverse(Patch& patch);
 
 /// A file that a patch is for.

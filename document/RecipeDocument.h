@@ -287,6 +287,11 @@ public:
     /// up, or memory did not suffice for it, which is reported.
     Outcome CompareWith(ComparedWith other, CReporter& reporter, CProgress& progress);
 
+    /// Reads the file at `path` as CompareWith does, and compares nothing. After a failure, reported, and when it was
+    /// given up, `other` means nothing.
+    Outcome ReadToCompare(const std::filesystem::path& path, ComparedWith& other, CReporter& reporter,
+                          CProgress& progress) const;
+
     /// The comparison at hand; null for none. It follows edits, saves and readings.
     const std::shared_ptr<CTableComparison>& Comparison() const { return m_comparison; }
 

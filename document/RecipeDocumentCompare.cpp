@@ -23,12 +23,20 @@ std::function<std::shared_ptr<CWordBytes>()> WordsOf(FileType type, const fs::pa
 
 Outcome CRecipeDocument::CompareWith(const fs::path& path, CReporter& reporter, CProgress& progress)
 {
+    ComparedWith other;
+    const Outcome outcome = ReadToCompare(path, other, reporter, progress);
+    return outcome == Outcome::Done ? CompareWith(std::move(other), reporter, progress) : outcome;
+}
+
+Outcome CRecipeDocument::ReadToCompare(const fs::path& path, ComparedWith& other, CReporter& reporter,
+                                       CProgress& progress) const
+{
     const auto type = FileTypeOf(path);
     if (!type) {
         ShowFileError(reporter, kUnknownTypeError, path);
         return Outcome::Failed;
     }
-    ComparedWith other{.name = PathText(path.filename()), .cells = {}, .openWords = {}};
+    other = {.name = PathText(path.filename()), .cells = {}, .openWords = {}};
     Outcome outcome = Outcome::Failed;
     const auto read = [&] {
         CRecipeRows rows;
@@ -51,7 +59,7 @@ Outcome CRecipeDocument::CompareWith(const fs::path& path, CReporter& reporter, 
         ShowFileError(reporter, OpenErrorOf(*type), path);
         return Outcome::Failed;
     }
-    return outcome == Outcome::Done ? CompareWith(std::move(other), reporter, progress) : outcome;
+    return outcome;
 }
 
 Outcome CRecipeDocument::CompareWith(ComparedWith other, CReporter& reporter, CProgress& progress)

@@ -60,6 +60,7 @@ TEST_F(MainFrame, TheMenusHoldTheCommands)
           QString::fromUtf8("Paste wit&h preview…"),
           QString::fromUtf8("I&mport table…"),
           QString::fromUtf8("Exp&ort table…"),
+          QString::fromUtf8("Recipe sheet…"),
           "-",
           QString::fromUtf8("&Go to…"),
           QString::fromUtf8("&Find…"),

@@ -215,6 +215,11 @@ void CRandomEvents::Act()
         window->activateWindow(); // as a window system does once a dialog above it is gone
     if (auto* dialog = qobject_cast<QFileDialog*>(window))
         return AnswerFileDialog(*dialog);
+    if (window->inherits("QAbstractPrintDialog")) { // else it prints, into a file that is nobody's
+        Note("cancel print dialog");
+        window->close();
+        return;
+    }
     const int choice = Below(100);
     const bool isDialog = window != m_pFrame.get();
     if (isDialog && choice < 25)

@@ -22,7 +22,7 @@ ROOMS = {  # room -> the rooms it may include from
     "recovery": {"recovery", "changes", "files", "library", "model", "text", "disk"},
     "sheet": {"sheet", "changes", "files", "library", "model", "text", "disk"},
     "merge": {"merge", "files", "model", "text", "disk"},
-    "document": {"document", "recovery", "changes", "files", "library", "model", "text", "disk"},
+    "document": {"document", "sheet", "recovery", "changes", "files", "library", "model", "text", "disk"},
     "cli": {"cli", "document", "sheet", "recovery", "changes", "merge", "files", "library", "model", "text", "disk"},
     "print": {"print", "sheet", "files"},
     "sheetcli": {"sheetcli", "cli", "print", "disk"},

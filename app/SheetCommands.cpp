@@ -1,0 +1,67 @@
+#include "app/SheetCommands.h"
+
+#include "app/FileDialogs.h"
+#include "ui_MainFrame.h"
+#include "views/RecipeDataShowView.h"
+#include "views/RecipeFrame.h"
+#include "views/TextCrossing.h"
+
+#include <QFileInfo>
+
+#include <cstdint>
+#include <set>
+
+CSheetCommands::CSheetCommands(const Parts& parts) : m_parts(parts)
+{
+    m_parts.ui.actionRecipeSheet->setShortcut(Qt::CTRL | Qt::Key_P);
+    connect(m_parts.ui.actionRecipeSheet, &QAction::triggered, this, &CSheetCommands::Open);
+}
+
+void CSheetCommands::Follow()
+{
+    m_parts.ui.actionRecipeSheet->setEnabled(!m_parts.frame.Document().Rows().Columns().empty());
+}
+
+QString CSheetCommands::Folder() const
+{
+    const std::filesystem::path& path = m_parts.frame.Document().Path();
+    return path.empty() ? QString() : QFileInfo(ToQPath(path)).absolutePath();
+}
+
+CSheetDlg::RowChoices CSheetCommands::RowChoices() const
+{
+    CSheetDlg::RowChoices choices;
+    if (const CShownRows& shown = m_parts.dataPane.ShownRows(); shown.AreSome()) {
+        choices.shown.emplace();
+        for (std::int32_t i = 0; i < shown.Count(); ++i)
+            choices.shown->push_back(shown.RowAt(i));
+    }
+    std::set<std::int32_t> chosen;
+    for (const CellRange& range : m_parts.dataPane.ChosenRanges())
+        for (std::int32_t row = range.firstRow; row <= range.lastRow; ++row)
+            chosen.insert(row);
+    if (!chosen.empty())
+        choices.chosen.emplace(chosen.begin(), chosen.end());
+    return choices;
+}
+
+void CSheetCommands::Open()
+{
+    const CRecipeDocument& document = m_parts.frame.Document();
+    if (!m_parts.dataPane.EndCellEdit() || document.Rows().Columns().empty())
+        return;
+    const QFileInfo own(ToQPath(document.Path()));
+    const CSheetDlg::Paths paths{
+        .askOther =
+            [&](QWidget& dialog) {
+                return AskComparePath(dialog, QStringLiteral("*.") + own.suffix().toLower(), Folder());
+            },
+        .askSheet =
+            [&](QWidget& dialog, const QString& ending) {
+                return AskSheetPath(dialog, ending, Folder(),
+                                    document.Path().empty() ? QString() : own.completeBaseName());
+            }};
+    CSheetDlg dialog(document, &m_parts.versions, RowChoices(), paths, &m_parts.window);
+    if (dialog.ReadFile())
+        dialog.exec();
+}
