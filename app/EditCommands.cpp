@@ -163,12 +163,13 @@ void CEditCommands::Show(const EditReport& report, const QString& done, const QS
         m_frame.Reporter().ShowError(kNoMemoryForEdit);
         return;
     }
-    if (report.format) {
+    if (report.format)
         m_formatPane.FormatChanged(*report.format);
-        m_formatPane.SaveFormats();
-    }
     if (report.hasOtherRows || !report.cells.empty())
         m_dataPane.ShowEdited(report);
+    if (report.format)
+        m_formatPane.SaveFormats();
+    m_dataPane.TakeNotes();
     m_frame.UpdateCommands();
     QString text = (report.outcome == EditOutcome::Made ? done : notDone).arg(ToQString(report.name));
     if (report.isFormatLeftAlone)

@@ -314,6 +314,7 @@ void CMainFrame::ConnectCommands()
             [this] { m_pUi->actionToolBar->setChecked(!m_pUi->toolBar->isHidden()); });
     connect(m_pUi->actionStatusBar, &QAction::toggled, m_pUi->statusBar, &QStatusBar::setVisible);
     connect(m_pUi->actionBitBrowse, &QAction::triggered, this, [this] { m_pDataPane->OnBitBrowse(); });
+    connect(m_pFormatPane, &CRecipeFormatEditView::FormatsChanged, m_pDataPane, &CRecipeDataShowView::TakeNotes);
     connect(m_pDataPane, &CRecipeDataShowView::CellChosen, this, &CMainFrame::UpdateCommands);
     for (const auto signal : {&CRecipeDataShowView::CellChosen, &CRecipeDataShowView::ChosenCellChanged})
         connect(m_pDataPane, signal, this, &CMainFrame::WithdrawEdit);

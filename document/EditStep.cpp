@@ -96,6 +96,24 @@ std::u16string_view KindName(EditKind kind)
         return u"Duplicate Dataformat";
     case EditKind::RenameFormat:
         return u"Rename Dataformat";
+    case EditKind::Notes:
+        return u"Notes";
+    }
+    return {};
+}
+
+/// The name of the item that got other notes; empty where none did.
+std::u16string_view ItemWithOtherNotes(const Edit& edit)
+{
+    for (const EditStep& step : edit.steps) {
+        const auto* change = std::get_if<FormatChange>(&step);
+        if (change == nullptr || !change->before || !change->after)
+            continue;
+        const auto& before = change->before->items;
+        const auto& after = change->after->items;
+        for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i)
+            if (!(before[i]->notes == after[i]->notes))
+                return TextOf(after[i]->description);
     }
     return {};
 }
@@ -128,6 +146,9 @@ std::size_t CellCountOf(const Edit& edit)
 std::u16string NameOf(const Edit& edit)
 {
     std::u16string name(KindName(edit.kind));
+    if (const auto item = edit.kind == EditKind::Notes ? ItemWithOtherNotes(edit) : std::u16string_view();
+        !item.empty())
+        name += FillMessage(u" of %s", {item});
     const std::size_t cells = CellCountOf(edit);
     if (cells > 1)
         name += FillMessage(u" (%d cells)", {static_cast<std::int64_t>(cells)});

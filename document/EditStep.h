@@ -41,6 +41,7 @@ enum class EditKind {
     DeleteFormat,
     DuplicateFormat,
     RenameFormat,
+    Notes, ///< of an item
 };
 
 /// Rows, and what goes with them.

@@ -129,10 +129,15 @@ void CRecipeDocument::ShowOther(ShownRows rows)
     rows.saves = m_saves;
     rows.isModified = m_bModified; // kept: dropping edits does not clear it
     const bool isAnEdit = !m_bFirstReading && (ShowsRows() || !rows.rows.Columns().empty());
-    if (isAnEdit) {
+    if (isAnEdit)
         Make(EditKind::Reading, RowsStep{std::make_unique<ShownRows>(std::move(rows))});
-        return;
-    }
+    else
+        ShowFirst(std::move(rows));
+    TakeNotes(); // the settings are a copy that may be of before others changed them
+}
+
+void CRecipeDocument::ShowFirst(ShownRows rows)
+{
     m_bFirstReading = false;
     m_shown = std::move(rows);
     ++m_cellsEdition;
@@ -347,6 +352,7 @@ EditReport CRecipeDocument::Exchange(Edit* edit, Way way)
         return report;
     }
     StepPast(*edit, way);
+    TakeNotes();
     if (report.hasOtherRows) // without memory for them they are not shown, that is all
         WithMemoryFor([&] { report.cells = m_shown.rows.EditedPlaces(); });
     return report;

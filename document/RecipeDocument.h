@@ -141,6 +141,14 @@ public:
     /// and where another program's are taken as known.
     std::uint64_t StoredEdition() const { return m_storedEdition; }
 
+    /// Another number whenever columns of the rows got other notes.
+    std::uint64_t NotesEdition() const { return m_notesEdition; }
+
+    /// Gives the format in use, and so the columns of the rows, the notes that its items have in the store's library by
+    /// now (ItemsInUse.h); those that it does not have any more keep theirs. Readings, undo and redo do so themselves.
+    /// Is no edit. False when all had these notes.
+    bool TakeNotes() noexcept;
+
     /// Whether there are rows that may be saved: those of the current file, or of a new document. Others would put
     /// zeros over words that nobody has seen. A paged file that could not be opened has none.
     bool HasRowsOfFile() const { return m_shown.areOfFile && !m_shown.rows.ShowsTheSameEverywhere(); }
@@ -437,6 +445,7 @@ private:
     Reading Read(FileType type, Access access, CReporter& reporter, CProgress& progress);
     Reading FillRows(ShownRows& shown, FileType type, Access access, CReporter& reporter, CProgress& progress) const;
     void ShowOther(ShownRows rows);
+    void ShowFirst(ShownRows rows);
     bool ShowsRows() const { return !m_shown.rows.Columns().empty(); }
     std::vector<EditStep>& StepsFor(EditKind kind, CEditHistory::Prepared& own);
     void Keep(CEditHistory::Prepared own) noexcept;
@@ -463,6 +472,7 @@ private:
     ShownRows m_shown;
     std::uint64_t m_cellsEdition = 0;
     std::uint64_t m_storedEdition = 0;
+    std::uint64_t m_notesEdition = 0;
     std::uint64_t m_names = 0;   ///< taken by SaveAs so far
     std::uint64_t m_saves = 0;   ///< writes so far
     bool m_bFirstReading = true; ///< since the start: there is nothing to come back to

@@ -25,6 +25,12 @@ void CRecipeRows::LayOut(std::vector<ColumnCoding> columns, std::int32_t startAd
     ShowNothing();
 }
 
+void CRecipeRows::TakeNotesOf(std::span<const ColumnCoding> columns)
+{
+    for (std::size_t i = 0; i < m_columns.size(); ++i)
+        m_columns[i].notes = columns[i].notes;
+}
+
 void CRecipeRows::Clear()
 {
     LayOut({}, 0, 0);

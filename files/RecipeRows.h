@@ -32,6 +32,9 @@ public:
     /// No rows and no columns.
     void Clear();
 
+    /// Gives the columns the notes that `columns`, as many and else like them, have.
+    void TakeNotesOf(std::span<const ColumnCoding> columns);
+
     const std::vector<ColumnCoding>& Columns() const { return m_columns; }
     std::int32_t RowCount() const { return m_rowCount; }
     std::int32_t StartAddress() const { return m_startAddress; } ///< word address of row 0, as it was set

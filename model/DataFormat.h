@@ -56,6 +56,9 @@ public:
 /// The format of a library that holds none: "TestDataFormat" with one DefaultItem.
 DataFormat DefaultFormat();
 
+/// Whether both give the same columns, with values that are read alike, whatever their notes.
+bool AreReadAlike(const DataItem& a, const DataItem& b);
+
 /// One coding a column, in the order of the items: a single item gives one, titled with its description, an array of n
 /// elements gives n, titled "description(0)" to "description(n - 1)". The caller has seen to it that the format can be
 /// shown (ShowLimits.h), so that the counts are small.

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -108,10 +109,23 @@ void CRecipeDataShowView::ShowRows()
     m_pGrid->setMinimumWidth(0);
     ForgetChosenCell();
     m_shownRows.ShowAll(Rows().RowCount());
+    m_nNotes = m_frame.Document().NotesEdition();
     if (!Rows().Columns().empty())
         LayOutGrid();
     emit ShownRowsChanged(0);
     m_typedValues.LookAgain();
+}
+
+/// The document may have taken them before, as an undo does.
+void CRecipeDataShowView::TakeNotes()
+{
+    CRecipeDocument& document = m_frame.Document();
+    document.TakeNotes();
+    if (document.NotesEdition() == std::exchange(m_nNotes, document.NotesEdition()))
+        return;
+    m_pGrid->viewport()->update();
+    emit NotesChanged();
+    emit ChosenCellChanged();
 }
 
 void CRecipeDataShowView::LayOutGrid()

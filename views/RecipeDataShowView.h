@@ -52,6 +52,9 @@ public:
     /// failure, reported.
     std::optional<std::size_t> PutBackStored();
 
+    /// Has the document take the notes that the library has by now, and shows what they say of the cells.
+    void TakeNotes();
+
     /// What the document knows of its file is something else by now: marks and remarks are shown anew.
     void StoredChanged();
 
@@ -175,6 +178,8 @@ signals:
     void CellChosen();
     /// What ChosenCellInfo tells may be another text now.
     void ChosenCellChanged();
+    /// The notes of columns, as the document has them, are others now. Not told where other rows are shown.
+    void NotesChanged();
     /// An edit was made.
     void Edited();
     /// Cells were given values by the edit that was told last; not by an undo or redo.
@@ -221,6 +226,7 @@ private:
     CGridCtrl* m_pGrid;
     CTypedValues m_typedValues;
     CShownRows m_shownRows;
+    std::uint64_t m_nNotes = 0;           ///< the document's edition of the notes that are shown
     int m_nFrozen = 0;                    ///< data columns that stay in sight
     std::vector<ColumnCoding> m_frozenOf; ///< of a table with these columns
     QMenu* m_pPopupMenu = nullptr;

@@ -205,11 +205,12 @@ void CRecipeFormatEditView::ShowMoved()
     ShowNames();
     SelectFormat(move.to.value_or(static_cast<std::size_t>(place)));
     ShowWhetherFormats();
-    if (!move.hasOtherItems)
-        return;
-    ShowSelectedFormat();
-    if (move.to)
-        SelectRow(std::min(row, m_pUi->listItems->topLevelItemCount() - 1));
+    if (move.hasOtherItems) {
+        ShowSelectedFormat();
+        if (move.to)
+            SelectRow(std::min(row, m_pUi->listItems->topLevelItemCount() - 1));
+    }
+    emit FormatsChanged();
 }
 
 void CRecipeFormatEditView::ShowSelectedFormat()

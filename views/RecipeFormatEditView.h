@@ -93,6 +93,9 @@ signals:
     /// The user had the format and the read settings used; whether they could be is for the document to tell.
     void FormatUsed();
 
+    /// Formats of the library became others: by a command of the pane, or by what others did to them.
+    void FormatsChanged();
+
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

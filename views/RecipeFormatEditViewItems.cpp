@@ -414,6 +414,7 @@ void CRecipeFormatEditView::Made(EditKind kind, const FormatChange& change, Afte
     }
     m_frame.WithdrawEdit();
     m_frame.UpdateCommands();
+    emit FormatsChanged();
 }
 
 void CRecipeFormatEditView::TakeIntoUse(const FormatChange& change, AfterChange next)

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "library/LibraryMerge.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+// A table shows rows by a copy of a format, while the library goes on. What the copy's items are in the library by
+// now is told by their names.
+
+/// The index of the format that `used` is a copy of: of those with its name the first whose items are read alike, else
+/// the first of them; nothing where none has its name.
+std::optional<std::size_t> FormatInUse(const Formats& formats, const DataFormat& used);
+
+/// For each item of `used` the position of its item in `format`: of the same name and the same number among those of
+/// that name, and read alike; nothing for one without.
+std::vector<std::optional<std::size_t>> ItemsInUse(const DataFormat& format, const DataFormat& used);
+
+/// Gives each item of `used` that `formats` still have the notes that it has there. False when all had these already.
+bool TakeNotesFrom(const Formats& formats, DataFormat& used);
