@@ -128,7 +128,8 @@ void CMainFrame::CreateCommands()
     });
     CreateComparing();
     CreateForManyCells();
-    m_pTableCommands = std::make_unique<CTableCommands>(CTableCommands::Parts{*m_pUi, *this, *m_pDataPane, *this});
+    m_pTableCommands =
+        std::make_unique<CTableCommands>(CTableCommands::Parts{*m_pUi, *this, *m_pFormatPane, *m_pDataPane, *this});
     CreateFinding();
     m_pVersionCommands = std::make_unique<CVersionCommands>(CVersionCommands::Parts{
         *m_pUi, *this, *m_pFileCommands, *m_pSaveCommands, *m_pCompareCommands, *m_pFormatPane, *m_pDataPane, *this});

@@ -5,6 +5,7 @@
 #include "ui_MainFrame.h"
 #include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
+#include "views/RecipeFormatEditView.h"
 #include "views/ShowRowsDlg.h"
 #include "views/TextCrossing.h"
 
@@ -14,8 +15,12 @@
 
 #include <new>
 
-CTableCommands::CTableCommands(const Parts& parts) : m_parts(parts), m_pField(new QToolButton(&parts.window))
+CTableCommands::CTableCommands(const Parts& parts)
+    : m_parts(parts),
+      m_pField(new QToolButton(&parts.window)),
+      m_pNotes(new QAction(tr("&Notes…"), this))
 {
+    m_pNotes->setObjectName(QStringLiteral("popupNotes"));
     m_pField->setObjectName(QStringLiteral("fieldRowsShown"));
     m_pField->setAutoRaise(true);
     m_pField->setFocusPolicy(Qt::TabFocus);
@@ -25,6 +30,9 @@ CTableCommands::CTableCommands(const Parts& parts) : m_parts(parts), m_pField(ne
     m_titleMenu.addAction(tr("&Freeze up to this column"), this, [this] { Freeze(m_nTitleColumn); })
         ->setObjectName(QStringLiteral("popupFreezeColumns"));
     m_titleMenu.addAction(m_parts.ui.actionUnfreezeColumns);
+    m_titleMenu.addSeparator();
+    m_titleMenu.addAction(m_pNotes);
+    m_titleMenu.setToolTipsVisible(true);
     ConnectActions();
 }
 
@@ -46,6 +54,7 @@ void CTableCommands::ConnectActions()
     connect(ui.actionShowAllRows, &QAction::triggered, &pane, &CRecipeDataShowView::ShowAllRows);
     connect(ui.actionCopyWithTitles, &QAction::triggered, this, [this] { Copy(false); });
     connect(ui.actionCopyForSpreadsheet, &QAction::triggered, this, [this] { Copy(true); });
+    connect(m_pNotes, &QAction::triggered, this, &CTableCommands::AskForNotes);
     connect(m_pField, &QToolButton::clicked, this, [this] {
         if (m_parts.dataPane.ShowAllRows())
             m_parts.dataPane.setFocus(Qt::OtherFocusReason); // the field goes
@@ -89,7 +98,37 @@ void CTableCommands::ShowTitleMenu(std::uint32_t column, QPoint position)
 {
     m_nTitleColumn = column;
     Update();
+    EnableNotes();
     m_titleMenu.popup(position);
+}
+
+/// The item of the library that the column shows; nothing where that is another one by now.
+std::optional<LibraryItem> CTableCommands::TitleItem() const
+{
+    return ItemOfColumn(m_parts.formatPane.Store().Library().formats, m_parts.frame.Document().Format(),
+                        m_nTitleColumn);
+}
+
+void CTableCommands::EnableNotes()
+{
+    const auto& formats = m_parts.formatPane.Store().Library().formats;
+    QString prompt = tr("What the values of the column mean: unit, sensible range, names of bits");
+    const bool isThere = TitleItem().has_value();
+    if (!FormatInUse(formats, m_parts.frame.Document().Format()))
+        prompt = tr("The table's data format is not in the list any more");
+    else if (!isThere)
+        prompt = tr("The item is another one in the list by now: use the data format first");
+    m_pNotes->setEnabled(isThere);
+    m_pNotes->setStatusTip(prompt);
+    m_pNotes->setToolTip(prompt);
+}
+
+void CTableCommands::AskForNotes()
+{
+    if (!m_parts.dataPane.EndCellEdit())
+        return;
+    if (const auto item = TitleItem())
+        m_parts.formatPane.AskForNotes(*item);
 }
 
 void CTableCommands::AskAndShowRows()

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "document/RowChoice.h"
+#include "library/ItemsInUse.h"
 
 #include <QMenu>
 #include <QObject>
 
 #include <cstdint>
+#include <optional>
 
 class CRecipeDataShowView;
+class CRecipeFormatEditView;
 class CRecipeFrame;
 class QToolButton;
 class QWidget;
@@ -28,6 +31,7 @@ public:
     struct Parts {
         Ui::CMainFrame& ui;
         CRecipeFrame& frame;
+        CRecipeFormatEditView& formatPane;
         CRecipeDataShowView& dataPane;
         QWidget& window;
     };
@@ -45,6 +49,9 @@ private:
     void EnableForEditMenu();
     void Freeze(std::uint32_t column);
     void ShowTitleMenu(std::uint32_t column, QPoint position);
+    std::optional<LibraryItem> TitleItem() const;
+    void EnableNotes();
+    void AskForNotes();
     void AskAndShowRows();
     void ShowRows();
     void TellShownRows(std::size_t added);
@@ -53,6 +60,7 @@ private:
     Parts m_parts;
     QToolButton* m_pField;
     QMenu m_titleMenu;
+    QAction* m_pNotes;                ///< of the title's item
     std::uint32_t m_nTitleColumn = 0; ///< whose menu it is
     RowCondition m_condition;         ///< asked for last
 };

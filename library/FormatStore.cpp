@@ -106,6 +106,8 @@ bool CFormatStore::Save()
     if (!AreSavedAlike(m_base, m_library.formats))
         m_base = CopyOf(m_library.formats);
     m_baseNotes = Notes();
+    if (!m_baseNotes.empty())
+        m_state.notes = LibraryState::Content::Whole; // damaged ones were copied and gave way
     m_isDefaultOwn = false;
     if (m_state.changes != LibraryState::Changes::Kept && MayBeWritten(m_library.path))
         m_state = {};
@@ -133,7 +135,10 @@ void CFormatStore::Merge(StandingLibrary& theirs)
     Formats& formats = theirs.library.formats;
     if (!theirs.IsUnderstood() || (m_isDefaultOwn && formats.empty()))
         return;
-    LibraryNotes notes = theirs.notes.content == NotesFile::Content::Whole ? theirs.notes.notes : m_baseNotes;
+    const bool areNotesWhole = theirs.notes.content == NotesFile::Content::Whole;
+    if (areNotesWhole)
+        m_state.notes = LibraryState::Content::Whole;
+    LibraryNotes notes = areNotesWhole ? theirs.notes.notes : m_baseNotes;
     if (AreSavedAlike(m_base, formats) && notes == m_baseNotes)
         return;
     ::SetNotes(formats, notes);

@@ -66,6 +66,18 @@ std::vector<std::optional<std::size_t>> ItemsInUse(const DataFormat& format, con
     return found;
 }
 
+std::optional<LibraryItem> ItemOfColumn(const Formats& formats, const DataFormat& used, std::size_t column)
+{
+    const auto index = FormatInUse(formats, used);
+    const DataItem* shown = used.itemOfElement(static_cast<std::int64_t>(column));
+    if (!index || shown == nullptr)
+        return std::nullopt;
+    const auto isShown = [shown](const auto& item) { return item.get() == shown; };
+    const auto place = std::find_if(used.items.begin(), used.items.end(), isShown) - used.items.begin();
+    const auto position = ItemsInUse(*formats[*index], used)[static_cast<std::size_t>(place)];
+    return position ? std::optional(LibraryItem{*index, *position}) : std::nullopt;
+}
+
 bool TakeNotesFrom(const Formats& formats, DataFormat& used)
 {
     const auto index = FormatInUse(formats, used);

@@ -17,5 +17,15 @@ std::optional<std::size_t> FormatInUse(const Formats& formats, const DataFormat&
 /// that name, and read alike; nothing for one without.
 std::vector<std::optional<std::size_t>> ItemsInUse(const DataFormat& format, const DataFormat& used);
 
+/// An item of a library, by the indices of its format and of itself.
+struct LibraryItem {
+    std::size_t format = 0;
+    std::size_t item = 0;
+};
+
+/// Where the item that the column at `column` of `used` shows stands in `formats`; nothing when it is another one there
+/// by now, or gone.
+std::optional<LibraryItem> ItemOfColumn(const Formats& formats, const DataFormat& used, std::size_t column);
+
 /// Gives each item of `used` that `formats` still have the notes that it has there. False when all had these already.
 bool TakeNotesFrom(const Formats& formats, DataFormat& used);

@@ -122,11 +122,15 @@ DataFormat DefaultFormat()
     return format;
 }
 
+ColumnCoding CodingOf(const DataItem& item)
+{
+    return CodingOf(item, std::u16string(TextOf(item.description)));
+}
+
 bool AreReadAlike(const DataItem& a, const DataItem& b)
 {
-    const auto coding = [](const DataItem& item) { return CodingOf(item, std::u16string(TextOf(item.description))); };
     const bool areBothArrays = (a.isArray != 0) == (b.isArray != 0);
-    return areBothArrays && ElementsOf(a) == ElementsOf(b) && coding(a) == coding(b);
+    return areBothArrays && ElementsOf(a) == ElementsOf(b) && CodingOf(a) == CodingOf(b);
 }
 
 std::vector<ColumnCoding> LayOutColumns(const DataFormat& format)

@@ -56,6 +56,9 @@ public:
 /// The format of a library that holds none: "TestDataFormat" with one DefaultItem.
 DataFormat DefaultFormat();
 
+/// What the values of an item are, under its name, be they one or those of an array.
+ColumnCoding CodingOf(const DataItem& item);
+
 /// Whether both give the same columns, with values that are read alike, whatever their notes.
 bool AreReadAlike(const DataItem& a, const DataItem& b);
 

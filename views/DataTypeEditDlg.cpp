@@ -1,9 +1,12 @@
 #include "views/DataTypeEditDlg.h"
 
+#include "model/DataFormat.h"
+#include "model/ItemNotes.h"
 #include "model/LimitsNotice.h"
 #include "text/NumberText.h"
 #include "text/Surrogates.h"
 #include "ui_DataTypeEditDlg.h"
+#include "views/NotesDlg.h"
 #include "views/NoticeLine.h"
 #include "views/OneLineEdit.h"
 #include "views/TextCrossing.h"
@@ -99,6 +102,7 @@ void CDataTypeEditDlg::ConnectControls()
     connect(
         m_pUi->editDescription, &QLineEdit::inputRejected, this, [this] { TellDescriptionLength(true); },
         Qt::QueuedConnection);
+    connect(m_pUi->buttonNotes, &QPushButton::clicked, this, &CDataTypeEditDlg::OnNotes);
     connect(m_pUi->buttonOk, &QPushButton::clicked, this, &CDataTypeEditDlg::OnOK);
 }
 
@@ -249,29 +253,44 @@ void CDataTypeEditDlg::OnOK()
         m_reporter.ShowError(*fault);
         return;
     }
-    StoreIntoItem();
+    m_item = EnteredItem();
     accept();
+}
+
+/// The notes are of the item as it is entered by now, and come with its OK.
+void CDataTypeEditDlg::OnNotes()
+{
+    CNotesDlg dialog(CodingOf(EnteredItem()), *m_item.notes, this);
+    if (dialog.exec() == QDialog::Accepted)
+        m_item.notes = CSharedNotes(dialog.Notes());
 }
 
 void CDataTypeEditDlg::TakeUnicode()
 {
-    m_item.unicode = m_pUi->checkUnicode->isChecked() ? 1 : 0;
+    m_item.unicode = UnicodeChosen();
 }
 
-void CDataTypeEditDlg::StoreIntoItem()
+std::int32_t CDataTypeEditDlg::UnicodeChosen() const
 {
+    return m_pUi->checkUnicode->isChecked() ? 1 : 0;
+}
+
+DataItem CDataTypeEditDlg::EnteredItem() const
+{
+    DataItem item = m_item;
     const ItemLengths lengths = EnteredLengths();
     const DigitCounts digits = SelectedDigits();
-    m_item.isArray = lengths.isArray ? 1 : 0;
-    m_item.decimalDigits = digits.decimalDigits;
-    m_item.dataType = lengths.dataType;
-    m_item.integerDigits = digits.integerDigits;
-    m_item.dataLength = lengths.dataLength;
-    m_item.codeType = m_pUi->radioBin->isChecked() ? CodeType::Bin : CodeType::Bcd;
-    m_item.arrayLength = lengths.isArray ? lengths.arrayLength : -1;
+    item.isArray = lengths.isArray ? 1 : 0;
+    item.decimalDigits = digits.decimalDigits;
+    item.dataType = lengths.dataType;
+    item.integerDigits = digits.integerDigits;
+    item.dataLength = lengths.dataLength;
+    item.codeType = m_pUi->radioBin->isChecked() ? CodeType::Bin : CodeType::Bcd;
+    item.arrayLength = lengths.isArray ? lengths.arrayLength : -1;
     const QString description = m_pUi->editDescription->text();
-    SetText(m_item.description, ViewOf(description));
+    SetText(item.description, ViewOf(description));
     if (lengths.dataType == DataType::String)
-        TakeUnicode();
-    deriveBounds(m_item);
+        item.unicode = UnicodeChosen();
+    deriveBounds(item);
+    return item;
 }

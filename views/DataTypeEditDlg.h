@@ -49,13 +49,15 @@ private:
     void OnTypeChanged();
     void OnDecimalChanged();
     void OnIntegerChanged();
+    void OnNotes();
     void OnOK();
 
     DataType SelectedType() const;
     DigitCounts SelectedDigits() const;
     ItemLengths EnteredLengths() const;
     void TakeUnicode();
-    void StoreIntoItem();
+    std::int32_t UnicodeChosen() const;
+    DataItem EnteredItem() const;
 
     std::unique_ptr<Ui::CDataTypeEditDlg> m_pUi;
     DataItem m_item;

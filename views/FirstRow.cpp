@@ -1,7 +1,6 @@
 #include "views/FirstRow.h"
 
 #include "document/RecipeDocument.h"
-#include "library/FormatChange.h"
 #include "views/TextCrossing.h"
 
 #include <QStringList>
@@ -17,12 +16,20 @@ std::size_t ColumnsOf(const DataItem& item)
     return item.isArray != 0 ? static_cast<std::size_t>(std::max(item.arrayLength, 0)) : 1;
 }
 
+/// Whatever the notes say.
+bool AreItemsSame(const DataFormat& a, const DataFormat& b)
+{
+    return a.name == b.name && a.itemCount == b.itemCount &&
+           std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(),
+                      [](const auto& itemA, const auto& itemB) { return HaveSameRecord(*itemA, *itemB); });
+}
+
 } // namespace
 
 void CFirstRow::Follow(const DataFormat* format)
 {
     m_columns.clear();
-    if (!format || m_document.Rows().RowCount() == 0 || !AreSame(*format, m_document.Format()))
+    if (!format || m_document.Rows().RowCount() == 0 || !AreItemsSame(*format, m_document.Format()))
         return;
     m_columns.reserve(format->items.size() + 1);
     m_columns.push_back(0);

@@ -15,17 +15,22 @@ QString Tr(const char* text)
 
 } // namespace
 
+QString NumberFault(const QString& text)
+{
+    const QString number = text.trimmed();
+    if (CDecimal::Parse(ViewOf(number)))
+        return {};
+    if (number.isEmpty())
+        return Tr("A number is missing.");
+    return number.contains(QLatin1Char(',')) ? Tr("Numbers are typed with a point here, as in 1.5.")
+                                             : Tr("That is not a number.");
+}
+
 std::optional<CDecimal> TakeNumber(QLineEdit& field, QLabel& notice)
 {
     const QString text = field.text().trimmed();
     auto number = CDecimal::Parse(ViewOf(text));
-    QString fault;
-    if (!number && text.isEmpty())
-        fault = Tr("A number is missing.");
-    else if (!number)
-        fault = text.contains(QLatin1Char(',')) ? Tr("Numbers are typed with a point here, as in 1.5.")
-                                                : Tr("That is not a number.");
-    ShowNotice(notice, fault, {&field});
+    ShowNotice(notice, NumberFault(text), {&field});
     if (!number) {
         field.setFocus();
         field.selectAll();

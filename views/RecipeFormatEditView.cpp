@@ -1,6 +1,7 @@
 #include "views/RecipeFormatEditView.h"
 
 #include "library/LibraryPlace.h"
+#include "library/NotesFile.h"
 #include "text/NumberText.h"
 #include "ui_RecipeFormatEditView.h"
 #include "views/IntegerEdit.h"
@@ -32,21 +33,29 @@ QString CountText(std::size_t saved, std::size_t shown)
     return CRecipeFormatEditView::tr("%1 of the %2 items shown will be saved.").arg(saved).arg(shown);
 }
 
-/// What is told of the library's file, of which %1 is the name; empty when there is nothing to tell.
-QString StateText(const LibraryState& state)
+/// What is told of the library's file and of that of its notes; empty when there is nothing to tell.
+QString StateText(const LibraryState& state, const QString& library, const QString& notes)
 {
     using Pane = CRecipeFormatEditView;
+    using Content = LibraryState::Content;
     QStringList sentences;
-    if (state.content == LibraryState::Content::Damaged)
-        sentences << Pane::tr("The data formats in %1 are damaged: what stands after the damage is not shown.");
-    else if (state.content == LibraryState::Content::Unreadable)
-        sentences << Pane::tr("The data formats in %1 cannot be read.");
+    if (state.content == Content::Damaged)
+        sentences
+            << Pane::tr("The data formats in %1 are damaged: what stands after the damage is not shown.").arg(library);
+    else if (state.content == Content::Unreadable)
+        sentences << Pane::tr("The data formats in %1 cannot be read.").arg(library);
+    if (state.notes == Content::Damaged)
+        sentences << Pane::tr("The notes of items in %1 are damaged: none are shown.").arg(notes);
+    else if (state.notes == Content::Unreadable)
+        sentences << Pane::tr("The notes of items in %1 cannot be read.").arg(notes);
     if (state.changes == LibraryState::Changes::NotWritten)
-        sentences << Pane::tr("%1 may not be written: changes to the data formats are not kept.");
+        sentences << Pane::tr("%1 may not be written: changes to the data formats are not kept.").arg(library);
     else if (state.changes == LibraryState::Changes::NoFile)
-        sentences << Pane::tr("%1 cannot be made: changes to the data formats are not kept.");
-    else if (!sentences.isEmpty())
+        sentences << Pane::tr("%1 cannot be made: changes to the data formats are not kept.").arg(library);
+    else if (sentences.size() == 1)
         sentences << Pane::tr("The file is copied before it is saved.");
+    else if (!sentences.isEmpty())
+        sentences << Pane::tr("The files are copied before they are saved.");
     return sentences.join(u' ');
 }
 
@@ -101,6 +110,7 @@ void CRecipeFormatEditView::ConnectControls()
     connect(m_pUi->actionMoveItemUp, &QAction::triggered, this, [this] { OnMoveItem(-1); });
     connect(m_pUi->actionMoveItemDown, &QAction::triggered, this, [this] { OnMoveItem(+1); });
     connect(m_pUi->actionDuplicateItem, &QAction::triggered, this, &CRecipeFormatEditView::OnDuplicateItem);
+    connect(m_pUi->actionItemNotes, &QAction::triggered, this, &CRecipeFormatEditView::OnItemNotes);
     connect(m_pUi->actionRenameFormat, &QAction::triggered, this, &CRecipeFormatEditView::OnRenameFormat);
     connect(m_pUi->actionDuplicateFormat, &QAction::triggered, this, &CRecipeFormatEditView::OnDuplicateFormat);
     connect(m_pUi->listItems, &QTreeWidget::doubleClicked, this,
@@ -115,11 +125,11 @@ void CRecipeFormatEditView::ConnectControls()
 /// What the window shows is not all that the file holds, or will not get there.
 void CRecipeFormatEditView::TellLibraryState()
 {
-    const QString text = StateText(m_store.State());
+    const QString text = StateText(m_store.State(), LibraryName(), ToQPath(NotesPathOf(m_store.Library().path)));
     if (text.isEmpty())
         m_frame.WithdrawStrip(StripSubject::LibraryNotKept);
     else
-        m_frame.ShowStrip(StripSubject::LibraryNotKept, {text.arg(LibraryName()), {}});
+        m_frame.ShowStrip(StripSubject::LibraryNotKept, {text, {}});
 }
 
 void CRecipeFormatEditView::FillControls()
@@ -188,8 +198,11 @@ void CRecipeFormatEditView::OnFormatChosen()
 
 void CRecipeFormatEditView::TakeOthers()
 {
+    const LibraryState told = m_store.State();
     m_store.TakeOthers();
     ShowMoved();
+    if (m_store.State() != told)
+        TellLibraryState();
 }
 
 /// The list is filled again only where others changed its items: it may have numbers that a deleted item left.
@@ -284,7 +297,7 @@ void CRecipeFormatEditView::StoreReadSettings()
 bool CRecipeFormatEditView::SaveFormats()
 {
     const LibraryState told = m_store.State();
-    const bool isSaved = m_store.Save();
+    const bool isSaved = SaveAndKeepVersions();
     ShowMoved(); // even then
     if (!isSaved) {
         m_frame.TellLibraryTrouble(tr("The data formats could not be saved in %1").arg(LibraryName()));
@@ -296,10 +309,23 @@ bool CRecipeFormatEditView::SaveFormats()
     return true;
 }
 
+/// The library and its notes are files of their own: what was not kept of either is told until a save keeps what it
+/// changes.
+bool CRecipeFormatEditView::SaveAndKeepVersions()
+{
+    m_versionTroubles.clear();
+    const bool isSaved = m_store.Save();
+    if (!m_versionTroubles.isEmpty()) {
+        m_versionTroubles.removeAll(QString());
+        m_strVersionTrouble = m_versionTroubles.join(u' ');
+    }
+    return isSaved;
+}
+
 void CRecipeFormatEditView::KeepVersionsIn(const CVersionStore& versions)
 {
     m_store.SetBeforeFormatsChange([this, &versions](const std::filesystem::path& path) {
-        m_strVersionTrouble = ToQString(NotKeptText(versions.Keep(path, u"Data formats"), path));
+        m_versionTroubles << ToQString(NotKeptText(versions.Keep(path, u"Data formats"), path));
     });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/FormatStore.h"
+#include "library/ItemsInUse.h"
 #include "recovery/VersionStore.h"
 #include "views/DataTypeEditDlg.h"
 #include "views/FirstRow.h"
@@ -8,6 +9,7 @@
 
 #include <QScrollArea>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <filesystem>
@@ -61,6 +63,9 @@ public:
     /// Asks for an item that is filled in as `item`, but for its name, and adds it after the current one of the
     /// selected format: as the list's own command does. Nothing where there is no format.
     void AddItem(const DataItem& item);
+
+    /// Asks for the notes of an item of the library and sets them: as the list's own command does.
+    void AskForNotes(const LibraryItem& place);
 
     bool HasSelectedFormat() const;
 
@@ -140,6 +145,7 @@ private:
     void OnDeleteAllItems();
     void OnMoveItem(int rows);
     void OnDuplicateItem();
+    void OnItemNotes();
     void OnAddFormat();
     void OnDeleteFormat();
     void OnRenameFormat();
@@ -151,6 +157,7 @@ private:
     void TakeIntoUse(const FormatChange& change, AfterChange next);
 
     void StoreReadSettings();
+    bool SaveAndKeepVersions();
     void TellLibraryState();
     QString LibraryName() const;
     std::size_t SelectedIndex() const;
@@ -169,5 +176,6 @@ private:
     int m_nContextItem = -1;        ///< row that the item menu was opened on, -1 for none
     QString m_strCountTold;         ///< what the strip was asked to say of the selected format's count
     QString m_strFilePattern;
-    QString m_strVersionTrouble; ///< why the library was not kept when its formats became others; empty when it was
+    QStringList m_versionTroubles; ///< of the files kept by the save that is going on; empty texts of those that were
+    QString m_strVersionTrouble; ///< why the library or its notes were not kept when they changed; empty when they were
 };

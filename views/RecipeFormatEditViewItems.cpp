@@ -3,6 +3,7 @@
 #include "views/DataItemRow.h"
 #include "views/DataTypeEditDlg.h"
 #include "views/NewFormatNameDlg.h"
+#include "views/NotesDlg.h"
 #include "views/RecipeFormatEditView.h"
 #include "views/TextCrossing.h"
 
@@ -44,6 +45,12 @@ DataFormat NewFormat(const QString& name)
     format.insertItem(0, std::make_unique<DataItem>(item));
     format.itemCount = 1;
     return format;
+}
+
+bool IsNotesKey(const QKeyEvent& event)
+{
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    return isEnter && (event.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
 }
 
 bool IsDuplicateKey(const QKeyEvent& event)
@@ -110,6 +117,8 @@ void CRecipeFormatEditView::CreateItemMenu()
     m_pItemMenu->addAction(m_pUi->actionDeleteAllItems);
     m_pItemMenu->addSeparator();
     m_pItemMenu->addActions({m_pUi->actionMoveItemUp, m_pUi->actionMoveItemDown, m_pUi->actionDuplicateItem});
+    m_pItemMenu->addSeparator();
+    m_pItemMenu->addAction(m_pUi->actionItemNotes);
     m_pItemMenu->addSeparator();
     m_pItemMenu->addActions({m_pUi->actionRenameFormat, m_pUi->actionDuplicateFormat});
 }
@@ -203,6 +212,11 @@ bool CRecipeFormatEditView::HandleListKey(const QKeyEvent& event)
         OnDuplicateItem();
         return true;
     }
+    if (IsNotesKey(event) && !event.isAutoRepeat()) {
+        m_nContextItem = CurrentRow();
+        OnItemNotes();
+        return true;
+    }
     if (modifiers != Qt::NoModifier || event.isAutoRepeat())
         return false; // a key held down must not empty the list
     if (event.key() == Qt::Key_Insert && HasSelectedFormat()) {
@@ -247,6 +261,7 @@ void CRecipeFormatEditView::OpenItemMenu(int row, const QPoint& globalPosition)
     m_pUi->actionMoveItemUp->setEnabled(row > 0);
     m_pUi->actionMoveItemDown->setEnabled(row >= 0 && row + 1 < m_pUi->listItems->topLevelItemCount());
     m_pUi->actionDuplicateItem->setEnabled(row >= 0);
+    m_pUi->actionItemNotes->setEnabled(row >= 0);
     m_pItemMenu->popup(globalPosition);
 }
 
@@ -365,6 +380,22 @@ void CRecipeFormatEditView::OnDuplicateItem()
     Made(EditKind::DuplicateItem, change);
 }
 
+void CRecipeFormatEditView::OnItemNotes()
+{
+    if (const int row = TakeContextItem(); row >= 0)
+        AskForNotes({SelectedIndex(), static_cast<std::size_t>(row)});
+}
+
+/// Nothing that is shown of the items changes, and nothing is read again. Notes that stay the same are no command.
+void CRecipeFormatEditView::AskForNotes(const LibraryItem& place)
+{
+    const DataItem& item = *m_store.Library().formats[place.format]->items[place.item];
+    const CSharedNotes notes = item.notes;
+    CNotesDlg dialog(CodingOf(item), *notes, this);
+    if (dialog.exec() == QDialog::Accepted && !(CSharedNotes(dialog.Notes()) == notes))
+        Made(EditKind::Notes, m_store.SetNotes(place.format, place.item, dialog.Notes()), AfterChange::Save);
+}
+
 void CRecipeFormatEditView::OnAddFormat()
 {
     m_store.SetChanged(); // kept: even when the dialog is cancelled
@@ -412,9 +443,9 @@ void CRecipeFormatEditView::Made(EditKind kind, const FormatChange& change, Afte
         m_frame.Document().NoteFormatChange(kind, change);
         TakeIntoUse(change, next);
     }
+    emit FormatsChanged();
     m_frame.WithdrawEdit();
     m_frame.UpdateCommands();
-    emit FormatsChanged();
 }
 
 void CRecipeFormatEditView::TakeIntoUse(const FormatChange& change, AfterChange next)

@@ -233,7 +233,7 @@ TEST_F(TableCommands, ATitlesMenuFreezesUpToItsColumn)
     QApplication::sendEvent(&titles, &event);
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(EntriesOf(*menu), (QStringList{"&Freeze up to this column", "-&Unfreeze columns"}));
+    EXPECT_EQ(EntriesOf(*menu), (QStringList{"&Freeze up to this column", "-&Unfreeze columns", "&Notes…"}));
     QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menu->actions().front()).center());
     EXPECT_EQ(Grid().FrozenColumnCount(), 1);
     EXPECT_TRUE(IsOffered("menuView", "actionUnfreezeColumns"));

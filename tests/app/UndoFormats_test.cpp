@@ -409,7 +409,7 @@ TEST_F(UndoOfFormats, ADuplicateFormatGoesAndComesBack)
 {
     const QStringList before = FormatNames();
     GoToItem(0);
-    ChooseInItemMenu(7);
+    ChooseInItemMenu(8);
     EXPECT_EQ(FormatNames(), before + QStringList{before[0] + " (2)"});
     EXPECT_EQ(Shown(), kShown);
     Grid().setFocus();

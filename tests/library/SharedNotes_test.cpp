@@ -177,9 +177,15 @@ TEST_F(SharedNotes, ThatAreDamagedAreToldAndKeptInACopy)
     EXPECT_EQ(store.State().notes, LibraryState::Content::Damaged);
     ASSERT_TRUE(store.Save());
     EXPECT_FALSE(fs::exists(folder / "RecipeFile.Notes.json.bak")) << "nothing took their place";
+    EXPECT_EQ(store.State().notes, LibraryState::Content::Damaged);
+    CFormatStore other(path);
     store.SetNotes(0, 0, WithUnit(u"1"));
     ASSERT_TRUE(store.Save());
     EXPECT_EQ(Stored(), u"A.X=1");
+    EXPECT_EQ(store.State().notes, LibraryState::Content::Whole);
+    other.TakeOthers();
+    EXPECT_EQ(other.State().notes, LibraryState::Content::Whole);
+    EXPECT_EQ(Units(other.Library()), u"A.X=1");
     std::ifstream copy(folder / "RecipeFile.Notes.json.bak", std::ios::binary);
     EXPECT_EQ((std::string{std::istreambuf_iterator<char>(copy), {}}), "{\"vantor\"");
 }

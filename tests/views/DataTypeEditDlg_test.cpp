@@ -397,7 +397,7 @@ TEST_F(ItemDialog, TheTabKeyGoesThroughTheControlsInOrder)
     Modify(ArrayOf(StringItem(4), 3));
     Find<QWidget>("radioArray").setFocus();
     for (const char* next : {"editDescription", "comboType", "editLength", "checkUnicode", "editArrayLength",
-                             "buttonOk", "buttonCancel", "radioArray"}) {
+                             "buttonNotes", "buttonOk", "buttonCancel", "radioArray"}) {
         QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(dialog->focusWidget()->objectName(), next);
     }

@@ -10,7 +10,7 @@ TEST_F(FormatCommands, TheItemMenuHoldsItsCommands)
 {
     Start();
     const QList<QAction*> actions = ItemMenu().actions();
-    ASSERT_EQ(actions.size(), 12);
+    ASSERT_EQ(actions.size(), 14);
     const std::pair<int, QString> expected[] = {{32771, "Add DataItem"},
                                                 {32772, "Modify DataItem"},
                                                 {32773, "Del DataItem"},
@@ -23,10 +23,10 @@ TEST_F(FormatCommands, TheItemMenuHoldsItsCommands)
     }
     EXPECT_EQ(ItemMenu().title(), "DoFormatDataItem");
     QStringList further;
-    for (int i = 5; i < 12; ++i)
+    for (int i = 5; i < 14; ++i)
         further << actions[i]->text();
-    EXPECT_EQ(further, (QStringList{"", "Move DataItem up", "Move DataItem down", "Duplicate DataItem", "",
-                                    "Rename Dataformat…", "Duplicate Dataformat"}));
+    EXPECT_EQ(further, (QStringList{"", "Move DataItem up", "Move DataItem down", "Duplicate DataItem", "", "Notes…",
+                                    "", "Rename Dataformat…", "Duplicate Dataformat"}));
 }
 
 TEST_F(FormatCommands, ARightClickOpensTheMenuForTheRowBelowTheCursor)
