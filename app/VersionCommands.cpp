@@ -8,6 +8,7 @@
 #include "files/RecipeMessages.h"
 #include "library/LibraryLock.h"
 #include "library/StandingLibrary.h"
+#include "recovery/LibraryRestore.h"
 #include "recovery/VersionContent.h"
 #include "ui_MainFrame.h"
 #include "views/ProgressDialog.h"
@@ -129,7 +130,7 @@ void CVersionCommands::RestoreFormats(const Version& version)
         pane.SaveFormats();
     const auto restore = [&] {
         const CLibraryLock lock(library);
-        return RestoreVersion(*m_pStore, library, version.stamp, m_parts.frame.Reporter());
+        return RestoreLibrary(*m_pStore, library, version.stamp, m_parts.frame.Reporter());
     };
     const VersionRestored restored = restore();
     if (!restored)

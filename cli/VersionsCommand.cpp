@@ -8,6 +8,7 @@
 #include "files/RecipeMessages.h"
 #include "library/LibraryLock.h"
 #include "recovery/DataFolder.h"
+#include "recovery/LibraryRestore.h"
 #include "recovery/VersionContent.h"
 #include "recovery/VersionRestore.h"
 #include "recovery/VersionStore.h"
@@ -144,7 +145,8 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
     std::optional<CLibraryLock> libraryLock; // a format library is written under the lock beside it
     if (!FileTypeOf(options.file))
         libraryLock.emplace(options.file);
-    const VersionRestored result = RestoreVersion(store, options.file, version->stamp, reporter);
+    const VersionRestored result = libraryLock ? RestoreLibrary(store, options.file, version->stamp, reporter)
+                                               : RestoreVersion(store, options.file, version->stamp, reporter);
     if (result)
         TellUnlessKept(result.kept, options.file, reporter);
     return result.isRestored;

@@ -23,9 +23,8 @@ namespace {
 
 enum TextColumn { kValue, kText };
 
-constexpr int kWidth = 84; // average characters, at first
-constexpr int kRows = 7;   // of the tables in sight, at first
-constexpr int kLeastRows = 3;
+constexpr int kWidth = 84;    // average characters, at first
+constexpr int kLeastRows = 3; // of the tables in sight
 constexpr int kCommentLines = 3;
 
 std::optional<CDecimal> NumberIn(const QLineEdit& field)
@@ -77,8 +76,7 @@ CNotesDlg::CNotesDlg(ColumnCoding coding, ItemNotes notes, QWidget* parent)
     const int line = m_pUi->editComment->fontMetrics().lineSpacing();
     m_pUi->editComment->setMinimumHeight((kCommentLines + 1) * line);
     ShowNotes();
-    const int rowHeight = m_pUi->editUnit->sizeHint().height();
-    resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height() + (kRows - kLeastRows) * rowHeight);
+    resize(kWidth * fontMetrics().averageCharWidth(), sizeHint().height());
     ConnectControls();
     EnableButtons();
     m_pUi->editUnit->setFocus();

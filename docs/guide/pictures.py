@@ -491,6 +491,26 @@ def formats(desk):
         desk.part("item-menu.png", (x, y, width + 230, 340), margin=6)
 
 
+@scene("notes-dialog.png")
+def notes(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        item_row(app, "Zone °C").click()
+        desk.screen.key("ctrl+Return")
+        app.window(2).find("text", "Unit").enter("°C")
+        app.window(2).find("text", "Lowest").enter("150")
+        app.window(2).find("text", "Highest").enter("280")
+        app.window(2).find("text", "Comment").enter("Upper heat of the zone, 30 minutes after switching on")
+        app.window(2).find("push button", "Add").click()
+        desk.screen.type("0")
+        desk.screen.key("Tab")
+        desk.screen.type("off")
+        desk.screen.key("Return")
+        desk.window(app, "notes-dialog.png")
+        desk.screen.key("Escape")
+        app.window(1)
+
+
 @scene("first-row.png")
 def first_row(desk):
     with desk.open("bakery-oven.rcp") as app:

@@ -117,6 +117,26 @@ TEST_F(ItemNotesInPane, OfANewItemComeWithIt)
     EXPECT_EQ(StoredUnits(), "New=mm ");
 }
 
+TEST_F(ItemNotesInPane, ThatAreKeptDoNotHideThatTheLibraryIsNot)
+{
+    const CVersionStore versions(folder / "data");
+    const auto libraryVersions = versions.PathOf(LibraryPath(), {}).parent_path();
+    std::filesystem::create_directories(libraryVersions.parent_path());
+    WriteAll(libraryVersions, {}); // no folder
+    Start();
+    view->KeepVersionsIn(versions);
+    GoTo(0);
+    const CModalAnswer answer(
+        {EnterUnit("mm"), CModalAnswer::PressNamed("buttonNotes"), EnterUnit("m"), Describe("New")});
+    PressKey(Qt::Key_Return, Qt::ControlModifier);
+    PressKey(Qt::Key_Return);
+    EXPECT_EQ(StoredUnits(), "New=m ");
+    EXPECT_EQ(versions.List(folder / "RecipeFile.Notes.json").size(), 1U);
+    ASSERT_FALSE(frame.libraryTroubles.empty());
+    EXPECT_TRUE(frame.libraryTroubles.back().contains("RecipeFile.Dat was kept"))
+        << frame.libraryTroubles.back().toStdString();
+}
+
 TEST_F(ItemNotesInPane, DamagedOnesAreToldUntilOthersTakeTheirPlace)
 {
     Store({kLine});
