@@ -2,9 +2,9 @@
 
 #include "changes/TablePieces.h"
 #include "files/CellComparison.h"
-#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
 #include "model/ValueLimits.h"
+#include "model/ValueNames.h"
 #include "text/EscapedText.h"
 #include "text/MessageText.h"
 
@@ -114,7 +114,7 @@ private:
             return true;
         const auto number = m_isTable ? NumberOfText(coding, m_rows.Text(place.row, place.column))
                                       : StoredNumber(coding, m_comparison.OldWords(place));
-        if (!number || !IsOutsideRange(*coding.notes, *number))
+        if (!number || !IsOutsideRange(coding, *number))
             return true;
         return Take(FindingKind::OutsideRange, place,
                     FillMessage(u"%s %s", {NumberText(coding, *number), OutsideRangeText(*coding.notes)}));

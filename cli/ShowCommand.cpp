@@ -237,7 +237,7 @@ private:
             return;
         m_json += ",\"set\":[";
         const char* before = "";
-        for (const auto name : NamesOfSetBits(*column.notes, column, *number)) {
+        for (const auto name : NamesOfSetBits(column, BitsOfNumber(column, *number))) {
             m_json += std::exchange(before, ",");
             AppendJsonText(name, m_json);
         }

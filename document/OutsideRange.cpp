@@ -2,6 +2,7 @@
 
 #include "document/CellJudge.h"
 #include "model/StoredNumber.h"
+#include "model/ValueNames.h"
 
 #include <string_view>
 
@@ -20,7 +21,7 @@ std::optional<CDecimal> NumberOutsideRange(const CRecipeDocument& document, Cell
     if (!rows.HasCell(place) || !HasRange(*rows.Columns()[place.column].notes))
         return std::nullopt;
     const auto number = CCellJudge(rows, document.Stored(), document.Type()).NumberIn(place);
-    return number && IsOutsideRange(*CodingOf(document, place).notes, *number) ? number : std::nullopt;
+    return number && IsOutsideRange(CodingOf(document, place), *number) ? number : std::nullopt;
 }
 
 std::u16string OutsideRangeRemark(const CRecipeDocument& document, CellPlace place)

@@ -1,7 +1,7 @@
 #include "document/RowChoice.h"
 
-#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
+#include "model/ValueNames.h"
 #include "text/LowerCase.h"
 
 #include <algorithm>
@@ -103,9 +103,9 @@ bool CRowChoice::IsSo(CellPlace place)
 
 bool CRowChoice::IsOutsideRange(CellPlace place)
 {
-    const ItemNotes& notes = *m_document.Rows().Columns()[place.column].notes;
-    const auto number = HasRange(notes) ? NumberOf(place) : std::nullopt;
-    return number && ::IsOutsideRange(notes, *number);
+    const ColumnCoding& coding = m_document.Rows().Columns()[place.column];
+    const auto number = HasRange(*coding.notes) ? NumberOf(place) : std::nullopt;
+    return number && ::IsOutsideRange(coding, *number);
 }
 
 bool CRowChoice::HasValue(CellPlace place)

@@ -41,11 +41,6 @@ bool HasRange(const ItemNotes& notes)
     return notes.lowest || notes.highest;
 }
 
-bool IsOutsideRange(const ItemNotes& notes, const CDecimal& number)
-{
-    return (notes.lowest && number < *notes.lowest) || (notes.highest && number > *notes.highest);
-}
-
 std::u16string RangeText(const ItemNotes& notes)
 {
     if (notes.lowest && notes.highest)

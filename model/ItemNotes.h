@@ -44,9 +44,6 @@ ItemNotes Tidied(ItemNotes notes);
 /// Whether `notes` give a range, be it open at one end.
 bool HasRange(const ItemNotes& notes);
 
-/// Whether `notes` give a range, and `number` lies outside it.
-bool IsOutsideRange(const ItemNotes& notes, const CDecimal& number);
-
 /// The sensible range for the user to read, without the unit: "150 to 280", "150 or more", "280 or less", or empty.
 std::u16string RangeText(const ItemNotes& notes);
 

@@ -3,7 +3,7 @@
 #include "model/StoredNumber.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <optional>
 
 std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& coding, std::u16string_view text)
 {
@@ -17,16 +17,29 @@ std::u16string_view TextOfValue(const ItemNotes& notes, const ColumnCoding& codi
     return found != notes.texts.end() ? std::u16string_view(found->text) : std::u16string_view();
 }
 
-std::vector<std::u16string_view> NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding,
-                                                const CDecimal& number)
+bool IsOutsideRange(const ColumnCoding& coding, const CDecimal& number)
+{
+    const ItemNotes& notes = *coding.notes;
+    const bool isOutside = (notes.lowest && number < *notes.lowest) || (notes.highest && number > *notes.highest);
+    return isOutside && std::none_of(notes.texts.begin(), notes.texts.end(), [&](const ValueText& named) {
+               return NumberOfText(coding, named.value) == number;
+           });
+}
+
+std::vector<std::u16string_view> NamesOfSetBits(const ColumnCoding& coding, std::uint32_t bits)
 {
     std::vector<std::u16string_view> names;
-    const auto word = number.Scaled(DecimalsOf(coding)).ToInt64();
-    const std::size_t count = word ? std::min(BitsToName(coding), notes.bits.size()) : 0;
+    const std::size_t count = std::min(BitsToName(coding), coding.notes->bits.size());
     for (std::size_t bit = 0; bit < count; ++bit)
-        if (((static_cast<std::uint64_t>(*word) >> bit) & 1U) != 0 && !notes.bits[bit].empty())
-            names.emplace_back(notes.bits[bit]);
+        if ((bits >> bit & 1U) != 0 && !coding.notes->bits[bit].empty())
+            names.emplace_back(coding.notes->bits[bit]);
     return names;
+}
+
+std::uint32_t BitsOfNumber(const ColumnCoding& coding, const CDecimal& number)
+{
+    const auto word = BitsToName(coding) > 0 ? number.Scaled(DecimalsOf(coding)).ToInt64() : std::nullopt;
+    return static_cast<std::uint32_t>(word.value_or(0));
 }
 
 std::size_t BitsToName(const ColumnCoding& coding)

@@ -1,9 +1,9 @@
 #include "sheet/SheetValues.h"
 
-#include "model/ItemNotes.h"
 #include "model/LittleEndian.h"
 #include "model/StoredNumber.h"
 #include "model/ValueLimits.h"
+#include "model/ValueNames.h"
 #include "text/EscapedText.h"
 #include "text/NumberText.h"
 
@@ -26,19 +26,12 @@ std::uint32_t BitsOf(std::span<const std::byte> words)
     return bits;
 }
 
-/// "door open, light on"; a bit without a name is told by its number.
-std::u16string NamesOfSetBits(const ItemNotes& notes, const ColumnCoding& coding, std::span<const std::byte> words)
+/// "Door open, Light on"
+std::u16string SetBits(const ColumnCoding& coding, std::span<const std::byte> words)
 {
     std::u16string names;
-    if (notes.bits.empty())
-        return names;
-    const std::uint32_t bits = BitsOf(words);
-    for (std::size_t bit = 0; bit < BitsToName(coding); ++bit) {
-        if ((bits >> bit & 1) == 0)
-            continue;
-        const std::u16string_view name = NameOfBit(notes, bit);
-        Join(names, u", ", name.empty() ? u"bit " + DecimalText(static_cast<std::int64_t>(bit)) : std::u16string(name));
-    }
+    for (const auto name : NamesOfSetBits(coding, BitsOf(words)))
+        Join(names, u", ", std::u16string(name));
     return names;
 }
 
@@ -63,7 +56,7 @@ std::u16string CSheetValues::Meaning(CellPlace place, std::span<const std::byte>
     if (coding.notes.IsEmpty())
         return {};
     std::u16string meaning(TextOfValue(*coding.notes, coding, m_text));
-    Join(meaning, meaning.empty() ? u"" : u", ", NamesOfSetBits(*coding.notes, coding, words));
+    Join(meaning, meaning.empty() ? u"" : u", ", SetBits(coding, words));
     return meaning;
 }
 
@@ -80,7 +73,7 @@ std::u16string CSheetValues::Warning(CellPlace place, std::span<const std::byte>
         return warning;
     const bool isTyped = m_rows.State(place).IsText() && m_rows.IsEdited(place.row, place.column);
     const auto number = isTyped ? NumberOfText(coding, m_text) : m_now.NumberOf(place, words, m_text);
-    if (number && IsOutsideRange(*coding.notes, *number))
+    if (number && IsOutsideRange(coding, *number))
         Join(warning, u"; ", OutsideRangeText(*coding.notes));
     return warning;
 }

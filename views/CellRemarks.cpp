@@ -4,8 +4,8 @@
 #include "document/OutsideRange.h"
 #include "files/CellComparison.h"
 #include "files/TableTitles.h"
-#include "model/ItemNotes.h"
 #include "model/ValueLimits.h"
+#include "model/ValueNames.h"
 #include "text/EscapedText.h"
 #include "views/ComparedRemark.h"
 #include "views/SavingRemark.h"
@@ -85,11 +85,9 @@ QString SetBits(const CRecipeDocument& document, CellPlace place)
     const ColumnCoding& coding = document.Rows().Columns()[place.column];
     if (coding.notes->bits.empty())
         return {};
-    const std::uint32_t bits = BitsOf(document, place);
     QStringList names;
-    for (std::size_t bit = 0; bit < BitsToName(coding); ++bit)
-        if (const auto name = NameOfBit(*coding.notes, bit); (bits >> bit & 1U) != 0 && !name.empty())
-            names += ToQString(EscapedText(name));
+    for (const auto name : NamesOfSetBits(coding, BitsOf(document, place)))
+        names += ToQString(EscapedText(name));
     return names.isEmpty() ? QString() : Tr("set: %1").arg(names.join(QStringLiteral(", ")));
 }
 

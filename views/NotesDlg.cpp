@@ -1,5 +1,6 @@
 #include "views/NotesDlg.h"
 
+#include "model/ValueNames.h"
 #include "model/ValueTextCheck.h"
 #include "ui_NotesDlg.h"
 #include "views/NameDelegate.h"

@@ -20,6 +20,18 @@ ItemNotes Ranged(std::u16string_view lowest, std::u16string_view highest)
     return notes;
 }
 
+ColumnCoding Column(DataType type, std::int32_t decimals = 0, const ItemNotes& notes = {})
+{
+    return {.title = u"Item",
+            .dataType = type,
+            .dataLength = 1,
+            .integerDigits = 4,
+            .decimalDigits = decimals,
+            .minValue = 0,
+            .maxValue = 9999,
+            .notes = CSharedNotes(notes)};
+}
+
 struct RangeCase {
     const char16_t* lowest;
     const char16_t* highest;
@@ -35,7 +47,7 @@ TEST_P(SensibleRange, HoldsItsEndsAndWhatLiesBetween)
 {
     const RangeCase& c = GetParam();
     const ItemNotes notes = Ranged(c.lowest, c.highest);
-    EXPECT_EQ(IsOutsideRange(notes, *Number(c.number)), c.isOutside);
+    EXPECT_EQ(IsOutsideRange(Column(DataType::Float, 0, notes), *Number(c.number)), c.isOutside);
     EXPECT_EQ(RangeText(notes), c.range);
     EXPECT_EQ(OutsideRangeText(notes), c.outside);
 }
@@ -50,17 +62,6 @@ INSTANTIATE_TEST_SUITE_P(
                     RangeCase{u"150", u"", u"1e9", false, u"150 or more", u"lies below 150 °C"},
                     RangeCase{u"", u"280", u"281", true, u"280 or less", u"lies above 280 °C"},
                     RangeCase{u"", u"", u"1e300", false, u"", u""}));
-
-ColumnCoding Column(DataType type, std::int32_t decimals = 0)
-{
-    return {.title = u"Item",
-            .dataType = type,
-            .dataLength = 1,
-            .integerDigits = 4,
-            .decimalDigits = decimals,
-            .minValue = 0,
-            .maxValue = 9999};
-}
 
 TEST(TextsOfValues, AreFoundByTheNumberAndOfStringsByTheText)
 {
@@ -83,16 +84,33 @@ TEST(BitsToName, AreThoseOfIntegers)
     EXPECT_EQ(BitsToName(Column(DataType::String)), 0U);
 }
 
+TEST(ValuesWithANameOfTheirOwn, LieOutsideNoRange)
+{
+    ItemNotes notes = Ranged(u"150", u"280");
+    notes.texts = {{u"0", u"off"}, {u"AUTO", u"no number"}};
+    EXPECT_FALSE(IsOutsideRange(Column(DataType::Unsigned16, 1, notes), CDecimal(0)));
+    EXPECT_TRUE(IsOutsideRange(Column(DataType::Unsigned16, 1, notes), *Number(u"0.5")));
+    notes.texts = {{u"10", u"sixteen"}};
+    EXPECT_FALSE(IsOutsideRange(Column(DataType::Hex16, 0, notes), CDecimal(16)));
+    EXPECT_TRUE(IsOutsideRange(Column(DataType::Hex16, 0, notes), CDecimal(10)));
+}
+
 TEST(NamesOfSetBits, AreThoseOfTheWord)
 {
     ItemNotes notes;
     notes.bits = {u"Fan", u"", u"Steam", u"Lamp"};
     using Names = std::vector<std::u16string_view>;
-    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Hex16), CDecimal(0x17)), (Names{u"Fan", u"Steam"}));
-    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Signed16), CDecimal(-1)), (Names{u"Fan", u"Steam", u"Lamp"}));
-    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Unsigned16, 1), *Number(u"0.8")), Names{u"Lamp"});
-    EXPECT_EQ(NamesOfSetBits(notes, Column(DataType::Float), CDecimal(1)), Names{});
-    EXPECT_EQ(NamesOfSetBits({}, Column(DataType::Hex16), CDecimal(1)), Names{});
+    const auto names = [&notes](DataType type, std::int32_t decimals, const CDecimal& number) {
+        static ColumnCoding column;
+        column = Column(type, decimals, notes);
+        return NamesOfSetBits(column, BitsOfNumber(column, number));
+    };
+    EXPECT_EQ(names(DataType::Hex16, 0, CDecimal(0x17)), (Names{u"Fan", u"Steam"}));
+    EXPECT_EQ(names(DataType::Signed16, 0, CDecimal(-1)), (Names{u"Fan", u"Steam", u"Lamp"}));
+    EXPECT_EQ(names(DataType::Unsigned16, 1, *Number(u"0.8")), Names{u"Lamp"});
+    EXPECT_EQ(names(DataType::Float, 0, CDecimal(1)), Names{});
+    notes.bits.clear();
+    EXPECT_EQ(names(DataType::Hex16, 0, CDecimal(1)), Names{});
 }
 
 TEST(NotesThatSayNothing, AreLeftOut)
