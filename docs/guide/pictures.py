@@ -463,6 +463,19 @@ def changing_many(desk):
         desk.window(app, "export-table.png")
 
 
+@scene("recipe-sheet.png")
+def sheets(desk):
+    with desk.open("bakery-oven.rcp") as app:
+        wait_for_rows(app, 12)
+        cell_of(app, "Zone °C(1)", 2).click()
+        desk.screen.key("shift+Down", "shift+Down")
+        choose_command(app, "Edit(E)", "Recipe sheet…")
+        wait_for(lambda: app.window(2).name == "Recipe sheet", "the dialog of the sheet")
+        desk.window(app, "recipe-sheet.png")
+        desk.screen.key("Escape")
+        app.window(1)
+
+
 @scene("new-file.png")
 def new_file(desk):
     with desk.open() as app:
