@@ -3,7 +3,6 @@
 #include "cli/CellChoice.h"
 #include "cli/ReadOptions.h"
 #include "files/Progress.h"
-#include "sheet/RecipeSheet.h"
 #include "sheet/SheetPdf.h"
 #include "text/Reporter.h"
 

@@ -10,6 +10,7 @@
 #include "text/FileMessages.h"
 #include "text/MessageText.h"
 #include "text/PathText.h"
+#include "text/UtcTime.h"
 #include "text/Utf8Text.h"
 
 #include <system_error>

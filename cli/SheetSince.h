@@ -1,7 +1,6 @@
 #pragma once
 
 #include "document/ReadSettings.h"
-#include "files/FileType.h"
 #include "files/Progress.h"
 #include "sheet/SheetMaking.h"
 #include "text/Reporter.h"
@@ -9,7 +8,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 /// What the changes of a sheet are told since.
 struct SheetSince {

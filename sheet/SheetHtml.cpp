@@ -2,7 +2,9 @@
 
 #include "text/Utf8Text.h"
 
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace {
 

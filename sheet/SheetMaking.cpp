@@ -12,6 +12,7 @@
 #include "text/Utf8Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <utility>
 

@@ -10,10 +10,8 @@
 #include "sheet/SheetFile.h"
 #include "text/UtcTime.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>

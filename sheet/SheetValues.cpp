@@ -1,13 +1,14 @@
 #include "sheet/SheetValues.h"
 
-#include "model/LittleEndian.h"
+#include "model/ItemNotes.h"
 #include "model/StoredNumber.h"
 #include "model/ValueLimits.h"
 #include "model/ValueNames.h"
 #include "text/EscapedText.h"
-#include "text/NumberText.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace {
 

@@ -2,8 +2,11 @@
 
 #include "changes/CellNow.h"
 #include "files/RecipeRows.h"
+#include "files/StoredCells.h"
 #include "sheet/RecipeSheet.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
 
 /// Makes the values of a sheet of the cells of rows.

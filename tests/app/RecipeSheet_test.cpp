@@ -1,6 +1,5 @@
 // Recipe sheets, as a user looks at them, prints them and hands them over.
 
-#include "recovery/VersionStore.h"
 #include "tests/app/SaveFixture.h"
 #include "tests/support/ProcessRun.h"
 
@@ -12,7 +11,6 @@
 #include <QPrintPreviewWidget>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <fstream>
 #include <iterator>

@@ -6,10 +6,11 @@
 #include "tests/support/TestFiles.h"
 #include "text/Utf8Text.h"
 
-#include <QPdfWriter>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
