@@ -60,6 +60,14 @@ void Wrap(QTextLayout& layout, double width)
     layout.endLayout();
 }
 
+/// What a text takes to stand on one line. A layout's lines differ by roundings from what the metrics tell, and a text
+/// that is wrapped where nobody counts with it would lose its end.
+double WidthOnOneLine(const QFontMetricsF& metrics, const QString& text)
+{
+    constexpr double kSlack = 1.02;
+    return std::ceil(kSlack * metrics.horizontalAdvance(text)) + 1;
+}
+
 } // namespace
 
 QPageLayout PageLayoutOf(SheetPaper paper)
@@ -134,14 +142,14 @@ bool CSheetPainter::MeasureColumns(CProgress& progress)
         auto& widths = m_widths[static_cast<std::size_t>(kind)];
         if (widths.empty())
             for (const QString& title : columns)
-                widths.push_back(std::ceil(strong.horizontalAdvance(title)) + 1);
+                widths.push_back(WidthOnOneLine(strong, title));
         for (std::size_t column = 0; column < columns.size(); ++column) {
             if (areSharedMeasured && m_content.IsSharedColumn(kind, column))
                 continue;
             for (std::size_t row = 0; row < m_content.RowCount(table); ++row) {
                 const QString text = m_content.Text(table, row, column).left(kLongText);
                 const QFontMetricsF& metrics = m_content.IsStrong(table, row, column) ? strong : plain;
-                widths[column] = std::max(widths[column], std::ceil(metrics.horizontalAdvance(text)) + 1);
+                widths[column] = std::max(widths[column], WidthOnOneLine(metrics, text));
             }
         }
         areSharedMeasured = areSharedMeasured || kind == CSheetContent::Kind::Values;
@@ -174,7 +182,7 @@ void CSheetPainter::ShareOut(std::vector<double>& widths) const
 
 int CSheetPainter::LinesOf(const QString& text, double width, bool isStrong) const
 {
-    if (text.size() < kLongText && QFontMetricsF(FontOf(isStrong)).horizontalAdvance(text) <= width)
+    if (text.size() < kLongText && WidthOnOneLine(QFontMetricsF(FontOf(isStrong)), text) <= width)
         return 1;
     QTextLayout layout(text, FontOf(isStrong));
     Wrap(layout, width);

@@ -49,6 +49,7 @@ QStringList With(QStringList first, bool cut, bool copy, bool paste, bool change
     add(isChosen, "Copy for &spreadsheet");
     add(isChosen && paste, "Paste wit&h preview…");
     add(isOpen, "I&mport table…");
+    add(isOpen, "Exp&ort table…");
     add(isOpen, "Recipe sheet…");
     add(true, "&Go to…");
     add(true, "&Find…");

@@ -76,7 +76,9 @@ TEST_F(NotesShown, TheStatusBarTellsTheMeaningOfTheCellFirst)
     ClickCell(1, kZone0);
     EXPECT_EQ(Message(), "RW0, sensible: 150 to 280 °C, 16 bit unsigned number, 0.0 to 999.9");
     ClickCell(3, kZone0);
-    EXPECT_EQ(Message(), "RW10, 0.0 lies outside 150 to 280 °C, 0.0 = off, 16 bit unsigned number, 0.0 to 999.9");
+    EXPECT_EQ(Message(), "RW10, 0.0 = off, sensible: 150 to 280 °C, 16 bit unsigned number, 0.0 to 999.9");
+    ClickCell(2, kZone1);
+    EXPECT_EQ(Message(), "RW6, 0.5 lies outside 150 to 280 °C, 16 bit unsigned number, 0.0 to 999.9");
     ClickCell(1, kMode);
     EXPECT_EQ(Message(), "RW2, set: Heater, Door open, 16 bit Hexadecimal, 0 to FFFF");
     ClickCell(2, kMode);
@@ -124,7 +126,7 @@ TEST_F(NotesShown, TheInspectorTellsItToo)
     Grid().setFocus();
     Key(Qt::Key_I, Qt::ControlModifier);
     const auto& inspected = Find<QLabel>("labelInspected");
-    EXPECT_EQ(inspected.text(), "RW10, row 3, Zone °C(0)\n0.0 lies outside 150 to 280 °C\n0.0 = off");
+    EXPECT_EQ(inspected.text(), "RW10, row 3, Zone °C(0)\n0.0 = off\nsensible: 150 to 280 °C");
     ClickCell(1, kMode);
     EXPECT_EQ(inspected.text(), "RW2, row 1, Mode\nset: Heater, Door open");
     ClickCell(1, kCount);

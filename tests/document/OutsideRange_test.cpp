@@ -7,26 +7,23 @@ namespace {
 
 /// The temperatures are sensible from 1 to 200 °C, the numbers up to 8.
 struct OutsideRange : RecipeDocument {
-    OutsideRange() { Open(); }
-
-    static DataFormat WithNotes()
+    OutsideRange()
     {
-        DataFormat format = TwoColumns();
         ItemNotes temp;
         temp.unit = u"°C";
         temp.lowest = CDecimal(1);
         temp.highest = CDecimal(200);
         ItemNotes number;
         number.highest = CDecimal(8);
-        format.items[0]->notes = CSharedNotes(temp);
-        format.items[1]->notes = CSharedNotes(number);
-        return format;
+        store.SetNotes(0, 0, temp);
+        store.SetNotes(0, 1, number);
+        Open();
     }
 
     void Open(FileType type = FileType::Rcp)
     {
         document.StartOpen(path, type);
-        document.TakeSettings({WithNotes(), 0, 3});
+        document.TakeSettings({TwoColumns(), 0, 3});
         EXPECT_EQ(document.Read(type, reporter, progress), CRecipeDocument::Reading::Done);
     }
 

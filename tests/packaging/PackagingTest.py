@@ -36,6 +36,7 @@ INSTALLED = [
     f"share/metainfo/{ID}.metainfo.xml",
     f"share/mime/packages/{ID}.xml",
     "share/vantor/RecipeFile.Dat",
+    "share/vantor/RecipeFile.Notes.json",
 ]
 DOCUMENTS = ["command-line.md", "file-formats.md", "guide/*.md"]  # of docs/, those for users; they become pages
 PICTURES = "guide/images/*.png"

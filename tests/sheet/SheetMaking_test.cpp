@@ -37,10 +37,9 @@ protected:
     /// Opens the file anew with notes of the column "No.".
     void NoteNumbers(const ItemNotes& notes)
     {
-        DataFormat format = TwoColumns();
-        format.items[1]->notes = CSharedNotes(notes);
+        store.SetNotes(0, 1, notes);
         document.StartOpen(path, FileType::Rcp);
-        document.TakeSettings({format, 0, 3});
+        document.TakeSettings({TwoColumns(), 0, 3});
         ASSERT_EQ(Read(), CRecipeDocument::Reading::Done);
     }
 
@@ -159,9 +158,9 @@ TEST_F(SheetMaking, NotesGiveUnitRangeAndNames)
     EXPECT_EQ(sheet.items[0].unit, u"");
     EXPECT_TRUE(ColumnsOf(sheet).hasUnits);
     EXPECT_TRUE(ColumnsOf(sheet).hasRanges);
-    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"Fan, bit 1, Door; ! lies below 8 °C");
-    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u"bit 3");
-    EXPECT_EQ(RemarkOn(sheet.blocks[2].values[1]), u"nine, Fan, bit 3");
+    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"Fan, Door; ! lies below 8 °C");
+    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u""); // its bit has no name
+    EXPECT_EQ(RemarkOn(sheet.blocks[2].values[1]), u"nine, Fan");
     Type({2, 1}, u"1");
     Make();
     EXPECT_EQ(RemarkOn(sheet.blocks[2].values[1]), u"Fan; ! lies below 8 °C; not saved");
