@@ -19,6 +19,10 @@ th, td { border-bottom: 1px solid #888; padding: .2em .5em; text-align: left; ve
 thead th { border-bottom: 2px solid #000; }
 tbody th { font-weight: normal; }
 table.head th { font-weight: bold; width: 9em; }
+th.item { width: 24%; }
+th.value { width: 18%; }
+th.unit { width: 10%; }
+th.range { width: 20%; }
 td.warned { font-weight: bold; }
 div.block { break-inside: avoid-page; margin: 1em 0; }
 div.signatures { break-inside: avoid; display: flex; flex-wrap: wrap; gap: 3em; margin-top: 4em; }
@@ -110,16 +114,15 @@ void AppendHead(const RecipeSheet& sheet, CHtml& html)
 
 void AppendTitles(const SheetColumns& columns, CHtml& html)
 {
-    const auto title = [&html](std::u16string_view text) { html.Element("th scope=\"col\"", text); };
     html.Raw("<thead>\n<tr>");
-    title(kSheetItemTitle);
-    title(kSheetValueTitle);
+    html.Element("th scope=\"col\" class=\"item\"", kSheetItemTitle);
+    html.Element("th scope=\"col\" class=\"value\"", kSheetValueTitle);
     if (columns.hasUnits)
-        title(kSheetUnitTitle);
+        html.Element("th scope=\"col\" class=\"unit\"", kSheetUnitTitle);
     if (columns.hasRanges)
-        title(kSheetRangeTitle);
+        html.Element("th scope=\"col\" class=\"range\"", kSheetRangeTitle);
     if (columns.hasRemarks)
-        title(kSheetRemarkTitle);
+        html.Element("th scope=\"col\"", kSheetRemarkTitle);
     html.Raw("</tr>\n</thead>\n");
 }
 

@@ -12,9 +12,10 @@
 
 namespace {
 
+/// Adds the text, if there is any, after the separator, if there is one before.
 void Join(std::u16string& all, std::u16string_view separator, std::u16string_view text)
 {
-    if (!all.empty())
+    if (!all.empty() && !text.empty())
         all += separator;
     all += text;
 }
@@ -57,7 +58,7 @@ std::u16string CSheetValues::Meaning(CellPlace place, std::span<const std::byte>
     if (coding.notes.IsEmpty())
         return {};
     std::u16string meaning(TextOfValue(*coding.notes, coding, m_text));
-    Join(meaning, meaning.empty() ? u"" : u", ", SetBits(coding, words));
+    Join(meaning, u", ", SetBits(coding, words));
     return meaning;
 }
 

@@ -149,7 +149,7 @@ TEST_F(SheetMaking, NotesGiveUnitRangeAndNames)
     ItemNotes notes;
     notes.unit = u"°C";
     notes.lowest = CDecimal(8);
-    notes.texts = {{u"9", u"nine"}};
+    notes.texts = {{u"8", u"eight"}, {u"9", u"nine"}};
     notes.bits = {u"Fan", u"", u"Door"};
     NoteNumbers(notes);
     Make();
@@ -159,7 +159,7 @@ TEST_F(SheetMaking, NotesGiveUnitRangeAndNames)
     EXPECT_TRUE(ColumnsOf(sheet).hasUnits);
     EXPECT_TRUE(ColumnsOf(sheet).hasRanges);
     EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"Fan, Door; ! lies below 8 °C");
-    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u""); // its bit has no name
+    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u"eight"); // its bit has no name
     EXPECT_EQ(RemarkOn(sheet.blocks[2].values[1]), u"nine, Fan");
     Type({2, 1}, u"1");
     Make();
