@@ -1,14 +1,19 @@
 #include "cli/ShowCommand.h"
 
+#include "changes/CellNow.h"
+#include "changes/TablePieces.h"
 #include "cli/OpenRecipe.h"
 #include "cli/TextTable.h"
+#include "files/RecipeMessages.h"
 #include "files/TableTitles.h"
 #include "library/JsonText.h"
 #include "model/StoredNumber.h"
 #include "model/ValueNames.h"
+#include "text/FileMessages.h"
 #include "text/Utf8Text.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -166,34 +171,27 @@ bool PrintJson(const CRecipeDocument& document, CStandardOutput& output, CReport
 }
 
 /// Prints each row as an object of its own, with what the notes of its items say.
-class CLinesPrinter final : public CCellTaker {
+class CLinesPrinter final : public CPieceTaker {
 public:
-    CLinesPrinter(const CRecipeRows& layout, bool hasWords, CStandardOutput& output)
-        : m_layout(layout),
-          m_hasWords(hasWords),
-          m_output(output)
+    CLinesPrinter(const CRecipeRows& layout, CStandardOutput& output) : m_layout(layout), m_output(output)
     {
         for (const ColumnCoding& column : layout.Columns())
             m_items.push_back(ItemOf(column));
     }
 
-    void TakeCell(std::int32_t row, std::size_t column, std::u16string_view text) override
+    Answer Take(std::size_t, const FileTable&, const CRowPieces& pieces) override
     {
-        if (column == 0)
-            BeginRow(row);
-        m_json += column == 0 ? "{" : ",{";
-        m_json += m_items[column];
-        m_json += ",\"text\":";
-        AppendJsonText(text, m_json);
-        AppendMeaning(m_layout.Columns()[column], text);
-        m_json += '}';
-        if (column + 1 < m_layout.Columns().size())
-            return;
-        m_json += "]}\n";
-        m_output.Write(m_json);
+        const CStoredCells stored = pieces.Stored();
+        CCellNow now(pieces.Rows(), stored);
+        for (std::int32_t row = 0; row < pieces.Rows().RowCount(); ++row) {
+            BeginRow(pieces.First() + row, !now.IsTable());
+            for (std::uint32_t column = 0; column < m_items.size(); ++column)
+                AppendCell(pieces.Rows(), {row, column}, now);
+            m_json += "]}\n";
+            m_output.Write(m_json);
+        }
+        return m_output.HasFailed() ? Answer::End : Answer::GoOn;
     }
-
-    bool GoesOn() const override { return !m_output.HasFailed(); }
 
 private:
     /// What all cells of a column have.
@@ -216,28 +214,49 @@ private:
             json.append(",\"").append(name).append("\":").append(ToUtf8(number->Text()));
     }
 
-    void BeginRow(std::int32_t row)
+    void BeginRow(std::int32_t row, bool hasWords)
     {
         m_json = "{\"row\":" + std::to_string(std::int64_t{row} + 1);
-        if (m_hasWords)
+        if (hasWords)
             m_json += ",\"address\":" + std::to_string(m_layout.RowAddress(row).number);
         m_json += ",\"cells\":[";
     }
 
-    void AppendMeaning(const ColumnCoding& column, std::u16string_view text)
+    void AppendCell(const CRecipeRows& rows, CellPlace place, CCellNow& now)
     {
-        if (column.notes.IsEmpty())
+        const ColumnCoding& column = m_layout.Columns()[place.column];
+        m_text.clear();
+        rows.AppendText(place.row, place.column, m_text);
+        m_json += place.column == 0 ? "{" : ",{";
+        m_json += m_items[place.column];
+        m_json += ",\"text\":";
+        AppendJsonText(m_text, m_json);
+        if (!column.notes->texts.empty())
+            AppendName(column);
+        if (!column.notes->bits.empty())
+            AppendBits(column, place, now);
+        m_json += '}';
+    }
+
+    void AppendName(const ColumnCoding& column)
+    {
+        const auto means = TextOfValue(*column.notes, column, m_text);
+        if (means.empty())
             return;
-        if (const auto means = TextOfValue(*column.notes, column, text); !means.empty()) {
-            m_json += ",\"means\":";
-            AppendJsonText(means, m_json);
-        }
-        const auto number = NumberOfText(column, text);
-        if (column.notes->bits.empty() || !number)
+        m_json += ",\"means\":";
+        AppendJsonText(means, m_json);
+    }
+
+    /// Bits are those of the words: a number may be shown as another one. A text that is no number has none.
+    void AppendBits(const ColumnCoding& column, CellPlace place, CCellNow& now)
+    {
+        const auto number = NumberOfText(column, m_text);
+        if (!number)
             return;
+        const std::uint32_t bits = now.IsTable() ? BitsOfNumber(column, *number) : BitsOfWords(now.Words(place));
         m_json += ",\"set\":[";
         const char* before = "";
-        for (const auto name : NamesOfSetBits(column, BitsOfNumber(column, *number))) {
+        for (const auto name : NamesOfSetBits(column, bits)) {
             m_json += std::exchange(before, ",");
             AppendJsonText(name, m_json);
         }
@@ -245,17 +264,22 @@ private:
     }
 
     const CRecipeRows& m_layout;
-    const bool m_hasWords;
     CStandardOutput& m_output;
     std::vector<std::string> m_items;
+    std::u16string m_text;
     std::string m_json;
 };
 
 bool PrintLines(const CRecipeDocument& document, CStandardOutput& output, CReporter& reporter)
 {
-    const CRecipeRows layout = LayOutRows(document.Settings());
-    CLinesPrinter printer(layout, document.Type() != FileType::Csv, output);
-    return document.Walk(printer, reporter);
+    const ReadSettings& settings = document.Settings();
+    const std::vector tables{MakeTable(settings.format, settings.startAddress, settings.rowCount)};
+    CLinesPrinter printer(tables.front().layout, output);
+    CNoProgress unseen;
+    const Outcome outcome = WalkTables(document.Type(), document.Path(), tables, printer, unseen);
+    if (HasFailed(outcome))
+        ShowFileError(reporter, OpenErrorOf(document.Type()), document.Path());
+    return outcome == Outcome::Done;
 }
 
 bool Print(const CRecipeDocument& document, ShowForm form, CStandardOutput& output, CReporter& reporter)

@@ -42,6 +42,14 @@ std::uint32_t BitsOfNumber(const ColumnCoding& coding, const CDecimal& number)
     return static_cast<std::uint32_t>(word.value_or(0));
 }
 
+std::uint32_t BitsOfWords(std::span<const std::byte> words)
+{
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < words.size() && i < sizeof bits; ++i)
+        bits |= std::to_integer<std::uint32_t>(words[i]) << (8 * i);
+    return bits;
+}
+
 std::size_t BitsToName(const ColumnCoding& coding)
 {
     constexpr std::size_t kBitsOfWord = 16;

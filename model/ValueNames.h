@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +25,9 @@ std::vector<std::u16string_view> NamesOfSetBits(const ColumnCoding& coding, std:
 
 /// The bits of a number, in the item's unit, that a cell of the column holds; 0 for what has none to name.
 std::uint32_t BitsOfNumber(const ColumnCoding& coding, const CDecimal& number);
+
+/// The bits of a value that is made of `words`, low bytes first.
+std::uint32_t BitsOfWords(std::span<const std::byte> words);
 
 /// Whether a value of the column has bits to name: an integer of one or two words. How many it has: 16, 32, else 0.
 std::size_t BitsToName(const ColumnCoding& coding);

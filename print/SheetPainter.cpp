@@ -35,14 +35,18 @@ QString ToQt(std::u16string_view text)
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// Each letter is printed as itself, so that a text that is taken from a page is what was written: a spacing, be it the
+/// smallest that there is, keeps the font from making one sign of two letters, as of "fi".
 QFont SheetFont(int size, bool isBold)
 {
+    constexpr double kSmallestSpacing = 1.0 / 64;
     QFont font;
     font.setFamilies({QStringLiteral("DejaVu Sans"), QStringLiteral("Liberation Sans"), QStringLiteral("Arial")});
     font.setStyleHint(QFont::SansSerif);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setPixelSize(size);
     font.setBold(isBold);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, kSmallestSpacing);
     return font;
 }
 

@@ -7,7 +7,6 @@
 #include "text/EscapedText.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace {
@@ -20,19 +19,11 @@ void Join(std::u16string& all, std::u16string_view separator, std::u16string_vie
     all += text;
 }
 
-std::uint32_t BitsOf(std::span<const std::byte> words)
-{
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < words.size() && i < sizeof bits; ++i)
-        bits |= std::to_integer<std::uint32_t>(words[i]) << (8 * i);
-    return bits;
-}
-
 /// "Door open, Light on"
 std::u16string SetBits(const ColumnCoding& coding, std::span<const std::byte> words)
 {
     std::u16string names;
-    for (const auto name : NamesOfSetBits(coding, BitsOf(words)))
+    for (const auto name : NamesOfSetBits(coding, BitsOfWords(words)))
         Join(names, u", ", std::u16string(name));
     return names;
 }
@@ -68,13 +59,15 @@ std::u16string CSheetValues::Warning(CellPlace place, std::span<const std::byte>
     const ColumnCoding& coding = m_rows.Columns()[place.column];
     if (!m_now.IsThere(place, words))
         return u"not in the file";
-    std::u16string warning;
-    if (m_rows.OutsideLimits(place.row, place.column))
-        warning = u"lies outside its limits " + LimitsText(coding);
-    if (coding.notes.IsEmpty())
-        return warning;
     const bool isTyped = m_rows.State(place).IsText() && m_rows.IsEdited(place.row, place.column);
     const auto number = isTyped ? NumberOfText(coding, m_text) : m_now.NumberOf(place, words, m_text);
+    std::u16string warning;
+    if (IsDecimalInteger(coding.dataType) && number && number != NumberOfText(coding, m_text))
+        warning = u"holds " + NumberText(coding, *number);
+    if (m_rows.OutsideLimits(place.row, place.column))
+        Join(warning, u"; ", u"lies outside its limits " + LimitsText(coding));
+    if (coding.notes.IsEmpty())
+        return warning;
     if (number && IsOutsideRange(coding, *number))
         Join(warning, u"; ", OutsideRangeText(*coding.notes));
     return warning;

@@ -94,6 +94,18 @@ TEST_F(NotesOfItems, StandInTheLinesOfShow)
                           "{\"item\":\"\xE5\x90\x8D\xE7\xA7\xB0\",\"text\":\"\xE5\xAE\x8B\xE4\xBD\x93\"}]}\n");
 }
 
+TEST_F(NotesOfItems, NameTheBitsThatAreStoredWhateverIsShown)
+{
+    const fs::path belt = folder / "belt.json";
+    WriteAll(belt, TextBytes(R"({"formats":[{"name":"Belt","items":[{"description":"Speed","dataType":2,)"
+                             R"("integerDigits":3,"decimalDigits":2,"notes":{"bits":["a","b","c","d"]}}]}]})"));
+    WriteAll(folder / "belt.rcp", WordBytes({105}));
+    const ProcessResult result = RunProcess(VANTOR_CLI_PROGRAM, {"show", (folder / "belt.rcp").string(), "--jsonl",
+                                                                 "--library", belt.string(), "--rows", "1"});
+    EXPECT_EQ(result.out,
+              "{\"row\":1,\"address\":0,\"cells\":[{\"item\":\"Speed\",\"text\":\"1.50\",\"set\":[\"a\",\"d\"]}]}\n");
+}
+
 TEST_F(NotesOfItems, LeaveTheOtherFormsOfShowAsTheyAre)
 {
     const std::string table = Run({"show", recipe.string()}).out;

@@ -117,6 +117,12 @@ TEST_F(SheetPdf, TextIsThatOfShow)
     }
 }
 
+TEST_F(SheetPdf, TextHasEachLetterByItself)
+{
+    Make({"--title", "Profile of the office flour, final offer"});
+    EXPECT_NE(Text().find("Profile of the office flour, final offer"), std::string::npos) << Text();
+}
+
 TEST_F(SheetPdf, AttachmentIsWhatValuesPrints)
 {
     Make();

@@ -171,8 +171,24 @@ TEST_F(SheetMaking, ValuesOutsideTheirLimitsAreTold)
     WriteAll(path, WordBytes({0, 0, 0xD8F0, 0, 0, 0, 0, 0, 0})); // -10000
     Open();
     Make();
-    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"! lies outside its limits -999 to 9999");
+    EXPECT_EQ(sheet.blocks[0].values[1].text, u"0"); // kept
+    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"! holds -10000; lies outside its limits -999 to 9999");
     EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u"");
+}
+
+TEST_F(SheetMaking, NumbersThatAreShownAsOthersAreTold)
+{
+    DataFormat format = MakeFormat(u"Speed", {MakeItem(u"Belt", DataType::Unsigned16, 1, 3)});
+    format.items[0]->decimalDigits = 2;
+    WriteAll(path, WordBytes({105, 150}));
+    document.StartOpen(path, FileType::Rcp);
+    document.TakeSettings({format, 0, 2});
+    ASSERT_EQ(Read(), CRecipeDocument::Reading::Done);
+    Make();
+    EXPECT_EQ(sheet.blocks[0].values[0].text, u"1.50"); // kept
+    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[0]), u"! holds 1.05");
+    EXPECT_EQ(sheet.blocks[1].values[0].text, u"1.50");
+    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[0]), u"");
 }
 
 TEST_F(SheetMaking, EmptyTableHasNoBlocks)
