@@ -142,10 +142,11 @@ void CFormatStore::Merge(StandingLibrary& theirs)
     if (AreSavedAlike(m_base, formats) && notes == m_baseNotes)
         return;
     ::SetNotes(formats, notes);
+    ReplaceNotes(m_base, m_baseNotes);
     MergedFormats merged = MergeFormats(m_base, m_library.formats, formats);
-    MergeNotes(m_baseNotes, m_library.formats, formats, merged.formats);
+    MergeNotes(m_base, m_library.formats, formats, merged.formats);
     NoteOtherNotes(m_library.formats, merged);
-    m_otherNotes.insert(notes.begin(), notes.end());
+    m_otherNotes.merge(NotesOfOthers(notes, formats));
     m_otherNotes = NotesOfOthers(m_otherNotes, merged.formats);
     m_base = std::exchange(formats, {});
     m_baseNotes = std::move(notes);

@@ -71,12 +71,7 @@ bool LoadNotes(const fs::path& path, FormatLibrary& library, CReporter& reporter
             FillMessage(u"Notes error! File %s, at %s: %s!", {PathText(path), file.fault.place, file.fault.text}));
         return false;
     }
-    LibraryNotes notes = ItemsOf(library.formats);
-    for (auto& [key, ofItem] : notes) {
-        const auto named = file.notes.find(key);
-        ofItem = named != file.notes.end() ? named->second : ItemNotes{};
-    }
-    SetNotes(library.formats, notes);
+    ReplaceNotes(library.formats, file.notes);
     return true;
 }
 

@@ -32,6 +32,14 @@ bool HaveSameItems(const DataFormat& a, const DataFormat& b)
                       [](const auto& itemA, const auto& itemB) { return HaveSameRecord(*itemA, *itemB); });
 }
 
+/// The items, one by one, of formats that have the same ones.
+bool HaveSameNotes(const DataFormat& a, const DataFormat& b)
+{
+    const auto count = static_cast<std::ptrdiff_t>(a.savedItemCount());
+    return std::equal(a.items.begin(), a.items.begin() + count, b.items.begin(),
+                      [](const auto& itemA, const auto& itemB) { return itemA->notes == itemB->notes; });
+}
+
 /// The name, and which of that name it is.
 using Key = std::pair<std::u16string_view, std::size_t>;
 
@@ -68,6 +76,12 @@ public:
     {
         const auto index = Find(key);
         return index && HaveSameItems(At(*index), format);
+    }
+
+    /// The same with the same notes.
+    bool HasUntouched(const Key& key, const DataFormat& format) const
+    {
+        return Has(key, format) && HaveSameNotes(At(*Find(key)), format);
     }
 
 private:
@@ -118,7 +132,7 @@ private:
 
     void TakeWhatWeLack(const Key& key, const DataFormat& theirs)
     {
-        if (m_base.Has(key, theirs))
+        if (m_base.HasUntouched(key, theirs))
             return; // we deleted it
         m_theirsAlone.push_back(m_merged.formats.size());
         Add(theirs);
@@ -129,7 +143,7 @@ private:
         const Key& key = m_ours.KeyAt(index);
         if (m_theirs.Find(key))
             PlaceUnderAnotherName(index);
-        else if (m_base.Has(key, m_ours.At(index)))
+        else if (m_base.HasUntouched(key, m_ours.At(index)))
             m_merged.moves[index] = {.to = std::nullopt, .hasOtherItems = true}; // they deleted it
         else
             Place(index, m_ours.At(index), false);
@@ -184,6 +198,19 @@ private:
     MergedFormats m_merged;
 };
 
+/// Whether they gave other notes to a format that we do not have any more.
+bool HaveNotedWhatWeLack(const Formats& base, const Formats& ours, const Formats& theirs)
+{
+    const CKeyedFormats keyedBase(base);
+    const CKeyedFormats keyedOurs(ours);
+    const CKeyedFormats keyedTheirs(theirs);
+    for (std::size_t i = 0; i < keyedTheirs.Count(); ++i)
+        if (const Key& key = keyedTheirs.KeyAt(i);
+            !keyedOurs.Find(key) && !keyedBase.HasUntouched(key, keyedTheirs.At(i)))
+            return true;
+    return false;
+}
+
 MergedFormats AllOf(const Formats& ours)
 {
     MergedFormats merged{.formats = CopyOf(ours), .moves = {}};
@@ -224,7 +251,7 @@ bool AreSavedAlike(const Formats& a, const Formats& b)
 
 MergedFormats MergeFormats(const Formats& base, const Formats& ours, const Formats& theirs)
 {
-    if (AreSavedAlike(base, theirs))
+    if (AreSavedAlike(base, theirs) && !HaveNotedWhatWeLack(base, ours, theirs))
         return AllOf(ours);
     return CFormatMerge(base, ours, theirs).Merge();
 }

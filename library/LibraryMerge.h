@@ -11,7 +11,8 @@
 
 // Formats that two programs changed, put together again. Formats are known by their names, as far as these are read
 // again, and by which of that name they are: the first, the second. They are compared as they would be saved, so that
-// items which a save leaves out are no difference.
+// items which a save leaves out are no difference. Notes count as a change only against deleting: all else about them
+// is for NotesMerge.h.
 
 using Formats = std::vector<std::unique_ptr<DataFormat>>;
 

@@ -33,6 +33,18 @@ void VisitItems(const Formats& formats, Visit visit)
 
 } // namespace
 
+bool AreOfOneFormat(const NotesKey& a, const NotesKey& b)
+{
+    return a.format == b.format && a.formatNumber == b.formatNumber;
+}
+
+std::map<NotesKey, const DataItem*> KeyedItemsOf(const Formats& formats)
+{
+    std::map<NotesKey, const DataItem*> items;
+    VisitItems(formats, [&items](const NotesKey& key, const DataItem& item) { items.emplace(key, &item); });
+    return items;
+}
+
 LibraryNotes ItemsOf(const Formats& formats)
 {
     LibraryNotes notes;
@@ -52,6 +64,14 @@ void SetNotes(Formats& formats, const LibraryNotes& notes)
     VisitItems(formats, [&notes](const NotesKey& key, DataItem& item) {
         if (const auto found = notes.find(key); found != notes.end())
             item.notes = CSharedNotes(found->second);
+    });
+}
+
+void ReplaceNotes(Formats& formats, const LibraryNotes& notes)
+{
+    VisitItems(formats, [&notes](const NotesKey& key, DataItem& item) {
+        const auto found = notes.find(key);
+        item.notes = found != notes.end() ? CSharedNotes(found->second) : CSharedNotes();
     });
 }
 

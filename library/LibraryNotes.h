@@ -21,7 +21,12 @@ struct NotesKey {
     friend auto operator<=>(const NotesKey&, const NotesKey&) = default;
 };
 
+bool AreOfOneFormat(const NotesKey& a, const NotesKey& b);
+
 using LibraryNotes = std::map<NotesKey, ItemNotes>;
+
+/// All items that a save keeps; they must outlive it.
+std::map<NotesKey, const DataItem*> KeyedItemsOf(const Formats& formats);
 
 /// The notes of all items that a save keeps; empty ones, too.
 LibraryNotes ItemsOf(const Formats& formats);
@@ -31,6 +36,9 @@ LibraryNotes NotesOf(const Formats& formats);
 
 /// Gives each item that `notes` name these notes, where empty ones take away what it had; others keep theirs.
 void SetNotes(Formats& formats, const LibraryNotes& notes);
+
+/// Gives each item the notes that `notes` have of it, and none where they have none.
+void ReplaceNotes(Formats& formats, const LibraryNotes& notes);
 
 /// Those that are of no item of `formats`.
 LibraryNotes NotesOfOthers(const LibraryNotes& notes, const Formats& formats);

@@ -30,11 +30,6 @@ void AppendName(std::string_view kind, std::u16string_view name, std::size_t num
         json += ", \"number\": " + std::to_string(number);
 }
 
-bool IsOfOneFormat(const NotesKey& a, const NotesKey& b)
-{
-    return a.format == b.format && a.formatNumber == b.formatNumber;
-}
-
 /// Reads the file's objects from the outside in; the first fault is kept.
 class CNotesFileReader {
 public:
@@ -179,7 +174,7 @@ std::string NotesToJson(const LibraryNotes& notes)
     std::string json{kHead};
     const NotesKey* before = nullptr;
     for (const auto& [key, ofItem] : notes) {
-        if (!before || !IsOfOneFormat(*before, key)) {
+        if (!before || !AreOfOneFormat(*before, key)) {
             json += before ? "]},\n  " : "\n  ";
             AppendName("format", key.format, key.formatNumber, json);
             json += ", \"items\": [\n    ";

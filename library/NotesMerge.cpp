@@ -1,6 +1,11 @@
 #include "library/NotesMerge.h"
 
+#include "model/DataItem.h"
+
 #include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -19,12 +24,86 @@ std::vector<std::u16string> MergedBits(const ItemNotes& base, const ItemNotes& o
     return bits;
 }
 
-const ItemNotes& OfKey(const LibraryNotes& notes, const NotesKey& key)
+using KeyedItems = std::map<NotesKey, const DataItem*>;
+
+bool AreAlikeButForTheirNames(const DataItem& a, DataItem b)
 {
-    static const ItemNotes kNone;
-    const auto found = notes.find(key);
-    return found != notes.end() ? found->second : kNone;
+    b.description = a.description;
+    return HaveSameRecord(a, b);
 }
+
+/// What both sides made of the notes of items.
+class CItemsMerge {
+public:
+    CItemsMerge(const Formats& base, const Formats& ours, const Formats& theirs)
+        : m_base(KeyedItemsOf(base)),
+          m_ours(KeyedItemsOf(ours)),
+          m_theirs(KeyedItemsOf(theirs))
+    {
+    }
+
+    LibraryNotes Merge()
+    {
+        for (const auto& [key, item] : m_ours)
+            if (const auto their = m_theirs.find(key); their != m_theirs.end())
+                m_merged.emplace(key, MergeNotes(BaseOf(key), *item->notes, *their->second->notes));
+            else if (const auto renamed = OnlyOther(key))
+                MergeRenamed(key, *renamed);
+        return std::move(m_merged);
+    }
+
+private:
+    const ItemNotes& BaseOf(const NotesKey& key) const
+    {
+        static const ItemNotes kNone;
+        const auto found = m_base.find(key);
+        return found != m_base.end() ? *found->second->notes : kNone;
+    }
+
+    /// The key that only they have in the format in which only `ours` is ours alone.
+    std::optional<NotesKey> OnlyOther(const NotesKey& ours) const
+    {
+        const auto isOurs = OnlyOneWithout(m_ours, m_theirs, ours);
+        return isOurs ? OnlyOneWithout(m_theirs, m_ours, ours) : std::nullopt;
+    }
+
+    /// The one key of the format of `key` that `items` have and `others` do not; nothing when there are more or none.
+    static std::optional<NotesKey> OnlyOneWithout(const KeyedItems& items, const KeyedItems& others,
+                                                  const NotesKey& key)
+    {
+        std::optional<NotesKey> only;
+        const NotesKey first{.format = key.format, .formatNumber = key.formatNumber, .item = {}, .itemNumber = 0};
+        for (auto at = items.lower_bound(first); at != items.end() && AreOfOneFormat(at->first, key); ++at) {
+            if (others.contains(at->first))
+                continue;
+            if (only)
+                return std::nullopt;
+            only = at->first;
+        }
+        return only;
+    }
+
+    /// The side with the new name has not touched the notes: what has others is another item.
+    void MergeRenamed(const NotesKey& ours, const NotesKey& theirs)
+    {
+        const DataItem& our = *m_ours.at(ours);
+        const DataItem& their = *m_theirs.at(theirs);
+        const bool isOursOld = m_base.contains(ours);
+        const ItemNotes& base = BaseOf(isOursOld ? ours : theirs);
+        const DataItem& renamed = isOursOld ? their : our;
+        if (isOursOld == m_base.contains(theirs) || base.IsEmpty() || *renamed.notes != base ||
+            !AreAlikeButForTheirNames(our, their))
+            return;
+        const ItemNotes notes = MergeNotes(base, *our.notes, *their.notes);
+        m_merged.emplace(ours, notes);
+        m_merged.emplace(theirs, notes);
+    }
+
+    KeyedItems m_base;
+    KeyedItems m_ours;
+    KeyedItems m_theirs;
+    LibraryNotes m_merged;
+};
 
 } // namespace
 
@@ -45,12 +124,7 @@ ItemNotes MergeNotes(const ItemNotes& base, const ItemNotes& ours, const ItemNot
     return Tidied(std::move(merged));
 }
 
-void MergeNotes(const LibraryNotes& base, const Formats& ours, const Formats& theirs, Formats& merged)
+void MergeNotes(const Formats& base, const Formats& ours, const Formats& theirs, Formats& merged)
 {
-    const LibraryNotes theirItems = ItemsOf(theirs);
-    LibraryNotes both;
-    for (const auto& [key, notes] : ItemsOf(ours))
-        if (const auto their = theirItems.find(key); their != theirItems.end())
-            both.emplace(key, MergeNotes(OfKey(base, key), notes, their->second));
-    SetNotes(merged, both);
+    SetNotes(merged, CItemsMerge(base, ours, theirs).Merge());
 }

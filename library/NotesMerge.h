@@ -10,5 +10,7 @@
 ItemNotes MergeNotes(const ItemNotes& base, const ItemNotes& ours, const ItemNotes& theirs);
 
 /// Gives the items of `merged`, made of `ours` and `theirs`, their notes. An item that both sides have gets what both
-/// made of its notes in `base`; one of a single side keeps those that it came with.
-void MergeNotes(const LibraryNotes& base, const Formats& ours, const Formats& theirs, Formats& merged);
+/// made of its notes in `base`; one of a single side keeps those that it came with. An item that one side renamed is
+/// the same one when it is the only one of its format that has another name, is alike but for that, and still has the
+/// notes that it had.
+void MergeNotes(const Formats& base, const Formats& ours, const Formats& theirs, Formats& merged);

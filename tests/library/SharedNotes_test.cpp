@@ -148,6 +148,60 @@ TEST_F(SharedNotes, OfWhatTheOtherDeletedGoAndOfWhatTheOtherChangedStay)
     EXPECT_EQ(Stored(), u"A.X=1");
 }
 
+TEST_F(SharedNotes, OfAFormatThatTheOtherRenamedStay)
+{
+    for (const bool isRenamedFirst : {true, false}) {
+        const fs::path library = folder / (isRenamedFirst ? "First.Dat" : "Second.Dat");
+        fs::copy_file(path, library);
+        CFormatStore renaming(library);
+        CFormatStore noting(library);
+        renaming.RenameFormat(0, u"C");
+        noting.SetNotes(0, 0, WithUnit(u"1"));
+        ASSERT_TRUE((isRenamedFirst ? renaming : noting).Save());
+        ASSERT_TRUE((isRenamedFirst ? noting : renaming).Save());
+        FormatLibrary stored;
+        ASSERT_TRUE(LoadLibrary(library, stored, reporter));
+        EXPECT_EQ(Units(stored), u"A.X=1") << isRenamedFirst; // changed beats deleted
+        EXPECT_EQ(stored.formats.size(), 3U);
+    }
+}
+
+TEST_F(SharedNotes, OfAnItemThatTheOtherRenamedGoWithIt)
+{
+    for (const bool isRenamedFirst : {true, false}) {
+        const fs::path library = folder / (isRenamedFirst ? "First.Dat" : "Second.Dat");
+        fs::copy_file(path, library);
+        CFormatStore renaming(library);
+        renaming.SetNotes(0, 0, WithUnit(u"0"));
+        ASSERT_TRUE(renaming.Save());
+        CFormatStore noting(library);
+        DataItem item = *renaming.Library().formats[0]->items[0];
+        SetText(item.description, u"Z");
+        renaming.ReplaceItem(0, 0, item);
+        noting.SetNotes(0, 0, WithUnit(u"1"));
+        ASSERT_TRUE((isRenamedFirst ? renaming : noting).Save());
+        ASSERT_TRUE((isRenamedFirst ? noting : renaming).Save());
+        FormatLibrary stored;
+        ASSERT_TRUE(LoadLibrary(library, stored, reporter));
+        EXPECT_EQ(Units(stored), u"A.Z=1") << isRenamedFirst;
+        EXPECT_EQ(ReadNotes(NotesPathOf(library)).notes.size(), 1U) << isRenamedFirst;
+    }
+}
+
+TEST_F(SharedNotes, OfAnotherItemDoNotGoToOneThatTookItsPlace)
+{
+    CFormatStore first(path);
+    first.SetNotes(0, 0, WithUnit(u"x"));
+    ASSERT_TRUE(first.Save());
+    CFormatStore second(path);
+    first.RemoveItem(0, 0);
+    first.InsertItem(0, 0, MakeItem(u"Q", DataType::Unsigned16, 1, 4)); // alike but for its name
+    second.SetNotes(0, 0, WithUnit(u"y"));
+    ASSERT_TRUE(first.Save());
+    ASSERT_TRUE(second.Save());
+    EXPECT_EQ(Stored(), u"");
+}
+
 TEST_F(SharedNotes, OfOneItemAreMergedFieldByField)
 {
     ItemNotes base = WithUnit(u"m");
