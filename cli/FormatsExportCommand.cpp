@@ -4,6 +4,7 @@
 #include "disk/Replacement.h"
 #include "library/LibraryFile.h"
 #include "library/LibraryToJson.h"
+#include "library/NotesFile.h"
 #include "text/FileMessages.h"
 
 #include <span>
@@ -18,10 +19,11 @@ bool WriteFile(const fs::path& path, const std::string& text)
     return file.IsOpen() && file.Append(std::as_bytes(std::span(text))) && file.Finish();
 }
 
-/// Never over the library itself, whatever name it goes by.
+/// Never over the library itself or its notes, whatever name they go by.
 bool SaveJson(const fs::path& path, const std::string& json, const fs::path& library, CReporter& reporter)
 {
-    if (!IsSameFile(path, library) && WriteFile(path, json))
+    const bool isOfLibrary = IsSameFile(path, library) || IsSameFile(path, NotesPathOf(library));
+    if (!isOfLibrary && WriteFile(path, json))
         return true;
     ShowFileError(reporter, kSaveFileError, path);
     return false;

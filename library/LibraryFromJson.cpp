@@ -54,6 +54,7 @@ public:
     }
 
     void End() { m_open.pop_back(); }
+    const std::string& LastKey() const { return m_key; }
     bool IsWhole() const { return m_open.empty(); }
     const Value& Root() const { return m_root; }
 
@@ -152,11 +153,13 @@ bool CLibraryReader::number_unsigned(number_unsigned_t value)
     return TakeInteger(static_cast<std::int64_t>(value));
 }
 
-/// An integer of too many digits comes as a real number, too. Notes take the digits as they stand.
-bool CLibraryReader::number_float(number_float_t, const string_t& number)
+/// An integer of too many digits comes as a real number, too. The ends of a range take the digits as they stand.
+bool CLibraryReader::number_float(number_float_t value, const string_t& number)
 {
-    if (m_notes)
+    if (m_notes && (m_notes->LastKey() == "lowest" || m_notes->LastKey() == "highest"))
         return AddToNotes(number);
+    if (m_notes)
+        return AddToNotes(value);
     return Refuse(WantsInteger() && IsJsonInteger(number) ? OutOfRange() : WrongKind());
 }
 

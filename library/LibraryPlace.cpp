@@ -16,6 +16,16 @@ namespace {
 /// beside the program.
 constexpr std::string_view kSample{VANTOR_SAMPLE_LIBRARY}; // NOLINT(readability-redundant-string-init): the build says
 
+/// Notes that are there already, of formats that the user may bring back, stay; so does a file that is not understood.
+void AddNotes(const fs::path& path, const fs::path& samples)
+{
+    NotesFile notes = ReadNotes(path);
+    if (!notes.IsUnderstood())
+        return;
+    notes.notes.merge(ReadNotes(samples).notes);
+    WriteNotes(notes.notes, path);
+}
+
 /// By way of the library's own save, which shows another program that starts now all of the file or nothing.
 void MakeFromSample(const fs::path& library, const fs::path& sample)
 {
@@ -27,7 +37,7 @@ void MakeFromSample(const fs::path& library, const fs::path& sample)
     const CLibraryLock lock(library);
     if (!IsMissing(library)) // another program just made it
         return;
-    WriteNotes(ReadNotes(NotesPathOf(sample)).notes, NotesPathOf(library));
+    AddNotes(NotesPathOf(library), NotesPathOf(sample));
     formats.save(library);
 }
 

@@ -115,6 +115,27 @@ TEST_F(NotesOfItems, LeaveTheOtherFormsOfShowAsTheyAre)
     EXPECT_EQ(Run({"show", recipe.string(), "--json"}).out, json);
 }
 
+TEST_F(NotesOfItems, AreNotExportedOver)
+{
+    const fs::path notes = NotesPathOf(libraryPath);
+    const auto before = ReadAll(notes);
+    EXPECT_EQ(Run({"formats", "export", "-o", notes.string()}).exitCode, 1);
+    EXPECT_EQ(ReadAll(notes), before);
+}
+
+TEST_F(NotesOfItems, WithANumberForATextAreRefused)
+{
+    const fs::path json = folder / "wrong.json";
+    for (const char* const number : {"1", "1.5"}) {
+        WriteAll(json,
+                 TextBytes(std::string(R"({"formats":[{"items":[{"notes":{"lowest":0.5,"unit":)") + number + "}}]}]}"));
+        const ProcessResult result = Run({"formats", "import", json.string()});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_NE(result.error.find("at /formats/0/items/0/notes/unit: a text is expected!"), std::string::npos)
+            << result.error;
+    }
+}
+
 TEST_F(NotesOfItems, ThatAreDamagedAreToldAndLeftOut)
 {
     WriteAll(NotesPathOf(libraryPath), TextBytes("{"));

@@ -41,6 +41,22 @@ TEST_F(FirstUse, TakesTheNotesOfTheSampleAlong)
     EXPECT_EQ(ReadAll(NotesPathOf(library)), ReadAll(NotesPathOf(sample)));
 }
 
+TEST_F(FirstUse, LeavesTheUsersNotesAlone)
+{
+    const NotesKey ofSample{.format = u"A", .item = u"X"};
+    const NotesKey ofUser{.format = u"Mine", .item = u"Y"};
+    ASSERT_TRUE(WriteNotes({{ofSample, {.unit = u"m"}}}, NotesPathOf(sample)));
+    fs::create_directories(library.parent_path());
+    ASSERT_TRUE(WriteNotes({{ofUser, {.unit = u"bar"}}}, NotesPathOf(library)));
+    UserLibraryPath(dataFolder, sample);
+    EXPECT_EQ(ReadNotes(NotesPathOf(library)).notes,
+              (LibraryNotes{{ofSample, {.unit = u"m"}}, {ofUser, {.unit = u"bar"}}}));
+    fs::remove(library);
+    WriteAll(NotesPathOf(library), {}); // damaged
+    UserLibraryPath(dataFolder, sample);
+    EXPECT_EQ(fs::file_size(NotesPathOf(library)), 0u);
+}
+
 TEST_F(FirstUse, LeavesTheUsersLibraryAlone)
 {
     fs::create_directories(library.parent_path());
