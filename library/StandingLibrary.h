@@ -28,6 +28,7 @@ StandingLibrary ReadStanding(const std::filesystem::path& path);
 /// understood in full is copied first (LibraryOriginal.h), and left alone when it cannot be copied, as damaged notes
 /// are where there are none to save. `before`, which may be empty, is called when the formats differ in any byte from
 /// those of a file that is there, not for the read settings alone, and when the notes do. A program that is killed in
-/// the middle leaves each item its notes, under its old name or the new one. False after a failure; reports nothing.
+/// the middle leaves each item its notes, under its old name or the new one; of items that share a name, and are told
+/// apart by their number alone, some may have those of the next. False after a failure; reports nothing.
 bool ReplaceStanding(const StandingLibrary& standing, const FormatLibrary& library, const LibraryNotes& notes,
                      const std::filesystem::path& path, const BeforeFormatsChange& before);
