@@ -333,6 +333,7 @@ std::optional<int> RunProgram(const fs::path& path, const std::vector<std::strin
     std::vector<std::string> texts = arguments;
     texts.insert(texts.begin(), path.string());
     std::vector<char*> values;
+    values.reserve(texts.size() + 1);
     for (std::string& text : texts)
         values.push_back(text.data());
     values.push_back(nullptr);

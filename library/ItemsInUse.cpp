@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
-#include <utility>
+#include <vector>
 
 namespace {
 
@@ -13,29 +13,15 @@ bool AreItemsReadAlike(const DataFormat& a, const DataFormat& b)
                       [](const auto& itemA, const auto& itemB) { return AreReadAlike(*itemA, *itemB); });
 }
 
-/// An item's name, and which one of that name it is.
-using ItemKey = std::pair<std::u16string, std::size_t>;
+/// The positions of the items of each name, in order.
+using Namesakes = std::map<std::u16string, std::vector<std::size_t>>;
 
-class CItemKeys {
-public:
-    ItemKey KeyOf(const DataItem& item)
-    {
-        std::u16string name(TextOf(item.description));
-        const std::size_t number = ++m_counts[name];
-        return {std::move(name), number};
-    }
-
-private:
-    std::map<std::u16string, std::size_t> m_counts;
-};
-
-std::map<ItemKey, std::size_t> PositionsOf(const DataFormat& format)
+Namesakes NamesakesIn(const DataFormat& format)
 {
-    CItemKeys keys;
-    std::map<ItemKey, std::size_t> positions;
+    Namesakes namesakes;
     for (std::size_t i = 0; i < format.items.size(); ++i)
-        positions.emplace(keys.KeyOf(*format.items[i]), i);
-    return positions;
+        namesakes[std::u16string(TextOf(format.items[i]->description))].push_back(i);
+    return namesakes;
 }
 
 } // namespace
@@ -55,13 +41,15 @@ std::optional<std::size_t> FormatInUse(const Formats& formats, const DataFormat&
 
 std::vector<std::optional<std::size_t>> ItemsInUse(const DataFormat& format, const DataFormat& used)
 {
-    const std::map<ItemKey, std::size_t> positions = PositionsOf(format);
-    CItemKeys keys;
-    std::vector<std::optional<std::size_t>> found;
-    for (const auto& item : used.items) {
-        const auto place = positions.find(keys.KeyOf(*item));
-        const bool isThere = place != positions.end() && AreReadAlike(*format.items[place->second], *item);
-        found.push_back(isThere ? std::optional(place->second) : std::nullopt);
+    const Namesakes there = NamesakesIn(format);
+    std::vector<std::optional<std::size_t>> found(used.items.size());
+    for (const auto& [name, positions] : NamesakesIn(used)) {
+        const auto same = there.find(name);
+        if (same == there.end() || same->second.size() != positions.size())
+            continue;
+        for (std::size_t i = 0; i < positions.size(); ++i)
+            if (AreReadAlike(*format.items[same->second[i]], *used.items[positions[i]]))
+                found[positions[i]] = same->second[i];
     }
     return found;
 }

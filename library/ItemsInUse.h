@@ -13,8 +13,8 @@
 /// the first of them; nothing where none has its name.
 std::optional<std::size_t> FormatInUse(const Formats& formats, const DataFormat& used);
 
-/// For each item of `used` the position of its item in `format`: of the same name and the same number among those of
-/// that name, and read alike; nothing for one without.
+/// For each item of `used` the position of its item in `format`: of the same name, and read alike; nothing for one
+/// without. Items that share a name go with each other in order, as long as both formats have as many of them.
 std::vector<std::optional<std::size_t>> ItemsInUse(const DataFormat& format, const DataFormat& used);
 
 /// An item of a library, by the indices of its format and of itself.

@@ -38,7 +38,14 @@ TEST(ItemsInUse, AreFoundByNameAndNumberWhereverTheyStand)
 {
     const DataFormat used = MakeFormat(u"A", {kTemp, kNumber, kZones, kNumber});
     EXPECT_EQ(ItemsInUse(used, used), (Positions{0, 1, 2, 3}));
-    EXPECT_EQ(ItemsInUse(MakeFormat(u"A", {kZones, kNumber, kTemp}), used), (Positions{2, 1, 0, std::nullopt}));
+    EXPECT_EQ(ItemsInUse(MakeFormat(u"A", {kNumber, kZones, kNumber, kTemp}), used), (Positions{3, 0, 1, 2}));
+}
+
+TEST(ItemsInUse, AreNoneOfANameThatFewerBear)
+{
+    const DataFormat used = MakeFormat(u"A", {kTemp, kNumber, kZones, kNumber});
+    EXPECT_EQ(ItemsInUse(MakeFormat(u"A", {kZones, kNumber, kTemp}), used),
+              (Positions{2, std::nullopt, 0, std::nullopt}));
 }
 
 TEST(ItemsInUse, AreNoneThatAreReadOtherwise)
