@@ -26,6 +26,7 @@ CRangeNotice::CRangeNotice(const Parts& parts, QObject* parent) : QObject(parent
     m_timer.setInterval(0);
     connect(&m_timer, &QTimer::timeout, this, &CRangeNotice::LookOn);
     connect(&m_parts.dataPane, &CRecipeDataShowView::ValuesGiven, this, &CRangeNotice::Look);
+    connect(&m_parts.dataPane, &CRecipeDataShowView::NotesChanged, this, &CRangeNotice::Withdraw);
 }
 
 /// Cells of items without a range are no trouble, however many they are. Without the memory to look nothing is told.

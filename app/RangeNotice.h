@@ -19,7 +19,7 @@ struct StripMessage;
 
 /// Tells at once, in the strip, of values that were just given to cells, in whatever way, and lie outside their
 /// sensible range. They are taken all the same; Undo takes that very edit back, and is offered until another one
-/// follows. Several are counted, and can be listed. Many values are looked at in idle time.
+/// follows, or the ranges are others. Several are counted, and can be listed. Many values are looked at in idle time.
 class CRangeNotice final : public QObject {
     Q_OBJECT
 

@@ -72,6 +72,7 @@ void CSaveCommands::ConnectActions()
 void CSaveCommands::ConnectPanel()
 {
     m_pPanel->SetColumns([this](CellPlace place) { return ColumnOf(place); });
+    connect(&m_dataPane, &CRecipeDataShowView::NotesChanged, m_pPanel, &CChangesPanel::ListChanged);
     connect(m_pPanel, &CChangesPanel::GoToCell, this, [this](CellPlace place) {
         if (IsListOfTable())
             m_dataPane.GoToCell(place);

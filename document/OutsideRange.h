@@ -15,12 +15,6 @@
 // Cells whose values lie outside the sensible ranges that their items' notes give. Such values are taken and saved as
 // any others; they are only told of.
 
-/// Whether `notes` give a range at all; cheap.
-inline bool HasRange(const ItemNotes& notes)
-{
-    return notes.lowest || notes.highest;
-}
-
 /// The number that the cell stands for (CCellJudge) when it lies outside its item's sensible range; nothing for any
 /// other cell, and outside the rows. Cheap where the item has no range.
 std::optional<CDecimal> NumberOutsideRange(const CRecipeDocument& document, CellPlace place);

@@ -7,6 +7,7 @@
 #include "text/EscapedText.h"
 #include "ui_SheetDlg.h"
 #include "views/NoticeLine.h"
+#include "views/OneLineEdit.h"
 #include "views/ProgressDialog.h"
 #include "views/TextCrossing.h"
 #include "views/VersionTime.h"
@@ -65,6 +66,7 @@ CSheetDlg::~CSheetDlg() = default;
 
 void CSheetDlg::SetUp()
 {
+    KeepOnOneLine(*m_pUi->editTitle);
     m_pUi->editTitle->setText(ToQString(EscapedText(UsualSheetTitle(m_document.Path()))));
     m_pPreview->setObjectName(QStringLiteral("preview"));
     m_pPreview->setAccessibleName(tr("Preview"));

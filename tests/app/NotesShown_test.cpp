@@ -17,6 +17,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QToolTip>
+#include <QTreeWidget>
 
 namespace {
 
@@ -36,6 +37,21 @@ struct NotesShown : NotesFixture {
     {
         QAccessibleInterface* grid = QAccessible::queryAccessibleInterface(&Grid());
         return grid->child(column - 1)->text(QAccessible::Description); // the corner comes first
+    }
+
+    void EnterUnitOfZone(const QString& unit)
+    {
+        const CModalAnswer answer({[&unit](QWidget& dialog) {
+            TypeInto(dialog, "editUnit", unit);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        }});
+        Activate();
+        auto& items = Find<QTreeWidget>("listItems");
+        items.setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&items, Qt::Key_Home);
+        QTest::keyClick(&items, Qt::Key_Return, Qt::ControlModifier);
+        EXPECT_EQ(answer.titles, std::vector<QString>{"Notes of Zone °C"});
+        Activate();
     }
 
     std::string Message() { return Find<QLabel>("labelMessage").text().toStdString(); }
@@ -171,4 +187,19 @@ TEST_F(NotesShown, TheFilterOfThePanelFindsThemAsTheyAreShown)
     QTest::keyClicks(&Find<QLineEdit>("editFilter"), "= off");
     EXPECT_TRUE(WaitFor([&] { return Listed().size() == 1; }));
     EXPECT_EQ(Listed(), QStringList{"1 Zone °C(0) 240.0 °C>0.0 °C = off edited"});
+}
+
+TEST_F(NotesShown, ThePanelFollowsAnotherUnitAtOnce)
+{
+    TypeIntoCell(1, kZone0, "200.0");
+    WaitForPlan();
+    Trigger(*frame, "actionChangesOnSaving");
+    QTest::keyClicks(&Find<QLineEdit>("editFilter"), "kelvin");
+    ASSERT_TRUE(WaitFor([this] { return Listed().isEmpty(); }));
+    EnterUnitOfZone("kelvin");
+    EXPECT_TRUE(WaitFor([this] { return Listed() == QStringList{"1 Zone °C(0) 240.0 kelvin>200.0 kelvin edited"}; }))
+        << Listed().join('|').toStdString();
+    Grid().setFocus();
+    Undo();
+    EXPECT_TRUE(WaitFor([this] { return Listed().isEmpty(); }));
 }

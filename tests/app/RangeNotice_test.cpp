@@ -1,9 +1,12 @@
 // What is told of values that were just given to cells and lie outside their sensible range, and how it is taken back.
 
 #include "controls/GridModel.h"
+#include "library/FormatLibrary.h"
+#include "library/NotesFile.h"
 #include "tests/app/NotesFixture.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QTableView>
 #include <QTest>
@@ -17,6 +20,28 @@ struct RangeNotice : NotesFixture {};
 struct RangeNoticeOfMany : NotesFixture {
     RangeNoticeOfMany() : NotesFixture(kManyRows) {}
     static QString Many() { return QStringLiteral("0.7\t0.7\n").repeated(kManyRows); }
+};
+
+/// With a second format, so that another one can be chosen, which takes what others wrote.
+struct RangeNoticeOfOthers : NotesFixture {
+    RangeNoticeOfOthers()
+    {
+        FormatLibrary library;
+        library.load(folder / "RecipeFile.Dat");
+        library.formats.push_back(
+            std::make_unique<DataFormat>(MakeFormat(u"Belt", {MakeItem(u"Speed", DataType::Unsigned16, 1, 5)})));
+        library.save(folder / "RecipeFile.Dat");
+    }
+
+    void AnotherProgramHasZonesBeginAt(int lowest) const
+    {
+        const auto path = NotesPathOf(folder / "RecipeFile.Dat");
+        auto notes = ReadNotes(path).notes;
+        for (auto& [place, ofItem] : notes)
+            if (place.item == u"Zone °C")
+                ofItem.lowest = CDecimal(lowest);
+        EXPECT_TRUE(WriteNotes(notes, path));
+    }
 };
 
 constexpr const char* kTold = "Zone °C(0) of row 1: 0.5 lies outside 150 to 280 °C.";
@@ -183,5 +208,18 @@ TEST_F(RangeNoticeOfMany, AnotherEditEndsTheCounting)
     TypeIntoCell(1, kCount, "7");
     EXPECT_EQ(Strip(), "");
     WaitForPlan();
+    EXPECT_EQ(Strip(), "");
+}
+
+TEST_F(RangeNoticeOfOthers, AnotherRangeEndsTheOffer)
+{
+    TypeIntoCell(1, kZone0, "0.5");
+    EXPECT_EQ(Strip(), kTold);
+    AnotherProgramHasZonesBeginAt(0);
+    auto& formats = Find<QComboBox>("comboFormats");
+    formats.setFocus();
+    QTest::keyClick(&formats, Qt::Key_Down);
+    EXPECT_EQ(formats.currentText(), "Belt");
+    EXPECT_FALSE(Marks(1, kZone0).unusual);
     EXPECT_EQ(Strip(), "");
 }

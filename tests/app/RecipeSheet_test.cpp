@@ -4,6 +4,7 @@
 #include "tests/support/ProcessRun.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -316,4 +317,15 @@ TEST_F(RecipeSheets, NewDocumentHasOne)
     const std::string html = HtmlOf({});
     EXPECT_TRUE(Has(html, "<td dir=\"auto\">not saved yet</td>")) << html.substr(0, 3000);
     EXPECT_TRUE(Has(html, "<td dir=\"auto\">none</td>"));
+}
+
+TEST_F(RecipeSheets, TheTitleIsOneLine)
+{
+    QGuiApplication::clipboard()->setText("Oven 3\nnight\tshift");
+    const std::string html = HtmlOf({[](QWidget& dialog) {
+        auto& title = FindIn<QLineEdit>(dialog, "editTitle");
+        QTest::keyClick(&title, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&title, Qt::Key_V, Qt::ControlModifier);
+    }});
+    EXPECT_TRUE(Has(html, "<title>Oven 3 night shift</title>")) << html;
 }
