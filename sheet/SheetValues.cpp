@@ -20,11 +20,11 @@ void Join(std::u16string& all, std::u16string_view separator, std::u16string_vie
 }
 
 /// "Door open, Light on"
-std::u16string SetBits(const ColumnCoding& coding, std::span<const std::byte> words)
+std::u16string SetBits(const ColumnCoding& coding, std::uint32_t bits)
 {
     std::u16string names;
-    for (const auto name : NamesOfSetBits(coding, BitsOfWords(words)))
-        Join(names, u", ", std::u16string(name));
+    for (const auto name : NamesOfSetBits(coding, bits))
+        Join(names, u", ", name);
     return names;
 }
 
@@ -37,37 +37,45 @@ SheetValue CSheetValues::Make(CellPlace place)
     const auto words = m_now.Words(place);
     SheetValue value;
     value.text = EscapedText(m_text);
-    value.meaning = EscapedText(Meaning(place, words));
-    value.warning = EscapedText(Warning(place, words));
+    const auto number = NumberIn(place, words);
+    value.meaning = EscapedText(Meaning(place, words, number));
+    value.warning = EscapedText(Warning(place, m_now.IsThere(place, words), number));
     value.isEdited = m_rows.IsEdited(place.row, place.column);
     return value;
 }
 
-std::u16string CSheetValues::Meaning(CellPlace place, std::span<const std::byte> words) const
+/// That of an edited cell is what was typed, that of any other what it stores.
+std::optional<CDecimal> CSheetValues::NumberIn(CellPlace place, std::span<const std::byte> words) const
+{
+    if (!m_now.IsThere(place, words))
+        return std::nullopt;
+    const bool isTyped = m_rows.State(place).IsText() && m_rows.IsEdited(place.row, place.column);
+    return isTyped ? NumberOfText(m_rows.Columns()[place.column], m_text) : m_now.NumberOf(place, words, m_text);
+}
+
+/// A table of texts has no words: the bits are those of its numbers.
+std::u16string CSheetValues::Meaning(CellPlace place, std::span<const std::byte> words,
+                                     const std::optional<CDecimal>& number) const
 {
     const ColumnCoding& coding = m_rows.Columns()[place.column];
     if (coding.notes.IsEmpty())
         return {};
     std::u16string meaning(TextOfValue(*coding.notes, coding, m_text));
-    Join(meaning, u", ", SetBits(coding, words));
+    const std::uint32_t bitsOfNumber = number ? BitsOfNumber(coding, *number) : 0;
+    Join(meaning, u", ", SetBits(coding, m_now.IsTable() ? bitsOfNumber : BitsOfWords(words)));
     return meaning;
 }
 
-/// An edited cell is judged by what was typed, any other by what it stores.
-std::u16string CSheetValues::Warning(CellPlace place, std::span<const std::byte> words) const
+std::u16string CSheetValues::Warning(CellPlace place, bool isThere, const std::optional<CDecimal>& number) const
 {
     const ColumnCoding& coding = m_rows.Columns()[place.column];
-    if (!m_now.IsThere(place, words))
+    if (!isThere)
         return u"not in the file";
-    const bool isTyped = m_rows.State(place).IsText() && m_rows.IsEdited(place.row, place.column);
-    const auto number = isTyped ? NumberOfText(coding, m_text) : m_now.NumberOf(place, words, m_text);
     std::u16string warning;
     if (IsDecimalInteger(coding.dataType) && number && number != NumberOfText(coding, m_text))
         warning = u"holds " + NumberText(coding, *number);
     if (m_rows.OutsideLimits(place.row, place.column))
         Join(warning, u"; ", u"lies outside its limits " + LimitsText(coding));
-    if (coding.notes.IsEmpty())
-        return warning;
     if (number && IsOutsideRange(coding, *number))
         Join(warning, u"; ", OutsideRangeText(*coding.notes));
     return warning;

@@ -4,8 +4,10 @@
 #include "files/RecipeRows.h"
 #include "files/StoredCells.h"
 #include "sheet/RecipeSheet.h"
+#include "text/Decimal.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -18,8 +20,10 @@ public:
     SheetValue Make(CellPlace place);
 
 private:
-    std::u16string Meaning(CellPlace place, std::span<const std::byte> words) const;
-    std::u16string Warning(CellPlace place, std::span<const std::byte> words) const;
+    std::optional<CDecimal> NumberIn(CellPlace place, std::span<const std::byte> words) const;
+    std::u16string Meaning(CellPlace place, std::span<const std::byte> words,
+                           const std::optional<CDecimal>& number) const;
+    std::u16string Warning(CellPlace place, bool isThere, const std::optional<CDecimal>& number) const;
 
     const CRecipeRows& m_rows;
     CCellNow m_now;

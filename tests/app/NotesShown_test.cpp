@@ -203,3 +203,21 @@ TEST_F(NotesShown, ThePanelFollowsAnotherUnitAtOnce)
     Undo();
     EXPECT_TRUE(WaitFor([this] { return Listed().isEmpty(); }));
 }
+
+TEST_F(NotesShown, TheSheetOfATableOfTextsNamesBitsToo)
+{
+    {
+        const CModalAnswer answer({ChoosePath(Path("t.csv"))});
+        Trigger(*frame, "actionSaveAs");
+    }
+    Activate();
+    {
+        const CModalAnswer answer({CModalAnswer::PressNamed("buttonHtml"), ChoosePath(Path("sheet.html")),
+                                   CModalAnswer::Key(Qt::Key_Escape)});
+        Key(Qt::Key_P, Qt::ControlModifier);
+    }
+    const Bytes html = ReadAll(folder / "sheet.html");
+    const std::string_view text(reinterpret_cast<const char*>(html.data()), html.size());
+    EXPECT_NE(text.find("<h1 dir=\"auto\">Recipe sheet of t.csv</h1>"), text.npos);
+    EXPECT_NE(text.find("<td dir=\"auto\">Heater, Door open</td>"), text.npos) << text;
+}

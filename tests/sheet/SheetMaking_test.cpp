@@ -166,6 +166,17 @@ TEST_F(SheetMaking, NotesGiveUnitRangeAndNames)
     EXPECT_EQ(RemarkOn(sheet.blocks[2].values[1]), u"Fan; ! lies below 8 °C; not saved");
 }
 
+TEST_F(SheetMaking, ANameStandsAloneWithoutNamedBits)
+{
+    ItemNotes notes;
+    notes.texts = {{u"7", u"seven"}, {u"8", u"eight"}};
+    notes.bits = {u"Fan"};
+    NoteNumbers(notes);
+    Make();
+    EXPECT_EQ(RemarkOn(sheet.blocks[0].values[1]), u"seven, Fan");
+    EXPECT_EQ(RemarkOn(sheet.blocks[1].values[1]), u"eight");
+}
+
 TEST_F(SheetMaking, ValuesOutsideTheirLimitsAreTold)
 {
     WriteAll(path, WordBytes({0, 0, 0xD8F0, 0, 0, 0, 0, 0, 0})); // -10000
