@@ -1,6 +1,7 @@
 #include "app/ExportCommands.h"
 
 #include "app/FileDialogs.h"
+#include "app/RowsInPane.h"
 #include "document/RecipeDocument.h"
 #include "recovery/VersionStore.h"
 #include "ui_MainFrame.h"
@@ -12,7 +13,6 @@
 
 #include <QDir>
 
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -21,25 +21,6 @@ namespace {
 QString CountText(std::size_t rows)
 {
     return rows == 1 ? CExportCommands::tr("1 row") : CExportCommands::tr("%1 rows").arg(rows);
-}
-
-/// The rows in which cells are chosen.
-std::vector<std::int32_t> RowsOf(const std::vector<CellRange>& ranges)
-{
-    std::set<std::int32_t> rows;
-    for (const CellRange& range : ranges)
-        for (std::int32_t row = range.firstRow; row <= range.lastRow; ++row)
-            rows.insert(rows.end(), row);
-    return {rows.begin(), rows.end()};
-}
-
-std::vector<std::int32_t> RowsOf(const CShownRows& shown)
-{
-    std::vector<std::int32_t> rows;
-    rows.reserve(static_cast<std::size_t>(shown.Count()));
-    for (std::int32_t i = 0; i < shown.Count(); ++i)
-        rows.push_back(shown.RowAt(i));
-    return rows;
 }
 
 } // namespace
@@ -67,9 +48,10 @@ void CExportCommands::ExportTable()
     const CRecipeRows& rows = m_parts.frame.Document().Rows();
     std::vector<ExportedRows> choices;
     if (const CShownRows& shown = m_parts.dataPane.ShownRows(); shown.AreSome())
-        choices.push_back({tr("The %1 shown").arg(CountText(static_cast<std::size_t>(shown.Count()))), RowsOf(shown)});
+        choices.push_back({tr("The %1 shown").arg(CountText(static_cast<std::size_t>(shown.Count()))),
+                           RowsInSight(m_parts.dataPane)});
     choices.push_back({tr("All %1").arg(CountText(static_cast<std::size_t>(rows.RowCount()))), {}});
-    if (auto chosen = RowsOf(m_parts.dataPane.ChosenRanges()); !chosen.empty())
+    if (auto chosen = RowsWithChosenCells(m_parts.dataPane); !chosen.empty())
         choices.push_back({tr("The %1 with chosen cells").arg(CountText(chosen.size())), std::move(chosen)});
     const auto edition = m_parts.frame.Document().CellsEdition();
     CExportTableDlg dialog(rows, std::move(choices), &m_parts.window);

@@ -1,6 +1,7 @@
 #include "app/SheetCommands.h"
 
 #include "app/FileDialogs.h"
+#include "app/RowsInPane.h"
 #include "ui_MainFrame.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFrame.h"
@@ -8,8 +9,7 @@
 
 #include <QFileInfo>
 
-#include <cstdint>
-#include <set>
+#include <utility>
 
 CSheetCommands::CSheetCommands(const Parts& parts) : m_parts(parts)
 {
@@ -31,17 +31,10 @@ QString CSheetCommands::Folder() const
 CSheetDlg::RowChoices CSheetCommands::RowChoices() const
 {
     CSheetDlg::RowChoices choices;
-    if (const CShownRows& shown = m_parts.dataPane.ShownRows(); shown.AreSome()) {
-        choices.shown.emplace();
-        for (std::int32_t i = 0; i < shown.Count(); ++i)
-            choices.shown->push_back(shown.RowAt(i));
-    }
-    std::set<std::int32_t> chosen;
-    for (const CellRange& range : m_parts.dataPane.ChosenRanges())
-        for (std::int32_t row = range.firstRow; row <= range.lastRow; ++row)
-            chosen.insert(row);
-    if (!chosen.empty())
-        choices.chosen.emplace(chosen.begin(), chosen.end());
+    if (m_parts.dataPane.ShownRows().AreSome())
+        choices.shown = RowsInSight(m_parts.dataPane);
+    if (auto chosen = RowsWithChosenCells(m_parts.dataPane); !chosen.empty())
+        choices.chosen = std::move(chosen);
     return choices;
 }
 
