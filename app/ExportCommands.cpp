@@ -9,21 +9,14 @@
 #include "views/ProgressDialog.h"
 #include "views/RecipeDataShowView.h"
 #include "views/RecipeFrame.h"
+#include "views/RowCountText.h"
 #include "views/TextCrossing.h"
 
 #include <QDir>
 
+#include <cstddef>
 #include <utility>
 #include <vector>
-
-namespace {
-
-QString CountText(std::size_t rows)
-{
-    return rows == 1 ? CExportCommands::tr("1 row") : CExportCommands::tr("%1 rows").arg(rows);
-}
-
-} // namespace
 
 CExportCommands::CExportCommands(const Parts& parts) : m_parts(parts)
 {
@@ -48,11 +41,11 @@ void CExportCommands::ExportTable()
     const CRecipeRows& rows = m_parts.frame.Document().Rows();
     std::vector<ExportedRows> choices;
     if (const CShownRows& shown = m_parts.dataPane.ShownRows(); shown.AreSome())
-        choices.push_back({tr("The %1 shown").arg(CountText(static_cast<std::size_t>(shown.Count()))),
+        choices.push_back({tr("The %1 shown").arg(RowCountText(static_cast<std::size_t>(shown.Count()))),
                            RowsInSight(m_parts.dataPane)});
-    choices.push_back({tr("All %1").arg(CountText(static_cast<std::size_t>(rows.RowCount()))), {}});
+    choices.push_back({tr("All %1").arg(RowCountText(static_cast<std::size_t>(rows.RowCount()))), {}});
     if (auto chosen = RowsWithChosenCells(m_parts.dataPane); !chosen.empty())
-        choices.push_back({tr("The %1 with chosen cells").arg(CountText(chosen.size())), std::move(chosen)});
+        choices.push_back({tr("The %1 with chosen cells").arg(RowCountText(chosen.size())), std::move(chosen)});
     const auto edition = m_parts.frame.Document().CellsEdition();
     CExportTableDlg dialog(rows, std::move(choices), &m_parts.window);
     if (dialog.exec() != QDialog::Accepted)
@@ -73,7 +66,7 @@ void CExportCommands::Write(const CTableExport& table, const QString& path)
     if (!result)
         return;
     QString text = (table.RowCount() == 1 ? tr("%1 was written: %2") : tr("%1 were written: %2"))
-                       .arg(CountText(table.RowCount()), QDir::toNativeSeparators(path));
+                       .arg(RowCountText(table.RowCount()), QDir::toNativeSeparators(path));
     if (const auto& kept = document.LastSave().version)
         if (const auto notKept = NotKeptText(*kept, NativePath(path)); !notKept.empty())
             text += QLatin1Char(' ') + ToQString(notKept);

@@ -9,6 +9,7 @@
 #include "views/NoticeLine.h"
 #include "views/OneLineEdit.h"
 #include "views/ProgressDialog.h"
+#include "views/RowCountText.h"
 #include "views/TextCrossing.h"
 #include "views/VersionTime.h"
 
@@ -19,6 +20,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <utility>
 
 namespace {
@@ -89,12 +91,11 @@ void CSheetDlg::SetUp()
 void CSheetDlg::FillRows()
 {
     QComboBox& combo = *m_pUi->comboRows;
-    const auto count = [](const std::vector<std::int32_t>& rows) { return static_cast<qulonglong>(rows.size()); };
-    combo.addItem(tr("All %1 rows").arg(m_document.Rows().RowCount()));
+    combo.addItem(tr("All %1").arg(RowCountText(static_cast<std::size_t>(m_document.Rows().RowCount()))));
     if (m_rows.shown)
-        combo.addItem(tr("Shown rows (%1)").arg(count(*m_rows.shown)));
+        combo.addItem(tr("The %1 shown").arg(RowCountText(m_rows.shown->size())));
     if (m_rows.chosen)
-        combo.addItem(tr("Selected rows (%1)").arg(count(*m_rows.chosen)));
+        combo.addItem(tr("The %1 with chosen cells").arg(RowCountText(m_rows.chosen->size())));
     combo.setCurrentIndex(m_rows.shown ? 1 : 0);
 }
 

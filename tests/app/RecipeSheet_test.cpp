@@ -193,7 +193,7 @@ TEST_F(RecipeSheets, SelectedRows)
 {
     ChooseCells(2, kBelt, 3, kSteam);
     const std::string html = HtmlOf({[](QWidget& dialog) {
-        EXPECT_EQ(EntriesIn(dialog, "comboRows"), (QStringList{"All 4 rows", "Selected rows (2)"}));
+        EXPECT_EQ(EntriesIn(dialog, "comboRows"), (QStringList{"All 4 rows", "The 2 rows with chosen cells"}));
         ChooseIn(dialog, "comboRows", 1);
     }});
     EXPECT_FALSE(Has(html, "<caption>Row 1 "));
