@@ -35,6 +35,8 @@ class CValueBuilder {
 public:
     using Value = nlohmann::ordered_json;
 
+    CValueBuilder() noexcept(false) = default; // a value that is made throws where there is no memory
+
     /// False when the object that is open has the key already.
     bool Key(std::string name)
     {

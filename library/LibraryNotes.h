@@ -3,10 +3,10 @@
 #include "library/LibraryMerge.h"
 #include "model/ItemNotes.h"
 
-#include <compare>
 #include <cstddef>
 #include <map>
 #include <string>
+#include <tuple>
 
 // The notes of a library's items by the names of their formats and items, as the notes file has them.
 
@@ -18,7 +18,12 @@ struct NotesKey {
     std::u16string item;
     std::size_t itemNumber = 1;
 
-    friend auto operator<=>(const NotesKey&, const NotesKey&) = default;
+    friend bool operator==(const NotesKey&, const NotesKey&) = default;
+    friend bool operator<(const NotesKey& a, const NotesKey& b)
+    {
+        return std::tie(a.format, a.formatNumber, a.item, a.itemNumber) <
+               std::tie(b.format, b.formatNumber, b.item, b.itemNumber);
+    }
 };
 
 bool AreOfOneFormat(const NotesKey& a, const NotesKey& b);

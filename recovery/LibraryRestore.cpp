@@ -52,7 +52,7 @@ VersionRestored RestoreLibrary(const CVersionStore& store, const fs::path& libra
 {
     const LibraryNotes itemsBefore = ItemsIn(library);
     const std::string wanted(stamp);
-    const VersionRestored restored = RestoreVersion(store, library, wanted, reporter);
+    VersionRestored restored = RestoreVersion(store, library, wanted, reporter);
     if (restored)
         GiveNotesBack(store, library, wanted, itemsBefore);
     return restored;

@@ -127,7 +127,8 @@ std::u16string CSheetMaker::ShaText() const
     return text;
 }
 
-CSheetChanges::CSheetChanges(std::u16string since, const std::optional<std::vector<std::int32_t>>& rows) : m_rows(rows)
+CSheetChanges::CSheetChanges(std::u16string_view since, const std::optional<std::vector<std::int32_t>>& rows)
+    : m_rows(rows)
 {
     m_changes.since = EscapedText(since);
 }

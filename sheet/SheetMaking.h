@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// More values are no sheet that anybody reads.
@@ -65,7 +66,7 @@ private:
 class CSheetChanges final : public CChangeTaker {
 public:
     /// `rows` as in the wishes; they outlive it.
-    CSheetChanges(std::u16string since, const std::optional<std::vector<std::int32_t>>& rows);
+    CSheetChanges(std::u16string_view since, const std::optional<std::vector<std::int32_t>>& rows);
 
     /// Once, before the records.
     void TakeHeader(const ChangeHeader& header);

@@ -14,6 +14,7 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -56,7 +57,7 @@ std::int32_t IntegerIn(const QLineEdit& edit)
 CDataTypeEditDlg::CDataTypeEditDlg(int index, DataItem item, Mode mode, CReporter& reporter, QWidget* parent)
     : QDialog(parent),
       m_pUi(std::make_unique<Ui::CDataTypeEditDlg>()),
-      m_item(item),
+      m_item(std::move(item)),
       m_reporter(reporter)
 {
     m_pUi->setupUi(this);

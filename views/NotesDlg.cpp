@@ -209,9 +209,9 @@ void CNotesDlg::Check()
 /// Of the first field that is wrong, in their order.
 QString CNotesDlg::Fault(QWidget*& about) const
 {
-    if (const QString fault = RangeFault(about); !fault.isEmpty())
+    if (QString fault = RangeFault(about); !fault.isEmpty())
         return fault;
-    if (const QString fault = CommentFault(); !fault.isEmpty()) {
+    if (QString fault = CommentFault(); !fault.isEmpty()) {
         about = m_pUi->editComment;
         return fault;
     }
@@ -225,7 +225,7 @@ QString CNotesDlg::Fault(QWidget*& about) const
 QString CNotesDlg::RangeFault(QWidget*& about) const
 {
     for (QLineEdit* field : {m_pUi->editLowest, m_pUi->editHighest})
-        if (const QString fault = FaultOf(*field); !fault.isEmpty()) {
+        if (QString fault = FaultOf(*field); !fault.isEmpty()) {
             about = field;
             return fault;
         }
