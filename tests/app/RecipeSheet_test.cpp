@@ -145,7 +145,7 @@ TEST_F(RecipeSheets, HtmlHasWhatTheTableShows)
     const QStringList shown = Shown();
     ASSERT_EQ(shown.size(), 12);
     for (int cell = 0; cell < shown.size(); ++cell)
-        EXPECT_TRUE(Has(html, "<td dir=\"auto\">" + shown[cell].toStdString() + "</td>")) << cell;
+        EXPECT_TRUE(Has(html, " dir=\"auto\">" + shown[cell].toStdString() + "</td>")) << cell;
     EXPECT_TRUE(Has(html, RunProcess("/usr/bin/env", {"sha256sum", (folder / "oven.rcp").string()}).out.substr(0, 64)));
     EXPECT_EQ(Oven(), oven);
 }
