@@ -13,6 +13,8 @@ package_packages=(dpkg-dev lintian mmdebstrap)
 # shellcheck disable=SC2034
 windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 # shellcheck disable=SC2034
+toolkit_packages=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools dpkg-dev util-linux)
+# shellcheck disable=SC2034
 wine_packages=(wine wine64)
 # shellcheck disable=SC2034
 fuzz_packages=(clang libclang-rt-dev llvm)
@@ -78,4 +80,9 @@ build_preset() {
         cmake --fresh --preset "$preset" >&2
     fi
     cmake --build --preset "$preset" "${target[@]}" >&2
+}
+
+# Where the window toolkit for Windows is built, or was.
+windows_toolkit_folder() {
+    echo "${VANTOR_WINDOWS_TOOLKIT:-$PWD/build/windows-toolkit}"
 }

@@ -32,7 +32,7 @@ ROOMS = {  # room -> the rooms it may include from
 }
 PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
-           "packaging/debian/check-installed"]
+           "packaging/debian/check-installed", "packaging/windows/build-toolkit"]
 GUIDE = ROOT / "docs" / "guide"
 
 
