@@ -15,7 +15,12 @@ windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 # shellcheck disable=SC2034
 toolkit_packages=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools dpkg-dev util-linux)
 # shellcheck disable=SC2034
+windows_program_packages=("${toolkit_packages[@]}" libcli11-dev nlohmann-json3-dev python3 cmark-gfm librsvg2-bin icoutils zip nsis)
+# shellcheck disable=SC2034
 wine_packages=(wine wine64)
+# shellcheck disable=SC2034
+windows_program_test_packages=("${wine_packages[@]}" python3 nsis unzip xvfb xdotool icoutils binutils-mingw-w64-x86-64
+                               poppler-utils)
 # shellcheck disable=SC2034
 fuzz_packages=(clang libclang-rt-dev llvm)
 # shellcheck disable=SC2034

@@ -14,6 +14,25 @@ install(FILES $<TARGET_FILE:Qt6::QWindowsIntegrationPlugin> DESTINATION platform
 install(FILES $<TARGET_FILE:Qt6::QWindowsVistaStylePlugin> DESTINATION styles)
 install(FILES $<TARGET_FILE:Qt6::QICOPlugin> DESTINATION imageformats)
 
-# What others wrote of it, and under which terms: beside our own text the licences that it names.
-install(FILES ${PROJECT_SOURCE_DIR}/packaging/share/doc/vantor/copyright DESTINATION licences RENAME copyright.txt)
-install(DIRECTORY ${VANTOR_WINDOWS_TOOLKIT}/licences DESTINATION .)
+# vantor_install_text(SOURCE FOLDER NAME): a text for readers, with the ends of lines that Windows has; @…@ is filled in.
+function(vantor_install_text source folder name)
+  configure_file(${source} ${CMAKE_CURRENT_BINARY_DIR}/texts/${name} @ONLY NEWLINE_STYLE WIN32)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/texts/${name} DESTINATION ${folder})
+endfunction()
+
+# What others wrote of it, and under which terms: beside our own text the licences that it names. The version of the
+# toolkit is that of Debian's package whose source it was built from.
+file(STRINGS ${VANTOR_WINDOWS_TOOLKIT}/../complete toolkit_version LIMIT_COUNT 1)
+vantor_install_text(${PROJECT_SOURCE_DIR}/packaging/share/doc/vantor/copyright licences copyright.txt)
+vantor_install_text(${CMAKE_CURRENT_LIST_DIR}/libraries.txt.in licences libraries.txt)
+file(GLOB toolkit_licences ${VANTOR_WINDOWS_TOOLKIT}/licences/*.txt)
+foreach(licence IN LISTS toolkit_licences)
+  get_filename_component(name ${licence} NAME)
+  vantor_install_text(${licence} licences ${name})
+endforeach()
+vantor_install_text(/usr/share/doc/mingw-w64-x86-64-dev/copyright licences mingw-w64.txt)
+vantor_install_text(/usr/share/doc/gcc-mingw-w64-x86-64-posix/copyright licences gcc.txt)
+
+if(NOT VANTOR_USER_LIBRARY)
+  vantor_install_text(${CMAKE_CURRENT_LIST_DIR}/ReadMe.txt.in . ReadMe.txt)
+endif()

@@ -139,6 +139,10 @@ class PackagingTest(unittest.TestCase):
         self.assertEqual([kind.find("m:glob", MIME).get("pattern") for kind in mime_types()], ["*.rcp", "*.erp", "*.frp"])
         self.assertEqual(desktop_entry("MimeType"), ";".join(OWN_TYPES + ["text/csv"]) + ";")
         self.assertEqual([kind.text for kind in metainfo().iter("mediatype")], OWN_TYPES)
+        installer = (ROOT / "packaging" / "windows" / "vantor.nsi").read_text(encoding="utf-8")
+        self.assertEqual(re.findall(r'AddOwnType "(.*)" "(.*)"', installer),
+                         [(kind.find("m:glob", MIME).get("pattern")[2:], kind.find("m:comment", MIME).text) for kind in mime_types()])
+        self.assertEqual(re.findall(r'RemoveType "(.*)"', installer), re.findall(r'Add(?:Own)?Type "(\w+)"', installer))
 
     def testDesktopFileIsValid(self):
         self.assertContent("desktop-file-validate", SHARE / "applications" / f"{ID}.desktop")

@@ -32,7 +32,8 @@ ROOMS = {  # room -> the rooms it may include from
 }
 PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
-           "packaging/debian/check-installed", "packaging/windows/build-toolkit"]
+           "packaging/debian/check-installed", "packaging/windows/build-toolkit", "packaging/windows/build-programs",
+           "packaging/windows/test-packages"]
 GUIDE = ROOT / "docs" / "guide"
 
 
@@ -188,7 +189,7 @@ class RepositoryTest(unittest.TestCase):
         phrases = ["specific" + "ation", r"\bspec" + r"\.md\b", r"\bPart" + r" \d+\.\d+", r"\bissue" + r" #\d+",
                    r"(?<![\w.])/wo" + r"rk/", r"\.\./sha" + "red"]
         forbidden = re.compile("|".join(phrases), re.IGNORECASE)
-        text_files = files("*.h", "*.cpp", "*.md", "*.py", "*.txt", "*.cmake", "*.sh", "*.ui", "*.qrc", "*.svg", "*.json",
+        text_files = files("*.h", "*.cpp", "*.md", "*.py", "*.txt", "*.cmake", "*.sh", "*.ui", "*.qrc", "*.svg", "*.json", "*.nsi",
                            *SCRIPTS)
         faults = [f"{name(path)}:{number}: {line.strip()}" for path in text_files for number, line in lines(path)
                   if forbidden.search(line)]
