@@ -79,6 +79,44 @@ private:
     std::unique_ptr<QSocketNotifier> m_pNotifier;
 };
 
+#elif defined(_WIN32)
+
+/// Nothing tells when a light goes on or off, so it is asked at every occasion: at the keys that the program gets, and
+/// when it becomes the active one, for the keys before were another's.
+class CLockKeys::CKeyboardLights final : public QObject {
+public:
+    static std::unique_ptr<CKeyboardLights> Open(std::function<void(const States&)> changed)
+    {
+        if (QGuiApplication::platformName() != QLatin1String("windows"))
+            return nullptr;
+        return std::unique_ptr<CKeyboardLights>(new CKeyboardLights(std::move(changed)));
+    }
+
+    States Current() const { return {IsLit(VK_CAPITAL), IsLit(VK_NUMLOCK), IsLit(VK_SCROLL)}; }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
+            m_changed(Current());
+        return false;
+    }
+
+private:
+    explicit CKeyboardLights(std::function<void(const States&)> changed) : m_changed(std::move(changed))
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive)
+                m_changed(Current());
+        });
+    }
+
+    static bool IsLit(int key) { return (GetKeyState(key) & 1) != 0; }
+
+    std::function<void(const States&)> m_changed;
+};
+
 #else
 
 class CLockKeys::CKeyboardLights {
@@ -91,16 +129,6 @@ public:
 
 namespace {
 
-#if defined(_WIN32)
-
-std::array<bool, CLockKeys::KeyCount> StatesAt(const QKeyEvent&, const std::array<bool, CLockKeys::KeyCount>&)
-{
-    const auto isOn = [](int key) { return (GetKeyState(key) & 1) != 0; };
-    return {isOn(VK_CAPITAL), isOn(VK_NUMLOCK), isOn(VK_SCROLL)};
-}
-
-#else
-
 constexpr quint32 kCapsLockMask = 0x02; // LockMask of the X protocol
 constexpr quint32 kNumLockMask = 0x10;  // Mod2Mask, which Num Lock is bound to everywhere
 
@@ -110,8 +138,6 @@ std::array<bool, CLockKeys::KeyCount> StatesAt(const QKeyEvent& key,
     const quint32 modifiers = key.nativeModifiers();
     return {(modifiers & kCapsLockMask) != 0, (modifiers & kNumLockMask) != 0, before[CLockKeys::Scroll]};
 }
-
-#endif
 
 } // namespace
 

@@ -7,8 +7,9 @@
 
 /// The state of the keyboard's lock keys, as far as the platform tells it.
 ///
-/// On an X server it follows the keyboard's lights at once. Elsewhere Caps and Num follow the key events that the
-/// program gets, and Scroll Lock has no source and stays off.
+/// On an X server it follows the keyboard's lights at once. On Windows it asks for them at the start, whenever the
+/// program becomes the active one, and at the key events that the program gets. Elsewhere Caps and Num follow those
+/// key events, and Scroll Lock has no source and stays off.
 class CLockKeys final : public QObject {
     Q_OBJECT
 
