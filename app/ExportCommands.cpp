@@ -12,8 +12,6 @@
 #include "views/RowCountText.h"
 #include "views/TextCrossing.h"
 
-#include <QDir>
-
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -66,7 +64,7 @@ void CExportCommands::Write(const CTableExport& table, const QString& path)
     if (!result)
         return;
     QString text = (table.RowCount() == 1 ? tr("%1 was written: %2") : tr("%1 were written: %2"))
-                       .arg(RowCountText(table.RowCount()), QDir::toNativeSeparators(path));
+                       .arg(RowCountText(table.RowCount()), path);
     if (const auto& kept = document.LastSave().version)
         if (const auto notKept = NotKeptText(*kept, NativePath(path)); !notKept.empty())
             text += QLatin1Char(' ') + ToQString(notKept);

@@ -11,6 +11,7 @@
 #include "views/TextCrossing.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -83,7 +84,7 @@ void CFileCommands::OpenPath(const QString& path)
     if (!LeaveCurrentWork())
         return;
     m_frame.SetTitle(kBaseTitle);
-    OpenChosen(QFileInfo(path).absoluteFilePath());
+    OpenChosen(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
 }
 
 void CFileCommands::OpenChosen(const QString& path)

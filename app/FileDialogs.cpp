@@ -27,7 +27,7 @@ QString RunDialog(CFileDialog& dialog, const QStringList& filters, const QString
                      [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixIn(filter)); });
     if (!name.isEmpty())
         dialog.selectFile(name);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.AskPath();
 }
 
 /// The dialog adds the ending of the chosen type, but only to a name without a dot.
@@ -87,7 +87,7 @@ QString AskPatchPath(QWidget& parent, const QString& folder)
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program
     dialog.setNameFilters({QObject::tr("Changes (*.jsonl)"), QObject::tr("All files (*)")});
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.AskPath();
 }
 
 QString AskTablePath(QWidget& parent, const QString& folder)
@@ -96,7 +96,7 @@ QString AskTablePath(QWidget& parent, const QString& folder)
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::AnyFile); // a missing file is reported by the program
     dialog.setNameFilters({QObject::tr("Tables (*.csv *.tsv *.txt)"), QObject::tr("All files (*)")});
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.AskPath();
 }
 
 QString AskSavePath(QWidget& parent, const QString& folder)
@@ -115,7 +115,7 @@ QString AskExportPath(QWidget& parent, const QString& path)
     dialog.setDefaultSuffix(QStringLiteral("csv"));
     if (!path.isEmpty())
         dialog.selectFile(QObject::tr("%1 table.csv").arg(file.completeBaseName()));
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.AskPath();
 }
 
 QString AskSheetPath(QWidget& parent, const QString& ending, const QString& folder, const QString& name)

@@ -13,7 +13,6 @@
 
 #include <QAccessible>
 #include <QCloseEvent>
-#include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QLabel>
@@ -371,7 +370,7 @@ void CMainFrame::UpdateCommands()
 CMainFrame::SaveNotice CMainFrame::NoticeOf(const QString& text, const QString& path)
 {
     const auto with = [&text](const QString& name) { return QString(text).replace(QStringLiteral("%1"), name); };
-    return {path, with(QFileInfo(path).fileName()), with(QDir::toNativeSeparators(path))};
+    return {path, with(QFileInfo(path).fileName()), with(path)};
 }
 
 void CMainFrame::ShowRecipeData(FileType type)

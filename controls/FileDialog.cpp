@@ -1,5 +1,6 @@
 #include "controls/FileDialog.h"
 
+#include <QDir>
 #include <QFileSystemModel>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -29,6 +30,11 @@ CFileDialog::CFileDialog(QWidget* parent, const QString& title, const QString& f
         connect(files, &QFileSystemModel::rowsInserted, this, &CFileDialog::FitColumns);
         connect(files, &QFileSystemModel::layoutChanged, this, &CFileDialog::FitColumns); // by another type of files
     }
+}
+
+QString CFileDialog::AskPath()
+{
+    return exec() == QDialog::Accepted ? QDir::toNativeSeparators(selectedFiles().value(0)) : QString();
 }
 
 /// The list of completions goes before the dialog does. The toolkit would close it after: it drops the news that the

@@ -9,6 +9,9 @@ class CFileDialog final : public QFileDialog {
 public:
     CFileDialog(QWidget* parent, const QString& title, const QString& folder);
 
+    /// Asks, and waits for the answer: the path chosen, in the platform's own form; empty when the user cancelled.
+    QString AskPath();
+
     void done(int result) override;
 
 protected:

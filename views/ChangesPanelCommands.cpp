@@ -177,5 +177,5 @@ QString CChangesPanel::AskPatchPath()
     dialog.setDefaultSuffix(QStringLiteral("jsonl"));
     const QString name = m_file.empty() ? QStringLiteral("changes") : ToQPath(m_file.stem());
     dialog.selectFile(name + QStringLiteral(".jsonl"));
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return dialog.AskPath();
 }

@@ -6,7 +6,7 @@
 #include "ui_MergeParamDlg.h"
 #include "views/SavePathDlg.h"
 
-#include <QDir>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -25,9 +25,7 @@ QString AskRecipePath(QWidget& parent, const QString& neighbour)
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(QStringLiteral("(*.rcp)"));
     dialog.setDefaultSuffix(QStringLiteral("rcp"));
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+    return dialog.AskPath();
 }
 
 /// For the core's file calls. By way of UTF-8, which gives even half a surrogate a form.

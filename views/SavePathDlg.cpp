@@ -5,7 +5,7 @@
 #include "text/PathText.h"
 #include "ui_SavePathDlg.h"
 
-#include <QDir>
+#include <QFileInfo>
 
 #include <limits>
 
@@ -24,9 +24,7 @@ QString AskFolder(QWidget& parent, const QString& folder)
     CFileDialog dialog(&parent, QStringLiteral("Save Path Select"), folder);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setFileMode(QFileDialog::Directory);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return QDir::toNativeSeparators(dialog.selectedFiles().value(0));
+    return dialog.AskPath();
 }
 
 } // namespace

@@ -22,7 +22,7 @@ std::u16string_view ViewOf(const QString& text)
 std::filesystem::path NativePath(const QString& path)
 {
     try {
-        return std::filesystem::path(path.toStdU16String());
+        return std::filesystem::path(path.toStdU16String()).make_preferred();
     } catch (const std::system_error&) { // a lone surrogate has no native form
         return {};
     }

@@ -17,8 +17,8 @@ QString LiteralTitle(QString title);
 /// The units of `text` for the core; the view lives as long as `text` and is not changed.
 std::u16string_view ViewOf(const QString& text);
 
-/// `path` for the core's file calls. A text that names no file on this platform gives an empty path, which no file call
-/// accepts.
+/// `path` for the core's file calls, with the platform's own separators, as its users know it from messages and titles.
+/// A text that names no file on this platform gives an empty path, which no file call accepts.
 std::filesystem::path NativePath(const QString& path);
 
 /// `path` for the toolkit; what is no valid text in it becomes U+FFFD.

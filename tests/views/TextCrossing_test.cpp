@@ -1,5 +1,6 @@
 #include "views/TextCrossing.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 TEST(TextCrossing, KeepsTheUnitsAsTheyStand)
@@ -12,7 +13,14 @@ TEST(TextCrossing, KeepsTheUnitsAsTheyStand)
 
 TEST(TextCrossing, APathKeepsItsCharacters)
 {
-    EXPECT_EQ(NativePath(QString::fromUtf8("/tmp/配方 1.rcp")).u16string(), u"/tmp/配方 1.rcp");
+    const QString path = QDir::toNativeSeparators(QString::fromUtf8("/tmp/配方 1.rcp"));
+    EXPECT_EQ(NativePath(path).u16string(), ViewOf(path));
+}
+
+TEST(TextCrossing, APathHasThePlatformsOwnSeparators)
+{
+    const QString path = QStringLiteral("C:/recipes/a.rcp"); // as the toolkit writes it on every platform
+    EXPECT_EQ(ToQPath(NativePath(path)), QDir::toNativeSeparators(path));
 }
 
 TEST(TextCrossing, ATextThatNamesNoFileGivesAnEmptyPath)
