@@ -43,10 +43,14 @@ std::optional<BY_HANDLE_FILE_INFORMATION> IdentityOf(HANDLE file)
     return identity;
 }
 
+/// A volume without a number may be any: some file systems have none, and wine tells none of a file that was renamed
+/// while it was open.
 bool AreSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other)
 {
-    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
-           one.nFileIndexLow == other.nFileIndexLow;
+    const bool areVolumesKnown = one.dwVolumeSerialNumber != 0 && other.dwVolumeSerialNumber != 0;
+    if (areVolumesKnown && one.dwVolumeSerialNumber != other.dwVolumeSerialNumber)
+        return false;
+    return one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
 /// Access to a folder is denied, too, as if it were a file that may not be used.

@@ -100,20 +100,11 @@ set(vantor_merge_tests_left_out
   MergeFailure.FullDiskIsReportedAndLeavesWhatWasWritten
   Table/MergedPathThatIsASource.*/ByASymbolicLink)
 
-# Rights, links and the look of paths are others there. A journal that is open is neither removed nor moved there yet;
-# only the window has one open, and it is not built there.
+# Rights, links and the look of paths are others there.
 set(vantor_recovery_tests_left_out
-  Journal.GoesWhenTheWorkIsSaved
-  Journal.KeepsAllOfTheHeader
-  Journal.KeepsAnyText
-  Journal.KeepsTheFieldsOfATableAndOfANewDocument
   Journal.LooksAsDocumented
-  Journal.OfRandomCommandsIsThatOfAPlainModel
   Journal.OfWhatWasDroppedIsKept
-  Journal.StaysWhenItsProgramGoes
   Journal.ThatCannotBeMadeSaysWhy
-  Journal.WithoutAnEditedCellGoesWhenItIsDropped
-  UnsavedStore.KeepsWhatWasDroppedForThirtyDays
   VersionRecords.AreLinesOfJsonWithANote
   VersionRestore.FollowsALink
   VersionRestore.KeepsRightsAndOtherNames
