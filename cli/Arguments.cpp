@@ -1,6 +1,10 @@
 #include "cli/Arguments.h"
 
+#include "text/PathText.h"
+
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <system_error>
 
 namespace {
@@ -27,7 +31,39 @@ CLI::Option* AddInt32(CLI::App& command, const std::string& name, Target& number
     return command.add_option(name, take, description)->type_name("N");
 }
 
+template <typename Target>
+CLI::Option* AddOnePath(CLI::App& command, const std::string& name, Target& path, const std::string& description)
+{
+    const auto take = [&path](const CLI::results_t& texts) {
+        path = PathOfUtf8(texts.front());
+        return true;
+    };
+    return command.add_option(name, take, description);
+}
+
 } // namespace
+
+CLI::Option* AddPath(CLI::App& command, const std::string& name, std::filesystem::path& path,
+                     const std::string& description)
+{
+    return AddOnePath(command, name, path, description);
+}
+
+CLI::Option* AddPath(CLI::App& command, const std::string& name, std::optional<std::filesystem::path>& path,
+                     const std::string& description)
+{
+    return AddOnePath(command, name, path, description);
+}
+
+CLI::Option* AddPaths(CLI::App& command, const std::string& name, std::vector<std::filesystem::path>& paths,
+                      const std::string& description)
+{
+    const auto take = [&paths](const std::vector<std::string>& texts) {
+        paths.clear();
+        std::transform(texts.begin(), texts.end(), std::back_inserter(paths), PathOfUtf8);
+    };
+    return command.add_option_function<std::vector<std::string>>(name, take, description);
+}
 
 CLI::Option* AddText(CLI::App& command, const std::string& name, std::optional<std::string>& text,
                      const std::string& description)

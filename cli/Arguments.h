@@ -6,11 +6,24 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 // Options as CLI11 does not read them by itself: a number is always decimal ("010" is ten), and an empty text is a
 // text. What they fill must live until the command line is parsed.
+
+/// A path, in the encoding of ProgramArguments.
+CLI::Option* AddPath(CLI::App& command, const std::string& name, std::filesystem::path& path,
+                     const std::string& description);
+
+CLI::Option* AddPath(CLI::App& command, const std::string& name, std::optional<std::filesystem::path>& path,
+                     const std::string& description);
+
+/// One or more of them.
+CLI::Option* AddPaths(CLI::App& command, const std::string& name, std::vector<std::filesystem::path>& paths,
+                      const std::string& description);
 
 CLI::Option* AddText(CLI::App& command, const std::string& name, std::optional<std::string>& text,
                      const std::string& description);

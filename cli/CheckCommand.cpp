@@ -22,7 +22,7 @@ class CFindingPrinter : public CFindingTaker {
 public:
     explicit CFindingPrinter(CStandardOutput& output) : m_output(output) {}
 
-    void BeginFile(const std::string& file) { m_file = FromUtf8(file); }
+    void BeginFile(const std::filesystem::path& file) { m_file = PathText(file); }
 
     bool Take(const Finding& finding) override
     {
@@ -207,7 +207,7 @@ private:
 };
 
 /// False, and then reported, when it cannot be told how the file is to be read.
-bool CheckFile(const std::string& file, CTableFinder& finder, CFindingPrinter& printer, CReporter& reporter,
+bool CheckFile(const std::filesystem::path& file, CTableFinder& finder, CFindingPrinter& printer, CReporter& reporter,
                CProgress& progress)
 {
     printer.BeginFile(file);
@@ -227,7 +227,7 @@ ExitCode CheckAll(const CheckOptions& options, CFindingPrinter& printer, CStanda
 {
     CTableFinder finder(options.read);
     bool isWell = true;
-    for (const std::string& file : options.files) {
+    for (const std::filesystem::path& file : options.files) {
         if (output.HasFailed())
             break;
         isWell = CheckFile(file, finder, printer, reporter, progress) && isWell;

@@ -24,11 +24,16 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -64,9 +69,9 @@ struct Session {
     PdfMaking pdf;
 };
 
-void AddFile(CLI::App& command, const std::string& name, std::string& file, const std::string& description)
+void AddFile(CLI::App& command, const std::string& name, fs::path& file, const std::string& description)
 {
-    command.add_option(name, file, description)->required()->type_name("");
+    AddPath(command, name, file, description)->required()->type_name("");
 }
 
 /// Has the command end with the status that `run` gives. What stops it is trouble, for want of memory, too.
@@ -118,7 +123,9 @@ void AddFind(CLI::App& app, Session& session)
     FindOptions& options = session.find;
     CLI::App* command = app.add_subcommand("find", "Find cells that show a text, or places where a number stands");
     AddFile(*command, "FILE", options.file, kRecipeFile);
-    AddFile(*command, "TEXT", options.text, "What the cells show; with --anywhere a number");
+    command->add_option("TEXT", options.text, "What the cells show; with --anywhere a number")
+        ->required()
+        ->type_name("");
     AddText(*command, "--item", options.item, "Title of the columns to look in (default: all)")->type_name("ITEM");
     CLI::Option* part = command->add_flag("--part", options.isPart, "Find cells that contain the text, too");
     command
@@ -150,7 +157,7 @@ void AddPatch(CLI::App& app, Session& session)
     PatchOptions& options = session.patch;
     CLI::App* command = app.add_subcommand("patch", "Make the changes of a patch in a recipe file, all or none");
     AddFile(*command, "FILE", options.file, kRecipeFile);
-    AddText(*command, "PATCH", options.patch, "File of changes as JSON Lines (default: standard input)")->type_name("");
+    AddPath(*command, "PATCH", options.patch, "File of changes as JSON Lines (default: standard input)")->type_name("");
     AddTableOptions(*command, options.read);
     command->add_flag("--reverse", options.reverse, "Take the changes back: new becomes old");
     command->add_flag("--dry-run", options.dryRun, "Print the changes that would be made, and write nothing");
@@ -221,7 +228,7 @@ void AddFormats(CLI::App& app, Session& session)
 
     CLI::App* exportCommand = formats->add_subcommand("export", "Write the format library as JSON");
     AddLibrary(*exportCommand, session.exporting.library);
-    AddText(*exportCommand, "-o,--output", session.exporting.file, "File to write (default: standard output)")
+    AddPath(*exportCommand, "-o,--output", session.exporting.file, "File to write (default: standard output)")
         ->type_name("FILE");
     exportCommand->callback(
         [&session] { session.done = ExportFormats(session.exporting, session.output, session.reporter); });
@@ -233,9 +240,9 @@ void AddFormats(CLI::App& app, Session& session)
     importCommand->callback([&session] { session.done = ImportFormats(session.importing, session.reporter); });
 }
 
-void AddFiles(CLI::App& command, std::vector<std::string>& files)
+void AddFiles(CLI::App& command, std::vector<fs::path>& files)
 {
-    command.add_option("FILE", files, kRecipeFile)->required()->type_name("");
+    AddPaths(command, "FILE", files, kRecipeFile)->required()->type_name("");
 }
 
 void AddCheck(CLI::App& app, Session& session)
@@ -304,7 +311,7 @@ void AddVersions(CLI::App& app, Session& session)
 
     CLI::App* show = AddVersionsCommand(*versions, session, "show", "Write what the file held in a version");
     AddTime(*show, options.time, "Time of the version as printed by list, or its beginning (default: the newest)");
-    AddText(*show, "-o,--output", options.output, "File to write (default: standard output)")->type_name("PATH");
+    AddPath(*show, "-o,--output", options.output, "File to write (default: standard output)")->type_name("PATH");
     show->callback([&session] { session.done = ShowVersion(session.versions, session.output, session.reporter); });
 
     CLI::App* restore = AddVersionsCommand(*versions, session, "restore", "Put a version in the place of the file");
@@ -322,7 +329,7 @@ void AddSheet(CLI::App& app, Session& session)
     CLI::App* command =
         app.add_subcommand("sheet", "Write the rows of a recipe file as a sheet for people: PDF or HTML");
     AddFile(*command, "FILE", options.file, kRecipeFile);
-    command->add_option("-o,--output", options.output, "Sheet to write: .pdf or .html; an existing one is replaced")
+    AddPath(*command, "-o,--output", options.output, "Sheet to write: .pdf or .html; an existing one is replaced")
         ->required()
         ->type_name("SHEET");
     AddTableOptions(*command, options.read);
@@ -348,10 +355,10 @@ bool Print(std::string_view text, Session& session)
     return session.output.Finish(session.reporter);
 }
 
-ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
+ExitCode RunSession(std::vector<std::string> arguments, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
 {
     Session session(out, error);
-    session.pdf = {pdf, argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>()};
+    session.pdf = {pdf, arguments};
     CLI::App app("Works with the recipe files of operator panels", "vantor-cli");
     app.set_version_flag("--version", "vantor-cli " VANTOR_VERSION);
     app.require_subcommand(1);
@@ -371,7 +378,8 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
     AddSheet(app, session);
 
     try {
-        app.parse(argc, argv);
+        std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
+        app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
         session.done = Print(app.help(), session);
     } catch (const CLI::CallForVersion& version) {
@@ -385,9 +393,9 @@ ExitCode RunSession(int argc, const char* const* argv, std::FILE* out, std::FILE
 
 } // namespace
 
-int RunCommandLine(int argc, const char* const* argv, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
+int RunCommandLine(std::vector<std::string> arguments, std::FILE* out, std::FILE* error, CSheetPdf* pdf)
 try {
-    return RunSession(argc, argv, out, error, pdf);
+    return RunSession(std::move(arguments), out, error, pdf);
 } catch (const std::bad_alloc&) {
     std::fputs("There is not enough memory!\n", error);
     return kFailed;

@@ -4,11 +4,11 @@
 #include "files/Progress.h"
 #include "text/Reporter.h"
 
-#include <string>
+#include <filesystem>
 
 struct ConvertOptions {
-    std::string source;
-    std::string target;
+    std::filesystem::path source;
+    std::filesystem::path target;
     ReadOptions read;
     bool noVersion = false; ///< does not keep what it overwrites
 };

@@ -104,7 +104,7 @@ std::u16string WhyNoPatch(const DiffOptions& options, CFileDifferences& differen
 {
     if (!differences.AreOfOneType())
         return std::u16string(kTwoTypes);
-    const bool areTables = FileTypeOf(fs::path(options.file)) == FileType::Csv;
+    const bool areTables = FileTypeOf(options.file) == FileType::Csv;
     return areTables ? differences.WhyNoPatch(progress) : std::u16string();
 }
 

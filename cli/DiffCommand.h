@@ -6,12 +6,12 @@
 #include "files/Progress.h"
 #include "text/Reporter.h"
 
-#include <string>
+#include <filesystem>
 
 /// What `diff` is asked for.
 struct DiffOptions {
-    std::string file;
-    std::string other;
+    std::filesystem::path file;
+    std::filesystem::path other;
     ReadOptions read;
     bool json = false;  ///< records in the place of lines for people
     bool patch = false; ///< records that `patch` makes the other file of

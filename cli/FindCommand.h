@@ -5,11 +5,12 @@
 #include "cli/StandardStreams.h"
 #include "files/Progress.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
 struct FindOptions {
-    std::string file;
+    std::filesystem::path file;
     std::string text;                ///< UTF-8
     std::optional<std::string> item; ///< the title of the columns to look in; else all of them
     bool isPart = false;             ///< cells that contain the text are found, too

@@ -2,12 +2,12 @@
 
 #include "cli/StandardStreams.h"
 
+#include <filesystem>
 #include <optional>
-#include <string>
 
 struct FormatsExportOptions {
-    std::optional<std::string> library; ///< path; else the program's own
-    std::optional<std::string> file;    ///< path of the JSON file; else standard output
+    std::optional<std::filesystem::path> library; ///< else the program's own
+    std::optional<std::filesystem::path> file;    ///< the JSON file; else standard output
 };
 
 /// Writes the format library as JSON. False after a failure, then reported.

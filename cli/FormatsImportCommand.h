@@ -3,13 +3,13 @@
 #include "library/StandingLibrary.h"
 #include "text/Reporter.h"
 
+#include <filesystem>
 #include <optional>
-#include <string>
 
 struct FormatsImportOptions {
-    std::string file;                   ///< JSON, as ExportFormats writes it
-    std::optional<std::string> library; ///< path; else the program's own
-    bool noVersion = false;             ///< does not keep what it overwrites
+    std::filesystem::path file;                   ///< JSON, as ExportFormats writes it
+    std::optional<std::filesystem::path> library; ///< else the program's own
+    bool noVersion = false;                       ///< does not keep what it overwrites
 };
 
 /// Replaces the format library by what a JSON file says. A library that is damaged, or of another version, is kept in a

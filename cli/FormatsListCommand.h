@@ -2,11 +2,11 @@
 
 #include "cli/StandardStreams.h"
 
+#include <filesystem>
 #include <optional>
-#include <string>
 
 struct FormatsListOptions {
-    std::optional<std::string> library; ///< path; else the program's own
+    std::optional<std::filesystem::path> library; ///< else the program's own
 };
 
 /// Prints a line a format: name, item count and words a row, a TAB between them. False after a failure, then reported.

@@ -17,10 +17,9 @@ namespace fs = std::filesystem;
 namespace {
 
 /// `file`, or no path when nothing but white space stands there.
-fs::path PathUnlessBlank(const std::string& file)
+fs::path PathUnlessBlank(const fs::path& file)
 {
-    fs::path path(file);
-    return Trimmed(PathText(path)).empty() ? fs::path() : path;
+    return Trimmed(PathText(file)).empty() ? fs::path() : file;
 }
 
 /// Whether both files to merge are named; reported when not, as the first checks of a merge do.
@@ -52,7 +51,7 @@ bool MayReplace(const fs::path& path, CReporter& reporter)
 std::optional<fs::path> ChooseTarget(const MergeOptions& options, CReporter& reporter)
 {
     const std::u16string text = PathText(options.target);
-    if (const auto fault = MergeNameFault(PathText(fs::path(options.target).filename()))) {
+    if (const auto fault = MergeNameFault(PathText(options.target.filename()))) {
         reporter.ShowError(*fault);
         return std::nullopt;
     }

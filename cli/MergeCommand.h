@@ -4,12 +4,12 @@
 #include "text/Reporter.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
-#include <string>
 
 /// A file to merge, and which words of it go where. In words.
 struct MergePart {
-    std::string file;
+    std::filesystem::path file;
     std::int32_t readStart = 0;
     std::optional<std::int32_t> length; ///< else all whole words of the file
     std::int32_t place = 0;
@@ -18,7 +18,7 @@ struct MergePart {
 struct MergeOptions {
     MergePart first;
     MergePart second;
-    std::string target; ///< gets ".rcp" where it does not end so
+    std::filesystem::path target; ///< gets ".rcp" where it does not end so
     MergedSize size = MergedSize::Words128K;
     bool force = false;     ///< replace an existing target
     bool noVersion = false; ///< does not keep what it overwrites

@@ -8,7 +8,7 @@
 
 namespace fs = std::filesystem;
 
-bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter)
+bool OpenRecipe(CRecipeDocument& document, const fs::path& file, const ReadOptions& options, CReporter& reporter)
 {
     auto settings = SettingsOf(file, options, reporter);
     if (!settings)
@@ -24,7 +24,7 @@ bool OpenRecipe(CRecipeDocument& document, const std::string& file, const ReadOp
     return true;
 }
 
-bool OpenAndRead(CRecipeDocument& document, const std::string& file, const ReadOptions& options, CReporter& reporter,
+bool OpenAndRead(CRecipeDocument& document, const fs::path& file, const ReadOptions& options, CReporter& reporter,
                  CProgress& progress)
 {
     if (!OpenRecipe(document, file, options, reporter))

@@ -138,10 +138,10 @@ ExitCode Apply(const PatchOptions& options, const Patch& patch, const PatchedFil
 }
 
 /// For the tables of the file as it is before and after the patch.
-TableRequest RequestOf(const std::string& file, const ChangeHeader& header)
+TableRequest RequestOf(const fs::path& file, const ChangeHeader& header)
 {
     std::int64_t least = std::max(header.bytes.value_or(0), header.newBytes.value_or(0));
-    if (FileTypeOf(fs::path(file)) == FileType::Csv)
+    if (FileTypeOf(file) == FileType::Csv)
         least = header.tables.empty() ? 0 : header.tables.front().rows;
     return {.file = file,
             .leastCount = static_cast<std::uint64_t>(std::max(least, std::int64_t{0})),

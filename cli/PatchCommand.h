@@ -5,13 +5,13 @@
 #include "cli/StandardStreams.h"
 #include "text/Reporter.h"
 
+#include <filesystem>
 #include <optional>
-#include <string>
 
 /// What `patch` is asked for.
 struct PatchOptions {
-    std::string file;
-    std::optional<std::string> patch; ///< file of the records; else standard input
+    std::filesystem::path file;
+    std::optional<std::filesystem::path> patch; ///< file of the records; else standard input
     ReadOptions read;
     bool reverse = false;
     bool dryRun = false;

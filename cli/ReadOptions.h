@@ -5,16 +5,17 @@
 #include "text/Reporter.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
 /// How the words of a file become rows, as far as the command line says so.
 struct ReadOptions {
-    std::optional<std::string> library;       ///< path of the format library; else the program's own
-    std::optional<std::string> formatName;    ///< UTF-8; else the library's first format
-    std::optional<std::int32_t> startAddress; ///< in words; else the library's
-    std::optional<std::int32_t> rowCount;     ///< else the library's
-    std::optional<std::string> layout;        ///< path of the layout file that is asked for; empty to look for one
+    std::optional<std::filesystem::path> library; ///< the format library; else the program's own
+    std::optional<std::string> formatName;        ///< UTF-8; else the library's first format
+    std::optional<std::int32_t> startAddress;     ///< in words; else the library's
+    std::optional<std::int32_t> rowCount;         ///< else the library's
+    std::optional<std::filesystem::path> layout;  ///< the layout file that is asked for; empty to look for one
 
     /// Whether anything is said of the rows themselves.
     bool SayRows() const { return formatName || startAddress || rowCount; }

@@ -86,7 +86,7 @@ std::u16string TablePlace(std::size_t table, std::u16string_view field)
 
 } // namespace
 
-std::optional<RecipeTables> TablesOf(const std::string& file, const ReadOptions& options, CReporter& reporter)
+std::optional<RecipeTables> TablesOf(const fs::path& file, const ReadOptions& options, CReporter& reporter)
 {
     return TablesOf(TableRequest{file}, options, reporter);
 }
@@ -96,7 +96,7 @@ std::optional<RecipeTables> TablesOf(const TableRequest& request, const ReadOpti
     return CTableFinder(options).TablesOf(request, reporter, reporter);
 }
 
-std::optional<ReadSettings> SettingsOf(const std::string& file, const ReadOptions& options, CReporter& reporter)
+std::optional<ReadSettings> SettingsOf(const fs::path& file, const ReadOptions& options, CReporter& reporter)
 {
     return CTableFinder(options).SettingsOf(file, reporter);
 }
@@ -121,7 +121,7 @@ std::optional<RecipeTables> CTableFinder::TablesOf(const TableRequest& request, 
     return RecipeTables{path, *type, std::move(*tables)};
 }
 
-std::optional<ReadSettings> CTableFinder::SettingsOf(const std::string& file, CReporter& reporter)
+std::optional<ReadSettings> CTableFinder::SettingsOf(const fs::path& file, CReporter& reporter)
 {
     if (!m_options.layout)
         return SettleReadSettings(m_options, reporter);
@@ -153,10 +153,10 @@ std::optional<ReadSettings> CTableFinder::SettingsOf(const std::string& file, CR
 std::optional<CTableFinder::Match> CTableFinder::MatchFor(const TableRequest& request, CReporter& reporter)
 {
     const bool isGiven = m_options.layout && !m_options.layout->empty();
-    for (const std::string& file : {request.file, request.other}) {
+    for (const fs::path& file : {request.file, request.other}) {
         if (file.empty())
             continue;
-        auto match = MatchIn(isGiven ? std::vector{fs::path(*m_options.layout)} : LayoutFilesFor(file), file, reporter);
+        auto match = MatchIn(isGiven ? std::vector{*m_options.layout} : LayoutFilesFor(file), file, reporter);
         if (!match || match->layout)
             return match;
     }
@@ -166,7 +166,7 @@ std::optional<CTableFinder::Match> CTableFinder::MatchFor(const TableRequest& re
     return std::nullopt;
 }
 
-std::optional<CTableFinder::Match> CTableFinder::MatchIn(const std::vector<fs::path>& layouts, const std::string& file,
+std::optional<CTableFinder::Match> CTableFinder::MatchIn(const std::vector<fs::path>& layouts, const fs::path& file,
                                                          CReporter& reporter)
 {
     for (const fs::path& path : layouts) {
@@ -266,7 +266,7 @@ const DataFormat* CTableFinder::FormatOf(const Match& match, std::size_t table, 
 }
 
 /// The one table that a command on one table takes. Nothing, and then reported, where that is not clear.
-std::optional<std::size_t> CTableFinder::ChosenTable(const Match& match, const std::string& file,
+std::optional<std::size_t> CTableFinder::ChosenTable(const Match& match, const fs::path& file,
                                                      CReporter& reporter) const
 {
     const Layout& layout = *match.layout;

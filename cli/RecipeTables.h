@@ -28,12 +28,13 @@ struct RecipeTables {
 /// They are those that a layout file names for it (LayoutFilesFor), the one that is asked for or the nearest that names
 /// any. Where the options say anything of the rows, and where there is no such layout, there is one table, by the
 /// options, as `show` prints it.
-std::optional<RecipeTables> TablesOf(const std::string& file, const ReadOptions& options, CReporter& reporter);
+std::optional<RecipeTables> TablesOf(const std::filesystem::path& file, const ReadOptions& options,
+                                     CReporter& reporter);
 
 /// A recipe file, and what else there is to know for its tables.
 struct TableRequest {
-    std::string file;
-    std::string other = {};               ///< another file with the same tables, or none: where the layout leaves the
+    std::filesystem::path file;
+    std::filesystem::path other = {};     ///< another file with the same tables, or none: where the layout leaves the
                                           ///< rows out, the longer one counts; where it does not know `file`, this name
     std::uint64_t leastCount = 0;         ///< so many bytes of words, or lines, the file counts as holding at least
     std::vector<ChangedTable> named = {}; ///< the tables where neither options nor layout name any; one whose format
@@ -45,7 +46,8 @@ std::optional<RecipeTables> TablesOf(const TableRequest& request, const ReadOpti
 /// How the document reads the file of a command that takes a layout only when it is asked for: by one of the tables
 /// that it names for the file, of which the format chooses, with start address and rows of the options where they are
 /// given. Else as SettleReadSettings.
-std::optional<ReadSettings> SettingsOf(const std::string& file, const ReadOptions& options, CReporter& reporter);
+std::optional<ReadSettings> SettingsOf(const std::filesystem::path& file, const ReadOptions& options,
+                                       CReporter& reporter);
 
 /// What the two above do, for many files: layouts and libraries are read once.
 class CTableFinder {
@@ -56,7 +58,7 @@ public:
     /// What is wrong with the file itself is told to `ofFile`, all else to `reporter`.
     std::optional<RecipeTables> TablesOf(const TableRequest& request, CReporter& ofFile, CReporter& reporter);
 
-    std::optional<ReadSettings> SettingsOf(const std::string& file, CReporter& reporter);
+    std::optional<ReadSettings> SettingsOf(const std::filesystem::path& file, CReporter& reporter);
 
 private:
     /// The tables of a layout that a file has; no layout where none names any.
@@ -66,14 +68,15 @@ private:
     };
 
     std::optional<Match> MatchFor(const TableRequest& request, CReporter& reporter);
-    std::optional<Match> MatchIn(const std::vector<std::filesystem::path>& layouts, const std::string& file,
+    std::optional<Match> MatchIn(const std::vector<std::filesystem::path>& layouts, const std::filesystem::path& file,
                                  CReporter& reporter);
     std::optional<std::vector<FileTable>> PlainTables(CReporter& reporter);
     std::optional<std::vector<FileTable>> NamedTables(const TableRequest& request, FileType type, CReporter& reporter);
     std::optional<std::vector<FileTable>> LayoutTables(const TableRequest& request, FileType type, const Match& match,
                                                        CReporter& ofFile, CReporter& reporter);
     const DataFormat* FormatOf(const Match& match, std::size_t table, CReporter& reporter);
-    std::optional<std::size_t> ChosenTable(const Match& match, const std::string& file, CReporter& reporter) const;
+    std::optional<std::size_t> ChosenTable(const Match& match, const std::filesystem::path& file,
+                                           CReporter& reporter) const;
     const Layout* LayoutAt(const std::filesystem::path& path, CReporter& reporter);
     const FormatLibrary* LibraryOf(const Layout& layout, CReporter& reporter);
     const FormatLibrary* LibraryAt(const std::filesystem::path& path, CReporter& reporter,

@@ -130,7 +130,7 @@ bool SetCells(const SetOptions& options, CStandardOutput& output, CReporter& rep
     CRecipeDocument document;
     if (!options.noVersion)
         document.KeepVersionsIn(versions, u"set");
-    const bool isHeld = options.dryRun || HoldForWriting(document, fs::path(options.file), reporter);
+    const bool isHeld = options.dryRun || HoldForWriting(document, options.file, reporter);
     if (!isHeld || !OpenAndRead(document, options.file, options.read, reporter, progress) ||
         !SetStates(document, options, reporter))
         return false;

@@ -4,11 +4,11 @@
 #include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
 
-#include <string>
+#include <filesystem>
 #include <vector>
 
 struct SetOptions {
-    std::string file;
+    std::filesystem::path file;
     ReadOptions read;
     std::vector<CellOrder> orders;
     std::vector<CellCondition> conditions;

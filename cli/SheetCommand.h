@@ -6,13 +6,14 @@
 #include "sheet/SheetPdf.h"
 #include "text/Reporter.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 struct SheetOptions {
-    std::string file;
-    std::string output;
+    std::filesystem::path file;
+    std::filesystem::path output;
     ReadOptions read;
     std::optional<RowChoice> rows;    ///< else all
     std::optional<std::string> since; ///< a file, or the beginning of the time of a version; empty for the newest one

@@ -47,7 +47,7 @@ std::optional<SheetSince> FindVersion(const std::string& time, const fs::path& f
 
 std::optional<SheetSince> FindSince(const std::string& since, const fs::path& file, CReporter& reporter)
 {
-    const fs::path other(since);
+    const fs::path other = PathOfUtf8(since);
     std::error_code error;
     if (since.empty() || !fs::exists(other, error))
         return FindVersion(since, file, reporter);

@@ -3,7 +3,7 @@
 #include "cli/ReadOptions.h"
 #include "cli/StandardStreams.h"
 
-#include <string>
+#include <filesystem>
 
 enum class ShowForm {
     Table, ///< aligned columns
@@ -12,7 +12,7 @@ enum class ShowForm {
 };
 
 struct ShowOptions {
-    std::string file;
+    std::filesystem::path file;
     ReadOptions read;
     ShowForm form = ShowForm::Table;
 };

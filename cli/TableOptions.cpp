@@ -1,16 +1,17 @@
 #include "cli/TableOptions.h"
 
 #include "cli/Arguments.h"
+#include "text/PathText.h"
 
 namespace {
 
 /// What the parser gives for a flag without a value. A layout file of this name is "./true".
 constexpr const char* kNoValue = "true";
 
-void AddLayout(CLI::App& command, std::optional<std::string>& layout)
+void AddLayout(CLI::App& command, std::optional<std::filesystem::path>& layout)
 {
     const auto take = [&layout](const CLI::results_t& values) {
-        layout = values.back() == kNoValue ? std::string() : values.back();
+        layout = values.back() == kNoValue ? std::filesystem::path() : PathOfUtf8(values.back());
         return true;
     };
     command.add_option("--layout", take, "Take the tables from the nearest .vantor.json, or with =PATH from that file")
@@ -20,9 +21,9 @@ void AddLayout(CLI::App& command, std::optional<std::string>& layout)
 
 } // namespace
 
-void AddLibrary(CLI::App& command, std::optional<std::string>& library)
+void AddLibrary(CLI::App& command, std::optional<std::filesystem::path>& library)
 {
-    AddText(command, "--library", library,
+    AddPath(command, "--library", library,
             "Format library, or its JSON export (default: the RecipeFile.Dat of this program)")
         ->type_name("PATH");
 }

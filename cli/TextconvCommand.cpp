@@ -312,6 +312,6 @@ ExitCode PrintAsText(const TextconvOptions& options, CStandardOutput& output, CR
     CToldLine failure;
     PrintOrTell(options, failure, output, reporter, progress);
     if (!failure.Text().empty())
-        PrintFailure(failure.Text(), ChecksumOf(fs::path(options.file)), output);
+        PrintFailure(failure.Text(), ChecksumOf(options.file), output);
     return output.Finish(reporter) ? kDone : kTrouble;
 }

@@ -5,10 +5,10 @@
 #include "cli/StandardStreams.h"
 #include "files/Progress.h"
 
-#include <string>
+#include <filesystem>
 
 struct TextconvOptions {
-    std::string file;
+    std::filesystem::path file;
     ReadOptions read;
 };
 

@@ -4,7 +4,7 @@
 #include "changes/ValueLines.h"
 #include "cli/RecipeTables.h"
 #include "files/RecipeMessages.h"
-#include "text/Utf8Text.h"
+#include "text/PathText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,11 @@ namespace {
 
 class CValuesPrinter final : public CPieceTaker {
 public:
-    CValuesPrinter(const std::string& file, CStandardOutput& output) : m_file(FromUtf8(file)), m_output(output) {}
+    CValuesPrinter(const std::filesystem::path& file, CStandardOutput& output)
+        : m_file(PathText(file)),
+          m_output(output)
+    {
+    }
 
     Answer Take(std::size_t table, const FileTable& layout, const CRowPieces& rows) override
     {
@@ -36,7 +40,7 @@ private:
 };
 
 /// False after a failure, then reported.
-bool PrintFile(const std::string& file, CTableFinder& finder, CStandardOutput& output, CReporter& reporter,
+bool PrintFile(const std::filesystem::path& file, CTableFinder& finder, CStandardOutput& output, CReporter& reporter,
                CProgress& progress)
 {
     const auto tables = finder.TablesOf({file}, reporter, reporter);
@@ -55,7 +59,7 @@ ExitCode PrintValues(const ValuesOptions& options, CStandardOutput& output, CRep
 {
     CTableFinder finder(options.read);
     bool isWell = true;
-    for (const std::string& file : options.files) {
+    for (const std::filesystem::path& file : options.files) {
         if (output.HasFailed())
             break;
         isWell = PrintFile(file, finder, output, reporter, progress) && isWell;

@@ -5,11 +5,11 @@
 #include "cli/StandardStreams.h"
 #include "files/Progress.h"
 
-#include <string>
+#include <filesystem>
 #include <vector>
 
 struct ValuesOptions {
-    std::vector<std::string> files;
+    std::vector<std::filesystem::path> files;
     ReadOptions read;
 };
 

@@ -2,13 +2,14 @@
 
 #include "cli/StandardStreams.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
 struct VersionsOptions {
-    std::string file;
-    std::string time;                  ///< of a version, or the beginning of it
-    std::optional<std::string> output; ///< file to write; else standard output
+    std::filesystem::path file;
+    std::string time;                            ///< of a version, or the beginning of it
+    std::optional<std::filesystem::path> output; ///< file to write; else standard output
 };
 
 // Each gives false after a failure, then reported.

@@ -328,6 +328,11 @@ fs::path UserDataFolder()
     return home.is_absolute() ? home / ".local" / "share" : fs::path();
 }
 
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
 std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)
 {
     std::vector<std::string> texts = arguments;

@@ -9,7 +9,6 @@
 #ifndef NOMINMAX
 #define NOMINMAX // else std::min is a macro here
 #endif
-#define WIN32_LEAN_AND_MEAN
 #include <io.h>
 #include <windows.h>
 
@@ -215,6 +214,20 @@ bool IsTerminal(std::FILE* stream)
     return number >= 0 && _isatty(number) != 0;
 }
 
+namespace {
+
+/// Half a surrogate pair becomes U+FFFD.
+std::string Utf8Of(std::wstring_view text)
+{
+    const int units = static_cast<int>(text.size());
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), units, utf8.data(), bytes, nullptr, nullptr);
+    return utf8;
+}
+
+} // namespace
+
 std::string ReasonUtf8(std::error_code error)
 {
     if (error.category() != std::system_category())
@@ -226,8 +239,7 @@ std::string ReasonUtf8(std::error_code error)
     if (length == 0)
         return error.message();
     const std::wstring_view words(text.data(), length); // without its full stop, as other systems word it
-    const std::u8string utf8 = fs::path(words.substr(0, words.find_last_not_of(L" .\r\n") + 1)).u8string();
-    return {utf8.begin(), utf8.end()};
+    return Utf8Of(words.substr(0, words.find_last_not_of(L" .\r\n") + 1));
 }
 
 fs::path ExecutablePath()
@@ -268,11 +280,22 @@ std::wstring Quoted(const std::wstring& argument)
 
 } // namespace
 
+std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*argv*/)
+{
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i)
+        arguments.push_back(Utf8Of(words[i]));
+    LocalFree(words);
+    return arguments;
+}
+
 std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)
 {
     std::wstring line = Quoted(path.native());
     for (const std::string& argument : arguments)
-        line += L' ' + Quoted(fs::path(argument).native()); // the encoding of main's arguments
+        line += L' ' + Quoted(fs::path(std::u8string(argument.begin(), argument.end())).native());
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION program{};

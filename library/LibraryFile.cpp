@@ -49,14 +49,14 @@ bool IsJsonLibrary(const fs::path& path)
     return LowerCase(PathText(path.extension())) == u".json";
 }
 
-fs::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter)
+fs::path LibraryToRead(const std::optional<fs::path>& given, CReporter& reporter)
 {
-    return given ? fs::path(*given) : ProgramLibraryToRead(ExecutablePath(), reporter);
+    return given ? *given : ProgramLibraryToRead(ExecutablePath(), reporter);
 }
 
-fs::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter)
+fs::path LibraryToWrite(const std::optional<fs::path>& given, CReporter& reporter)
 {
-    return given ? fs::path(*given) : ProgramLibraryPath(ExecutablePath(), reporter);
+    return given ? *given : ProgramLibraryPath(ExecutablePath(), reporter);
 }
 
 bool LoadNotes(const fs::path& path, FormatLibrary& library, CReporter& reporter)

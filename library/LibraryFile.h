@@ -12,11 +12,11 @@
 bool IsJsonLibrary(const std::filesystem::path& path);
 
 /// The library file to read: the one that the command line names, else the program's own. Nothing is made.
-std::filesystem::path LibraryToRead(const std::optional<std::string>& given, CReporter& reporter);
+std::filesystem::path LibraryToRead(const std::optional<std::filesystem::path>& given, CReporter& reporter);
 
 /// The one to write, chosen in the same way; a user's own that is missing is made from the sample one first
 /// (library/LibraryPlace.h).
-std::filesystem::path LibraryToWrite(const std::optional<std::string>& given, CReporter& reporter);
+std::filesystem::path LibraryToWrite(const std::optional<std::filesystem::path>& given, CReporter& reporter);
 
 /// Loads the library file at `path` and the notes beside it (NotesFile.h), which are never created or changed; a
 /// missing one gives no formats. False, and then reported, when it cannot be opened, and for JSON with a fault in it. A

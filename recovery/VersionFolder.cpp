@@ -58,11 +58,6 @@ std::string CutUtf8(std::string text, std::size_t most)
     return text;
 }
 
-fs::path PathOfUtf8(std::string_view text)
-{
-    return fs::path(std::u8string(text.begin(), text.end()));
-}
-
 std::string Utf8Of(const fs::path& path)
 {
     return ToUtf8(PathText(path));

@@ -2,6 +2,7 @@
 
 #include "cli/CommandLine.h"
 #include "disk/File.h"
+#include "disk/Program.h"
 #include "print/QtSheetPdf.h"
 
 #include <QGuiApplication>
@@ -16,5 +17,5 @@ int main(int argc, char* argv[])
     int toolkitArguments = 1; // those that there are belong to the command line
     const QGuiApplication app(toolkitArguments, argv);
     CQtSheetPdf pdf;
-    return RunCommandLine(argc, argv, stdout, stderr, &pdf);
+    return RunCommandLine(ProgramArguments(argc, argv), stdout, stderr, &pdf);
 }

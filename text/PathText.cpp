@@ -21,3 +21,8 @@ std::u16string PathText(const std::filesystem::path& path)
 {
     return TextOf(path.native());
 }
+
+std::filesystem::path PathOfUtf8(std::string_view name)
+{
+    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}

@@ -188,13 +188,9 @@ fs::path FreshFolder(FuzzBytes content)
 
 Answer Run(const Arguments& arguments)
 {
-    std::vector<const char*> argv{"vantor-cli"};
-    for (const std::string& argument : arguments)
-        argv.push_back(argument.c_str());
-    argv.push_back(nullptr);
     CMemoryStream out;
     CMemoryStream error;
-    const int code = RunCommandLine(static_cast<int>(argv.size()) - 1, argv.data(), out.Stream(), error.Stream());
+    const int code = RunCommandLine(arguments, out.Stream(), error.Stream());
     return {code, out.Text(), error.Text()};
 }
 

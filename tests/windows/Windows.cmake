@@ -23,4 +23,5 @@ add_test(NAME CommandLine.WorksOnTheSample
   COMMAND ${CMAKE_COMMAND} -D "cli=${VANTOR_WINE};$<TARGET_FILE:vantor-cli>" -D examples=${PROJECT_SOURCE_DIR}/examples
     -P ${CMAKE_CURRENT_LIST_DIR}/CommandLineOnTheSample.cmake)
 set_tests_properties(CommandLine.WorksOnTheSample PROPERTIES
-  FIXTURES_REQUIRED wine TIMEOUT 120 ENVIRONMENT "${wine_environment}")
+  FIXTURES_REQUIRED wine TIMEOUT 120
+  ENVIRONMENT "${wine_environment};LC_ALL=C.UTF-8") # wine takes names and arguments apart by it
