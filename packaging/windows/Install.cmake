@@ -13,6 +13,7 @@ install(FILES
 install(FILES $<TARGET_FILE:Qt6::QWindowsIntegrationPlugin> DESTINATION platforms)
 install(FILES $<TARGET_FILE:Qt6::QWindowsVistaStylePlugin> DESTINATION styles)
 install(FILES $<TARGET_FILE:Qt6::QICOPlugin> DESTINATION imageformats)
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/windows/qt.conf DESTINATION .) # read by the toolkit
 
 # vantor_install_text(SOURCE FOLDER NAME): a text for readers, with the ends of lines that Windows has; @…@ is filled in.
 function(vantor_install_text source folder name)
