@@ -33,7 +33,7 @@ ROOMS = {  # room -> the rooms it may include from
 PLATFORM_PLACES = {"disk/PosixFile.cpp", "text/AnsiText.cpp"}  # and app/LockKeys*
 SCRIPTS = ["run", "test", "fuzz", ".ci/run", "docs/guide/make-pictures", "packaging/debian/test-package",
            "packaging/debian/check-installed", "packaging/windows/build-toolkit", "packaging/windows/build-programs",
-           "packaging/windows/test-packages"]
+           "packaging/windows/test-packages", "packaging/windows/test-window"]
 GUIDE = ROOT / "docs" / "guide"
 
 
@@ -176,7 +176,7 @@ class RepositoryTest(unittest.TestCase):
         self.assertEqual(project[1], newest[1])
 
     def testShellScriptsParse(self):
-        for script in SCRIPTS + ["cmake/scripts.sh", "cmake/long-checks.sh"]:
+        for script in SCRIPTS + ["cmake/scripts.sh", "cmake/long-checks.sh", "packaging/windows/wine.sh"]:
             result = subprocess.run(["bash", "-n", str(ROOT / script)], capture_output=True, text=True)
             self.assertEqual(result.returncode, 0, result.stderr)
 
