@@ -21,6 +21,7 @@
 #include "cli/UnsavedCommand.h"
 #include "cli/ValuesCommand.h"
 #include "cli/VersionsCommand.h"
+#include "disk/File.h"
 
 #include <CLI/CLI.hpp>
 
@@ -362,6 +363,7 @@ ExitCode RunSession(std::vector<std::string> arguments, std::FILE* out, std::FIL
     CLI::App app("Works with the recipe files of operator panels", "vantor-cli");
     app.set_version_flag("--version", "vantor-cli " VANTOR_VERSION);
     app.require_subcommand(1);
+    app.allow_windows_style_options(false); // a path may begin with "/" there, too; commands added below take this over
     AddShow(app, session);
     AddFind(app, session);
     AddTextconv(app, session);
@@ -385,7 +387,7 @@ ExitCode RunSession(std::vector<std::string> arguments, std::FILE* out, std::FIL
     } catch (const CLI::CallForVersion& version) {
         session.done = Print(std::string(version.what()) + '\n', session);
     } catch (const CLI::ParseError& fault) {
-        std::fprintf(error, "%s\n\n%s", fault.what(), app.help().c_str());
+        WriteText(error, std::string(fault.what()) + "\n\n" + app.help());
         return kTrouble;
     }
     return session.status.value_or(session.done ? kDone : kFailed);
@@ -400,6 +402,6 @@ try {
     std::fputs("There is not enough memory!\n", error);
     return kFailed;
 } catch (const std::exception& fault) {
-    std::fprintf(error, "%s\n", fault.what());
+    WriteText(error, std::string(fault.what()) + '\n');
     return kFailed;
 }

@@ -1,5 +1,6 @@
 #include "cli/StandardStreams.h"
 
+#include "disk/File.h"
 #include "text/Utf8Text.h"
 
 #include <cerrno>
@@ -14,8 +15,7 @@ constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 void CStandardError::ShowError(std::u16string_view text)
 {
     m_progress.Erase();
-    const std::string line = ToUtf8(text) + '\n';
-    std::fwrite(line.data(), 1, line.size(), m_stream);
+    WriteText(m_stream, ToUtf8(text) + '\n');
 }
 
 bool CStandardError::AskYesNo(std::u16string_view text)
@@ -48,7 +48,7 @@ void CStandardOutput::WritePiece()
     if (!m_failed) {
         m_progress.Erase();
         errno = 0;
-        if (std::fwrite(m_piece.data(), 1, m_piece.size(), m_stream) != m_piece.size())
+        if (!WriteText(m_stream, m_piece))
             NoteFailure(errno);
     }
     m_piece.clear();

@@ -6,5 +6,6 @@
 int main(int argc, char* argv[])
 {
     SurviveFailedWrites();
+    UseStreamsForBytes();
     return RunCommandLine(ProgramArguments(argc, argv), stdout, stderr);
 }

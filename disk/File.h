@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 /// A regular file, opened once and closed with the object: the only place that makes the platform's file calls. A
@@ -121,6 +122,10 @@ void SurviveFailedWrites();
 
 /// Whether what is written to `stream` goes to a terminal, and so to somebody who watches.
 bool IsTerminal(std::FILE* stream);
+
+/// Writes `text`, which is UTF-8: these bytes, or on a console of Windows its characters, whatever code page that one
+/// has. False, with the reason in errno, when not all of it could be written.
+bool WriteText(std::FILE* stream, std::string_view text);
 
 /// The system's own words for `error` in UTF-8, in the user's language where the system has them in it.
 std::string ReasonUtf8(std::error_code error);

@@ -9,6 +9,7 @@
 #include <map>
 #include <spawn.h>
 #include <string>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -308,6 +309,11 @@ bool IsTerminal(std::FILE* stream)
     return number >= 0 && isatty(number) == 1;
 }
 
+bool WriteText(std::FILE* stream, std::string_view text)
+{
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
 std::string ReasonUtf8(std::error_code error)
 {
     return error.message();
@@ -331,6 +337,11 @@ fs::path UserDataFolder()
 std::vector<std::string> ProgramArguments(int argc, const char* const* argv)
 {
     return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+void UseStreamsForBytes()
+{
+    // Here streams carry nothing else.
 }
 
 std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)

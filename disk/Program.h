@@ -10,6 +10,9 @@
 /// hold.
 std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 
+/// From now on the standard streams carry the same bytes on all systems: those that are written and read.
+void UseStreamsForBytes();
+
 /// Runs the program at `path` with `arguments`, which are as those of this program, and waits for its end. It has this
 /// program's environment, working folder and standard streams. Its exit status; nothing when it cannot be started, or
 /// something ended it.

@@ -3,12 +3,15 @@
 #include "disk/Program.h"
 
 #include <array>
+#include <cerrno>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #ifndef NOMINMAX
 #define NOMINMAX // else std::min is a macro here
 #endif
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 
@@ -226,7 +229,58 @@ std::string Utf8Of(std::wstring_view text)
     return utf8;
 }
 
+/// What is no valid UTF-8 becomes U+FFFD.
+std::wstring WideOf(std::string_view utf8)
+{
+    const int bytes = static_cast<int>(utf8.size());
+    const int units = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, nullptr, 0);
+    std::wstring text(static_cast<std::size_t>(units), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), bytes, text.data(), units);
+    return text;
+}
+
+/// The console that `stream` writes to; nullptr when that is none.
+HANDLE ConsoleOf(std::FILE* stream)
+{
+    const int number = _fileno(stream);
+    if (number < 0)
+        return nullptr;
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(number));
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) ? handle : nullptr;
+}
+
+/// As much of the beginning of `text` as a console takes at once, and no half of a surrogate pair.
+std::wstring_view ConsolePiece(std::wstring_view text)
+{
+    constexpr std::size_t kMostUnits = 8192;
+    if (text.size() <= kMostUnits)
+        return text;
+    const bool isInsidePair = IS_HIGH_SURROGATE(text[kMostUnits - 1]) && IS_LOW_SURROGATE(text[kMostUnits]);
+    return text.substr(0, isInsidePair ? kMostUnits - 1 : kMostUnits);
+}
+
 } // namespace
+
+bool WriteText(std::FILE* stream, std::string_view text)
+{
+    const HANDLE console = ConsoleOf(stream);
+    if (console == nullptr)
+        return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    if (std::fflush(stream) != 0)
+        return false;
+    const std::wstring units = WideOf(text);
+    for (std::wstring_view rest = units; !rest.empty();) {
+        const std::wstring_view piece = ConsolePiece(rest);
+        DWORD count = 0;
+        if (!WriteConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) || count == 0) {
+            errno = EIO;
+            return false;
+        }
+        rest.remove_prefix(count);
+    }
+    return true;
+}
 
 std::string ReasonUtf8(std::error_code error)
 {
@@ -289,6 +343,13 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
         arguments.push_back(Utf8Of(words[i]));
     LocalFree(words);
     return arguments;
+}
+
+void UseStreamsForBytes()
+{
+    for (std::FILE* const stream : {stdin, stdout, stderr})
+        if (const int number = _fileno(stream); number >= 0) // it may have been closed
+            _setmode(number, _O_BINARY);
 }
 
 std::optional<int> RunProgram(const fs::path& path, const std::vector<std::string>& arguments)

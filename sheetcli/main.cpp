@@ -12,6 +12,7 @@
 int main(int argc, char* argv[])
 {
     SurviveFailedWrites();
+    UseStreamsForBytes();
     qputenv("QT_QPA_PLATFORM", VANTOR_PAGE_PLATFORM);
     qputenv("QT_LOGGING_RULES", "default.warning=false;qt.qpa.*=false"); // of what that one lacks
     int toolkitArguments = 1; // those that there are belong to the command line
