@@ -18,9 +18,11 @@ toolkit_packages=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix qt6-base-dev 
 windows_program_packages=("${toolkit_packages[@]}" libcli11-dev nlohmann-json3-dev python3 cmark-gfm librsvg2-bin icoutils zip nsis)
 # shellcheck disable=SC2034
 wine_packages=(wine wine64)
+wine_window_packages=("${wine_packages[@]}" xvfb openbox xdotool)
 # shellcheck disable=SC2034
-windows_program_test_packages=("${wine_packages[@]}" python3 nsis unzip xvfb xdotool icoutils binutils-mingw-w64-x86-64
-                               poppler-utils)
+windows_program_test_packages=("${wine_window_packages[@]}" python3 nsis unzip icoutils binutils-mingw-w64-x86-64 poppler-utils)
+# shellcheck disable=SC2034
+windows_window_test_packages=("${wine_window_packages[@]}" "${windows_packages[@]}" imagemagick fonts-dejavu-core)
 # shellcheck disable=SC2034
 fuzz_packages=(clang libclang-rt-dev llvm)
 # shellcheck disable=SC2034
@@ -85,6 +87,11 @@ build_preset() {
         cmake --fresh --preset "$preset" >&2
     fi
     cmake --build --preset "$preset" "${target[@]}" >&2
+}
+
+# Of the programs.
+project_version() {
+    sed --quiet 's/^project(Vantor VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
 }
 
 # Where the window toolkit for Windows is built, or was.

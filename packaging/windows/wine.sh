@@ -2,7 +2,6 @@
 # Sourced by the scripts that try the programs for Windows out, after cmake/scripts.sh: a Windows of their own, by wine, in a
 # temporary folder and on an X server of its own. Nothing of the user's own is read or written.
 
-scratch=$(mktemp --directory)
 wine_processes=()
 
 # What Windows programs left running goes with its wineserver, then the display.
@@ -18,10 +17,11 @@ stop_wine() {
 
 # start_wine WIDTHxHEIGHT
 start_wine() {
-    trap stop_wine EXIT
-    mkdir "$scratch/home"
+    scratch=$(mktemp --directory)
     unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_RUNTIME_DIR WAYLAND_DISPLAY
     export HOME=$scratch/home WINEPREFIX=$scratch/wine WINEDEBUG=-all LC_ALL=C.UTF-8
+    trap stop_wine EXIT
+    mkdir "$HOME"
     # The desktop's menus stay as they are, and nobody is asked about parts of wine that are not there.
     export WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree=;mshtml='
     Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$scratch/display" 2>/dev/null &
@@ -46,6 +46,11 @@ wait_until() {
         ((SECONDS < end)) || return 1
         sleep 0.2
     done
+}
+
+# has_ended PROCESS
+has_ended() {
+    ! kill -0 "$1" 2>/dev/null
 }
 
 # set_dpi NUMBER: of the screen, for programs that are started from now on
