@@ -22,6 +22,7 @@ VIAddVersionKey "LegalCopyright" "2026 The Vantor developers"
 !define APPLICATION "${CLASSES}\Applications\vantor.exe"
 !define CAPABILITIES "Software\Vantor\Capabilities"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Vantor"
+!define /math SIZE_IN_MIB ${SIZE} / 1024
 
 ; Who may, is asked for whom it is to be; the next version goes where the last one is.
 !define MULTIUSER_EXECUTIONLEVEL Highest
@@ -124,10 +125,11 @@ Function un.onInit
   ${EndIf}
 FunctionEnd
 
+; In MiB: of 2 TiB and more, KiB would be more than the comparison can hold.
 Function CheckSpace
   ${GetRoot} "$INSTDIR" $0
-  ${DriveSpace} "$0\" "/D=F /S=K" $1
-  ${If} $1 < ${SIZE}
+  ${DriveSpace} "$0\" "/D=F /S=M" $1
+  ${If} $1 <= ${SIZE_IN_MIB}
     !insertmacro GiveUp "There is not enough space in $0 for Vantor. Nothing was changed."
   ${EndIf}
 FunctionEnd
