@@ -110,10 +110,16 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
-; Whoever's it was installed for: the entry of its folder says.
+; Whoever's it was installed for: /CurrentUser says, which the entry of one user's has, else the entry of its folder.
 Function un.onInit
   !insertmacro MULTIUSER_UNINIT
   ReadRegStr $0 HKLM "${UNINSTALL}" "InstallLocation"
+  ${GetParameters} $1
+  ClearErrors
+  ${GetOptions} $1 "/CurrentUser" $2
+  ${IfNot} ${Errors}
+    StrCpy $0 ""
+  ${EndIf}
   ${If} $0 != $INSTDIR
     Call un.MultiUser.InstallMode.CurrentUser
   ${ElseIf} $MultiUser.Privileges == "Admin"
@@ -143,7 +149,7 @@ Function RemoveEarlierVersion
   ${EndIf}
   Push $0
   Call WaitForPrograms
-  ExecWait '"$0\uninstall.exe" /S _?=$0' $1
+  ExecWait '"$0\uninstall.exe" /S /$MultiUser.InstallMode _?=$0' $1
   ${If} $1 <> 0
     !insertmacro GiveUp "The earlier version in $0 could not be removed."
   ${EndIf}
