@@ -3,11 +3,11 @@
 include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
 
 if(DEFINED ENV{VANTOR_WINDOWS_TOOLKIT})
-  set(toolkit $ENV{VANTOR_WINDOWS_TOOLKIT})
-else()
+  set(VANTOR_WINDOWS_TOOLKIT $ENV{VANTOR_WINDOWS_TOOLKIT}/installed CACHE PATH "The toolkit for Windows, in full" FORCE)
+else() # as it was named before, if it was
   get_filename_component(toolkit ${CMAKE_CURRENT_LIST_DIR}/../build/windows-toolkit ABSOLUTE)
+  set(VANTOR_WINDOWS_TOOLKIT ${toolkit}/installed CACHE PATH "The toolkit for Windows, in full")
 endif()
-set(VANTOR_WINDOWS_TOOLKIT ${toolkit}/installed CACHE PATH "The toolkit for Windows" FORCE)
 list(APPEND CMAKE_FIND_ROOT_PATH ${VANTOR_WINDOWS_TOOLKIT})
 list(APPEND CMAKE_PREFIX_PATH ${VANTOR_WINDOWS_TOOLKIT})
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VANTOR_WINDOWS_TOOLKIT)

@@ -13,6 +13,8 @@ package_packages=(dpkg-dev lintian mmdebstrap)
 # shellcheck disable=SC2034
 windows_packages=(g++-mingw-w64-x86-64-posix googletest)
 # shellcheck disable=SC2034
+drawing_packages=(librsvg2-bin icoutils)
+# shellcheck disable=SC2034
 toolkit_packages=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools dpkg-dev util-linux)
 # shellcheck disable=SC2034
 windows_program_packages=("${toolkit_packages[@]}" libcli11-dev nlohmann-json3-dev python3 cmark-gfm librsvg2-bin icoutils zip nsis)
@@ -96,5 +98,5 @@ project_version() {
 
 # Where the window toolkit for Windows is built, or was.
 windows_toolkit_folder() {
-    echo "${VANTOR_WINDOWS_TOOLKIT:-$PWD/build/windows-toolkit}"
+    realpath --canonicalize-missing "${VANTOR_WINDOWS_TOOLKIT:-build/windows-toolkit}"
 }

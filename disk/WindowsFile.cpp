@@ -45,12 +45,14 @@ std::optional<BY_HANDLE_FILE_INFORMATION> IdentityOf(HANDLE file)
     return identity;
 }
 
-/// A volume without a number may be any: some file systems have none, and wine tells none of a file that was renamed
+/// A volume without a number may be any, as long as the file has one: wine tells no volume of a file that was renamed
 /// while it was open.
 bool AreSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other)
 {
     const bool areVolumesKnown = one.dwVolumeSerialNumber != 0 && other.dwVolumeSerialNumber != 0;
     if (areVolumesKnown && one.dwVolumeSerialNumber != other.dwVolumeSerialNumber)
+        return false;
+    if (!areVolumesKnown && one.nFileIndexHigh == 0 && one.nFileIndexLow == 0)
         return false;
     return one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }

@@ -35,6 +35,8 @@ function(vantor_add_drawn_icons target qrc)
   endforeach()
   target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/drawn/vantor.qrc)
   set_property(TARGET ${target} APPEND PROPERTY AUTOGEN_TARGET_DEPENDS ${drawn})
+  # This machine's rcc would pack them in a way that the toolkit for Windows was built without.
+  set_property(TARGET ${target} APPEND PROPERTY AUTORCC_OPTIONS --no-zstd)
 endfunction()
 
 # vantor_add_resources(TARGET DESCRIPTION SVG…): the program's version and manifest, and its icons, numbered from 1.

@@ -73,7 +73,7 @@ TEST_F(ExportTable, ShowsHowTheFileBegins)
     Export({[](QWidget& dialog) {
         ChooseIn(dialog, "comboSeparator", 2);
         ChooseIn(dialog, "comboNumbers", 0);
-        QTest::mouseClick(&FindIn<QCheckBox>(dialog, "checkPlaces"), Qt::LeftButton);
+        ClickOn(dialog, "checkPlaces");
         EXPECT_EQ(FindIn<QLabel>(dialog, "labelLines").text().trimmed(),
                   "ID→RW_Addr→Belt→Steam→Name\n1→RW0→1.50→2.5→ABCD\n2→RW5→0.75→25.0→EFGH");
         QTest::keyClick(&dialog, Qt::Key_Escape);

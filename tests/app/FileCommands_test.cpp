@@ -4,7 +4,9 @@
 #include "views/TextCrossing.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QTest>
 
@@ -139,7 +141,8 @@ TEST_F(FileCommands, OpenOfAFolderIsRefused)
     }
     const CModalAnswer answer(QMessageBox::Ok);
     frame->OpenPath("/");
-    EXPECT_EQ(answer.texts, Texts{"Open file / error!"});
+    const QString root = QDir::toNativeSeparators(QFileInfo("/").absoluteFilePath());
+    EXPECT_EQ(answer.texts, Texts{"Open file " + root + " error!"});
     EXPECT_FALSE(Action("actionSave").isEnabled());
 }
 

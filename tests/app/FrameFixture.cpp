@@ -3,6 +3,7 @@
 #include "controls/GridCtrl.h"
 #include "library/FormatLibrary.h"
 
+#include <QDir>
 #include <QLineEdit>
 #include <QTest>
 
@@ -38,12 +39,12 @@ QAction& FrameFixture::Action(const QString& name)
 
 QString FrameFixture::Path(const std::string& name) const
 {
-    return QString::fromStdString((folder / name).string());
+    return QDir::toNativeSeparators(QString::fromStdString((folder / name).string()));
 }
 
 std::string FrameFixture::TitleWith(const std::string& name) const
 {
-    return "Vantor[" + (folder / name).string() + "]";
+    return "Vantor[" + Path(name).toStdString() + "]";
 }
 
 QString FrameFixture::MakeFile(const std::string& name, std::size_t words)

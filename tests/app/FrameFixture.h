@@ -34,7 +34,7 @@ struct FrameFixture : testing::Test {
         return *widget;
     }
 
-    /// The path of `name` in the folder, as text.
+    /// The path of `name` in the folder, as the window shows it.
     QString Path(const std::string& name) const;
     std::string TitleWith(const std::string& name) const;
     std::string Title() const { return frame->windowTitle().toStdString(); }

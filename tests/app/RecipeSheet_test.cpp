@@ -247,11 +247,15 @@ TEST_F(RecipeSheets, RecordsOfChangesAreThoseOfDiff)
     WriteAll(folder / "old.rcp", OvenWith({{10, 100}, {13, 0x4141}, {20, 7}}));
     OpenSheet({ChoosingAFile(), ChoosePath(Path("old.rcp")), CModalAnswer::PressNamed("buttonPdf"),
                ChoosePath(Path("sheet.pdf"))});
-    RunProcess("/usr/bin/env", {"pdfdetach", "-savefile", "changes.jsonl", "-o", (folder / "changes").string(),
-                                (folder / "sheet.pdf").string()});
+    const ProcessResult detach =
+        RunProcess("/usr/bin/env", {"pdfdetach", "-savefile", "changes.jsonl", "-o", (folder / "changes").string(),
+                                    (folder / "sheet.pdf").string()});
+    EXPECT_EQ(detach.exitCode, 0) << detach.error;
     const fs::path patched = folder / "patched.rcp";
     fs::copy_file(folder / "old.rcp", patched);
-    EXPECT_EQ(RunProcess(VANTOR_CLI_PROGRAM, {"patch", patched.string(), (folder / "changes").string()}).exitCode, 0);
+    const ProcessResult patch =
+        RunProcess(VANTOR_CLI_PROGRAM, {"patch", patched.string(), (folder / "changes").string()});
+    EXPECT_EQ(patch.exitCode, 0) << patch.error;
     EXPECT_EQ(ReadAll(patched), oven);
 }
 

@@ -4,9 +4,11 @@
 
 #include <QFontMetrics>
 #include <QPalette>
+#include <QStyleFactory>
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace {
@@ -79,12 +81,17 @@ TEST(Contrast, GoesFromOneToTwentyOne)
 
 TEST(Skin, TheRowsOfAListLeaveRoomBetweenTheirTexts)
 {
-    QTreeWidget list;
+    const auto heightWith = [](QStyle& style) {
+        QTreeWidget list;
+        list.setStyle(&style);
+        list.addTopLevelItem(new QTreeWidgetItem({"16 bit signed number"}));
+        const int height = list.visualItemRect(list.topLevelItem(0)).height();
+        list.setStyle(nullptr);
+        return height;
+    };
     CSkin skin;
-    list.setStyle(&skin);
-    list.addTopLevelItem(new QTreeWidgetItem({"16 bit signed number"}));
-    EXPECT_GE(list.visualItemRect(list.topLevelItem(0)).height(), list.fontMetrics().height() + 4);
-    list.setStyle(nullptr);
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create("Fusion"));
+    EXPECT_GE(heightWith(skin), heightWith(*plain) + 4);
 }
 
 TEST_P(SkinOn, EveryTextIsReadable)

@@ -22,7 +22,7 @@ struct FileDialog : testing::Test {
         WriteAll(folder / "b.a type with a long name", Bytes(3));
     }
 
-    QString Folder() const { return QString::fromStdString(folder.Path().string()); }
+    QString Folder() const { return QString::fromStdString(folder.Path().generic_string()); }
 
     CTempFolder folder;
 };

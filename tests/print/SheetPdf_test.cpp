@@ -53,7 +53,7 @@ struct SheetPdf : testing::Test {
     }
 
     CTempFolder folder;
-    CVariable usersData{"XDG_DATA_HOME", folder.Path().c_str()};
+    CVariable usersData{"XDG_DATA_HOME", folder.Path().string().c_str()};
     fs::path recipe = folder / "bakery-oven.rcp";
     fs::path pdf = folder / "oven.pdf";
 };

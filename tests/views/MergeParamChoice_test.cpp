@@ -87,7 +87,7 @@ TEST_P(ChosenSource, MayBeLongerThan32BitsCount)
 TEST_P(ChosenSource, MayBeNamedWithoutItsEnding)
 {
     Choose("first");
-    EXPECT_EQ(Field(GetParam().path), Path("first.rcp").toStdString());
+    EXPECT_EQ(Field(GetParam().path), Look("first.rcp"));
 }
 
 TEST_P(ChosenSource, ThatCannotBeOpenedIsReportedAndChangesNothing)
@@ -125,7 +125,7 @@ TEST_P(ChosenSource, IsLookedForAmongTheRecipeFilesBesideTheOneBefore)
     };
     Answer(GetParam().button, look, "Open file");
     EXPECT_EQ(filters, QStringList{"(*.rcp)"});
-    EXPECT_EQ(start, Path("sub"));
+    EXPECT_EQ(PathLook(start.toStdString()), Look("sub"));
 }
 
 TEST_P(ChosenSource, WithALongPathShowsItsEndAtEverySizeAndTheWholeInATip)
@@ -167,13 +167,13 @@ TEST_F(MergeParam, TheSecondFileIsLookedForBesideTheFirst)
         QTest::keyClick(&window, Qt::Key_Escape);
     };
     Answer("buttonSecondPath", look, "Open file");
-    EXPECT_EQ(start.toStdString(), folder.Path().string());
+    EXPECT_EQ(PathLook(start.toStdString()), PathLook(folder.Path().string()));
 }
 
 TEST_F(MergeParam, TheMergedPathIsThatOfTheSavePathDialog)
 {
     ChooseMerged("merged");
-    EXPECT_EQ(Field("editMergedPath"), Path("merged.rcp").toStdString());
+    EXPECT_EQ(Field("editMergedPath"), Look("merged.rcp"));
     EXPECT_FALSE(fs::exists(folder / "merged.rcp"));
 }
 
@@ -185,7 +185,7 @@ TEST_F(MergeParam, ACancelledSavePathDialogLeavesTheMergedPath)
         QTest::keyClick(savePath.focusWidget(), Qt::Key_Escape);
     };
     Answer("buttonMergedPath", cancel, "Save Path Dialog");
-    EXPECT_EQ(Field("editMergedPath"), Path("merged.rcp").toStdString());
+    EXPECT_EQ(Field("editMergedPath"), Look("merged.rcp"));
 }
 
 TEST_F(MergeParam, TheSavePathDialogRemembersNothing)
@@ -195,12 +195,12 @@ TEST_F(MergeParam, TheSavePathDialogRemembersNothing)
     std::string path;
     const auto look = [&](QWidget& savePath) {
         name = TextIn(savePath, "editName");
-        path = TextIn(savePath, "editPath");
+        path = PathLook(TextIn(savePath, "editPath"));
         QTest::keyClick(&savePath, Qt::Key_Escape);
     };
     Answer("buttonMergedPath", look, "Save Path Dialog");
     EXPECT_EQ(name, "");
-    EXPECT_EQ(path, (folder / "").string());
+    EXPECT_EQ(path, Look(""));
 }
 
 } // namespace

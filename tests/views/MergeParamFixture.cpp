@@ -50,7 +50,7 @@ void MergeParam::ChooseAll()
 
 void MergeParam::ExpectStaysOpen(const std::u16string& message, const std::map<QString, QString>& fields)
 {
-    EXPECT_EQ(reporter.shown, std::vector<std::u16string>{message});
+    EXPECT_EQ(PathLook(reporter.shown), PathLook(std::vector<std::u16string>{message}));
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(Fields(), fields);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/DialogSteps.h"
+#include "tests/support/PathLook.h"
 #include "tests/support/RecordingReporter.h"
 #include "tests/support/TestFiles.h"
 #include "views/MergeParamDlg.h"
@@ -18,7 +19,8 @@ struct MergeParam : testing::Test {
     void SetUp() override;
 
     QString Path(const std::string& name) const { return QString::fromStdString((folder / name).string()); }
-    std::string Field(const QString& name) const { return TextIn(*dialog, name); }
+    std::string Look(const std::string& name) const { return PathLook((folder / name).string()); }
+    std::string Field(const QString& name) const { return PathLook(TextIn(*dialog, name)); }
     void Type(const QString& field, const QString& text) { TypeInto(*dialog, field, text); }
     void ClickMerge() { ClickOn(*dialog, "buttonMerge"); }
 
