@@ -115,7 +115,7 @@ bool CLayoutReader::string(string_t& text)
     if (m_level == Level::Table && At().key == "files" && !CanMatch(FromUtf8(text)))
         return Refuse(u"no file has such a path");
     if (m_level == Level::Layout)
-        (At().key == "library" ? m_layout.library : m_layout.notes) = fs::path(std::u8string(text.begin(), text.end()));
+        (At().key == "library" ? m_layout.library : m_layout.notes) = PathOfUtf8(text);
     else
         (At().key == "files" ? Table().files : Table().format) = FromUtf8(text);
     return true;
