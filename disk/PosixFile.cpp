@@ -1,4 +1,5 @@
 #include "disk/File.h"
+#include "disk/FileNames.h"
 #include "disk/PlatformFile.h"
 #include "disk/Program.h"
 
@@ -296,6 +297,11 @@ fs::path EnvironmentPath(const char* name)
 }
 
 } // namespace
+
+bool IsCaseIgnored()
+{
+    return false;
+}
 
 void SurviveFailedWrites()
 {

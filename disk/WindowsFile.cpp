@@ -1,4 +1,5 @@
 #include "disk/File.h"
+#include "disk/FileNames.h"
 #include "disk/PlatformFile.h"
 #include "disk/Program.h"
 
@@ -207,6 +208,11 @@ bool Release(std::intptr_t file)
 }
 
 } // namespace platform
+
+bool IsCaseIgnored()
+{
+    return true;
+}
 
 void SurviveFailedWrites()
 {

@@ -48,7 +48,7 @@ struct Contents {
 /// Nothing for a name that is no valid text: it could be taken for another.
 std::optional<std::u16string> KeyOf(const fs::path& recipe)
 {
-    const fs::path known = KnownPath(recipe);
+    const fs::path known = PathKey(KnownPath(recipe));
     std::u16string text = PathText(known);
     const std::u8string name = known.u8string();
     if (ToUtf8(text) != std::string(name.begin(), name.end()))

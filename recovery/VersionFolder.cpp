@@ -1,6 +1,7 @@
 #include "recovery/VersionFolder.h"
 
 #include "disk/File.h"
+#include "disk/FileNames.h"
 #include "disk/TemporaryFile.h"
 #include "text/LowerCase.h"
 #include "text/PathText.h"
@@ -104,10 +105,16 @@ fs::path KnownPath(const fs::path& file)
     return fault ? target.lexically_normal() : known;
 }
 
+fs::path PathKey(const fs::path& knownPath)
+{
+    return IsCaseIgnored() ? PathOfUtf8(ToUtf8(LowerCase(PathText(knownPath)))) : knownPath;
+}
+
 fs::path VersionFolderName(const fs::path& knownPath)
 {
-    const std::string end = '-' + HexOf(HashOf(knownPath));
-    const std::string name = Utf8Of(knownPath.filename());
+    const fs::path key = PathKey(knownPath);
+    const std::string end = '-' + HexOf(HashOf(key));
+    const std::string name = Utf8Of(key.filename());
     if (name.size() + end.size() <= kMostNameBytes)
         return PathOfUtf8(name + end);
     const std::string extension = ExtensionOf(name);

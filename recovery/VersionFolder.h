@@ -15,6 +15,9 @@
 /// The path by which `file` is known: absolute, and the one that links lead to; the file itself may be missing.
 std::filesystem::path KnownPath(const std::filesystem::path& file);
 
+/// `knownPath` as it is compared with others: in lower case where files are known in whatever case.
+std::filesystem::path PathKey(const std::filesystem::path& knownPath);
+
 /// The name of the folder for the versions of the file of that known path: the file's name, cut where it is very long,
 /// and a hash of the path.
 std::filesystem::path VersionFolderName(const std::filesystem::path& knownPath);

@@ -47,8 +47,8 @@ struct Version {
 /// reports anything, and a file that is not there or is damaged is no version. Files that have other names than it
 /// gives are neither used nor removed. Only Keep, KeepChanges, Forget and ForgetAll write.
 ///
-/// A file is known by its path: links lead to the versions of the file that they lead to, and one that is gone still
-/// has its versions. Several programs may keep versions at the same time.
+/// A file is known by its path: links lead to the versions of the file that they lead to, one that is gone still has
+/// its versions, and case does not count where the system ignores it. Several programs may keep versions at the same time.
 class CVersionStore {
 public:
     /// `dataFolder` as OwnDataFolder gives it: where it is empty, keeping fails and there are no versions.

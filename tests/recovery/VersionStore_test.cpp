@@ -1,4 +1,5 @@
 #include "disk/File.h"
+#include "disk/FileNames.h"
 #include "recovery/VersionSetting.h"
 #include "tests/recovery/VersionTest.h"
 #include "text/UtcTime.h"
@@ -138,6 +139,17 @@ TEST_F(VersionStore, KnowsAFileByWhatItsNamesLeadTo)
     fs::remove(recipe); // the link leads nowhere now, but still there
     EXPECT_EQ(store.List(recipe).size(), 1U);
     EXPECT_EQ(store.List(folder / "link.rcp").size(), 1U);
+}
+
+TEST_F(VersionStore, KnowsAFileInWhateverCaseWhereTheSystemDoes)
+{
+    EXPECT_EQ(Keep(recipe), Result::Kept);
+    const fs::path other = folder / "Oven.RCP";
+    const std::vector<Version> versions = store.List(other);
+    ASSERT_EQ(versions.size(), IsCaseIgnored() ? 1U : 0U);
+    EXPECT_EQ(IsCaseIgnored(), fs::exists(other));
+    for (const Version& version : versions)
+        EXPECT_EQ(Content(other, version), WordBytes({1, 2, 3}));
 }
 
 TEST_F(VersionStore, KeepsFilesOfOneNameApart)
