@@ -28,7 +28,7 @@ bool ConvertRecipe(const ConvertOptions& options, CReporter& reporter, CProgress
         document.KeepVersionsIn(versions, u"convert");
     if (!OpenRecipe(document, options.source, options.read, reporter))
         return false;
-    const fs::path target(options.target);
+    const fs::path& target = options.target;
     const auto type = KnownTypeOf(target, reporter);
     if (!type || !IsAnotherFile(target, document.Path(), reporter) || !HoldForWriting(document, target, reporter) ||
         document.ReadOnly(reporter, progress) == CRecipeDocument::Reading::Failed)

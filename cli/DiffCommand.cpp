@@ -84,7 +84,7 @@ private:
 std::optional<CFileDifferences> FilesToCompare(const DiffOptions& options, CReporter& reporter)
 {
     auto tables = TablesOf({.file = options.file, .other = options.other}, options.read, reporter);
-    const fs::path other(options.other);
+    const fs::path& other = options.other;
     if (!tables || !IsThere(other, reporter))
         return std::nullopt;
     const auto type = KnownTypeOf(other, reporter);

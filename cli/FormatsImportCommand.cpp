@@ -50,7 +50,7 @@ bool ImportFormats(const FormatsImportOptions& options, CReporter& reporter)
                       *options.library);
         return false;
     }
-    const fs::path path(options.file);
+    const fs::path& path = options.file;
     const auto json = ReadJson(path, reporter);
     if (!json)
         return false;

@@ -13,13 +13,12 @@ bool OpenRecipe(CRecipeDocument& document, const fs::path& file, const ReadOptio
     auto settings = SettingsOf(file, options, reporter);
     if (!settings)
         return false;
-    const fs::path path(file);
-    if (!IsThere(path, reporter))
+    if (!IsThere(file, reporter))
         return false;
-    const auto type = KnownTypeOf(path, reporter);
+    const auto type = KnownTypeOf(file, reporter);
     if (!type)
         return false;
-    document.StartOpen(path, type);
+    document.StartOpen(file, type);
     document.TakeSettings(std::move(*settings));
     return true;
 }

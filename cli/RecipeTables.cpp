@@ -103,7 +103,7 @@ std::optional<ReadSettings> SettingsOf(const fs::path& file, const ReadOptions& 
 
 std::optional<RecipeTables> CTableFinder::TablesOf(const TableRequest& request, CReporter& ofFile, CReporter& reporter)
 {
-    const fs::path path(request.file);
+    const fs::path& path = request.file;
     if (!IsThere(path, ofFile))
         return std::nullopt;
     const auto type = KnownTypeOf(path, ofFile);

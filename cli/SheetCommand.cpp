@@ -145,7 +145,7 @@ bool MakePdf(const CSheetOfFile& made, const SheetOptions& options, CSheetPdf& p
 
 bool MakeSheet(const SheetOptions& options, const PdfMaking& making, CReporter& reporter, CProgress& progress)
 {
-    const fs::path target(options.output);
+    const fs::path& target = options.output;
     if (!MayWriteSheet(target, options.file, reporter))
         return false;
     const bool isPdf = SheetFileTypeOf(target) == SheetFileType::Pdf;

@@ -109,7 +109,7 @@ bool SaveVersion(const CVersionStore& store, const fs::path& file, const Version
 bool ListVersions(const VersionsOptions& options, CStandardOutput& output, CReporter& reporter)
 {
     const CVersionStore store(OwnDataFolder());
-    const fs::path file(options.file);
+    const fs::path& file = options.file;
     for (const Version& version : store.Find(file, options.time)) {
         std::string line = version.stamp + '\t';
         AppendPrintable(version.command.empty() ? u"-" : std::u16string_view(version.command), line);
@@ -154,7 +154,7 @@ bool RestoreFile(const VersionsOptions& options, CReporter& reporter)
 
 bool ForgetVersions(const VersionsOptions& options, CReporter& reporter)
 {
-    const fs::path file(options.file);
+    const fs::path& file = options.file;
     const CVersionStore store(OwnDataFolder());
     bool isForgotten = false;
     if (options.time.empty()) {
