@@ -48,7 +48,8 @@ struct Version {
 /// gives are neither used nor removed. Only Keep, KeepChanges, Forget and ForgetAll write.
 ///
 /// A file is known by its path: links lead to the versions of the file that they lead to, one that is gone still has
-/// its versions, and case does not count where the system ignores it. Several programs may keep versions at the same time.
+/// its versions, and case does not count where the system ignores it. Several programs may keep versions at the same
+/// time.
 class CVersionStore {
 public:
     /// `dataFolder` as OwnDataFolder gives it: where it is empty, keeping fails and there are no versions.
